@@ -1,0 +1,41 @@
+# What every target of the tree shares: the language level, the warnings, the sanitizers, and the two ways to make a
+# room's library and a room's test program.
+
+add_library(lx_options INTERFACE)
+target_compile_features(lx_options INTERFACE cxx_std_20)
+target_compile_options(lx_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wimplicit-fallthrough -Wcast-qual -Wformat=2)
+if(LXBRIDGE_WERROR)
+  target_compile_options(lx_options INTERFACE -Werror)
+endif()
+if(LXBRIDGE_SANITIZE)
+  target_compile_options(lx_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  target_link_options(lx_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# lx_room(NAME DIRECTORY_STYLE... SOURCES ...): a room's static library. Includes are written from the root of the tree.
+function(lx_room name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE $<BUILD_INTERFACE:lx_options>)
+endfunction()
+
+# lx_kit_room: the same for the kit, which never raises.
+function(lx_kit_room name)
+  lx_room(${name} ${ARGN})
+  target_compile_options(${name} PRIVATE -fno-exceptions)
+endfunction()
+
+# lx_test(NAME SOURCES ... DEPENDS ...): one test program of GoogleTest, one ctest entry for each of its tests.
+# Dates depend on the machine's zone, so tests run in a fixed one that is not UTC.
+function(lx_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} $<BUILD_INTERFACE:lx_options> GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120 ENVIRONMENT "TZ=Asia/Kolkata"
+    DISCOVERY_TIMEOUT 60)
+endfunction()
