@@ -1,0 +1,48 @@
+// The kit's allocator: every block of the kit comes from the memory procedures that the process has installed, so that
+// tests and hosts can watch it or make it fail. Touches nothing else of the tree. Process-wide state, no locks: one thread
+// uses the kit at a time.
+#ifndef LXBRIDGE_KIT_BASE_MEMORY_H_
+#define LXBRIDGE_KIT_BASE_MEMORY_H_
+
+#include <cstddef>
+#include <cstdint>
+
+struct LxMemProcs;
+
+// Nine procedures, each of which takes its record first. Allocation gives null when there is no memory.
+struct LxMemProcTable {
+  void* (*allocate)(LxMemProcs* procs, std::size_t size);
+  void* (*allocateZeroed)(LxMemProcs* procs, std::size_t count, std::size_t size);
+  void (*release)(LxMemProcs* procs, void* block);
+  void* (*allocateAgain)(LxMemProcs* procs, std::size_t size);  // As allocate.
+  void* (*allocateZeroedAgain)(LxMemProcs* procs, std::size_t count, std::size_t size);  // As allocateZeroed.
+  void* (*reallocate)(LxMemProcs* procs, void* block, std::size_t size);
+  void* (*reallocateAgain)(LxMemProcs* procs, void* block, std::size_t size);  // As reallocate.
+  std::int32_t (*unused7)(LxMemProcs* procs);  // Always 0.
+  std::int32_t (*unused8)(LxMemProcs* procs);  // Always 0.
+};
+
+struct LxMemProcs {
+  const LxMemProcTable* table;
+};
+
+// The record that stands on the C runtime's malloc, free and realloc.
+[[nodiscard]] LxMemProcs* LxRuntimeMemProcs() noexcept;
+
+// Makes a record the process's own; null takes it away again (then nothing can be allocated). The caller keeps the
+// record alive while blocks of it live.
+void LxInstallMemProcs(LxMemProcs* procs) noexcept;
+[[nodiscard]] LxMemProcs* LxInstalledMemProcs() noexcept;
+
+// A block of `size` bytes or null: no memory, or no procedures installed. LxFree takes null.
+[[nodiscard]] void* LxAlloc(std::size_t size) noexcept;
+void LxFree(void* block) noexcept;
+
+// A copy of `length` bytes with a zero byte behind them, or null.
+[[nodiscard]] char* LxCopyText(const void* bytes, std::size_t length) noexcept;
+
+// The first-error slot: keeps the first failure that was noted in this process, and is never cleared.
+void LxNoteError(std::int32_t code) noexcept;
+[[nodiscard]] std::int32_t LxFirstError() noexcept;
+
+#endif  // LXBRIDGE_KIT_BASE_MEMORY_H_

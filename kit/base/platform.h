@@ -1,0 +1,26 @@
+// What differs between systems: opening a file by path, binary mode, terminals, positions beyond 2 GiB. One
+// implementation a system (platform_posix.cpp, platform_windows.cpp), chosen by the build; nothing else in the tree asks what
+// system it is on.
+#ifndef LXBRIDGE_KIT_BASE_PLATFORM_H_
+#define LXBRIDGE_KIT_BASE_PLATFORM_H_
+
+#include <cstdint>
+#include <cstdio>
+
+// Opens the file of a path given both ways; null when it cannot be opened. Windows opens by the UTF-16 text. POSIX file
+// names are bytes: the path is used as it was given.
+[[nodiscard]] std::FILE* LxPlatformOpen(const char* path, const char16_t* widePath, const char* mode) noexcept;
+
+// Whether reads and writes of the file translate line ends (no effect where nothing is translated).
+void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept;
+
+[[nodiscard]] bool LxPlatformIsTerminal(std::FILE* file) noexcept;
+
+// fseek and ftell in 64 bits. -1: the file has no position.
+[[nodiscard]] int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept;
+[[nodiscard]] std::int64_t LxPlatformTell(std::FILE* file) noexcept;
+
+// Whether the path names a directory.
+[[nodiscard]] bool LxPlatformIsDirectory(const char* path) noexcept;
+
+#endif  // LXBRIDGE_KIT_BASE_PLATFORM_H_

@@ -1,0 +1,21 @@
+// The display text of an item: a short human-readable rendering of its value. Uses pool.h, value.h, tag_record.h,
+// text_encoding.h.
+#ifndef LXBRIDGE_KIT_MODEL_DISPLAY_H_
+#define LXBRIDGE_KIT_MODEL_DISPLAY_H_
+
+#include "kit/model/pool.h"
+#include "kit/model/tag_record.h"
+
+// `order` is the byte order in which the item's numbers are read: 1 big-endian, else little-endian. Neither reports a
+// failure: where there is nothing to show, or no memory, the display text stays as it was.
+void LxFormatValue(int order, LxMetadataItem* item) noexcept;
+void LxFormatTaggedValue(int order, LxMetadataItem* item, const LxDisplayDescriptor* descriptor) noexcept;
+
+// Whether the bytes are an ICC profile with a description tag ("desc"); its place in the profile through the out
+// arguments, which may be null. ICC.1, 7.2 and 7.3.
+[[nodiscard]] bool LxFindIccDescription(const std::uint8_t* profile, std::int32_t length, std::int32_t* offset,
+                                        std::int32_t* size) noexcept;
+// The description of such a profile as a new UTF-8 text (LxFree), or null: no description that can be read, no memory.
+[[nodiscard]] char* LxIccDescription(const std::uint8_t* profile, std::int32_t length) noexcept;
+
+#endif  // LXBRIDGE_KIT_MODEL_DISPLAY_H_
