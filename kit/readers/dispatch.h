@@ -1,0 +1,89 @@
+// What all format readers share: the byte range they read, the context of one parsed file, the budget of that file, the
+// making of items, and the one switch that calls the routine of a descriptor's reader code. Uses kit/model and kit/base.
+//
+// A reader that meets bad data stops and returns the items that it has made; it reports nothing. Every byte of the file is
+// reached through LxMapRange or LxMapFileRange of the block cache.
+#ifndef LXBRIDGE_KIT_READERS_DISPATCH_H_
+#define LXBRIDGE_KIT_READERS_DISPATCH_H_
+
+#include <cstdint>
+
+#include "kit/base/block_cache.h"
+#include "kit/model/pool.h"
+#include "kit/model/tag_record.h"
+
+// Absolute file offsets. Valid when lowLimit <= start <= end <= highLimit.
+struct LxParseRange {
+  std::uint32_t lowLimit;   // Lowest offset that the data may use.
+  std::uint32_t base;       // Origin of offsets stored inside the data.
+  std::uint32_t start;
+  std::uint32_t end;        // Exclusive.
+  std::uint32_t highLimit;  // Exclusive.
+};
+
+// What one file may cost. "Each IFD once on a path" still allows exponential work, so nesting, the number of items and the
+// bytes that their values name are bounded, far above any honest file; behind a bound a reader stops as on a failed
+// allocation and keeps what it has.
+struct LxParseBudget {
+  std::int64_t items;       // Items that may still be made.
+  std::int64_t valueBytes;  // Value bytes that may still be named (or looked at to score a maker note).
+  std::int32_t levels;      // Levels of the tree that may still be opened below the current one.
+};
+
+inline constexpr std::int32_t kLxMaxIfdsOnPath = 32;
+
+// One per parsed file.
+struct LxParseContext {
+  LxMetadataItem* currentItem;  // The item whose value is being read; set just before recursing for it.
+  int byteOrder;                // 0 little-endian, 1 big-endian.
+  std::uint32_t pendingThumbnailStart;   // 0: none.
+  std::uint32_t pendingThumbnailLength;  // 0: none.
+  const LxMetadataItem* make;   // The most recent Make entry read, or null: its value is the text.
+  const LxMetadataItem* model;
+  LxMetadataItem* pendingThumbnailItem;
+  LxParseBudget budget;
+  std::uint32_t ifdsOnPath[kLxMaxIfdsOnPath];  // Offsets of the IFDs being read, outermost first.
+  std::int32_t ifdCount;
+};
+
+// Zeroes the context and gives it the budget of a file of that size.
+void LxInitParseContext(LxParseContext* context, std::int32_t fileSize) noexcept;
+
+[[nodiscard]] inline bool LxIsValidRange(const LxParseRange& range) noexcept {
+  return range.lowLimit <= range.start && range.start <= range.end && range.end <= range.highLimit;
+}
+
+// Reads the range with the descriptor's routine: the first item of a sibling list, or null. An invalid range gives null.
+[[nodiscard]] LxMetadataItem* LxParseWithDescriptor(LxBlockCache* cache, const LxParseRange& range,
+                                                    LxParseContext* context,
+                                                    const LxNamespaceDescriptor& descriptor) noexcept;
+
+// A sibling list being built.
+struct LxItemList {
+  LxMetadataItem* first = nullptr;
+  LxMetadataItem* last = nullptr;
+};
+
+// Makes an item and appends it. Null when the budget is used up or there is no memory (which the first-error slot then
+// notes): the reader stops.
+[[nodiscard]] LxMetadataItem* LxAppendNewItem(LxParseContext* context, LxItemList* list, const char* nameSpace,
+                                              const char* name, std::uint32_t flags, std::uint16_t tagId,
+                                              std::uint16_t typeCode, std::int32_t valueLength,
+                                              const std::uint8_t* value) noexcept;
+
+// Takes value bytes from the budget; false when it is used up.
+[[nodiscard]] bool LxChargeValueBytes(LxParseContext* context, std::int64_t bytes) noexcept;
+
+// Opens a level of the tree below the current one (false: too deep) and closes it again.
+[[nodiscard]] bool LxEnterLevel(LxParseContext* context) noexcept;
+void LxLeaveLevel(LxParseContext* context) noexcept;
+
+// Gives an item its name, label, flags and display text: by the record when there is one, else by the generated name " %04x"
+// of its tag id (`decimalName`: " %d") and its type. The record's type code is not applied.
+void LxApplyTagRecord(const LxParseContext* context, LxMetadataItem* item, const LxTagRecord* record,
+                      bool decimalName) noexcept;
+
+// Joins a thumbnail's start, length and item once all three are known: the item's value becomes the thumbnail's bytes.
+void LxJoinPendingThumbnail(LxBlockCache* cache, LxParseContext* context) noexcept;
+
+#endif  // LXBRIDGE_KIT_READERS_DISPATCH_H_

@@ -1,0 +1,10 @@
+// What is settled over a whole pool once its file has been read: layers, blank and oversized items, rotation, orientation,
+// colour model. Uses kit/model.
+#ifndef LXBRIDGE_KIT_READERS_POST_PROCESS_H_
+#define LXBRIDGE_KIT_READERS_POST_PROCESS_H_
+
+#include "kit/model/pool.h"
+
+void LxPostProcessPool(LxMetadataPool* pool) noexcept;
+
+#endif  // LXBRIDGE_KIT_READERS_POST_PROCESS_H_

@@ -1,0 +1,66 @@
+// The reading routines, one for each reader code, as dispatch.cpp calls them, and the parts of them that other readers use.
+// Each takes a valid range and gives the first item of a sibling list, or null. Uses dispatch.h.
+#ifndef LXBRIDGE_KIT_READERS_READERS_H_
+#define LXBRIDGE_KIT_READERS_READERS_H_
+
+#include "kit/readers/dispatch.h"
+
+// jpeg.cpp
+[[nodiscard]] LxMetadataItem* LxReadJpegStream(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                               const LxNamespaceDescriptor& descriptor) noexcept;
+// The walk over marker segments from `position` on: up to SOS, the file's end or bad data.
+[[nodiscard]] LxMetadataItem* LxReadJpegSegments(LxBlockCache* cache, const LxParseRange& range,
+                                                 std::uint32_t position, LxParseContext* context,
+                                                 const LxNamespaceDescriptor& descriptor) noexcept;
+struct LxJpegSegment {
+  std::uint16_t marker;
+  std::uint16_t length;       // As stored: counts its own two bytes. 0: a marker without segment.
+  const std::uint8_t* bytes;  // At the length field; null for a marker without segment at the file's end.
+};
+[[nodiscard]] bool LxReadJpegSegment(LxBlockCache* cache, std::uint32_t position, LxJpegSegment* segment) noexcept;
+// The identifier's length (its text stands behind the length field), or 0: none.
+[[nodiscard]] std::int32_t LxFindAppIdentifier(const LxJpegSegment& segment) noexcept;
+
+// jpeg_payloads.cpp: reader codes 4, 9, 10, 11 (by the descriptor's code), 15 and 16, 17, 21
+[[nodiscard]] LxMetadataItem* LxReadSegmentPayload(LxBlockCache* cache, const LxParseRange& range,
+                                                   LxParseContext* context,
+                                                   const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadWholeRange(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                               const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadJfif(LxBlockCache* cache, const LxParseRange& range,
+                                         LxParseContext* context) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadIccProfile(LxBlockCache* cache, const LxParseRange& range,
+                                               LxParseContext* context) noexcept;
+
+// tiff.cpp
+[[nodiscard]] LxMetadataItem* LxReadTiffHeaderAndIfds(LxBlockCache* cache, const LxParseRange& range,
+                                                      LxParseContext* context,
+                                                      const LxNamespaceDescriptor& descriptor) noexcept;
+// `offset` counts from the range's base; at most 8 IFDs.
+[[nodiscard]] LxMetadataItem* LxReadIfdChain(std::uint32_t offset, LxBlockCache* cache, const LxParseRange& range,
+                                             LxParseContext* context,
+                                             const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadIfdEntries(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                               const LxNamespaceDescriptor& descriptor) noexcept;
+
+// image_resources.cpp
+[[nodiscard]] LxMetadataItem* LxReadResourceBlocks(LxBlockCache* cache, const LxParseRange& range,
+                                                   LxParseContext* context,
+                                                   const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadThumbnailResource(LxBlockCache* cache, const LxParseRange& range,
+                                                      LxParseContext* context) noexcept;
+
+// iptc.cpp
+[[nodiscard]] LxMetadataItem* LxReadIptcDatasets(LxBlockCache* cache, const LxParseRange& range,
+                                                 LxParseContext* context,
+                                                 const LxNamespaceDescriptor& descriptor) noexcept;
+
+// maker_note.cpp
+[[nodiscard]] LxMetadataItem* LxChooseMakerVendor(LxBlockCache* cache, const LxParseRange& range,
+                                                  LxParseContext* context,
+                                                  const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadMakerNoteBlock(LxBlockCache* cache, const LxParseRange& range,
+                                                   LxParseContext* context,
+                                                   const LxNamespaceDescriptor& descriptor) noexcept;
+
+#endif  // LXBRIDGE_KIT_READERS_READERS_H_
