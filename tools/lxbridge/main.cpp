@@ -1,0 +1,46 @@
+// The `lxbridge` command: the command line, and what its results are as exit status. Uses the command's own files only.
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include "tools/lxbridge/commands.h"
+#include "tools/lxbridge/options.h"
+#include "tools/lxbridge/output.h"
+
+namespace command = lxbridge::command;
+
+namespace {
+
+int Run(int argc, char** argv) {
+  command::Options options;
+  std::string error;
+  if (!command::ParseOptions(argc, argv, &options, &error)) {
+    const std::string lines = "lxbridge: " + error + "\nTry 'lxbridge --help' for more information.\n";
+    std::fwrite(lines.data(), 1, lines.size(), stderr);
+    return command::kExitUsage;
+  }
+  switch (options.action) {
+    case command::Action::kHelp:
+      return command::WriteResult(command::HelpText()) ? command::kExitOk : command::kExitFileFailed;
+    case command::Action::kVersion:
+      return command::WriteResult(command::VersionText()) ? command::kExitOk : command::kExitFileFailed;
+    case command::Action::kPool:
+      return command::RunPool(options);
+    case command::Action::kXmp:
+      break;
+  }
+  return command::RunXmp(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& error) {
+    // What no single file can be blamed for: no memory for the command itself, or libraries that do not fit together.
+    const std::string line = std::string("lxbridge: ") + error.what() + "\n";
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    return command::kExitFileFailed;
+  }
+}

@@ -1,0 +1,210 @@
+// `lxbridge pool`: what the readers saw in each file, before any conversion. Uses kit/readers, kit/model, kit/base.
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "kit/base/memory.h"
+#include "kit/base/platform.h"
+#include "kit/base/result.h"
+#include "kit/model/pool.h"
+#include "kit/readers/read_file.h"
+#include "tools/lxbridge/commands.h"
+#include "tools/lxbridge/json_writer.h"
+#include "tools/lxbridge/output.h"
+
+namespace lxbridge::command {
+
+namespace {
+
+struct PoolDeleter {
+  void operator()(LxMetadataPool* pool) const { LxDeletePool(pool); }
+};
+using PoolPtr = std::unique_ptr<LxMetadataPool, PoolDeleter>;
+
+std::string_view TextOrEmpty(const char* text) { return text == nullptr ? std::string_view() : std::string_view(text); }
+
+std::string StatusName(LxResult status) {
+  const char* name = LxResultName(status);
+  return name != nullptr ? name : std::to_string(status);
+}
+
+void WriteItems(JsonWriter* json, const LxMetadataItem* item) {
+  json->BeginArray();
+  for (; item != nullptr; item = item->next) {
+    json->BeginObject();
+    json->Key("namespace");
+    json->String(TextOrEmpty(item->nameSpace));
+    json->Key("name");
+    json->String(TextOrEmpty(item->name));
+    json->Key("label");
+    json->StringOrNull(item->label);
+    json->Key("tag");
+    json->Integer(item->tagId);
+    json->Key("type");
+    json->StringOrNull(item->typeName);
+    json->Key("typeCode");
+    json->Integer(item->typeCode);
+    json->Key("flags");
+    json->Integer(item->flags);
+    json->Key("length");
+    json->Integer(item->valueLength);
+    json->Key("value");
+    json->HexOrNull(item->value, item->valueLength < 0 ? 0 : static_cast<std::size_t>(item->valueLength));
+    json->Key("display");
+    json->String(TextOrEmpty(item->displayText));
+    json->Key("valueLabel");
+    json->StringOrNull(item->valueLabel);
+    if (item->firstChild != nullptr) {
+      json->Key("children");
+      WriteItems(json, item->firstChild);  // As deep as the readers' level limit at most.
+    }
+    json->EndObject();
+  }
+  json->EndArray();
+}
+
+void WriteJson(std::string* out, const char* file, LxResult status, const LxMetadataPool& pool) {
+  JsonWriter json(out);
+  json.BeginObject();
+  json.Key("file");
+  json.String(file);
+  json.Key("status");
+  json.Integer(status);
+  json.Key("statusName");
+  json.String(StatusName(status));
+  json.Key("attributes");
+  json.BeginObject();
+  json.Key("width");
+  json.Integer(pool.width);
+  json.Key("height");
+  json.Integer(pool.height);
+  json.Key("samples");
+  json.Integer(pool.samples);
+  json.Key("bits");
+  json.Integer(pool.bits);
+  json.Key("colourModel");
+  json.StringOrNull(LxColourModelName(pool.colourModel));
+  json.Key("mcuWidth");
+  json.Integer(pool.mcuWidth);
+  json.Key("mcuHeight");
+  json.Integer(pool.mcuHeight);
+  json.Key("hasLayers");
+  json.Integer(pool.hasLayers);
+  json.Key("hasMetadata");
+  json.Integer(pool.hasMetadata);
+  json.Key("orientation");
+  json.StringOrNull(LxOrientationName(pool.orientation));
+  json.Key("fileKind");
+  json.StringOrNull(LxFileKindName(pool.fileKind));
+  json.Key("compression");
+  json.StringOrNull(LxCompressionName(pool.compression));
+  json.EndObject();
+  json.Key("items");
+  WriteItems(&json, pool.root);
+  json.EndObject();
+  out->push_back('\n');
+}
+
+constexpr std::size_t kNamespaceWidth = 9;
+constexpr std::size_t kNameWidth = 28;
+constexpr std::size_t kTypeWidth = 7;
+constexpr std::size_t kShownDisplay = 100;
+
+void AppendPadded(std::string* out, std::string_view text, std::size_t width) {
+  out->append(text);
+  out->append(text.size() < width ? width - text.size() : 1, ' ');
+}
+
+// A display text as a person can read it on one line: no control characters, which a terminal would obey, bytes that are
+// not UTF-8 as "?", and no more than fits a line or two. The JSON form has all of it.
+void AppendForPerson(std::string* out, std::string_view text) {
+  const bool shortened = text.size() > kShownDisplay;
+  if (shortened) {
+    std::size_t end = kShownDisplay;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    text = text.substr(0, end);
+  }
+  const bool valid = IsValidUtf8(text);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    const bool c1 = c == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+    if (c < 0x20 || c == 0x7F) {
+      out->push_back(' ');
+    } else if (c >= 0x80 && !valid) {
+      out->push_back('?');
+    } else if (c1) {
+      out->push_back(' ');
+      ++i;
+    } else {
+      out->push_back(static_cast<char>(c));
+    }
+  }
+  if (shortened) out->append("...");
+}
+
+void AppendTree(std::string* out, const LxMetadataItem* item, std::size_t depth, bool all) {
+  for (; item != nullptr; item = item->next) {
+    const bool deleted = (item->flags & kLxDeleted) != 0;
+    if (deleted && !all) continue;
+    std::string line(2 * depth, ' ');
+    AppendPadded(&line, TextOrEmpty(item->nameSpace), kNamespaceWidth);
+    AppendPadded(&line, TextOrEmpty(item->name), kNameWidth);
+    AppendPadded(&line, TextOrEmpty(item->typeName), kTypeWidth);
+    AppendForPerson(&line, TextOrEmpty(item->displayText));
+    if (deleted) line.append("  (deleted)");
+    line.erase(line.find_last_not_of(' ') + 1);
+    out->append(line).push_back('\n');
+    AppendTree(out, item->firstChild, depth + 1, all);  // As deep as the readers' level limit at most.
+  }
+}
+
+void WriteText(std::string* out, const char* file, const LxMetadataPool& pool, bool all) {
+  AppendForPerson(out, file);
+  out->append(": ").append(TextOrEmpty(LxFileKindName(pool.fileKind)));
+  if (pool.width != 0 || pool.height != 0) {
+    out->append(", ").append(std::to_string(pool.width)).append(" x ").append(std::to_string(pool.height));
+    out->append(", ").append(std::to_string(pool.samples)).append(" x ").append(std::to_string(pool.bits));
+    out->append(" bits, ").append(TextOrEmpty(LxColourModelName(pool.colourModel)));
+    out->append(", ").append(TextOrEmpty(LxCompressionName(pool.compression)));
+    out->append(", ").append(TextOrEmpty(LxOrientationName(pool.orientation)));
+  }
+  out->push_back('\n');
+  AppendTree(out, pool.root, 1, all);
+}
+
+}  // namespace
+
+int RunPool(const Options& options) {
+  LxInstallMemProcs(LxRuntimeMemProcs());
+  int exitStatus = kExitOk;
+  std::string out;
+  for (const char* file : options.files) {
+    const char* path = LibraryPath(file);
+    if (*path != '\0' && LxPlatformIsDirectory(path)) {
+      ReportFile(file, "is a directory");
+      exitStatus = kExitFileFailed;
+      continue;
+    }
+    const PoolPtr pool(LxNewPool());
+    if (pool == nullptr) throw std::bad_alloc();
+    const LxResult status = LxReadFileIntoPool(pool.get(), path);
+    if (status < 0) {
+      ReportFile(file, StatusName(status));
+      exitStatus = kExitFileFailed;
+    }
+    if (status == kLxNotFound) continue;
+    out.clear();
+    if (options.format == Format::kJson) {
+      WriteJson(&out, file, status, *pool);
+    } else {
+      WriteText(&out, file, *pool, options.all);
+    }
+    if (!WriteResult(out)) return kExitFileFailed;
+  }
+  return exitStatus;
+}
+
+}  // namespace lxbridge::command
