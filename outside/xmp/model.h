@@ -1,0 +1,164 @@
+// The XMP data model (ISO 16684-1, clause 6): an object is an ordered tree of nodes. Below the root stand the schemas
+// (one node for each namespace that the object uses), below each its properties, below those array items and struct
+// fields; any node but root and schema may carry qualifiers. May use only the registry and the boundary's option bits.
+#ifndef LXBRIDGE_OUTSIDE_XMP_MODEL_H_
+#define LXBRIDGE_OUTSIDE_XMP_MODEL_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "clients/xmp/xmp_abi.h"
+#include "outside/xmp/registry.h"
+
+namespace velto {
+
+struct Node;
+
+struct NodeDeleter {
+  void operator()(Node* node) const noexcept;
+};
+using NodePtr = std::unique_ptr<Node, NodeDeleter>;
+
+// How deep nodes nest at most: a top-level property has depth 1, each item, field or qualifier one more than the node
+// that it belongs to. No tree is deeper, so walking one by recursion is safe.
+inline constexpr std::uint32_t kDepthLimit = 64;
+
+// The children or the qualifiers of a node, in order. Lists of more than a few nodes get an index on their first
+// lookup, by name or by position; without the memory for one they are walked. So nothing here raises but sort().
+// Iterate by first() and Node::next.
+class NodeList {
+ public:
+  NodeList() = default;
+  NodeList(const NodeList&) = delete;
+  NodeList& operator=(const NodeList&) = delete;
+  ~NodeList() { clear(); }
+
+  Node* first() const noexcept { return first_; }
+  Node* last() const noexcept { return last_; }
+  std::size_t size() const noexcept { return size_; }
+  bool empty() const noexcept { return size_ == 0; }
+
+  Node* find(const Namespace* ns, std::string_view name) const noexcept;
+  Node* at(std::size_t position) const noexcept;  // From 0; null outside.
+
+  // The list takes the node. A null `before` appends. REQUIRES: the node is in no list.
+  Node* insert(Node* owner, NodePtr node, Node* before) noexcept;
+  // Hands the node back. REQUIRES: the node is in this list.
+  NodePtr remove(Node* node) noexcept;
+  // Puts `fresh` in the place of `old` and hands that back.
+  NodePtr replace(Node* old, NodePtr fresh) noexcept;
+  void clear() noexcept;
+  void sort();  // By namespace URI, then by name; nodes of the same name keep their order.
+
+ private:
+  struct Index;
+
+  bool ensureNames() const noexcept;
+  bool ensurePositions() const noexcept;
+  void dropIndex() const noexcept;
+
+  Node* first_ = nullptr;
+  Node* last_ = nullptr;
+  std::size_t size_ = 0;
+  mutable Index* index_ = nullptr;
+};
+
+// A node and its name are one block of memory; the name never changes. Make nodes with makeNode.
+struct Node {
+  const Namespace* ns;  // Null for the root and for array items.
+  Node* parent = nullptr;
+  Node* previous = nullptr;
+  Node* next = nullptr;
+  std::string value;  // Simple nodes only. Well-formed UTF-8 that XML can carry (see repairText).
+  std::uint32_t options =
+      0;                   // Form bits only: kXMPPropValueIsURI, ...IsStruct, ...IsArray, ...IsOrdered, ...IsAlternate
+                           // (with what they imply), kXMPSchemaNode. The others are derived: reportedOptions.
+  std::uint32_t hash = 0;  // Of namespace and name.
+  std::uint32_t nameLength = 0;
+  bool isQualifier = false;
+  NodeList children;
+  NodeList qualifiers;  // xml:lang, when there, is the first.
+
+  std::string_view name() const noexcept { return {reinterpret_cast<const char*>(this + 1), nameLength}; }
+  const char* nameText() const noexcept { return reinterpret_cast<const char*>(this + 1); }  // Zero-terminated.
+
+  bool isArray() const noexcept { return (options & kXMPPropIsArray) != 0; }
+  bool isStruct() const noexcept { return (options & kXMPPropIsStruct) != 0; }
+  bool isSimple() const noexcept { return (options & (kXMPPropIsArray | kXMPPropIsStruct | kXMPSchemaNode)) == 0; }
+  bool isSchema() const noexcept { return (options & kXMPSchemaNode) != 0; }
+
+ private:
+  explicit Node(const Namespace* nodeNamespace) : ns(nodeNamespace) {}
+  ~Node() = default;
+  friend NodePtr makeNode(const Namespace* ns, std::string_view name, std::uint32_t options);
+  friend struct NodeDeleter;
+};
+
+// An array item has neither namespace nor name. The options must be form bits with all that they imply.
+NodePtr makeNode(const Namespace* ns, std::string_view name, std::uint32_t options);
+inline NodePtr makeItem(std::uint32_t options) {
+  return makeNode(nullptr, {}, options);
+}
+
+inline Node* appendChild(Node* parent, NodePtr node) noexcept {
+  return parent->children.insert(parent, std::move(node), nullptr);
+}
+// xml:lang goes first, everything else last. The node becomes a qualifier.
+Node* addQualifier(Node* owner, NodePtr qualifier) noexcept;
+// Its list forgets the node and hands it back.
+NodePtr detach(Node* node) noexcept;
+
+// The value of the node's xml:lang, or null.
+const std::string* languageOf(const Node* node) noexcept;
+// Sets or changes xml:lang; the tag is brought into its usual case.
+void setLanguage(Node* node, std::string_view language);
+// Whether the array is an rdf:Alt, not empty, all items simple and with xml:lang.
+bool isAltText(const Node* node) noexcept;
+// The x-default item, when there is one, becomes the first (ISO 16684-1, 8.2.2.4).
+void putDefaultLanguageFirst(Node* array) noexcept;
+
+// The node's options with those that follow from its place and its qualifiers.
+std::uint32_t reportedOptions(const Node* node) noexcept;
+
+// 1 for a property (or an item outside a tree) and so on; 0 for a schema.
+std::uint32_t depthOf(const Node* node) noexcept;
+// How many levels the node and what belongs to it take: 1 for a simple node without qualifiers.
+std::uint32_t heightOf(const Node* node) noexcept;
+NodePtr cloneTree(const Node* node);
+// Form, value, qualifiers and children alike. The order of names plays no part, that of array items does; items of a
+// language alternative are matched by language.
+bool equalTrees(const Node* left, const Node* right);
+
+class Object {
+ public:
+  Object();
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  Node* root() noexcept { return root_.get(); }  // Its children are the schemas.
+  const Node* root() const noexcept { return root_.get(); }
+
+  Node* findSchema(const Namespace* ns) const noexcept { return root_->children.find(ns, {}); }
+  Node* ensureSchema(const Namespace* ns);
+  // Schemas without properties do not stay.
+  void dropSchemaIfEmpty(Node* schema) noexcept;
+
+  void clear() noexcept;
+  // Takes over all that `other` holds: its properties replace those of the same name in place and the others are added
+  // at the end; its name is taken unless it is empty.
+  void merge(Object& other) noexcept;
+  void copyFrom(const Object& other);
+
+  std::string name;  // rdf:about
+
+ private:
+  NodePtr root_;
+};
+
+}  // namespace velto
+
+#endif  // LXBRIDGE_OUTSIDE_XMP_MODEL_H_
