@@ -1,0 +1,173 @@
+#include "tests/support/pool_support.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <new>
+
+#include "kit/base/memory.h"
+#include "kit/model/pool_walk.h"
+#include "kit/readers/read_file.h"
+
+namespace lxtest {
+namespace {
+
+void NeedMemory() {
+  if (LxInstalledMemProcs() == nullptr) LxInstallMemProcs(LxRuntimeMemProcs());
+}
+
+// Parents first, with the depth; on a stack of its own, since the trees of hostile files are what tests look at.
+void Visit(const LxMetadataPool& pool, const std::function<void(const LxMetadataItem&, std::size_t)>& visit) {
+  std::vector<const LxMetadataItem*> path;
+  const LxMetadataItem* item = pool.root;
+  while (item != nullptr) {
+    visit(*item, path.size());
+    path.push_back(item);
+    item = item->firstChild;
+    while (item == nullptr && !path.empty()) {
+      item = path.back()->next;
+      path.pop_back();
+    }
+  }
+}
+
+std::string Shown(const char* text) {
+  std::string out;
+  for (const char* c = text; c != nullptr && *c != '\0'; ++c) {
+    if (*c == '\n') {
+      out += "\\n";
+    } else {
+      out += *c;
+    }
+  }
+  return out;
+}
+
+bool LiesInBlocks(const LxMetadataPool& pool, const LxMetadataItem& item) {
+  if (pool.blocks == nullptr) return false;
+  for (const LxBlock* block = pool.blocks->blocks; block != nullptr; block = block->next) {
+    const std::uint8_t* end = block->data + block->length;
+    if (!std::less<>()(item.value, block->data) && !std::less<>()(end, item.value)) {
+      if (item.valueLength <= end - item.value) return true;
+    }
+  }
+  return false;
+}
+
+std::string Fault(const LxMetadataPool& pool, const LxMetadataItem& item, std::size_t depth) {
+  if (item.nameSpace == nullptr || item.name == nullptr || item.typeName == nullptr) return "a text is missing";
+  if (item.displayText == nullptr) return "no display text";
+  if (item.valueLength < 0) return "a negative length";
+  if (item.value == nullptr && item.valueLength != 0) return "a length without a value";
+  if (item.value != nullptr && (item.flags & kLxOwnsValue) == 0 && !LiesInBlocks(pool, item)) {
+    return "a value outside the file's blocks";
+  }
+  if (depth >= static_cast<std::size_t>(kLxMaxWalkDepth)) return "a level that walks cannot reach";
+  // Read all that is promised: the sanitizers tell when it is not there.
+  unsigned sum = 0;
+  for (std::int32_t i = 0; item.value != nullptr && i < item.valueLength; ++i) sum += item.value[i];
+  sum += static_cast<unsigned>(std::strlen(item.name) + std::strlen(item.displayText) + std::strlen(item.typeName));
+  volatile unsigned used = sum;
+  (void)used;
+  return "";
+}
+
+}  // namespace
+
+PoolPtr NewPool() {
+  NeedMemory();
+  PoolPtr pool(LxNewPool());
+  if (pool == nullptr) throw std::bad_alloc();
+  return pool;
+}
+
+PoolPtr ReadPoolFromPath(const std::string& path, LxResult* status) {
+  PoolPtr pool = NewPool();
+  const LxResult result = LxReadFileIntoPool(pool.get(), path.c_str());
+  if (status != nullptr) *status = result;
+  return pool;
+}
+
+PoolPtr ReadPool(const Bytes& file, LxResult* status) {
+  return ReadPoolFromPath(TempFile(file).path(), status);
+}
+
+PoolPtr ReadPoolFromStandardInput(const std::string& path, LxResult* status) {
+  if (std::freopen(path.c_str(), "rb", stdin) == nullptr) ADD_FAILURE() << "cannot open " << path;
+  return ReadPoolFromPath("", status);
+}
+
+std::string DumpPool(const LxMetadataPool& pool, std::string_view nameSpace) {
+  std::string out;
+  Visit(pool, [&](const LxMetadataItem& item, std::size_t depth) {
+    if (!nameSpace.empty() && nameSpace != item.nameSpace) return;
+    if (nameSpace.empty()) out.append(2 * depth, ' ');
+    out += std::string(item.nameSpace) + " " + item.name + " " + item.typeName;
+    if (item.displayText[0] != '\0') out += " " + Shown(item.displayText);
+    if ((item.flags & kLxDeleted) != 0) out += " (deleted)";
+    out += "\n";
+  });
+  return out;
+}
+
+const LxMetadataItem* Find(const LxMetadataPool& pool, const char* nameSpace, const char* name,
+                           const char* displayText) {
+  LxMetadataItem* found = nullptr;
+  return LxFindMetadata(&pool, nameSpace, name, "", displayText, &found) == kLxOk ? found : nullptr;
+}
+
+std::vector<const LxMetadataItem*> AllItems(const LxMetadataPool& pool, std::string_view nameSpace,
+                                            std::string_view name) {
+  std::vector<const LxMetadataItem*> out;
+  Visit(pool, [&](const LxMetadataItem& item, std::size_t) {
+    if ((nameSpace.empty() || nameSpace == item.nameSpace) && (name.empty() || name == item.name)) out.push_back(&item);
+  });
+  return out;
+}
+
+Bytes ValueOf(const LxMetadataItem& item) {
+  return item.value == nullptr ? Bytes() : Bytes(item.value, item.value + item.valueLength);
+}
+
+testing::AssertionResult IsWellFormed(const LxMetadataPool& pool) {
+  std::string fault;
+  Visit(pool, [&](const LxMetadataItem& item, std::size_t depth) {
+    if (!fault.empty()) return;
+    fault = Fault(pool, item, depth);
+    if (!fault.empty()) fault += std::string(" in ") + (item.name != nullptr ? item.name : "an item without name");
+  });
+  if (!fault.empty()) return testing::AssertionFailure() << fault;
+
+  LxPoolIterator* iterator = LxNewPoolIterator(&pool);
+  if (iterator == nullptr) return testing::AssertionSuccess();  // No memory: nothing to tell.
+  LxMetadataItem* item = nullptr;
+  LxResult walk = kLxOk;
+  while (walk == kLxOk) walk = LxNextPoolItem(iterator, &item, false);
+  LxFreePoolIterator(iterator);
+  if (walk != kLxEnd) return testing::AssertionFailure() << "the walk ends with " << walk;
+
+  iterator = LxNewPoolIterator(&pool);
+  walk = iterator == nullptr ? kLxEnd : kLxOk;
+  while (walk == kLxOk) walk = LxNextDisplayItem(iterator, &item);
+  LxFreePoolIterator(iterator);
+  if (walk != kLxEnd) return testing::AssertionFailure() << "the display walk ends with " << walk;
+  return testing::AssertionSuccess();
+}
+
+std::vector<std::string> CorpusFiles() {
+  std::vector<std::string> out;
+  std::error_code missing;
+  for (const auto& entry : std::filesystem::directory_iterator(LX_CORPUS_DIR, missing)) {
+    if (entry.is_regular_file() && entry.path().extension() != ".md") out.push_back(entry.path().string());
+  }
+  std::sort(out.begin(), out.end());
+  return out;
+}
+
+std::string CorpusFile(std::string_view name) {
+  return (std::filesystem::path(LX_CORPUS_DIR) / name).string();
+}
+
+}  // namespace lxtest
