@@ -1,0 +1,45 @@
+// The exception of the client layers: one error of the interface broker. Uses the broker's boundary only.
+#ifndef LXBRIDGE_CLIENTS_BROKER_TAL_ERROR_H_
+#define LXBRIDGE_CLIENTS_BROKER_TAL_ERROR_H_
+
+#include <cstdint>
+#include <exception>
+
+#include "clients/broker/broker_abi.h"
+
+namespace TAL_T_NMT {
+
+// Holds one counted broker error, or none. Its texts belong to the broker and live as long as this object, so neither
+// making nor copying one allocates here. An object that outlives the broker client's shutdown keeps its texts and gives
+// its reference back to nobody: there is no broker left to give it to.
+class CTALError : public std::exception {
+ public:
+  CTALError() noexcept = default;
+  explicit CTALError(TALErrorRef adopted) noexcept;  // Takes over the reference; null: holds none.
+  // A new error through the broker's "NewError". Without an error interface it holds none.
+  CTALError(const char* message, const char* component, std::int32_t id) noexcept;
+  CTALError(const CTALError& other) noexcept;
+  CTALError& operator=(const CTALError& other) noexcept;
+  ~CTALError() override;
+
+  const char* what() const noexcept override { return message_; }  // The message; "" when it holds none.
+  const char* Component() const noexcept;
+  std::int32_t Id() const noexcept;
+  TALErrorRef Reference() const noexcept { return error_; }  // Still this object's.
+
+ private:
+  TALErrorRef error_ = nullptr;
+  const char* message_ = "";
+};
+
+[[noreturn]] void ThrowError(TALErrorRef adopted);
+
+// What every call of a broker or toolkit procedure goes through: a result other than null is raised.
+inline void ThrowIfError(TALErrorRef adopted) {
+  if (adopted) [[unlikely]]
+    ThrowError(adopted);
+}
+
+}  // namespace TAL_T_NMT
+
+#endif  // LXBRIDGE_CLIENTS_BROKER_TAL_ERROR_H_

@@ -1,0 +1,23 @@
+// The toolkit's utilities, as far as this library uses them. Uses the broker client and the toolkit's boundary.
+#ifndef LXBRIDGE_CLIENTS_XMP_XMP_UTILS_H_
+#define LXBRIDGE_CLIENTS_XMP_XMP_UTILS_H_
+
+#include <cstdint>
+#include <string>
+
+#include "clients/xmp/xmp_abi.h"
+
+class CXMPMeta;
+
+// All raise CTALError with the toolkit's error when it refuses, and as XMPUtilsTable does (xmp_client.h).
+class XMPUtils {
+ public:
+  static void ComposeStructFieldPath(const char* schema, const char* structName, const char* fieldSchema,
+                                     const char* field, std::string* path);
+  // Sets the zone fields to the machine's zone as it is at that date.
+  static void SetTimeZone(XMPDateTime* value);
+  // Empty name: all of the schema. std::logic_error "XMP error" when there is no object.
+  static void RemoveProperties(const CXMPMeta* meta, const char* schema, const char* name, std::uint32_t options = 0);
+};
+
+#endif  // LXBRIDGE_CLIENTS_XMP_XMP_UTILS_H_
