@@ -1,0 +1,139 @@
+// What does a file's metadata cost, beside opening and reading the file? For the camera JPEGs of a folder, in one run:
+//   Road      LxInterchangeNew to LxInterchangeDelete, one file after the other
+//   OpenRead  open, fstat, one pread of the first 64 KiB, close, of the same files
+// Both with a warm cache, on one thread, repetitions of the two interleaved; the medians and their ratio are printed last.
+//
+//   road_bench [--files=FOLDER-OR-FILE] [Google Benchmark's options]
+//
+// FOLDER is ../shared/corpus beside the tree unless it is given. A camera JPEG is a JPEG file whose first 64 KiB hold an
+// EXIF segment. Uses the library's public header only.
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "api/include/lxbridge/lxbridge.h"
+
+namespace {
+
+constexpr std::size_t kReadBytes = 64 * 1024;
+
+bool IsCameraJpeg(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string head(kReadBytes, '\0');
+  file.read(head.data(), static_cast<std::streamsize>(head.size()));
+  head.resize(static_cast<std::size_t>(file.gcount()));
+  const std::string_view exif("Exif\0\0", 6);
+  return head.starts_with("\xFF\xD8\xFF") && head.find(exif) != std::string::npos;
+}
+
+std::vector<std::string> CameraJpegs(const std::string& place) {
+  std::vector<std::string> files;
+  std::error_code error;
+  if (std::filesystem::is_directory(place, error)) {
+    for (const auto& entry : std::filesystem::directory_iterator(place, error)) {
+      if (entry.is_regular_file() && IsCameraJpeg(entry.path().string())) files.push_back(entry.path().string());
+    }
+  } else if (IsCameraJpeg(place)) {
+    files.push_back(place);
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+void Road(benchmark::State& state, const std::vector<std::string>& files) {
+  for (auto _ : state) {
+    for (const std::string& file : files) {
+      LxInterchangeHandle handle = LxInterchangeNew(file.c_str());
+      benchmark::DoNotOptimize(LxInterchangeGetXMP(handle));
+      LxInterchangeDelete(handle);
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(files.size()));
+}
+
+void OpenRead(benchmark::State& state, const std::vector<std::string>& files) {
+  static char buffer[kReadBytes];
+  for (auto _ : state) {
+    for (const std::string& file : files) {
+      const int descriptor = open(file.c_str(), O_RDONLY);
+      struct stat status;
+      if (descriptor < 0 || fstat(descriptor, &status) != 0 || pread(descriptor, buffer, sizeof buffer, 0) < 0) {
+        state.SkipWithError("a file cannot be read");
+      }
+      benchmark::DoNotOptimize(buffer);
+      close(descriptor);
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(files.size()));
+}
+
+// The console's table, and the medians kept for the ratio.
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& run : runs) {
+      if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
+        medians_[run.run_name.function_name] = run.GetAdjustedRealTime();
+      }
+    }
+  }
+  void PrintRatio(std::size_t files) const {
+    const auto road = medians_.find("Road"), openRead = medians_.find("OpenRead");
+    if (road == medians_.end() || openRead == medians_.end() || openRead->second <= 0) return;
+    const auto count = static_cast<double>(files);
+    std::printf("\n%zu files; medians a file: Road %.2f us, OpenRead %.2f us, ratio %.2f\n", files, road->second / count,
+                openRead->second / count, road->second / openRead->second);
+  }
+
+ private:
+  std::map<std::string, double> medians_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::string place = LXBRIDGE_CORPUS;
+  std::vector<char*> arguments;
+  for (int i = 0; i < argc; ++i) {
+    constexpr std::string_view kFiles = "--files=";
+    if (std::string_view(argv[i]).starts_with(kFiles)) {
+      place = argv[i] + kFiles.size();
+    } else {
+      arguments.push_back(argv[i]);
+    }
+  }
+  // Both benchmarks see the machine in the same state: many short repetitions, in random order.
+  char repetitions[] = "--benchmark_repetitions=21", interleaving[] = "--benchmark_enable_random_interleaving=true",
+       aggregates[] = "--benchmark_report_aggregates_only=true", time[] = "--benchmark_min_time=0.1";
+  arguments.insert(arguments.begin() + 1, {repetitions, interleaving, aggregates, time});
+  int count = static_cast<int>(arguments.size());
+
+  const std::vector<std::string> files = CameraJpegs(place);
+  if (files.empty()) {
+    std::fprintf(stderr, "road_bench: no camera JPEGs in %s\n", place.c_str());
+    return 1;
+  }
+  LxInterchangeInit();
+  benchmark::RegisterBenchmark("Road", Road, files)->Unit(benchmark::kMicrosecond);
+  benchmark::RegisterBenchmark("OpenRead", OpenRead, files)->Unit(benchmark::kMicrosecond);
+  benchmark::Initialize(&count, arguments.data());
+  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
+  RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.PrintRatio(files.size());
+  LxInterchangeTerm();
+  return 0;
+}
