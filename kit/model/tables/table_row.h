@@ -1,0 +1,56 @@
+// What the rows of this folder's tables are written with: short type and flag constants, and the shape that the compiler
+// checks. For the tables' .cpp files only. Uses tag_record.h and the type codes of value.h.
+#ifndef LXBRIDGE_KIT_MODEL_TABLES_TABLE_ROW_H_
+#define LXBRIDGE_KIT_MODEL_TABLES_TABLE_ROW_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "kit/model/tag_record.h"
+#include "kit/model/value.h"
+
+inline constexpr std::uint16_t kNone = kLxTypeNone;  // A tag whose type the standards leave open.
+inline constexpr std::uint16_t kByte = kLxTypeByte;
+inline constexpr std::uint16_t kAscii = kLxTypeAscii;
+inline constexpr std::uint16_t kShort = kLxTypeShort;
+inline constexpr std::uint16_t kLong = kLxTypeLong;
+inline constexpr std::uint16_t kRatl = kLxTypeRational;
+inline constexpr std::uint16_t kUndef = kLxTypeUndefined;
+inline constexpr std::uint16_t kSShort = kLxTypeSShort;
+inline constexpr std::uint16_t kSRatl = kLxTypeSRational;
+inline constexpr std::uint16_t kOffset = kLxTypeOffset;
+
+inline constexpr std::uint16_t kPlain = kLxRecordPlain;
+inline constexpr std::uint16_t kClosed = kLxRecordClosed;
+inline constexpr std::uint16_t kHidden = kLxRecordHidden;
+
+inline constexpr LxValueName kEndOfNames = {0, nullptr, nullptr};
+
+// Every walk of a table ends at its null entry, so it has to be there, last, and only there.
+template <std::size_t size>
+[[nodiscard]] consteval bool EndsOnlyAtLast(const LxValueName (&table)[size]) noexcept {
+  for (std::size_t i = 0; i < size; ++i) {
+    if ((table[i].name == nullptr) != (i == size - 1)) return false;
+  }
+  return true;
+}
+
+template <std::size_t size>
+[[nodiscard]] consteval bool IsDictionary(const LxTagRecord (&table)[size]) noexcept {
+  for (std::size_t i = 0; i < size; ++i) {
+    if ((table[i].name == nullptr) != (i == size - 1)) return false;
+  }
+  const LxTagRecord& end = table[size - 1];
+  return end.id == 0 && end.flags == kPlain && end.typeCode == kShort && end.count == 1;
+}
+
+// For the tables of namespaces, whose first field ends them.
+template <typename Entry, std::size_t size>
+[[nodiscard]] consteval bool EndsAtNullNamespace(const Entry (&table)[size]) noexcept {
+  for (std::size_t i = 0; i < size; ++i) {
+    if ((table[i].nameSpace == nullptr) != (i == size - 1)) return false;
+  }
+  return true;
+}
+
+#endif  // LXBRIDGE_KIT_MODEL_TABLES_TABLE_ROW_H_
