@@ -1,0 +1,65 @@
+#!/usr/bin/env python3
+"""Compares every #include "..." of the tree with the directions between its rooms (docs/architecture.md)."""
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+# What each room may include besides itself. The longest prefix that fits a file is its room.
+ALLOWED = {
+    "kit/base/": [],
+    "kit/model/": ["kit/base/"],
+    "kit/readers/": ["kit/model/", "kit/base/"],
+    "clients/broker/": [],
+    "clients/xmp/": ["clients/broker/"],
+    "xmpconv/": ["kit/model/", "kit/base/", "clients/xmp/", "clients/broker/"],
+    "xmpconv/driver": ["xmpconv/", "kit/model/", "kit/base/", "clients/xmp/", "clients/broker/", "api/interchange.h"],
+    "api/": ["xmpconv/", "kit/readers/", "kit/model/", "kit/base/", "clients/xmp/", "clients/broker/"],
+    "outside/broker/": ["clients/broker/broker_abi.h"],
+    "outside/xmp/": ["clients/broker/broker_abi.h", "clients/xmp/xmp_abi.h"],
+    "host/": ["clients/xmp/", "clients/broker/"],
+    "tools/": ["api/include/", "host/", "kit/readers/", "kit/model/", "kit/base/"],
+    "bench/": ["api/include/", "host/", "kit/", "outside/", "clients/", "tests/support/"],
+    "fuzz/": ["api/", "host/", "kit/", "xmpconv/", "outside/", "clients/", "tests/support/"],
+    "examples/": ["api/include/", "host/"],
+    "tests/": [""],
+}
+INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
+# What differs between systems is asked in one place; the build asks it once more to choose the file.
+SYSTEM = re.compile(r"\b(_WIN32|_WIN64|__linux__|__unix__|__APPLE__|__MINGW32__)\b")
+
+
+def room_of(path):
+    rooms = [room for room in ALLOWED if path.startswith(room)]
+    return max(rooms, key=len) if rooms else None
+
+
+def main():
+    faults = []
+    files = 0
+    for file in sorted(ROOT.rglob("*")):
+        path = file.relative_to(ROOT).as_posix()
+        if path.startswith("build") or file.suffix not in {".h", ".cpp", ".c"}:
+            continue
+        files += 1
+        room = room_of(path)
+        if room is None:
+            faults.append(f"{path}: in no room of this table")
+            continue
+        text = file.read_text(encoding="utf-8")
+        if SYSTEM.search(text) and not path.startswith("kit/base/platform"):
+            faults.append(f"{path}: asks what system it is on")
+        for target in INCLUDE.findall(text):
+            if not (ROOT / target).is_file():
+                faults.append(f'{path}: "{target}" is not named from the root of the tree')
+            elif not target.startswith(room) and not any(target.startswith(allowed) for allowed in ALLOWED[room]):
+                faults.append(f"{path}: may not include {target}")
+    for fault in faults:
+        print(fault)
+    print(f"{files} files, {len(faults)} faults")
+    return 1 if faults or files == 0 else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
