@@ -29,6 +29,10 @@ struct LxBlockCache {
   // does that at its segment borders only, a hostile one for every value, so what all blocks together hold is bounded by
   // a small multiple of the file's size. A load beyond it fails as one without memory does.
   std::int64_t loadBudget;
+  std::int32_t blockCount;
+  // By page number (offset / 4096): of the blocks that reach this page, the one that ends last. Null while blocks are so
+  // few that looking through the list is cheaper.
+  LxBlock** pages;
 };
 
 [[nodiscard]] LxBlockCache* LxNewBlockCache(LxStream* stream, std::int32_t fileSize) noexcept;  // Null: no memory.

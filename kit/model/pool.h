@@ -89,6 +89,9 @@ struct LxMetadataPool {
                                                 std::uint16_t tagId, std::uint16_t typeCode, std::int32_t valueLength,
                                                 const std::uint8_t* value) noexcept;
 
+// Frees the texts and the value that the item's flags say it owns, and takes those flags away.
+void LxReleaseOwned(LxMetadataItem* item) noexcept;
+
 // Frees the item, its following siblings, everything below them and what they own. Takes null. Needs no stack in
 // proportion to the tree's depth.
 void LxFreeMetadataItems(LxMetadataItem* item) noexcept;
@@ -104,6 +107,10 @@ void LxFreeMetadataPool(LxMetadataPool* pool) noexcept;
 // The fourth argument, where callers name a type, takes no part in the search.
 [[nodiscard]] LxResult LxFindMetadata(const LxMetadataPool* pool, const char* nameSpace, const char* name,
                                       const char* ignored, const char* displayText, LxMetadataItem** out) noexcept;
+
+// How deep searches and deletions look. Readers nest far less; only a tree built by hand can be deeper, and what lies
+// below is passed over, so that neither needs memory or stack in proportion to the depth.
+inline constexpr std::int32_t kLxMaxTreeDepth = 256;
 
 // The same from an item over its following siblings and what lies below them.
 [[nodiscard]] LxMetadataItem* LxFindItemInTree(LxMetadataItem* first, const char* nameSpace, const char* name,

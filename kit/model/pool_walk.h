@@ -19,6 +19,9 @@ struct LxPoolIterator {
 [[nodiscard]] LxPoolIterator* LxNewPoolIterator(const LxMetadataPool* pool) noexcept;
 void LxFreePoolIterator(LxPoolIterator* iterator) noexcept;
 
+// The same for an iterator that is its user's own record: needs no memory, so it cannot fail.
+void LxStartPoolWalk(LxPoolIterator* iterator, const LxMetadataPool* pool) noexcept;
+
 // The next live item, parents first: kLxOk; kLxEnd; kLxInternalError behind 30 levels. With `skip`, the children of the
 // item given out last are passed over.
 [[nodiscard]] LxResult LxNextPoolItem(LxPoolIterator* iterator, LxMetadataItem** out, bool skip) noexcept;

@@ -1,0 +1,155 @@
+// The block cache: whole pages around what is asked for, never freed before the cache, so that values may overlap
+// blocks and blocks each other. Touches memory.h and stream.h.
+#include "kit/base/block_cache.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "kit/base/memory.h"
+
+namespace {
+
+constexpr std::int64_t kPageSize = 4096;
+
+// What all blocks of a file may hold together. Each range that no single block covers loads a block of its own, and
+// only where it crosses the end of one; an honest file does so once a segment or directory, and holds less than twice
+// its metadata. Four times the file and a megabyte (for small files, whose every range touches the same few pages) is
+// far above that, and keeps a file that shifts a thousand overlapping values by a page from being read a thousand
+// times.
+constexpr std::int64_t kLoadedPerFileByte = 4;
+constexpr std::int64_t kLoadedAtLeast = 1 << 20;
+
+// From this many blocks on they are found by page. Photographs have fewer.
+constexpr std::int32_t kBlocksWithoutPages = 16;
+
+std::int64_t BlockEnd(const LxBlock* block) noexcept {
+  return std::int64_t{block->start} + block->length;
+}
+
+bool CurrentCovers(const LxBlockCache* cache, std::int64_t offset, std::int64_t end) noexcept {
+  return cache->current != nullptr && cache->currentStart <= offset &&
+         end <= std::int64_t{cache->currentStart} + cache->currentLength;
+}
+
+void MakeCurrent(LxBlockCache* cache, LxBlock* block) noexcept {
+  cache->current = block;
+  cache->currentStart = block->start;
+  cache->currentLength = block->length;
+}
+
+// Blocks begin at pages, so a block that covers a range reaches the range's first page, and when any block covers the
+// range, the one that reaches furthest from that page does. The page behind a block counts as reached: the empty range
+// at a block's end is covered by it.
+void EnterIntoPages(LxBlockCache* cache, LxBlock* block) noexcept {
+  const std::int64_t end = BlockEnd(block);
+  for (std::int64_t page = block->start / kPageSize; page <= end / kPageSize; ++page) {
+    if (cache->pages[page] == nullptr || BlockEnd(cache->pages[page]) < end) cache->pages[page] = block;
+  }
+}
+
+// All blocks so far, by page. False: no memory.
+bool MakePages(LxBlockCache* cache) noexcept {
+  const auto bytes = static_cast<std::size_t>(cache->fileSize / kPageSize + 1) * sizeof(LxBlock*);
+  cache->pages = static_cast<LxBlock**>(LxAlloc(bytes));
+  if (cache->pages == nullptr) return false;
+  std::memset(cache->pages, 0, bytes);
+  for (LxBlock* block = cache->blocks; block != nullptr; block = block->next) EnterIntoPages(cache, block);
+  return true;
+}
+
+// A block that covers the range, or null. Which of several is found makes no difference: they hold the same bytes.
+LxBlock* FindBlock(const LxBlockCache* cache, std::int64_t offset, std::int64_t end) noexcept {
+  if (cache->pages != nullptr) {
+    LxBlock* block = cache->pages[offset / kPageSize];
+    return block != nullptr && end <= BlockEnd(block) ? block : nullptr;
+  }
+  for (LxBlock* block = cache->blocks; block != nullptr; block = block->next) {
+    if (block->start <= offset && end <= BlockEnd(block)) return block;
+  }
+  return nullptr;
+}
+
+// Reads the block for an uncovered range inside the file, links it and makes it current.
+LxResult LoadBlock(LxBlockCache* cache, std::int64_t offset, std::int64_t end) noexcept {
+  const std::int64_t start = offset / kPageSize * kPageSize;
+  const std::int64_t pagesEnd = (end + kPageSize - 1) / kPageSize * kPageSize;
+  // Nothing is asked for behind the file's end, so the last page is read only as far as the file goes.
+  const std::int64_t size = std::min<std::int64_t>(pagesEnd, cache->fileSize) - start;
+  if (size > cache->loadBudget) return kLxOutOfMemory;
+  if (cache->blockCount >= kBlocksWithoutPages && cache->pages == nullptr && !MakePages(cache)) return kLxOutOfMemory;
+
+  // Header and bytes come and go together, so they are one allocation.
+  auto* block = static_cast<LxBlock*>(LxAlloc(sizeof(LxBlock) + static_cast<std::size_t>(size)));
+  if (block == nullptr) return kLxOutOfMemory;
+  // Reads that give nothing count as well: they cost as much time.
+  cache->loadBudget -= size;
+  auto* data = reinterpret_cast<std::uint8_t*>(block + 1);
+  const LxStreamMethods* methods = cache->stream->methods;
+  std::int64_t got = 0;
+  if (methods->seek(cache->stream, static_cast<std::int32_t>(start), SEEK_SET) == 0) {
+    got = methods->read(data, 1, static_cast<std::int32_t>(size), cache->stream);
+  }
+  if (got <= 0) {
+    LxFree(block);
+    return kLxReadError;
+  }
+  *block = {cache->blocks, static_cast<std::int32_t>(start), static_cast<std::int32_t>(std::min(got, size)), data};
+  cache->blocks = block;
+  ++cache->blockCount;
+  if (cache->pages != nullptr) EnterIntoPages(cache, block);
+  cache->highWater =
+      static_cast<std::int32_t>(std::min<std::int64_t>(std::max<std::int64_t>(cache->highWater, pagesEnd), INT32_MAX));
+  MakeCurrent(cache, block);
+  return kLxOk;
+}
+
+}  // namespace
+
+LxBlockCache* LxNewBlockCache(LxStream* stream, std::int32_t fileSize) noexcept {
+  auto* cache = static_cast<LxBlockCache*>(LxAlloc(sizeof(LxBlockCache)));
+  if (cache == nullptr) return nullptr;
+  *cache = LxBlockCache{};
+  cache->stream = stream;
+  cache->fileSize = std::max(fileSize, 0);
+  cache->loadBudget = kLoadedPerFileByte * cache->fileSize + kLoadedAtLeast;
+  return cache;
+}
+
+LxResult LxLoadRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept {
+  if (offset < 0 || length < 0 || offset > cache->fileSize || length > cache->fileSize - offset) {
+    return kLxBadParameter;
+  }
+  const std::int64_t end = std::int64_t{offset} + length;
+  if (CurrentCovers(cache, offset, end)) return kLxOk;
+  if (end <= cache->highWater) {
+    if (LxBlock* block = FindBlock(cache, offset, end)) {
+      MakeCurrent(cache, block);
+      return kLxOk;
+    }
+  }
+  return LoadBlock(cache, offset, end);
+}
+
+const std::uint8_t* LxMapRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept {
+  if (LxLoadRange(cache, offset, length) != kLxOk) return nullptr;
+  // A range that was loaded just now may still be uncovered: the file was shorter than it promised. No other block
+  // can cover it then, or nothing would have been loaded.
+  if (!CurrentCovers(cache, offset, std::int64_t{offset} + length)) return nullptr;
+  return cache->current->data + (offset - cache->currentStart);
+}
+
+const std::uint8_t* LxMapFileRange(LxBlockCache* cache, std::uint64_t offset, std::uint64_t length) noexcept {
+  if (offset > INT32_MAX || length > INT32_MAX) return nullptr;
+  return LxMapRange(cache, static_cast<std::int32_t>(offset), static_cast<std::int32_t>(length));
+}
+
+void LxFreeBlockCache(LxBlockCache* cache) noexcept {
+  if (cache == nullptr) return;
+  for (LxBlock* block = cache->blocks; block != nullptr;) {
+    LxBlock* next = block->next;
+    LxFree(block);
+    block = next;
+  }
+  LxFree(cache->pages);
+  *cache = LxBlockCache{};
+}

@@ -1,0 +1,73 @@
+// The kit's allocator and its record on the C runtime. Touches the C runtime's heap and nothing else.
+#include "kit/base/memory.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+void* Allocate(LxMemProcs*, std::size_t size) {
+  return std::malloc(size);
+}
+// calloc refuses a product that wraps, which a plain product would turn into a block that is too short.
+void* AllocateZeroed(LxMemProcs*, std::size_t count, std::size_t size) {
+  return std::calloc(count, size);
+}
+void Release(LxMemProcs*, void* block) {
+  std::free(block);
+}
+void* Reallocate(LxMemProcs*, void* block, std::size_t size) {
+  return std::realloc(block, size);
+}
+std::int32_t Unused(LxMemProcs*) {
+  return 0;
+}
+
+constexpr LxMemProcTable kRuntimeTable = {
+    Allocate, AllocateZeroed, Release, Allocate, AllocateZeroed, Reallocate, Reallocate, Unused, Unused,
+};
+constinit LxMemProcs runtimeProcs = {&kRuntimeTable};
+
+constinit LxMemProcs* installedProcs = nullptr;
+constinit std::int32_t firstError = 0;
+
+}  // namespace
+
+LxMemProcs* LxRuntimeMemProcs() noexcept {
+  return &runtimeProcs;
+}
+
+void LxInstallMemProcs(LxMemProcs* procs) noexcept {
+  installedProcs = procs;
+}
+
+LxMemProcs* LxInstalledMemProcs() noexcept {
+  return installedProcs;
+}
+
+void* LxAlloc(std::size_t size) noexcept {
+  if (installedProcs == nullptr) return nullptr;
+  // malloc(0) may give null, which callers take for a lack of memory.
+  return installedProcs->table->allocate(installedProcs, size == 0 ? 1 : size);
+}
+
+void LxFree(void* block) noexcept {
+  if (block != nullptr && installedProcs != nullptr) installedProcs->table->release(installedProcs, block);
+}
+
+char* LxCopyText(const void* bytes, std::size_t length) noexcept {
+  if (length == SIZE_MAX) return nullptr;
+  char* copy = static_cast<char*>(LxAlloc(length + 1));
+  if (copy == nullptr) return nullptr;
+  if (length != 0) std::memcpy(copy, bytes, length);
+  copy[length] = 0;
+  return copy;
+}
+
+void LxNoteError(std::int32_t code) noexcept {
+  if (firstError == 0) firstError = code;
+}
+
+std::int32_t LxFirstError() noexcept {
+  return firstError;
+}

@@ -1,0 +1,220 @@
+// File streams: the thirteen methods over a C runtime FILE, opening by path, length. Touches memory.h, utf16.h and
+// platform.h.
+//
+// Nothing in the kit leaves an operation but by its return: there is no jump out and no exception, and every failure is
+// a result code. So the operations link no error frames for anyone to unwind to.
+#include "kit/base/stream.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "kit/base/platform.h"
+#include "kit/base/utf16.h"
+
+namespace {
+
+bool Has(const LxStream* stream, std::uint32_t flag) noexcept {
+  return (stream->flags & flag) != 0;
+}
+
+std::int32_t Fail(LxStream* stream, std::int32_t result) noexcept {
+  stream->flags |= kLxStreamError;
+  return result;
+}
+
+void EmptyBuffer(LxStream* stream) noexcept {
+  stream->cursor = stream->base = stream->buffer;
+  stream->count = 0;
+}
+
+bool HasPending(const LxStream* stream) noexcept {
+  return stream->cursor != stream->base;
+}
+
+// Writes the bytes between base and cursor. A short write leaves the stream without room, so that it is not written
+// into a second time.
+bool WritePending(LxStream* stream) noexcept {
+  const auto pending = static_cast<std::size_t>(stream->cursor - stream->base);
+  if (std::fwrite(stream->base, 1, pending, stream->file) != pending) {
+    stream->count = 0;
+    (void)Fail(stream, -1);
+    return false;
+  }
+  stream->cursor = stream->base = stream->buffer;
+  return true;
+}
+
+std::int32_t Fill(LxStream* stream) noexcept {
+  if (!Has(stream, kLxStreamReadable)) return Fail(stream, -1);
+  if (stream->unbuffered != 0) return std::getc(stream->file);
+  EmptyBuffer(stream);
+  const std::size_t got = std::fread(stream->buffer, 1, sizeof(stream->buffer), stream->file);
+  if (got == 0) return -1;
+  stream->count = static_cast<std::int32_t>(got) - 1;
+  return *stream->cursor++;
+}
+
+std::int32_t FlushAndPut(std::int32_t byte, LxStream* stream) noexcept {
+  if (stream->unbuffered != 0) return std::putc(byte, stream->file) == EOF ? -1 : 0;
+  if (!Has(stream, kLxStreamWritable)) return Fail(stream, -1);
+  if (!WritePending(stream)) return -1;
+  *stream->cursor++ = static_cast<std::uint8_t>(byte & 0xFF);
+  stream->count = kLxStreamBufferSize - 1;
+  return 0;
+}
+
+std::int32_t Read(void* buffer, std::int32_t size, std::int32_t count, LxStream* stream) noexcept {
+  if (!Has(stream, kLxStreamReadable)) return Fail(stream, 0);
+  if (size < 1 || count < 1) return 0;
+  const std::int64_t want = std::min<std::int64_t>(std::int64_t{size} * count, INT32_MAX);
+  const std::int64_t buffered = std::min<std::int64_t>(want, stream->count);
+  if (buffered > 0) {
+    std::memcpy(buffer, stream->cursor, static_cast<std::size_t>(buffered));
+    stream->cursor += buffered;
+    stream->count -= static_cast<std::int32_t>(buffered);
+  }
+  std::size_t direct = 0;
+  if (buffered < want) {
+    direct = std::fread(static_cast<std::uint8_t*>(buffer) + buffered, 1, static_cast<std::size_t>(want - buffered),
+                        stream->file);
+  }
+  return static_cast<std::int32_t>(buffered) + static_cast<std::int32_t>(direct);
+}
+
+std::int32_t Flush(LxStream* stream) noexcept {
+  if (!Has(stream, kLxStreamWritable)) return Fail(stream, -1);
+  if (!WritePending(stream)) return -1;
+  if (std::fflush(stream->file) != 0) return Fail(stream, -1);
+  stream->count = kLxStreamBufferSize;
+  return 0;
+}
+
+std::int32_t Write(const void* buffer, std::int32_t size, std::int32_t count, LxStream* stream) noexcept {
+  if (!Has(stream, kLxStreamWritable)) return Fail(stream, 0);
+  if (size < 1 || count < 1) return 0;
+  if (HasPending(stream) && stream->methods->flush(stream) == -1) return 0;
+  return static_cast<std::int32_t>(
+      std::fwrite(buffer, static_cast<std::size_t>(size), static_cast<std::size_t>(count), stream->file));
+}
+
+std::int32_t Unget(std::int32_t byte, LxStream* stream) noexcept {
+  if (!Has(stream, kLxStreamReadable)) return Fail(stream, -1);
+  if (stream->count < 1) return std::ungetc(byte, stream->file);
+  if (stream->cursor == stream->buffer) return -1;  // More given back than was taken from this buffer.
+  *--stream->cursor = static_cast<std::uint8_t>(byte & 0xFF);
+  ++stream->count;
+  return *stream->cursor;
+}
+
+std::int32_t Close(LxStream* stream) noexcept {
+  std::int32_t status = 0;
+  if (Has(stream, kLxStreamWritable)) status = stream->methods->flush(stream);
+  if (stream->borrowed == 0) status |= std::fclose(stream->file);
+  LxMemProcs* procs = stream->procs;
+  procs->table->release(procs, stream);
+  return status;
+}
+
+std::int32_t Buffered(LxStream* stream) noexcept {
+  return Has(stream, kLxStreamReadable) && stream->count > 0 ? stream->count : -1;
+}
+
+std::int32_t AlwaysMinusOne(LxStream*) noexcept {
+  return -1;
+}
+std::int32_t AlwaysZero(LxStream*) noexcept {
+  return 0;
+}
+
+// From the current position (whence 1) counts from the FILE's own position, which is behind what the buffer holds.
+std::int32_t Seek(LxStream* stream, std::int32_t offset, std::int32_t whence) noexcept {
+  if (!Has(stream, kLxStreamSeekable)) return -1;
+  if (Has(stream, kLxStreamWritable) && HasPending(stream) && !WritePending(stream)) return -1;
+  EmptyBuffer(stream);
+  return LxPlatformSeek(stream->file, offset, whence);
+}
+
+std::int32_t Tell(LxStream* stream) noexcept {
+  std::int64_t position = LxPlatformTell(stream->file);
+  if (position == -1) return -1;
+  position += Has(stream, kLxStreamReadable) ? -std::int64_t{stream->count} : stream->cursor - stream->base;
+  return static_cast<std::int32_t>(std::min<std::int64_t>(position, INT32_MAX));
+}
+
+std::FILE* OpenPath(const char* path, const char* mode) noexcept {
+  // Also where the system opens by the path's bytes, the path has to be convertible: the same paths open everywhere.
+  char16_t* widePath = LxUtf8ToUtf16(path);
+  if (widePath == nullptr) return nullptr;
+  std::FILE* file = LxPlatformOpen(path, widePath, mode);
+  LxFree(widePath);
+  return file;
+}
+
+}  // namespace
+
+constinit const LxStreamMethods kLxFileStreamMethods = {
+    Fill,     FlushAndPut,    Read,           Write, Unget, Flush,      Close,
+    Buffered, AlwaysMinusOne, AlwaysMinusOne, Seek,  Tell,  AlwaysZero,
+};
+
+LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode, LxMemProcs* procs) noexcept {
+  if (procs == nullptr) return nullptr;
+  auto* stream = static_cast<LxStream*>(procs->table->allocateZeroed(procs, 1, sizeof(LxStream)));
+  if (stream == nullptr) return nullptr;
+  stream->borrowed = path == nullptr || path[0] == 0 ? 1 : 0;
+  stream->file = stream->borrowed != 0 ? defaultFile : OpenPath(path, mode);
+  if (stream->file == nullptr) {
+    procs->table->release(procs, stream);
+    return nullptr;
+  }
+  stream->methods = &kLxFileStreamMethods;
+  stream->procs = procs;
+  if (LxPlatformTell(stream->file) != -1) stream->flags |= kLxStreamSeekable;
+  stream->unbuffered = !Has(stream, kLxStreamSeekable) || LxPlatformIsTerminal(stream->file) ? 1 : 0;
+  // Reads are whole pages or come through the buffer here, so a second buffer in the FILE would only cost: it is filled
+  // again after every seek. A borrowed FILE may have been read from already, and what it holds is not ours to drop.
+  if (stream->borrowed == 0 && stream->unbuffered == 0) (void)std::setvbuf(stream->file, nullptr, _IONBF, 0);
+
+  bool text = stream->unbuffered != 0;
+  for (const char* letter = mode; *letter != 0; ++letter) {
+    switch (*letter) {
+      case '+':
+        stream->flags |= kLxStreamUpdate;
+        break;
+      case 'r':
+        stream->flags |= kLxStreamReadable;
+        break;
+      case 'w':
+        stream->flags |= kLxStreamWritable;
+        break;
+      case 'b':
+      case 't':
+        text = *letter == 't';
+        break;
+      default:
+        break;
+    }
+  }
+  LxPlatformSetTextMode(stream->file, text);
+  EmptyBuffer(stream);
+  return stream;
+}
+
+LxResult LxOpenFileStream(const char* path, LxStream** out) noexcept {
+  *out = LxNewFileStream(path, stdin, "rb", LxInstalledMemProcs());
+  return *out != nullptr ? kLxOk : kLxNotFound;
+}
+
+LxResult LxCloseStream(LxStream* stream) noexcept {
+  if (stream != nullptr) (void)stream->methods->close(stream);
+  return kLxOk;
+}
+
+std::int32_t LxStreamLength(LxStream* stream) noexcept {
+  const LxStreamMethods* methods = stream->methods;
+  const std::int32_t position = methods->tell(stream);
+  if (position == -1 || methods->seek(stream, 0, SEEK_END) != 0) return 0;
+  const std::int32_t length = methods->tell(stream);
+  if (methods->seek(stream, position, SEEK_SET) != 0) return 0;
+  return std::max(length, 0);
+}

@@ -1,0 +1,142 @@
+// Items and pools: making, freeing, searching. Touches value.h (type names) and kit/base.
+#include "kit/model/pool.h"
+
+#include <cstring>
+
+#include "kit/base/memory.h"
+#include "kit/model/value.h"
+
+namespace {
+
+// Texts that items do not own are const; those that they own came from LxAlloc.
+void FreeText(const char* text) noexcept {
+  LxFree(const_cast<char*>(text));
+}
+
+void FreeOne(LxMetadataItem* item) noexcept {
+  LxReleaseOwned(item);
+  LxFree(item);
+}
+
+bool Empty(const char* text) noexcept {
+  return text == nullptr || text[0] == 0;
+}
+
+// The first bytes are compared before the rest: most texts differ there, and a search looks at every item of a file.
+bool Matches(const char* wanted, const char* text) noexcept {
+  if (wanted == text) return true;
+  return text != nullptr && wanted[0] == text[0] && std::strcmp(wanted, text) == 0;
+}
+
+}  // namespace
+
+void LxReleaseOwned(LxMetadataItem* item) noexcept {
+  if ((item->flags & kLxOwnsNamespace) != 0) FreeText(item->nameSpace);
+  if ((item->flags & kLxOwnsName) != 0) FreeText(item->name);
+  if ((item->flags & kLxOwnsTypeName) != 0) FreeText(item->typeName);
+  if ((item->flags & kLxOwnsDisplayText) != 0) FreeText(item->displayText);
+  if ((item->flags & kLxOwnsValue) != 0) LxFree(const_cast<std::uint8_t*>(item->value));
+  item->flags &= ~(kLxOwnsNamespace | kLxOwnsName | kLxOwnsTypeName | kLxOwnsDisplayText | kLxOwnsValue);
+}
+
+LxMetadataItem* LxNewMetadataItem(const char* nameSpace, const char* name, std::uint32_t flags, std::uint16_t tagId,
+                                  std::uint16_t typeCode, std::int32_t valueLength,
+                                  const std::uint8_t* value) noexcept {
+  auto* item = static_cast<LxMetadataItem*>(LxAlloc(sizeof(LxMetadataItem)));
+  if (item == nullptr) return nullptr;
+  *item = LxMetadataItem{
+      .nameSpace = nameSpace,
+      .name = name,
+      .label = nullptr,
+      .typeName = LxTypeName(typeCode),
+      .displayText = "",
+      .valueLabel = nullptr,
+      .next = nullptr,
+      .firstChild = nullptr,
+      .flags = flags,
+      .tagId = tagId,
+      .typeCode = typeCode,
+      .valueLength = valueLength,
+      .value = value,
+  };
+  return item;
+}
+
+void LxFreeMetadataItems(LxMetadataItem* item) noexcept {
+  // The children of the item that goes are put in front of what is left, so one list is all that has to be remembered.
+  // Each list's end is looked for once, when its parent goes.
+  while (item != nullptr) {
+    LxMetadataItem* rest = item->next;
+    if (item->firstChild != nullptr) {
+      LxMetadataItem* last = item->firstChild;
+      while (last->next != nullptr) last = last->next;
+      last->next = rest;
+      rest = item->firstChild;
+    }
+    FreeOne(item);
+    item = rest;
+  }
+}
+
+LxMetadataPool* LxNewPool() noexcept {
+  auto* pool = static_cast<LxMetadataPool*>(LxAlloc(sizeof(LxMetadataPool)));
+  if (pool != nullptr) *pool = LxMetadataPool{};
+  return pool;
+}
+
+void LxDeletePool(LxMetadataPool* pool) noexcept {
+  if (pool == nullptr) return;
+  LxFreeMetadataPool(pool);
+  LxFree(pool);
+}
+
+void LxFreeMetadataPool(LxMetadataPool* pool) noexcept {
+  LxFreeMetadataItems(pool->root);
+  pool->root = nullptr;
+  LxFreeBlockCache(pool->blocks);
+  LxFree(pool->blocks);
+  pool->blocks = nullptr;
+}
+
+LxMetadataItem* LxFindItemInTree(LxMetadataItem* first, const char* nameSpace, const char* name,
+                                 const char* displayText) noexcept {
+  const bool anyNamespace = Empty(nameSpace), anyName = Empty(name), anyText = Empty(displayText);
+  LxMetadataItem* parents[kLxMaxTreeDepth];
+  int depth = 0;
+  for (LxMetadataItem* item = first;;) {
+    // Up to the next parent with a list to go on with; a list also ends behind an end of run.
+    while (item == nullptr) {
+      if (depth == 0) return nullptr;
+      const LxMetadataItem* parent = parents[--depth];
+      item = (parent->flags & kLxEndOfRun) != 0 ? nullptr : parent->next;
+    }
+    if ((item->flags & kLxDeleted) != 0) {  // Its own end of run does not count.
+      item = item->next;
+      continue;
+    }
+    // The name is asked for first: it tells more items apart than the namespace.
+    if ((anyName || Matches(name, item->name)) && (anyNamespace || Matches(nameSpace, item->nameSpace)) &&
+        (anyText || Matches(displayText, item->displayText))) {
+      return item;
+    }
+    if (item->firstChild != nullptr && (item->flags & kLxClosed) == 0 && depth < kLxMaxTreeDepth) {
+      parents[depth++] = item;
+      item = item->firstChild;
+    } else {
+      item = (item->flags & kLxEndOfRun) != 0 ? nullptr : item->next;
+    }
+  }
+}
+
+LxResult LxFindMetadata(const LxMetadataPool* pool, const char* nameSpace, const char* name, const char*,
+                        const char* displayText, LxMetadataItem** out) noexcept {
+  *out = LxFindItemInTree(pool->root, nameSpace, name, displayText);
+  return *out != nullptr ? kLxOk : kLxNotFound;
+}
+
+void LxSetDisplayText(LxMetadataItem* item, const char* text, bool owned) noexcept {
+  if ((item->flags & kLxOwnsDisplayText) != 0) FreeText(item->displayText);
+  item->flags &= ~kLxOwnsDisplayText;
+  item->displayText = text != nullptr ? text : "";
+  if (text != nullptr && owned) item->flags |= kLxOwnsDisplayText;
+}
