@@ -1,0 +1,201 @@
+// The interface broker client's state: start and stop, and the broker's own interfaces. Uses the broker's boundary.
+#include "clients/broker/broker_client.h"
+
+#include <iterator>
+#include <new>
+
+namespace TAL_T_NMT {
+
+namespace {
+
+enum class Phase {
+  kStopped,  // Not started, or a start-up that has not come to its fourth step.
+  kBound,    // The broker's interfaces are bound: from here on a procedure that is missing is raised.
+  kStarted,
+};
+
+// Without a broker the count is this word. It never changes and is not 0.
+constinit const std::uint32_t kNoBrokerCount = 1;
+
+constinit Phase phase = Phase::kStopped;
+constinit TALLookupProc lookUp = nullptr;
+constinit std::uint32_t primaryInstanceOffset = 0;
+constinit TALClientObject* clientObjects = nullptr;
+
+constinit TALInterfaceTable<TALContainerProcs, std::size(kTALContainerProcNames)> containerTable(
+    kTALContainerInterface, kTALContainerProcNames);
+constinit TALInterfaceTable<TALErrorProcs, std::size(kTALErrorProcNames)> errorTable(kTALErrorInterface,
+                                                                                     kTALErrorProcNames);
+constinit TALInterfaceTable<TALStringProcs, std::size(kTALStringProcNames)> stringTable(kTALStringInterface,
+                                                                                        kTALStringProcNames);
+constinit TALInterfaceTable<TALMemoryProcs, std::size(kTALMemoryProcNames)> memoryTable(kTALMemoryInterface,
+                                                                                        kTALMemoryProcNames);
+
+// The broker's two core errors as exceptions. They are made by start-up and emptied by shutdown; as plain variables
+// they would have a destructor that is registered at load and runs at exit, when there may be no broker any more.
+class StaticErrors {
+ public:
+  // Whether the first core error exists.
+  bool Make(const TALErrorProcs& procs) noexcept {
+    for (std::uint32_t index = 0; index < 2; ++index) ::new (At(index)) CTALError(procs.getCoreError(index));
+    made_ = true;
+    return At(0)->Reference() != nullptr;
+  }
+
+  void Empty() noexcept {
+    if (!made_) return;
+    made_ = false;
+    for (std::uint32_t index = 0; index < 2; ++index) At(index)->~CTALError();
+  }
+
+ private:
+  CTALError* At(std::uint32_t index) noexcept {
+    return std::launder(reinterpret_cast<CTALError*>(storage_ + index * sizeof(CTALError)));
+  }
+
+  alignas(CTALError) unsigned char storage_[2 * sizeof(CTALError)] = {};
+  bool made_ = false;
+};
+constinit StaticErrors staticErrors;
+
+// Start-up's own binding, and that of errors: a missing procedure is an answer, not an exception.
+bool LookUpAll(const char* interfaceName, const TALProcName* names, std::size_t count, TALProc* slots) noexcept {
+  if (!lookUp) return false;
+  for (std::size_t i = 0; i < count; ++i) {
+    slots[i] = lookUp(interfaceName, names[i].shortName, names[i].qualifiedName);
+    if (!slots[i]) return false;
+  }
+  return true;
+}
+
+void ForgetBroker() noexcept {
+  phase = Phase::kStopped;
+  staticErrors.Empty();
+  containerTable.Forget();
+  errorTable.Forget();
+  stringTable.Forget();
+  memoryTable.Forget();
+  primaryInstanceOffset = 0;
+  lookUp = nullptr;
+  unregisterCountAddress = &kNoBrokerCount;
+}
+
+bool FindCore() noexcept {
+  TALProc slots[std::size(kTALCoreProcNames)];
+  if (!LookUpAll(kTALInterface, kTALCoreProcNames, std::size(slots), slots)) return false;
+  TALCoreProcs core;
+  std::memcpy(&core, slots, sizeof core);
+  const std::uint32_t* address = core.getUnregisterCountAddr();
+  if (!address) return false;
+  unregisterCountAddress = address;
+  return true;
+}
+
+bool BindBroker() {
+  const bool hasContainers = containerTable.Bind(LookUpAll);
+  if (hasContainers) primaryInstanceOffset = containerTable.Bound().getOffsetToPrimaryInstance();
+  // An error can be raised only by means of the error interface. So a missing container interface is raised when that
+  // one is there, and when both are missing the start-up is false as it is for the error interface alone: either way
+  // the caller gets true, false or an error that says what is missing.
+  if (!errorTable.Bind(LookUpAll)) return false;
+  if (!hasContainers) throw CTALError("Missing Interface", "TAL", 0);
+  if (!staticErrors.Make(errorTable.Bound())) return false;
+  if (!stringTable.Bind(LookUpAll)) return false;
+  if (!memoryTable.Bind(LookUpAll)) throw CTALError("Missing Interface", "TAL", 0);
+  return true;
+}
+
+bool StartObject(const TALClientObject& object) noexcept {
+  try {
+    return object.start();
+  } catch (...) {
+    return false;  // Whatever it was, start-up reports it as a client object that did not start.
+  }
+}
+
+bool StartClientObjects() noexcept {
+  for (TALClientObject* object = clientObjects; object; object = object->next) {
+    if (StartObject(*object)) continue;
+    for (TALClientObject* started = clientObjects; started != object; started = started->next) started->stop();
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+constinit const std::uint32_t* unregisterCountAddress = &kNoBrokerCount;
+
+bool StartBrokerClient(TALLookupProc lookup) {
+  if (phase == Phase::kStarted) return true;
+  if (!lookup) return false;
+  ForgetBroker();  // What a start-up that failed has left.
+  lookUp = lookup;
+  // A start-up that fails leaves what it has bound: the error that it raised, or that a client object kept, is still to
+  // be released. The phase keeps everything else from using it.
+  if (!FindCore() || !BindBroker()) return false;
+  phase = Phase::kBound;
+  if (!StartClientObjects()) {
+    phase = Phase::kStopped;
+    return false;
+  }
+  phase = Phase::kStarted;
+  return true;
+}
+
+void ShutDownBrokerClient() noexcept {
+  if (phase == Phase::kStarted) {
+    for (TALClientObject* object = clientObjects; object; object = object->next) object->stop();
+  }
+  ForgetBroker();
+}
+
+bool BrokerClientStarted() noexcept {
+  return phase == Phase::kStarted;
+}
+
+void RegisterClientObject(TALClientObject* object) noexcept {
+  object->next = clientObjects;
+  clientObjects = object;
+}
+
+bool BindInterface(const char* interfaceName, const TALProcName* names, std::size_t count, TALProc* slots) {
+  if (phase == Phase::kStopped) return false;
+  if (!LookUpAll(interfaceName, names, count, slots)) throw CTALError("", "TAL", 0);
+  return true;
+}
+
+const TALContainerProcs* ContainerProcs() {
+  return phase == Phase::kStopped ? nullptr : containerTable.Get();
+}
+const TALStringProcs* StringProcs() {
+  return phase == Phase::kStopped ? nullptr : stringTable.Get();
+}
+const TALMemoryProcs* MemoryProcs() {
+  return phase == Phase::kStopped ? nullptr : memoryTable.Get();
+}
+
+const TALErrorProcs* ErrorProcs() noexcept {
+  if (!errorTable.IsBound() && !errorTable.Bind(LookUpAll)) return nullptr;
+  return &errorTable.Bound();
+}
+
+std::uint32_t PrimaryInstanceOffset() noexcept {
+  return primaryInstanceOffset;
+}
+
+void ReleaseContainer(TALContainerRef container) noexcept {
+  if (!container) return;
+  try {
+    if (const TALContainerProcs* procs = ContainerProcs()) ReleaseError(procs->release(container));
+  } catch (const CTALError&) {
+    // The container interface is gone, and the containers with it.
+  }
+}
+
+void ReleaseError(TALErrorRef error) noexcept {
+  const TALErrorProcs* procs = error ? ErrorProcs() : nullptr;
+  if (procs) procs->release(error);
+}
+
+}  // namespace TAL_T_NMT

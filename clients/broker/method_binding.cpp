@@ -1,0 +1,60 @@
+// Binding the methods of objects by string atoms. Uses the broker's container and string interfaces.
+#include "clients/broker/broker_client.h"
+
+namespace TAL_T_NMT {
+
+namespace {
+
+[[noreturn]] void ThrowInvalidContainer() {
+  throw CTALError("invalid container", "", 0);
+}
+
+// Whatever the broker has against the object: to the caller it is no valid container, so the broker's error goes no
+// further.
+bool Succeeded(TALErrorRef error) noexcept {
+  ReleaseError(error);
+  return !error;
+}
+
+class Atom {
+ public:
+  Atom(const TALStringProcs& procs, const char* text) noexcept : procs_(procs), atom_(procs.newStringAtom(text)) {}
+  ~Atom() {
+    if (atom_) procs_.deleteStringAtom(atom_);
+  }
+  Atom(const Atom&) = delete;
+  Atom& operator=(const Atom&) = delete;
+
+  TALStringAtom Get() const noexcept { return atom_; }
+
+ private:
+  const TALStringProcs& procs_;
+  TALStringAtom atom_;
+};
+
+}  // namespace
+
+TALKindRef KindOf(TALContainerRef object) {
+  const TALContainerProcs* containers = object ? ContainerProcs() : nullptr;
+  if (!containers) ThrowInvalidContainer();
+  TALKindRef kind = nullptr;
+  if (!Succeeded(containers->getKind(object, &kind)) || !kind) ThrowInvalidContainer();
+  return kind;
+}
+
+void BindMethods(TALContainerRef object, const TALProcName* names, std::size_t count, TALProc* slots) {
+  const TALContainerProcs* containers = object ? ContainerProcs() : nullptr;
+  const TALStringProcs* strings = StringProcs();
+  if (!containers || !strings) ThrowInvalidContainer();
+  for (std::size_t i = 0; i < count; ++i) {
+    const Atom shortName(*strings, names[i].shortName);
+    const Atom qualifiedName(*strings, names[i].qualifiedName);
+    slots[i] = nullptr;
+    if (!shortName.Get() || !qualifiedName.Get() ||
+        !Succeeded(containers->getMethod(&slots[i], object, shortName.Get(), qualifiedName.Get(), 0)) || !slots[i]) {
+      ThrowInvalidContainer();
+    }
+  }
+}
+
+}  // namespace TAL_T_NMT

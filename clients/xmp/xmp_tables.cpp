@@ -1,0 +1,61 @@
+// The toolkit's interfaces and methods as this client has bound them, and what starts and stops with the broker client.
+// Uses the broker client and the toolkit's boundary.
+#include "clients/xmp/xmp_tables.h"
+
+#include <stdexcept>
+
+#include "clients/xmp/xmp_client.h"
+
+using TAL_T_NMT::BrokerClientStarted;
+using TAL_T_NMT::CTALError;
+using TAL_T_NMT::TALClientObject;
+using TAL_T_NMT::TALInterfaceTable;
+
+constinit XMPMethodTables xmpMethodTables(kXMPMetaMethodNames);
+
+namespace {
+
+constinit TALInterfaceTable<XMPMetaStatics, std::size(kXMPMetaStaticNames)> metaTable(kXMPMetaStaticInterface,
+                                                                                      kXMPMetaStaticNames);
+constinit TALInterfaceTable<XMPUtilsStatics, std::size(kXMPUtilsStaticNames)> utilsTable(kXMPUtilsStaticInterface,
+                                                                                         kXMPUtilsStaticNames);
+
+[[noreturn]] void ThrowMetaNotInitialised() {
+  throw std::logic_error("ZXMPMeta Client initialization failure");
+}
+
+void Forget() noexcept {
+  metaTable.Forget();
+  utilsTable.Forget();
+  xmpMethodTables.Forget();
+}
+
+// The toolkit is started after the broker client, so there is nothing to bind yet.
+bool Start() {
+  Forget();
+  return true;
+}
+
+constinit TALClientObject clientObject{Start, Forget};
+
+// The one thing of the library that runs at load: an insertion into a list. It is in this file because nothing of the
+// toolkit can be used without it, so that no linker leaves it out.
+[[maybe_unused]] const bool isRegistered = (TAL_T_NMT::RegisterClientObject(&clientObject), true);
+
+}  // namespace
+
+const XMPMetaStatics& XMPStatics() {
+  if (const XMPMetaStatics* table = metaTable.Get()) return *table;
+  ThrowMetaNotInitialised();
+}
+
+const XMPUtilsStatics& XMPUtilsTable() {
+  if (const XMPUtilsStatics* table = utilsTable.Get()) return *table;
+  throw std::logic_error("ZXMPUtils Client initialization failure");
+}
+
+const XMPMetaMethods& XMPMethodsOf(XMPObjectRef object) {
+  if (!BrokerClientStarted()) ThrowMetaNotInitialised();
+  if (!object) throw CTALError("CXMPMeta object is invalid", "XMP", 3);
+  return xmpMethodTables.Of(object);
+}

@@ -1,0 +1,13 @@
+// The toolkit client's own look at its table of object methods; for the files of this folder.
+#ifndef LXBRIDGE_CLIENTS_XMP_XMP_TABLES_H_
+#define LXBRIDGE_CLIENTS_XMP_XMP_TABLES_H_
+
+#include <iterator>
+
+#include "clients/broker/broker_client.h"
+#include "clients/xmp/xmp_abi.h"
+
+using XMPMethodTables = TAL_T_NMT::TALMethodTables<XMPMetaMethods, std::size(kXMPMetaMethodNames)>;
+extern constinit XMPMethodTables xmpMethodTables;
+
+#endif  // LXBRIDGE_CLIENTS_XMP_XMP_TABLES_H_

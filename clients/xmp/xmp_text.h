@@ -1,0 +1,27 @@
+// Copying the toolkit's texts out; for the files of this folder.
+#ifndef LXBRIDGE_CLIENTS_XMP_XMP_TEXT_H_
+#define LXBRIDGE_CLIENTS_XMP_XMP_TEXT_H_
+
+#include <string>
+
+#include "clients/broker/tal_error.h"
+#include "clients/xmp/xmp_abi.h"
+
+// Copies the text and has its owner unlocked, also when there is no memory for the copy: the toolkit keeps what it
+// handed out until then. `unlock` gives the unlocking procedure's result.
+template <typename Unlock>
+void TakeText(const XMPTextOut& text, std::string* copy, Unlock unlock) {
+  try {
+    if (text.text) {
+      copy->assign(text.text, text.length);
+    } else {
+      copy->clear();
+    }
+  } catch (...) {
+    const TAL_T_NMT::CTALError dropped(unlock());  // The first failure is the one to report.
+    throw;
+  }
+  TAL_T_NMT::ThrowIfError(unlock());
+}
+
+#endif  // LXBRIDGE_CLIENTS_XMP_XMP_TEXT_H_
