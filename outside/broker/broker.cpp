@@ -1,0 +1,56 @@
+// The broker's entry point, and the interfaces that it registers for itself. Uses the boundary and the broker's rooms.
+#include <cstring>
+#include <iterator>
+
+#include "clients/broker/broker_abi.h"
+#include "outside/broker/atoms.h"
+#include "outside/broker/containers.h"
+#include "outside/broker/errors.h"
+#include "outside/broker/memory.h"
+#include "outside/broker/registry.h"
+
+namespace {
+
+// Nobody listens to errors here: this broker has no host that it could tell.
+void ReportError(TALErrorRef error) noexcept {
+  ReleaseBrokerError(error);
+}
+
+std::uint8_t IsMultiThreaded() noexcept {
+  return 0;
+}
+
+constinit const TALCoreProcs kCoreProcs = {RegisterProc, ReportError, UnregisterInterface, UnregisterCountAddress,
+                                           IsMultiThreaded};
+
+template <typename Procs, std::size_t kCount>
+bool RegisterAll(const char* interfaceName, const TALProcName (&names)[kCount], const Procs& procs) noexcept {
+  TALProc slots[kCount];
+  std::memcpy(slots, &procs, sizeof slots);
+  for (std::size_t i = 0; i < kCount; ++i) {
+    if (TALErrorRef error = RegisterProc(interfaceName, names[i].shortName, names[i].qualifiedName, slots[i])) {
+      ReleaseBrokerError(error);
+      return false;
+    }
+  }
+  return true;
+}
+
+// Also after a first try that ran out of memory half-way: what is registered already counts as registered.
+bool RegisterOwnInterfaces() noexcept {
+  return RegisterAll(kTALInterface, kTALCoreProcNames, kCoreProcs) &&
+         RegisterAll(kTALContainerInterface, kTALContainerProcNames, kContainerProcs) &&
+         RegisterAll(kTALErrorInterface, kTALErrorProcNames, kErrorProcs) &&
+         RegisterAll(kTALStringInterface, kTALStringProcNames, kStringProcs) &&
+         RegisterAll(kTALMemoryInterface, kTALMemoryProcNames, kMemoryProcs);
+}
+
+}  // namespace
+
+// The broker comes to life with the first call, so loading the library costs nothing. Its own interfaces are registered
+// once and are like any other from then on: one that was unregistered stays so.
+extern "C" TALLookupProc TALOrdinal5() {
+  static constinit bool isRegistered = false;
+  if (!isRegistered) isRegistered = RegisterOwnInterfaces();
+  return isRegistered ? FindProc : nullptr;
+}

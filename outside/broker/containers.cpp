@@ -1,0 +1,238 @@
+// Counted objects: a container holds one instance of a kind, and the kind holds the methods. Uses the boundary and the
+// broker's memory.
+#include "outside/broker/containers.h"
+
+#include <cstring>
+#include <new>
+
+#include "outside/broker/atoms.h"
+#include "outside/broker/errors.h"
+#include "outside/broker/hash_table.h"
+
+struct TALKindRecord {
+  TALDestroyInstanceProc destroy;
+  HashTable methods;
+  std::uint32_t liveContainers;
+
+  const char* Name() const noexcept { return reinterpret_cast<const char*>(this + 1); }
+};
+
+struct TALContainerRecord {
+  void* instance;  // First, so that the offset to it is 0.
+  TALKindRef kind;
+  std::uint32_t count;
+  HashNode living;
+};
+
+namespace {
+
+struct Method : HashNode {
+  TALStringAtom shortName;
+  TALStringAtom qualifiedName;
+  TALProc address;
+};
+
+// The containers that live, by address: what tells a reference from any other pointer.
+constinit HashTable livingContainers;
+constinit std::uint32_t liveCount = 0;
+
+std::uint64_t HashAddress(std::uint64_t hash, const void* address) noexcept {
+  return HashWord(hash, reinterpret_cast<std::uintptr_t>(address));
+}
+
+// Both names are atoms, so the pair is found by two addresses.
+std::uint64_t HashAtoms(TALStringAtom shortName, TALStringAtom qualifiedName) noexcept {
+  return HashAddress(HashAddress(0, shortName), qualifiedName);
+}
+
+Method* FindMethod(const TALKindRecord& kind, TALStringAtom shortName, TALStringAtom qualifiedName) noexcept {
+  return static_cast<Method*>(kind.methods.Find(HashAtoms(shortName, qualifiedName), [=](const HashNode& node) {
+    const auto& method = static_cast<const Method&>(node);
+    return method.shortName == shortName && method.qualifiedName == qualifiedName;
+  }));
+}
+
+void FreeMethod(Method* method) noexcept {
+  DeleteAtom(method->shortName);
+  DeleteAtom(method->qualifiedName);
+  BrokerFree(method);
+}
+
+void Destroy(TALContainerRef container) noexcept {
+  const TALKindRef kind = container->kind;
+  void* instance = container->instance;
+  livingContainers.Remove(&container->living);
+  --liveCount;
+  --kind->liveContainers;
+  BrokerFree(container);
+  // Last, for the instance may own references to other containers.
+  if (kind->destroy && instance) kind->destroy(instance);
+}
+
+TALErrorRef NullArgument() noexcept {
+  return NewBrokerError(BrokerErrorId::kNullArgument);
+}
+
+std::uint32_t GetOffsetToPrimaryInstance() noexcept {
+  return offsetof(TALContainerRecord, instance);
+}
+
+TALErrorRef NewKind(TALKindRef* result, const char* name, TALDestroyInstanceProc destroy) noexcept {
+  if (!result) return NullArgument();
+  *result = nullptr;
+  if (!name) return NullArgument();
+  const std::size_t size = std::strlen(name) + 1;
+  void* block = BrokerAlloc(sizeof(TALKindRecord) + size);
+  if (!block) return OutOfMemoryError();
+  auto* kind = ::new (block) TALKindRecord{destroy, {}, 0};
+  std::memcpy(kind + 1, name, size);
+  *result = kind;
+  return nullptr;
+}
+
+TALErrorRef DeleteKind(TALKindRef kind) noexcept {
+  if (!kind) return NullArgument();
+  if (kind->liveContainers) return NewBrokerError(BrokerErrorId::kStillInUse);
+  while (HashNode* method = kind->methods.TakeAny()) FreeMethod(static_cast<Method*>(method));
+  kind->methods.Free();
+  BrokerFree(kind);
+  return nullptr;
+}
+
+// The answer to a name pair that is taken: null for the same procedure, as with interfaces.
+TALErrorRef InsertMethod(TALKindRef kind, Method* method, bool* inserted) noexcept {
+  if (!method->shortName || !method->qualifiedName) return OutOfMemoryError();
+  if (const Method* found = FindMethod(*kind, method->shortName, method->qualifiedName)) {
+    return found->address == method->address ? nullptr : NewBrokerError(BrokerErrorId::kAlreadyRegistered);
+  }
+  *inserted = kind->methods.Insert(method, HashAtoms(method->shortName, method->qualifiedName));
+  return *inserted ? nullptr : OutOfMemoryError();
+}
+
+TALErrorRef AddMethod(TALKindRef kind, const char* shortName, const char* qualifiedName, TALProc procedure) noexcept {
+  if (!kind || !shortName || !qualifiedName || !procedure) return NullArgument();
+  void* block = BrokerAlloc(sizeof(Method));
+  if (!block) return OutOfMemoryError();
+  auto* method = ::new (block) Method{{}, NewAtom(shortName), NewAtom(qualifiedName), procedure};
+  bool inserted = false;
+  const TALErrorRef error = InsertMethod(kind, method, &inserted);
+  if (!inserted) FreeMethod(method);
+  return error;
+}
+
+TALErrorRef GetKindName(TALKindRef kind, const char** name) noexcept {
+  if (!kind || !name) return NullArgument();
+  *name = kind->Name();
+  return nullptr;
+}
+
+TALErrorRef NewContainer(TALContainerRef* result, TALKindRef kind, void* instance) noexcept {
+  if (!result) return NullArgument();
+  *result = nullptr;
+  if (!kind) return NullArgument();
+  void* block = BrokerAlloc(sizeof(TALContainerRecord));
+  if (!block) return OutOfMemoryError();
+  auto* container = ::new (block) TALContainerRecord{instance, kind, 0, {}};
+  if (!livingContainers.Insert(&container->living, HashAddress(0, container))) {
+    BrokerFree(block);
+    return OutOfMemoryError();
+  }
+  ++kind->liveContainers;
+  ++liveCount;
+  *result = container;
+  return nullptr;
+}
+
+TALErrorRef AddRef(TALContainerRef container) noexcept {
+  if (!container) return NullArgument();
+  ++container->count;
+  return nullptr;
+}
+
+TALErrorRef Release(TALContainerRef container) noexcept {
+  if (!container) return NullArgument();
+  // A container that nobody has adopted goes as well: whoever made it and could not add a reference gives it up this
+  // way.
+  if (container->count > 1) {
+    --container->count;
+  } else {
+    Destroy(container);
+  }
+  return nullptr;
+}
+
+TALErrorRef GetRefCount(TALContainerRef container, std::uint32_t* count) noexcept {
+  if (!container || !count) return NullArgument();
+  *count = container->count;
+  return nullptr;
+}
+
+TALErrorRef GetKind(TALContainerRef container, TALKindRef* kind) noexcept {
+  if (!container || !kind) return NullArgument();
+  *kind = container->kind;
+  return nullptr;
+}
+
+TALErrorRef IsKind(TALContainerRef container, const char* name, std::uint8_t* answer) noexcept {
+  if (!container || !name || !answer) return NullArgument();
+  *answer = std::strcmp(container->kind->Name(), name) == 0 ? 1 : 0;
+  return nullptr;
+}
+
+TALErrorRef GetMethod(TALProc* result, TALContainerRef container, TALStringAtom shortName, TALStringAtom qualifiedName,
+                      std::uint8_t notRequired) noexcept {
+  if (!result) return NullArgument();
+  *result = nullptr;
+  if (!container || !shortName || !qualifiedName) return NullArgument();
+  if (const Method* found = FindMethod(*container->kind, shortName, qualifiedName)) {
+    *result = found->address;
+    return nullptr;
+  }
+  return notRequired ? nullptr : NewBrokerError(BrokerErrorId::kNotRegistered);
+}
+
+TALErrorRef GetPrimaryInstance(TALContainerRef container, void** instance) noexcept {
+  if (!container || !instance) return NullArgument();
+  *instance = container->instance;
+  return nullptr;
+}
+
+TALErrorRef SetPrimaryInstance(TALContainerRef container, void* instance) noexcept {
+  if (!container) return NullArgument();
+  container->instance = instance;  // The one before stays its setter's business.
+  return nullptr;
+}
+
+std::uint8_t IsValid(TALContainerRef container) noexcept {
+  // Compared as numbers, since the pointer may be anything.
+  const auto address = reinterpret_cast<std::uintptr_t>(container);
+  const HashNode* found = livingContainers.Find(HashAddress(0, container), [=](const HashNode& node) {
+    return reinterpret_cast<std::uintptr_t>(&node) - offsetof(TALContainerRecord, living) == address;
+  });
+  return found ? 1 : 0;
+}
+
+std::uint32_t GetLiveCount() noexcept {
+  return liveCount;
+}
+
+}  // namespace
+
+constinit const TALContainerProcs kContainerProcs = {
+    GetOffsetToPrimaryInstance,
+    NewKind,
+    DeleteKind,
+    AddMethod,
+    GetKindName,
+    NewContainer,
+    AddRef,
+    Release,
+    GetRefCount,
+    GetKind,
+    IsKind,
+    GetMethod,
+    GetPrimaryInstance,
+    SetPrimaryInstance,
+    IsValid,
+    GetLiveCount,
+};

@@ -1,0 +1,9 @@
+// Counted objects and their kinds. Uses the boundary and the broker's memory.
+#ifndef LXBRIDGE_OUTSIDE_BROKER_CONTAINERS_H_
+#define LXBRIDGE_OUTSIDE_BROKER_CONTAINERS_H_
+
+#include "clients/broker/broker_abi.h"
+
+extern const TALContainerProcs kContainerProcs;
+
+#endif  // LXBRIDGE_OUTSIDE_BROKER_CONTAINERS_H_

@@ -1,0 +1,143 @@
+// The registry: one hash table for all procedures and one for the interfaces, which keep a list of their procedures for
+// the day they are unregistered. Uses the boundary and the broker's memory.
+#include "outside/broker/registry.h"
+
+#include <cstring>
+#include <new>
+
+#include "outside/broker/errors.h"
+#include "outside/broker/hash_table.h"
+
+namespace {
+
+struct Procedure;
+
+struct Interface : HashNode {
+  Procedure* procedures;
+
+  const char* Name() const noexcept { return reinterpret_cast<const char*>(this + 1); }
+};
+
+struct Procedure : HashNode {
+  Interface* owner;
+  Procedure* nextOfInterface;
+  TALProc address;
+  const char* shortName;  // Both behind the record.
+  const char* qualifiedName;
+};
+
+constinit HashTable interfaces;
+constinit HashTable procedures;
+constinit std::uint32_t unregisterCount = 1;
+
+struct Names {
+  const char* interfaceName;
+  const char* shortName;
+  const char* qualifiedName;
+  std::size_t shortLength;
+  std::size_t qualifiedLength;
+  std::uint64_t interfaceHash;
+  std::uint64_t hash;
+
+  Names(const char* interface, const char* shortText, const char* qualified) noexcept
+      : interfaceName(interface),
+        shortName(shortText),
+        qualifiedName(qualified),
+        shortLength(std::strlen(shortText)),
+        qualifiedLength(std::strlen(qualified)),
+        interfaceHash(HashText(0, interface, std::strlen(interface))),
+        hash(HashText(HashText(interfaceHash, qualified, qualifiedLength), shortText, shortLength)) {}
+};
+
+Procedure* Find(const Names& names) noexcept {
+  return static_cast<Procedure*>(procedures.Find(names.hash, [&](const HashNode& node) {
+    const auto& procedure = static_cast<const Procedure&>(node);
+    return std::strcmp(procedure.qualifiedName, names.qualifiedName) == 0 &&
+           std::strcmp(procedure.shortName, names.shortName) == 0 &&
+           std::strcmp(procedure.owner->Name(), names.interfaceName) == 0;
+  }));
+}
+
+Interface* FindInterface(const char* name, std::uint64_t hash) noexcept {
+  return static_cast<Interface*>(interfaces.Find(
+      hash, [=](const HashNode& node) { return std::strcmp(static_cast<const Interface&>(node).Name(), name) == 0; }));
+}
+
+Interface* NewInterface(const Names& names) noexcept {
+  const std::size_t size = std::strlen(names.interfaceName) + 1;
+  void* block = BrokerAlloc(sizeof(Interface) + size);
+  if (!block) return nullptr;
+  auto* made = ::new (block) Interface{{}, nullptr};
+  std::memcpy(made + 1, names.interfaceName, size);
+  if (!interfaces.Insert(made, names.interfaceHash)) {
+    BrokerFree(block);
+    return nullptr;
+  }
+  return made;
+}
+
+// The names are copied: a library may register texts that it builds.
+Procedure* NewProcedure(const Names& names, TALProc address) noexcept {
+  const std::size_t shortSize = names.shortLength + 1;
+  const std::size_t qualifiedSize = names.qualifiedLength + 1;
+  void* block = BrokerAlloc(sizeof(Procedure) + shortSize + qualifiedSize);
+  if (!block) return nullptr;
+  char* texts = static_cast<char*>(block) + sizeof(Procedure);
+  std::memcpy(texts, names.shortName, shortSize);
+  std::memcpy(texts + shortSize, names.qualifiedName, qualifiedSize);
+  return ::new (block) Procedure{{}, nullptr, nullptr, address, texts, texts + shortSize};
+}
+
+}  // namespace
+
+TALProc FindProc(const char* interfaceName, const char* shortName, const char* qualifiedName) noexcept {
+  if (!interfaceName || !shortName || !qualifiedName) return nullptr;
+  const Procedure* found = Find(Names(interfaceName, shortName, qualifiedName));
+  return found ? found->address : nullptr;
+}
+
+TALErrorRef RegisterProc(const char* interfaceName, const char* shortName, const char* qualifiedName,
+                         TALProc procedure) noexcept {
+  if (!interfaceName || !shortName || !qualifiedName || !procedure) return NewBrokerError(BrokerErrorId::kNullArgument);
+  const Names names(interfaceName, shortName, qualifiedName);
+  if (const Procedure* found = Find(names)) {
+    return found->address == procedure ? nullptr : NewBrokerError(BrokerErrorId::kAlreadyRegistered);
+  }
+  Procedure* made = NewProcedure(names, procedure);
+  if (!made) return OutOfMemoryError();
+  if (!procedures.Insert(made, names.hash)) {
+    BrokerFree(made);
+    return OutOfMemoryError();
+  }
+  Interface* owner = FindInterface(interfaceName, names.interfaceHash);
+  if (!owner) owner = NewInterface(names);
+  if (!owner) {
+    procedures.Remove(made);
+    BrokerFree(made);
+    return OutOfMemoryError();
+  }
+  made->owner = owner;
+  made->nextOfInterface = owner->procedures;
+  owner->procedures = made;
+  return nullptr;
+}
+
+TALErrorRef UnregisterInterface(const char* interfaceName) noexcept {
+  if (!interfaceName) return NewBrokerError(BrokerErrorId::kNullArgument);
+  Interface* found = FindInterface(interfaceName, HashText(0, interfaceName, std::strlen(interfaceName)));
+  if (!found) return NewBrokerError(BrokerErrorId::kNotRegistered);
+  while (Procedure* procedure = found->procedures) {
+    found->procedures = procedure->nextOfInterface;
+    procedures.Remove(procedure);
+    BrokerFree(procedure);
+  }
+  interfaces.Remove(found);
+  BrokerFree(found);
+  // Tables that have not been bound yet keep 0, so the count passes over it when it wraps.
+  if (++unregisterCount == 0) unregisterCount = 1;
+  return nullptr;
+}
+
+const std::uint32_t* UnregisterCountAddress() noexcept {
+  return &unregisterCount;
+}
