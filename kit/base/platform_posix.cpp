@@ -1,10 +1,15 @@
 // The system's files on POSIX. The only file of the tree, with its Windows twin, that asks for the system.
+
+// Positions beyond 2 GiB on 32-bit systems. Files are opened and sought in this file only, so this is the one place.
+#ifndef _FILE_OFFSET_BITS
+#define _FILE_OFFSET_BITS 64
+#endif
+
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "kit/base/platform.h"
 
-// The tree is built with 64-bit file positions on 32-bit machines too (_FILE_OFFSET_BITS).
 static_assert(sizeof(off_t) >= 8);
 
 std::FILE* LxPlatformOpen(const char* path, const char16_t*, const char* mode) noexcept {
