@@ -14,6 +14,10 @@ enum LxTextEncoding : std::int32_t {
 // The encoding under which the fewest bytes are errors.
 [[nodiscard]] LxTextEncoding LxGuessEncoding(const std::uint8_t* bytes, std::int32_t length) noexcept;
 
+// The text in the encoding that it seems to have. UTF-8, ISO-2022-JP and EUC-JP are copied as they are.
+[[nodiscard]] char* LxTextToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept;
+
+// These end at the first zero byte. Shift_JIS bytes that name no character become U+FFFD.
 [[nodiscard]] char* LxLatin1ToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept;
 [[nodiscard]] char* LxShiftJisToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept;
 // Up to the first zero unit; an odd last byte is left out. order: 1 big-endian.

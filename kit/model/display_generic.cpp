@@ -1,0 +1,208 @@
+// Display texts by a value's type alone, and by a table of value names. Uses display_parts.h, lookup.h, value.h,
+// text_encoding.h and kit/base.
+#include <charconv>
+#include <cstring>
+#include <numeric>
+
+#include "kit/base/byte_order.h"
+#include "kit/base/memory.h"
+#include "kit/model/display_parts.h"
+#include "kit/model/lookup.h"
+#include "kit/model/text_encoding.h"
+#include "kit/model/text_scan.h"
+#include "kit/model/value.h"
+
+namespace {
+
+// Versions are stored as four digits, "0220" for 2.2 (Exif 2.2, 4.6.5, ExifVersion and FlashpixVersion).
+bool IsFourDigits(const LxMetadataItem* item) noexcept {
+  if (item->valueLength != 4) return false;
+  for (std::int32_t i = 0; i < 4; ++i) {
+    if (item->value[i] < '0' || item->value[i] > '9') return false;
+  }
+  return true;
+}
+
+void ShowDottedDigits(LxMetadataItem* item) noexcept {
+  LxDisplayBuffer out;
+  out.length = 0;
+  for (std::int32_t i = 0; i < 4; ++i) {
+    if (i != 0) LxAppendChar(&out, '.');
+    LxAppendChar(&out, static_cast<char>(item->value[i]));
+  }
+  LxShowBuffer(item, out);
+}
+
+// Whether opaque bytes are a text, with or without its terminator. Of three bytes and less nobody can tell.
+bool IsPlainText(const LxMetadataItem* item) noexcept {
+  if (item->valueLength <= 3) return false;
+  const auto length = static_cast<std::size_t>(item->valueLength);
+  const std::size_t text = LxPrintableRun(item->value, length);
+  return LxIsZeroFilled(item->value + text, length - text);
+}
+
+void ShowText(LxMetadataItem* item) noexcept {
+  if (LxIsUtf8Value(item->value, item->valueLength)) {
+    // The check has seen the terminating zero byte within the value, so the value is its own display text.
+    LxSetDisplayText(item, reinterpret_cast<const char*>(item->value), false);
+    return;
+  }
+  LxShowOwned(item, LxTextToUtf8(item->value, item->valueLength));
+}
+
+// "8", "5/0 ", "1/250(0.00)". The two spaces behind a zero denominator leave one where the rational is the last.
+template <typename Part>
+void AppendRational(LxDisplayBuffer* out, Part numerator, Part denominator) noexcept {
+  if (numerator > 0 && denominator > 0) {  // Negative ones stay as they are.
+    const Part divisor = std::gcd(numerator, denominator);
+    numerator /= divisor;
+    denominator /= divisor;
+  }
+  if (numerator == 0) {
+    LxAppendText(out, "0 ");
+    return;
+  }
+  // Signed also for the unsigned type: parts of 2^31 and more show negative.
+  LxAppendInteger(out, static_cast<std::int32_t>(numerator));
+  if (denominator != 1) {
+    LxAppendChar(out, '/');
+    LxAppendInteger(out, static_cast<std::int32_t>(denominator));
+    if (denominator == 0) {
+      LxAppendChar(out, ' ');
+    } else {
+      LxAppendChar(out, '(');
+      LxAppendFixed(out, static_cast<double>(numerator) / static_cast<double>(denominator), 2);
+      LxAppendChar(out, ')');
+    }
+  }
+  LxAppendChar(out, ' ');
+}
+
+void AppendElement(LxDisplayBuffer* out, const std::uint8_t* at, std::uint16_t typeCode, int order) noexcept {
+  switch (typeCode) {
+    case kLxTypeSByte:
+      LxAppendInteger(out, static_cast<std::int32_t>(static_cast<std::int8_t>(*at)));
+      break;
+    case kLxTypeShort:
+      LxAppendInteger(out, static_cast<std::int32_t>(LxGet16(at, order)));
+      break;
+    case kLxTypeSShort:
+      LxAppendInteger(out, static_cast<std::int32_t>(static_cast<std::int16_t>(LxGet16(at, order))));
+      break;
+    case kLxTypeLong:  // As for rationals, 2^31 and more show negative.
+    case kLxTypeSLong:
+      LxAppendInteger(out, static_cast<std::int32_t>(LxGet32(at, order)));
+      break;
+    case kLxTypeRational:
+      AppendRational(out, LxGet32(at, order), LxGet32(at + 4, order));
+      return;
+    case kLxTypeSRational:
+      AppendRational(out, static_cast<std::int32_t>(LxGet32(at, order)),
+                     static_cast<std::int32_t>(LxGet32(at + 4, order)));
+      return;
+    default:
+      LxAppendInteger(out, static_cast<std::int32_t>(*at));
+      break;
+  }
+  LxAppendChar(out, ' ');
+}
+
+void ShowElements(int order, LxMetadataItem* item) noexcept {
+  const LxShownPart shown = LxShownPartOf(item);
+  const auto size = static_cast<std::int32_t>(LxElementSize(item->typeCode));
+  LxDisplayBuffer out;
+  out.length = 0;
+  for (std::int32_t at = 0; shown.length - at >= size; at += size) {
+    AppendElement(&out, item->value + at, item->typeCode, order);
+  }
+  if (out.length == 0) return;  // Not one whole element.
+  if (shown.shortened) LxAppendText(&out, "... ");
+  --out.length;  // The space behind the last element.
+  LxShowBuffer(item, out);
+}
+
+std::uint16_t LowBits(const std::uint8_t* at, std::int32_t size, int order) noexcept {
+  if (size == 1) return *at;
+  if (size == 2) return LxGet16(at, order);
+  return static_cast<std::uint16_t>(LxGet32(at, order) & 0xFFFF);
+}
+
+// The name of an element, or its number.
+struct ElementText {
+  const LxValueName* entry;  // Null: shown as a number.
+  const char* text;
+  std::size_t length;
+  char digits[8];
+};
+
+void NameElement(std::uint16_t value, const LxValueName* names, ElementText* out) noexcept {
+  out->entry = names != nullptr ? LxFindValueName(value, names) : nullptr;
+  if (out->entry != nullptr) {
+    out->text = out->entry->name;
+    out->length = std::strlen(out->text);
+    return;
+  }
+  out->text = out->digits;
+  out->length =
+      static_cast<std::size_t>(std::to_chars(out->digits, out->digits + sizeof out->digits, value).ptr - out->digits);
+}
+
+}  // namespace
+
+void LxFormatGenericValue(int order, LxMetadataItem* item) noexcept {
+  switch (item->typeCode) {
+    case kLxTypeUndefined:
+      if (IsFourDigits(item)) {
+        ShowDottedDigits(item);
+        return;
+      }
+      [[fallthrough]];
+    case kLxTypeByte:
+      if (IsPlainText(item)) {
+        LxShowCopy(item, item->value, static_cast<std::size_t>(item->valueLength));
+        return;
+      }
+      ShowElements(order, item);
+      return;
+    case kLxTypeAscii:
+      ShowText(item);
+      return;
+    case kLxTypeShort:
+    case kLxTypeLong:
+    case kLxTypeRational:
+    case kLxTypeSByte:
+    case kLxTypeSShort:
+    case kLxTypeSLong:
+    case kLxTypeSRational:
+      ShowElements(order, item);
+      return;
+    default:
+      return;
+  }
+}
+
+void LxFormatNamedValue(int order, LxMetadataItem* item, const LxValueName* names) noexcept {
+  const auto size = static_cast<std::int32_t>(LxElementSize(item->typeCode));
+  const std::int32_t shown = LxShownPartOf(item).length;
+  // Names have any length, so the text is measured before it is written.
+  ElementText element;
+  std::size_t total = 0;
+  for (std::int32_t at = 0; shown - at >= size; at += size) {
+    NameElement(LowBits(item->value + at, size, order), names, &element);
+    total += element.length + 1;
+  }
+  if (total == 0) return;
+  if (item->valueLength / size == 1) item->valueLabel = element.entry != nullptr ? element.entry->label : nullptr;
+
+  auto* text = static_cast<char*>(LxAlloc(total));
+  if (text == nullptr) return;
+  char* end = text;
+  for (std::int32_t at = 0; shown - at >= size; at += size) {
+    NameElement(LowBits(item->value + at, size, order), names, &element);
+    std::memcpy(end, element.text, element.length);
+    end += element.length;
+    *end++ = ' ';
+  }
+  end[-1] = '\0';
+  LxShowOwned(item, text);
+}

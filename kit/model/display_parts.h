@@ -1,0 +1,85 @@
+// What the display_*.cpp files share and nobody else includes: the buffer in which a display text is put together, the
+// length limits, and one function for each group of display formats. Uses pool.h, value.h, tag_record.h and kit/base.
+#ifndef LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
+#define LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
+
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "kit/base/byte_order.h"
+#include "kit/model/pool.h"
+#include "kit/model/tag_record.h"
+
+// The longest text of numbers: 256 shown bytes as "-128 ", or 32 rationals as "-2147483648/2147483646(-1.00) ", and the
+// mark "... ". Appending stops at the end, so a wrong sum here would cut a text and no more.
+inline constexpr std::size_t kLxDisplayBufferSize = 1536;
+
+// A text under construction. Only `length` needs a value at the start. Numbers go through std::to_chars: unlike printf
+// it knows no locale (a host's decimal comma must not reach the texts) and it costs a tenth.
+struct LxDisplayBuffer {
+  std::size_t length;
+  char bytes[kLxDisplayBufferSize];
+};
+
+inline void LxAppendChar(LxDisplayBuffer* out, char c) noexcept {
+  if (out->length < kLxDisplayBufferSize) out->bytes[out->length++] = c;
+}
+
+inline void LxAppendText(LxDisplayBuffer* out, const char* text) noexcept {
+  while (*text != '\0') LxAppendChar(out, *text++);
+}
+
+// "%d" and "%u".
+template <typename Integer>
+inline void LxAppendInteger(LxDisplayBuffer* out, Integer value) noexcept {
+  char* at = out->bytes + out->length;
+  const std::to_chars_result result = std::to_chars(at, out->bytes + kLxDisplayBufferSize, value);
+  if (result.ec == std::errc()) out->length += static_cast<std::size_t>(result.ptr - at);
+}
+
+// "%.<digits>f".
+inline void LxAppendFixed(LxDisplayBuffer* out, double value, int digits) noexcept {
+  char* at = out->bytes + out->length;
+  const std::to_chars_result result =
+      std::to_chars(at, out->bytes + kLxDisplayBufferSize, value, std::chars_format::fixed, digits);
+  if (result.ec == std::errc()) out->length += static_cast<std::size_t>(result.ptr - at);
+}
+
+// Gives the item a copy of the buffer as its own display text. Without memory the display text stays.
+void LxShowBuffer(LxMetadataItem* item, const LxDisplayBuffer& buffer) noexcept;
+// Gives the item a text from LxAlloc, which becomes its own; null (no memory) changes nothing.
+void LxShowOwned(LxMetadataItem* item, char* text) noexcept;
+// Gives the item a copy of the bytes up to their first zero byte.
+void LxShowCopy(LxMetadataItem* item, const std::uint8_t* bytes, std::size_t length) noexcept;
+
+// The part of the value that is shown element by element. What is never displayed is looked at in dumps only, so a
+// short piece of it does.
+struct LxShownPart {
+  std::int32_t length;  // Bytes.
+  bool shortened;
+};
+[[nodiscard]] LxShownPart LxShownPartOf(const LxMetadataItem* item) noexcept;
+
+[[nodiscard]] inline bool LxHasValue(const LxMetadataItem* item) noexcept {
+  return item->value != nullptr && item->valueLength >= 1;
+}
+
+// The rational at a byte offset as a number; a zero denominator counts as 1. REQUIRES: 8 bytes of value from there.
+[[nodiscard]] inline double LxUnsignedQuotient(const LxMetadataItem* item, int order, std::int32_t offset) noexcept {
+  const std::uint32_t numerator = LxGet32(item->value + offset, order);
+  const std::uint32_t denominator = LxGet32(item->value + offset + 4, order);
+  return static_cast<double>(numerator) / static_cast<double>(denominator != 0 ? denominator : 1);
+}
+
+// All of these take an item that has a value.
+void LxFormatGenericValue(int order, LxMetadataItem* item) noexcept;                          // display_generic
+void LxFormatNamedValue(int order, LxMetadataItem* item, const LxValueName* names) noexcept;  // display_generic
+void LxFormatPhotoQuantity(int order, LxMetadataItem* item) noexcept;                         // display_photo
+void LxFormatGpsQuantity(int order, LxMetadataItem* item) noexcept;                           // display_photo
+void LxFormatMakerSpecial(int order, LxMetadataItem* item) noexcept;                          // display_photo
+void LxFormatComment(int order, LxMetadataItem* item) noexcept;                               // display_comment
+[[nodiscard]] bool LxFormatIccProfile(LxMetadataItem* item) noexcept;  // display_icc. False: no description to be read.
+
+#endif  // LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
