@@ -95,22 +95,23 @@ constexpr LxNamespaceDescriptor kImageResourceSegment = {"jpegappir",   kLxReadR
 
 }  // namespace
 
-// A segment is looked up by its marker and the text before its first zero byte.
+// A segment is looked up by its marker and the text before its first zero byte. The text of kLxXmpSegmentId is written out:
+// with sanitizers the compiler does not take the address of an inline variable for non-null, and the shape goes unchecked.
 constexpr LxTagRecord kLxJpegSegmentIds[] = {
-  //id     flags    name             type    n  display  leads to                label
-  {0xFFE0, kPlain,  "JFIF",          kUndef, 0, nullptr, &kJfifSegment,          nullptr},
-  {0xFFE1, kPlain,  "PIC",           kUndef, 0, nullptr, nullptr,                nullptr},
-  {0xFFE1, kPlain,  "Meta",          kUndef, 0, nullptr, &kExifSegment,          nullptr},
-  {0xFFE1, kPlain,  "Exif",          kUndef, 0, nullptr, &kExifSegment,          nullptr},
-  {0xFFE1, kPlain,  kLxXmpSegmentId, kUndef, 0, nullptr, &kXmpSegment,           nullptr},
-  {0xFFE2, kClosed, "FPXR",          kUndef, 0, nullptr, &kFlashPixSegment,      nullptr},
-  {0xFFE2, kPlain,  "ICC_PROFILE",   kUndef, 0, nullptr, &kIccSegment,           nullptr},
-  {0xFFE3, kPlain,  "Exif",          kUndef, 0, nullptr, &kExifSegment,          nullptr},
-  {0xFFE3, kPlain,  "Meta",          kUndef, 0, nullptr, &kExifSegment,          nullptr},
-  {0xFFEC, kPlain,  "Ducky",         kUndef, 0, nullptr, nullptr,                nullptr},
-  {0xFFED, kClosed, "Velto_CM",      kUndef, 0, nullptr, nullptr,                nullptr},
-  {0xFFED, kPlain,  "Picturist 3.0", kUndef, 0, nullptr, &kImageResourceSegment, nullptr},
-  {0xFFEE, kPlain,  "Velto",         kUndef, 0, nullptr, nullptr,                nullptr},
+  //id     flags    name                            type    n  display  leads to                label
+  {0xFFE0, kPlain,  "JFIF",                         kUndef, 0, nullptr, &kJfifSegment,          nullptr},
+  {0xFFE1, kPlain,  "PIC",                          kUndef, 0, nullptr, nullptr,                nullptr},
+  {0xFFE1, kPlain,  "Meta",                         kUndef, 0, nullptr, &kExifSegment,          nullptr},
+  {0xFFE1, kPlain,  "Exif",                         kUndef, 0, nullptr, &kExifSegment,          nullptr},
+  {0xFFE1, kPlain,  "http://ns.adobe.com/xap/1.0/", kUndef, 0, nullptr, &kXmpSegment,           nullptr},
+  {0xFFE2, kClosed, "FPXR",                         kUndef, 0, nullptr, &kFlashPixSegment,      nullptr},
+  {0xFFE2, kPlain,  "ICC_PROFILE",                  kUndef, 0, nullptr, &kIccSegment,           nullptr},
+  {0xFFE3, kPlain,  "Exif",                         kUndef, 0, nullptr, &kExifSegment,          nullptr},
+  {0xFFE3, kPlain,  "Meta",                         kUndef, 0, nullptr, &kExifSegment,          nullptr},
+  {0xFFEC, kPlain,  "Ducky",                        kUndef, 0, nullptr, nullptr,                nullptr},
+  {0xFFED, kClosed, "Velto_CM",                     kUndef, 0, nullptr, nullptr,                nullptr},
+  {0xFFED, kPlain,  "Picturist 3.0",                kUndef, 0, nullptr, &kImageResourceSegment, nullptr},
+  {0xFFEE, kPlain,  "Velto",                        kUndef, 0, nullptr, nullptr,                nullptr},
   kLxEndOfTags,
 };
 static_assert(std::size(kLxJpegSegmentIds) == 13 + 1 && IsDictionary(kLxJpegSegmentIds));
