@@ -1,0 +1,268 @@
+// Maker notes (Exif 2.2, 4.6.5: tag 0x927C, whose layout each maker makes up): choosing the maker's dictionary, finding
+// the layout and the origin of the value offsets, reading the IFDs. Uses dispatch.h.
+#include <algorithm>
+#include <cstring>
+
+#include "kit/base/byte_cursor.h"
+#include "kit/model/value.h"
+#include "kit/readers/readers.h"
+
+namespace {
+
+// The variant of a maker note's descriptor: the header's length in the low byte, the layout in the next.
+constexpr std::uint32_t kDetectLayout = 255;
+constexpr std::uint32_t kOwnTiffHeader = 0x40;
+constexpr std::uint32_t kForcedOrder = 0x80;  // The order in the low bits.
+
+constexpr std::size_t kLongestSignature = 24;  // Headers are looked for at the offsets below it.
+constexpr std::size_t kEntrySize = 12;
+constexpr std::size_t kSmallestIfd = 14;
+constexpr std::size_t kSmallestTiff = 22;
+
+constexpr std::uint16_t kFewestEntries = 2, kMostEntries = 255;  // Of an IFD that is only guessed at.
+constexpr std::uint16_t kMostChainEntries = 1000;                // Of one that stands where it should.
+constexpr std::uint32_t kMostElements = 65536;
+
+struct Layout {
+  std::uint32_t headerLength;
+  std::uint32_t flags;
+};
+
+LxByteCursor Behind(const std::uint8_t* bytes, std::size_t size, std::size_t offset) noexcept {
+  return {bytes + offset, size - offset};
+}
+
+bool LxIsPlausibleIfd(LxByteCursor in, int order) noexcept {
+  std::uint16_t entries = 0;
+  if (in.left < kSmallestIfd || !LxTake16(&in, order, &entries)) return false;
+  if (entries < kFewestEntries || entries > kMostEntries || in.left < kEntrySize * entries) return false;
+  for (std::uint16_t i = 0; i < entries; ++i) {
+    std::uint16_t tag = 0, type = 0;
+    std::uint32_t count = 0, field = 0;
+    if (!LxTake16(&in, order, &tag) || !LxTake16(&in, order, &type) || !LxTake32(&in, order, &count) ||
+        !LxTake32(&in, order, &field)) {
+      return false;
+    }
+    if (type < kLxTypeByte || type > kLxTypeUnicode || count >= kMostElements) return false;
+  }
+  return true;
+}
+
+bool IsTiffHeader(LxByteCursor in) noexcept {
+  if (in.left < kSmallestTiff) return false;
+  int order = kLxLittleEndian;
+  if (std::memcmp(in.at, "MM\0\x2A", 4) == 0) {
+    order = kLxBigEndian;
+  } else if (std::memcmp(in.at, "II\x2A\0", 4) != 0) {
+    return false;
+  }
+  const std::uint32_t offset = LxGet32(in.at + 4, order);
+  if ((offset & 1) != 0 || offset > in.left || in.left - offset < kSmallestIfd) return false;
+  return LxIsPlausibleIfd(Behind(in.at, in.left, offset), order);
+}
+
+// Where a maker note's IFD or TIFF header begins, and in which byte order; the header length stays kDetectLayout when
+// neither is found.
+Layout LxDetectMakerNoteLayout(const std::uint8_t* bytes, std::size_t size) noexcept {
+  const std::size_t starts = std::min(size, kLongestSignature);
+  for (std::size_t i = 0; i < starts; ++i) {
+    if (IsTiffHeader(Behind(bytes, size, i))) return {static_cast<std::uint32_t>(i), kOwnTiffHeader};
+  }
+  for (std::size_t i = 0; i < starts; ++i) {
+    const LxByteCursor ifd = Behind(bytes, size, i);
+    for (const int order : {kLxLittleEndian, kLxBigEndian}) {
+      if (LxIsPlausibleIfd(ifd, order)) {
+        return {static_cast<std::uint32_t>(i), kForcedOrder | static_cast<std::uint32_t>(order)};
+      }
+    }
+  }
+  return {kDetectLayout, 0};
+}
+
+// An IFD whose bytes are mapped, and what its value offsets count from.
+struct Ifd {
+  const std::uint8_t* entries;
+  std::uint16_t count;
+  int order;
+};
+
+struct Value {
+  std::uint16_t type;
+  std::uint32_t count;
+  std::uint32_t offset;
+  std::uint64_t length;
+};
+
+// Entry `index`'s value when it stands out of line.
+bool OutOfLineValue(const Ifd& ifd, std::uint16_t index, Value* value) noexcept {
+  LxByteCursor in = {ifd.entries + kEntrySize * index, kEntrySize};
+  std::uint16_t tag = 0;
+  if (!LxTake16(&in, ifd.order, &tag) || !LxTake16(&in, ifd.order, &value->type) ||
+      !LxTake32(&in, ifd.order, &value->count) || !LxTake32(&in, ifd.order, &value->offset)) {
+    return false;
+  }
+  value->length = std::uint64_t{LxElementSize(value->type)} * value->count;
+  return value->length > 4;
+}
+
+std::uint64_t CountBytesBelow(const std::uint8_t* bytes, std::uint64_t count, std::uint8_t limit) noexcept {
+  return static_cast<std::uint64_t>(std::count_if(bytes, bytes + count, [=](std::uint8_t b) { return b < limit; }));
+}
+
+// A text is plausible when zero bytes stand behind it only.
+std::uint64_t CountTextBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept {
+  const std::uint8_t* end = bytes + count;
+  const std::uint8_t* zero = std::find(bytes, end, std::uint8_t{0});
+  if (zero == end || std::any_of(zero, end, [](std::uint8_t b) { return b != 0; })) return 0;
+  const auto isText = [](std::uint8_t b) { return b == 0 || (b >= 0x20 && b <= 0x7E); };
+  return static_cast<std::uint64_t>(std::count_if(bytes, end, isText));
+}
+
+// How many elements look like what cameras write; false for a type that says nothing.
+bool CountPlausible(const Value& value, const std::uint8_t* bytes, int order, std::uint64_t* plausible) noexcept {
+  *plausible = 0;
+  switch (value.type) {
+    case kLxTypeByte:
+    case kLxTypeSByte:
+      *plausible = CountBytesBelow(bytes, value.count, 16);
+      return true;
+    case kLxTypeUndefined:
+      *plausible = CountBytesBelow(bytes, value.count, 127);
+      return true;
+    case kLxTypeAscii:
+      *plausible = CountTextBytes(bytes, value.count);
+      return true;
+    case kLxTypeShort:
+    case kLxTypeSShort:
+      for (std::uint32_t i = 0; i < value.count; ++i) *plausible += LxGet16(bytes + 2 * std::size_t{i}, order) < 256;
+      return true;
+    case kLxTypeLong:
+    case kLxTypeSLong:
+    case kLxTypeRational:
+    case kLxTypeSRational: {
+      const std::size_t size = LxElementSize(value.type);
+      for (std::uint32_t i = 0; i < value.count; ++i) *plausible += LxGet32(bytes + size * i, order) < 65536;
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
+std::int32_t LxScoreIfdValues(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, const Ifd& ifd,
+                              std::uint32_t shift) noexcept {
+  LxParseRange shifted = range;
+  shifted.base = range.base + shift;  // Modulo 2^32: LxAddressInFile takes a base in front of the file as negative.
+  std::int32_t score = 0;
+  for (std::uint16_t i = 0; i < ifd.count; ++i) {
+    Value value;
+    if (!OutOfLineValue(ifd, i, &value)) continue;
+    const std::int64_t address = LxAddressInFile(shifted, value.offset);
+    if (address < 0 || value.length > static_cast<std::uint64_t>(cache->fileSize)) continue;
+    // Looking at values costs as much as reading them: it is paid from the same budget.
+    if (!LxChargeValueBytes(context, static_cast<std::int64_t>(value.length))) break;
+    const std::uint8_t* bytes = LxMapFileRange(cache, static_cast<std::uint64_t>(address), value.length);
+    std::uint64_t plausible = 0;
+    if (bytes == nullptr || !CountPlausible(value, bytes, ifd.order, &plausible)) continue;
+    score += plausible == value.count ? 3 : plausible + 1 == value.count ? 2 : plausible >= value.count / 2 ? 1 : 0;
+  }
+  return score;
+}
+
+// How far the origin of the value offsets lies behind the range's base. Editors that move a maker note leave its
+// offsets as they were; the shift that puts the lowest value right behind the IFD is taken when more values make sense
+// under it.
+std::uint32_t LxChooseMakerNoteBase(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                    std::uint32_t ifdOffset) noexcept {
+  const std::int64_t address = LxAddressInFile(range, ifdOffset);
+  if (address < range.lowLimit || address >= range.highLimit) return 0;
+  const auto at = static_cast<std::uint64_t>(address);
+  const int order = context->byteOrder;
+  const std::uint8_t* bytes = LxMapFileRange(cache, at, 2);
+  if (bytes == nullptr) return 0;
+  const std::uint16_t count = LxGet16(bytes, order);
+  if (count == 0 || count > kMostChainEntries) return 0;
+  const std::uint32_t length = 12u * count + 6u;
+  bytes = LxMapFileRange(cache, at, length);
+  if (bytes == nullptr) return 0;
+
+  const Ifd ifd = {bytes + 2, count, order};
+  std::uint32_t lowest = 0xFFFFFFFF;
+  for (std::uint16_t i = 0; i < count; ++i) {
+    Value value;
+    if (OutOfLineValue(ifd, i, &value)) lowest = std::min(lowest, value.offset);
+  }
+  const std::uint32_t shift = ifdOffset + length - lowest;  // Modulo 2^32: values may have moved either way.
+  if (shift == 0) return 0;
+  const std::int32_t shifted = LxScoreIfdValues(cache, range, context, ifd, shift);
+  return shifted > LxScoreIfdValues(cache, range, context, ifd, 0) ? shift : 0;
+}
+
+// The text of a Make or Model item: up to its zero byte or, where it has none, to its end.
+bool TextOf(const LxMetadataItem* item, const char** text, std::size_t* length) noexcept {
+  if (item == nullptr || item->value == nullptr || item->valueLength < 0) return false;
+  const auto size = static_cast<std::size_t>(item->valueLength);
+  const void* zero = size == 0 ? nullptr : std::memchr(item->value, 0, size);
+  *text = reinterpret_cast<const char*>(item->value);
+  *length = zero == nullptr ? size : static_cast<std::size_t>(static_cast<const std::uint8_t*>(zero) - item->value);
+  return true;
+}
+
+// As LxFindTagByName does, for a text without terminator: an empty record name matches anything.
+const LxTagRecord* MatchText(const char* text, std::size_t length, const LxTagRecord* selector) noexcept {
+  for (const LxTagRecord* record = selector; record->name != nullptr; ++record) {
+    const std::size_t nameLength = std::strlen(record->name);
+    if (nameLength == 0 || (nameLength == length && std::memcmp(record->name, text, length) == 0)) return record;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+LxMetadataItem* LxChooseMakerVendor(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                    const LxNamespaceDescriptor& descriptor) noexcept {
+  const char* text = nullptr;
+  std::size_t length = 0;
+  if (!TextOf(descriptor.variant == 0 ? context->make : context->model, &text, &length)) return nullptr;
+  const LxTagRecord* record = MatchText(text, length, descriptor.dictionary);
+  if (record == nullptr || record->subNamespace == nullptr) return nullptr;
+  return LxParseWithDescriptor(cache, range, context, *record->subNamespace);
+}
+
+LxMetadataItem* LxReadMakerNoteBlock(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                     const LxNamespaceDescriptor& descriptor) noexcept {
+  const std::size_t size = range.end - range.start;
+  const std::uint8_t* bytes = LxMapFileRange(cache, range.start, size);
+  if (bytes == nullptr) return nullptr;
+  Layout layout = {descriptor.variant & 0xFF, descriptor.variant >> 8 & 0xFF};
+  if (layout.headerLength == kDetectLayout) {
+    layout = LxDetectMakerNoteLayout(bytes, size);
+    if (layout.headerLength == kDetectLayout) return nullptr;
+  }
+  if (layout.headerLength > size) return nullptr;
+
+  LxItemList list;
+  const std::uint32_t orderFlag = context->byteOrder == kLxBigEndian ? kLxBigEndianValue : 0;
+  LxMetadataItem* header = LxAppendNewItem(context, &list, "makerh", "MakerNoteHeader", orderFlag, 0, kLxTypeUndefined,
+                                           static_cast<std::int32_t>(layout.headerLength), bytes);
+  if (header == nullptr || !LxEnterLevel(context)) return list.first;
+
+  if ((layout.flags & kOwnTiffHeader) != 0) {
+    LxParseRange own = range;
+    own.base += layout.headerLength;
+    own.start += layout.headerLength;
+    // Its byte order stays in force behind it, as that of any TIFF header does.
+    header->firstChild = LxReadTiffHeaderAndIfds(cache, own, context, descriptor);
+  } else {
+    const int order = context->byteOrder;
+    if ((layout.flags & kForcedOrder) != 0) context->byteOrder = static_cast<int>(layout.flags & 0x7F);
+    const std::uint32_t offset = range.start - range.base + layout.headerLength;
+    const std::uint32_t shift = LxChooseMakerNoteBase(cache, range, context, offset);
+    LxParseRange chain = range;
+    chain.base += shift;
+    header->firstChild = LxReadIfdChain(offset - shift, cache, chain, context, descriptor);
+    context->byteOrder = order;
+  }
+  LxLeaveLevel(context);
+  return list.first;
+}
