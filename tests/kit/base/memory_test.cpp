@@ -1,0 +1,67 @@
+// The allocator with and without procedures, and the names of result codes.
+#include "kit/base/memory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "kit/base/result.h"
+#include "kit/base/stream.h"
+#include "kit/base/utf16.h"
+#include "tests/support/failing_memory.h"
+
+namespace {
+
+using lxtest::FailingMemory;
+
+TEST(Memory, WithoutProceduresNothingIsAllocatedOrOpened) {
+  LxInstallMemProcs(nullptr);
+  EXPECT_EQ(LxAlloc(1), nullptr);
+  EXPECT_EQ(LxCopyText("a", 1), nullptr);
+  EXPECT_EQ(LxUtf8ToUtf16("a"), nullptr);
+  LxFree(nullptr);
+  LxStream* stream = nullptr;
+  EXPECT_EQ(LxOpenFileStream("/dev/null", &stream), kLxNotFound);
+  EXPECT_EQ(stream, nullptr);
+}
+
+TEST(Memory, EveryBlockComesFromTheInstalledProcedures) {
+  FailingMemory memory;
+  void* none = LxAlloc(0);  // No bytes are no lack of memory.
+  char* copy = LxCopyText("a\0b", 3);
+  char* empty = LxCopyText(nullptr, 0);
+  ASSERT_TRUE(none != nullptr && copy != nullptr && empty != nullptr);
+  EXPECT_EQ(std::memcmp(copy, "a\0b", 4), 0);
+  EXPECT_STREQ(empty, "");
+  EXPECT_EQ(memory.liveBlocks(), 3);
+  for (void* block : {none, static_cast<void*>(copy), static_cast<void*>(empty)}) LxFree(block);
+  EXPECT_EQ(memory.liveBlocks(), 0);
+}
+
+TEST(Memory, TheRuntimesProceduresZeroAndRefuseSizesThatWrap) {
+  LxMemProcs* procs = LxRuntimeMemProcs();
+  for (auto allocate : {procs->table->allocateZeroed, procs->table->allocateZeroedAgain}) {
+    auto* block = static_cast<std::uint8_t*>(allocate(procs, 3, 5));
+    ASSERT_NE(block, nullptr);
+    for (int i = 0; i < 15; ++i) EXPECT_EQ(block[i], 0);
+    procs->table->release(procs, procs->table->reallocate(procs, block, 100));
+    volatile std::size_t count = SIZE_MAX / 2;  // Kept from the compiler, which warns of such a size.
+    EXPECT_EQ(allocate(procs, count, 4), nullptr);
+  }
+}
+
+TEST(Memory, TheFirstErrorStays) {
+  LxNoteError(kLxOutOfMemory);
+  LxNoteError(kLxReadError);
+  EXPECT_EQ(LxFirstError(), kLxOutOfMemory);
+}
+
+TEST(Result, NamesEndAtTheirTable) {
+  EXPECT_STREQ(LxResultName(kLxOk), "OK");
+  EXPECT_STREQ(LxResultName(kLxNotFound), "NotFound");
+  EXPECT_STREQ(LxResultName(kLxOpenFailedWrite), "OpenFailW");
+  EXPECT_STREQ(LxResultName(-11), "-11");
+  for (const LxResult code : {1, 2, -12, INT32_MAX, INT32_MIN}) EXPECT_EQ(LxResultName(code), nullptr) << code;
+}
+
+}  // namespace

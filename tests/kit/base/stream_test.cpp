@@ -1,0 +1,303 @@
+// File streams over files, pipes, terminals and files that are the caller's.
+#include "kit/base/stream.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "kit/base/block_cache.h"
+#include "kit/base/platform.h"
+#include "tests/support/bytes.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/failing_stream.h"
+
+namespace {
+
+using lxtest::Bytes;
+using lxtest::FailingMemory;
+using lxtest::TempFile;
+
+Bytes Pattern(std::size_t size) {
+  Bytes bytes(size);
+  for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(i % 251);
+  return bytes;
+}
+
+enum class Source { kPath, kBorrowedFile, kPipeByPath, kBorrowedPipe };
+
+// One suite for every way in which a stream gets its bytes.
+class StreamOver : public testing::TestWithParam<Source> {
+ protected:
+  void SetUp() override {
+    if (overPipe()) {
+      int ends[2];
+      ASSERT_EQ(pipe(ends), 0);
+      // The pipe holds the whole file (64 KiB on Linux), so that no second thread is needed.
+      ASSERT_EQ(write(ends[1], bytes_.data(), bytes_.size()), static_cast<ssize_t>(bytes_.size()));
+      close(ends[1]);
+      pipe_ = ends[0];
+    }
+    switch (GetParam()) {
+      case Source::kPath:
+        stream_ = LxNewFileStream(file_.path().c_str(), nullptr, "rb", LxInstalledMemProcs());
+        break;
+      case Source::kBorrowedFile:
+        borrowed_ = std::fopen(file_.path().c_str(), "rb");
+        break;
+      case Source::kPipeByPath:
+        stream_ = LxNewFileStream(("/dev/fd/" + std::to_string(pipe_)).c_str(), nullptr, "rb", LxInstalledMemProcs());
+        break;
+      case Source::kBorrowedPipe:
+        borrowed_ = fdopen(std::exchange(pipe_, -1), "rb");
+        break;
+    }
+    if (borrowed_ != nullptr) stream_ = LxNewFileStream("", borrowed_, "rb", LxInstalledMemProcs());
+    ASSERT_NE(stream_, nullptr);
+  }
+  void TearDown() override {
+    EXPECT_EQ(LxCloseStream(stream_), kLxOk);
+    if (pipe_ != -1) close(pipe_);
+    // Closing a stream leaves a FILE open that is not its own.
+    if (borrowed_ != nullptr) {
+      EXPECT_EQ(std::fclose(borrowed_), 0);
+    }
+    EXPECT_EQ(memory_.liveBlocks(), 0);
+  }
+  static bool overPipe() { return GetParam() == Source::kPipeByPath || GetParam() == Source::kBorrowedPipe; }
+  Bytes Read(std::int32_t size, std::int32_t count) {
+    Bytes out(static_cast<std::size_t>(size) * static_cast<std::size_t>(count));
+    out.resize(static_cast<std::size_t>(stream_->methods->read(out.data(), size, count, stream_)));
+    return out;
+  }
+  Bytes Part(std::size_t from, std::size_t to) const {
+    return Bytes(bytes_.begin() + static_cast<std::ptrdiff_t>(from), bytes_.begin() + static_cast<std::ptrdiff_t>(to));
+  }
+
+  FailingMemory memory_;
+  const Bytes bytes_ = Pattern(10000);
+  TempFile file_{bytes_};
+  std::FILE* borrowed_ = nullptr;
+  int pipe_ = -1;
+  LxStream* stream_ = nullptr;
+};
+
+INSTANTIATE_TEST_SUITE_P(AllSources, StreamOver,
+                         testing::Values(Source::kPath, Source::kBorrowedFile, Source::kPipeByPath,
+                                         Source::kBorrowedPipe));
+
+TEST_P(StreamOver, GivesTheBytesInOrderHoweverTheyAreAskedFor) {
+  const LxStreamMethods* methods = stream_->methods;
+  EXPECT_EQ(methods->buffered(stream_), -1);
+  EXPECT_EQ(methods->fill(stream_), bytes_[0]);
+  EXPECT_EQ(methods->buffered(stream_), overPipe() ? -1 : 4095);
+  EXPECT_EQ(Read(1, 9), Part(1, 10));
+  EXPECT_EQ(methods->unget(0xAB, stream_), 0xAB);
+  EXPECT_EQ(Read(1, 2), (Bytes{0xAB, bytes_[10]}));
+  EXPECT_EQ(Read(7, 1000), Part(11, 7011));  // Over the buffer's end.
+  EXPECT_EQ(methods->fill(stream_), bytes_[7011]);
+  EXPECT_EQ(Read(100, 100), Part(7012, 10000));  // Bytes, not elements.
+  EXPECT_EQ(Read(1, 1), Bytes());
+  EXPECT_EQ(methods->fill(stream_), -1);
+  EXPECT_EQ(methods->buffered(stream_), -1);
+}
+
+TEST_P(StreamOver, SeeksWhereTheFileHasAPosition) {
+  const LxStreamMethods* methods = stream_->methods;
+  if (overPipe()) {
+    EXPECT_EQ(stream_->unbuffered, 1);
+    EXPECT_EQ(methods->seek(stream_, 0, SEEK_SET), -1);
+    EXPECT_EQ(methods->tell(stream_), -1);
+    EXPECT_EQ(LxStreamLength(stream_), 0);
+    EXPECT_EQ(Read(1, 4), Part(0, 4));
+    return;
+  }
+  EXPECT_EQ(stream_->unbuffered, 0);
+  EXPECT_EQ(methods->tell(stream_), 0);
+  EXPECT_EQ(methods->fill(stream_), bytes_[0]);
+  EXPECT_EQ(methods->tell(stream_), 1);  // Not where the FILE stands, behind what is buffered.
+  EXPECT_EQ(LxStreamLength(stream_), 10000);
+  EXPECT_EQ(methods->tell(stream_), 1);
+  EXPECT_EQ(Read(1, 2), Part(1, 3));
+  EXPECT_EQ(methods->seek(stream_, -4, SEEK_END), 0);
+  EXPECT_EQ(Read(1, 100), Part(9996, 10000));
+  EXPECT_EQ(methods->seek(stream_, 5000, SEEK_SET), 0);
+  EXPECT_EQ(methods->seek(stream_, 10, SEEK_CUR), 0);
+  EXPECT_EQ(methods->fill(stream_), bytes_[5010]);
+  EXPECT_NE(methods->seek(stream_, -1, SEEK_SET), 0);
+}
+
+TEST_P(StreamOver, RefusesWhatItWasNotOpenedForAndStaysUsable) {
+  const LxStreamMethods* methods = stream_->methods;
+  EXPECT_EQ(methods->write("x", 1, 1, stream_), 0);
+  EXPECT_EQ(methods->flush(stream_), -1);
+  EXPECT_EQ(methods->flushAndPut('x', stream_), -1);
+  EXPECT_NE(stream_->flags & kLxStreamError, 0u);
+  std::uint8_t byte = 0;
+  for (const auto& [size, count] : {std::pair{0, 1}, std::pair{1, 0}, std::pair{-1, -1}, std::pair{1, -5}}) {
+    EXPECT_EQ(methods->read(&byte, size, count, stream_), 0) << size << "x" << count;
+  }
+  EXPECT_EQ(Read(1, 3), Part(0, 3));
+}
+
+TEST(Stream, UngetsNoMoreThanWasTakenFromTheBuffer) {
+  FailingMemory memory;
+  const TempFile file(Pattern(100));
+  LxStream* stream = LxNewFileStream(file.path().c_str(), nullptr, "rb", LxInstalledMemProcs());
+  ASSERT_NE(stream, nullptr);
+  EXPECT_EQ(stream->methods->fill(stream), 0);
+  EXPECT_EQ(stream->methods->unget(7, stream), 7);
+  EXPECT_EQ(stream->methods->unget(8, stream), -1);
+  std::uint8_t bytes[2];
+  EXPECT_EQ(stream->methods->read(bytes, 1, 2, stream), 2);
+  EXPECT_EQ(bytes[0], 7);
+  EXPECT_EQ(bytes[1], 1);
+  (void)LxCloseStream(stream);
+}
+
+TEST(Stream, ABorrowedFileGoesOnWhereItsOwnerLeftIt) {
+  FailingMemory memory;
+  const Bytes bytes = Pattern(10000);
+  const TempFile file(bytes);
+  std::FILE* owned = std::fopen(file.path().c_str(), "rb");
+  ASSERT_NE(owned, nullptr);
+  std::uint8_t buffer[20];
+  ASSERT_EQ(std::fread(buffer, 1, 10, owned), 10u);
+  LxStream* stream = LxNewFileStream(nullptr, owned, "rb", LxInstalledMemProcs());
+  ASSERT_NE(stream, nullptr);
+  EXPECT_EQ(stream->methods->tell(stream), 10);
+  EXPECT_EQ(stream->methods->read(buffer, 1, 20, stream), 20);
+  EXPECT_EQ(std::memcmp(buffer, bytes.data() + 10, 20), 0);
+  (void)LxCloseStream(stream);
+  EXPECT_EQ(std::getc(owned), bytes[30]);
+  (void)std::fclose(owned);
+}
+
+TEST(Stream, ATerminalIsReadWithoutABuffer) {
+  const int master = posix_openpt(O_RDWR | O_NOCTTY);
+  if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) GTEST_SKIP() << "no pseudo-terminals here";
+  FailingMemory memory;
+  ASSERT_EQ(write(master, "ab\n", 3), 3);
+  LxStream* stream = LxNewFileStream(ptsname(master), nullptr, "rb", LxInstalledMemProcs());
+  ASSERT_NE(stream, nullptr);
+  EXPECT_EQ(stream->unbuffered, 1);
+  EXPECT_EQ(stream->methods->fill(stream), 'a');
+  EXPECT_EQ(stream->methods->buffered(stream), -1);
+  (void)LxCloseStream(stream);
+  close(master);
+}
+
+TEST(Stream, OpensByTheUtf8PathOnly) {
+  FailingMemory memory;
+  LxStream* stream = nullptr;
+  const TempFile accented(Pattern(3), "-Cr\xC3\xA9mieux.tif");
+  EXPECT_EQ(LxOpenFileStream(accented.path().c_str(), &stream), kLxOk);
+  (void)LxCloseStream(stream);
+  // A file of this name is there, but the path ends within a sequence.
+  const TempFile truncated(Pattern(3), "-\xE2\x82");
+  EXPECT_EQ(LxOpenFileStream(truncated.path().c_str(), &stream), kLxNotFound);
+  EXPECT_EQ(stream, nullptr);
+  EXPECT_EQ(LxOpenFileStream((accented.path() + ".missing").c_str(), &stream), kLxNotFound);
+  EXPECT_TRUE(LxPlatformIsDirectory("/"));
+  EXPECT_FALSE(LxPlatformIsDirectory(accented.path().c_str()));
+  EXPECT_EQ(memory.liveBlocks(), 0);
+}
+
+TEST(Stream, AnEmptyPathOpensStandardInputAndLeavesItOpen) {
+  FailingMemory memory;
+  LxStream* stream = nullptr;
+  ASSERT_EQ(LxOpenFileStream("", &stream), kLxOk);
+  EXPECT_EQ(stream->file, stdin);
+  (void)LxCloseStream(stream);
+  EXPECT_NE(fcntl(STDIN_FILENO, F_GETFD), -1);
+}
+
+TEST(Stream, OpeningFailsWithEachAllocationAndLeaksNothing) {
+  const TempFile file(Pattern(3));
+  for (int nth = 1;; ++nth) {
+    FailingMemory memory(nth);
+    LxStream* stream = nullptr;
+    const LxResult result = LxOpenFileStream(file.path().c_str(), &stream);
+    EXPECT_EQ(result, memory.hasFailed() ? kLxNotFound : kLxOk) << nth;
+    (void)LxCloseStream(stream);
+    EXPECT_EQ(memory.liveBlocks(), 0) << nth;
+    if (!memory.hasFailed()) break;
+  }
+}
+
+TEST(Stream, LengthIsNothingWhenTheStreamCannotTellOrSeek) {
+  const struct {
+    int seek, tell;
+    std::int32_t length;
+  } kCases[] = {{0, 0, 50}, {1, 0, 0}, {2, 0, 0}, {0, 1, 0}, {0, 2, 0}};
+  for (const auto& c : kCases) {
+    lxtest::FailingStream stream(Pattern(50), {.seek = c.seek, .tell = c.tell});
+    EXPECT_EQ(LxStreamLength(&stream), c.length) << "seek " << c.seek << ", tell " << c.tell;
+  }
+}
+
+TEST(Stream, AFileBeyondTwoGibibytesIsReadAsFarAsPositionsGo) {
+  FailingMemory memory;
+  const TempFile file(Pattern(100));
+  if (truncate(file.path().c_str(), off_t{3} << 30) != 0) GTEST_SKIP() << "no sparse files here";
+  LxStream* stream = nullptr;
+  ASSERT_EQ(LxOpenFileStream(file.path().c_str(), &stream), kLxOk);
+  const std::int32_t length = LxStreamLength(stream);
+  EXPECT_EQ(length, INT32_MAX);
+  EXPECT_EQ(stream->methods->seek(stream, 0, SEEK_END), 0);
+  EXPECT_EQ(stream->methods->tell(stream), INT32_MAX);
+  LxBlockCache* cache = LxNewBlockCache(stream, length);
+  ASSERT_NE(cache, nullptr);
+  const std::uint8_t* front = LxMapRange(cache, 90, 20);
+  ASSERT_NE(front, nullptr);
+  EXPECT_EQ(front[9], 99);
+  EXPECT_EQ(front[10], 0);
+  EXPECT_NE(LxMapRange(cache, INT32_MAX - 5, 5), nullptr);  // Rounded up, its end would be 2^31.
+  EXPECT_NE(LxMapRange(cache, INT32_MAX - 5, 4), nullptr);
+  EXPECT_EQ(LxMapRange(cache, INT32_MAX - 5, 6), nullptr);
+  LxFreeBlockCache(cache);
+  LxFree(cache);
+  (void)LxCloseStream(stream);
+  EXPECT_EQ(memory.liveBlocks(), 0);
+}
+
+TEST(Stream, WritesThroughItsBufferInOrder) {
+  FailingMemory memory;
+  const TempFile file(Pattern(3));
+  LxStream* stream = LxNewFileStream(file.path().c_str(), nullptr, "wb", LxInstalledMemProcs());
+  ASSERT_NE(stream, nullptr);
+  const LxStreamMethods* methods = stream->methods;
+  std::uint8_t byte = 0;
+  EXPECT_EQ(methods->fill(stream), -1);
+  EXPECT_EQ(methods->read(&byte, 1, 1, stream), 0);
+  EXPECT_EQ(methods->flushAndPut('a', stream), 0);
+  *stream->cursor++ = 'b';  // As a writer does while there is room.
+  --stream->count;
+  EXPECT_EQ(methods->tell(stream), 2);
+  EXPECT_EQ(methods->write("cdef", 2, 2, stream), 2);  // Elements. What is pending goes first.
+  EXPECT_EQ(methods->flushAndPut('g', stream), 0);
+  EXPECT_EQ(methods->seek(stream, 1, SEEK_SET), 0);
+  EXPECT_EQ(methods->flushAndPut('X', stream), 0);
+  EXPECT_EQ(methods->close(stream), 0);
+  EXPECT_EQ(lxtest::ReadWholeFile(file.path()), lxtest::Text("aXcdefg"));
+}
+
+TEST(Stream, AShortWriteIsAnErrorThatStays) {
+  if (access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no full device here";
+  FailingMemory memory;
+  LxStream* stream = LxNewFileStream("/dev/full", nullptr, "wb", LxInstalledMemProcs());
+  ASSERT_NE(stream, nullptr);
+  EXPECT_EQ(stream->methods->flushAndPut('a', stream), 0);
+  EXPECT_EQ(stream->methods->flush(stream), -1);
+  EXPECT_EQ(stream->count, 0);
+  EXPECT_NE(stream->flags & kLxStreamError, 0u);
+  EXPECT_EQ(stream->methods->seek(stream, 0, SEEK_SET), -1);
+  EXPECT_EQ(stream->methods->write("b", 1, 1, stream), 0);
+  EXPECT_NE(stream->methods->close(stream), 0);
+  EXPECT_EQ(memory.liveBlocks(), 0);
+}
+
+}  // namespace
