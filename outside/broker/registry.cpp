@@ -34,19 +34,17 @@ struct Names {
   const char* interfaceName;
   const char* shortName;
   const char* qualifiedName;
-  std::size_t shortLength;
   std::size_t qualifiedLength;
-  std::uint64_t interfaceHash;
   std::uint64_t hash;
 
-  Names(const char* interface, const char* shortText, const char* qualified) noexcept
-      : interfaceName(interface),
+  // Qualified names tell procedures apart nearly always, so they alone are hashed: that halves what a lookup costs, and
+  // those few that two interfaces share are told apart by the comparison.
+  Names(const char* interfaceText, const char* shortText, const char* qualifiedText) noexcept
+      : interfaceName(interfaceText),
         shortName(shortText),
-        qualifiedName(qualified),
-        shortLength(std::strlen(shortText)),
-        qualifiedLength(std::strlen(qualified)),
-        interfaceHash(HashText(0, interface, std::strlen(interface))),
-        hash(HashText(HashText(interfaceHash, qualified, qualifiedLength), shortText, shortLength)) {}
+        qualifiedName(qualifiedText),
+        qualifiedLength(std::strlen(qualifiedText)),
+        hash(HashText(0, qualifiedText, qualifiedLength)) {}
 };
 
 Procedure* Find(const Names& names) noexcept {
@@ -58,18 +56,19 @@ Procedure* Find(const Names& names) noexcept {
   }));
 }
 
-Interface* FindInterface(const char* name, std::uint64_t hash) noexcept {
-  return static_cast<Interface*>(interfaces.Find(
-      hash, [=](const HashNode& node) { return std::strcmp(static_cast<const Interface&>(node).Name(), name) == 0; }));
+Interface* FindInterface(const char* name) noexcept {
+  return static_cast<Interface*>(interfaces.Find(HashText(0, name, std::strlen(name)), [=](const HashNode& node) {
+    return std::strcmp(static_cast<const Interface&>(node).Name(), name) == 0;
+  }));
 }
 
-Interface* NewInterface(const Names& names) noexcept {
-  const std::size_t size = std::strlen(names.interfaceName) + 1;
-  void* block = BrokerAlloc(sizeof(Interface) + size);
+Interface* NewInterface(const char* name) noexcept {
+  const std::size_t length = std::strlen(name);
+  void* block = BrokerAlloc(sizeof(Interface) + length + 1);
   if (!block) return nullptr;
   auto* made = ::new (block) Interface{{}, nullptr};
-  std::memcpy(made + 1, names.interfaceName, size);
-  if (!interfaces.Insert(made, names.interfaceHash)) {
+  std::memcpy(made + 1, name, length + 1);
+  if (!interfaces.Insert(made, HashText(0, name, length))) {
     BrokerFree(block);
     return nullptr;
   }
@@ -78,7 +77,7 @@ Interface* NewInterface(const Names& names) noexcept {
 
 // The names are copied: a library may register texts that it builds.
 Procedure* NewProcedure(const Names& names, TALProc address) noexcept {
-  const std::size_t shortSize = names.shortLength + 1;
+  const std::size_t shortSize = std::strlen(names.shortName) + 1;
   const std::size_t qualifiedSize = names.qualifiedLength + 1;
   void* block = BrokerAlloc(sizeof(Procedure) + shortSize + qualifiedSize);
   if (!block) return nullptr;
@@ -109,8 +108,8 @@ TALErrorRef RegisterProc(const char* interfaceName, const char* shortName, const
     BrokerFree(made);
     return OutOfMemoryError();
   }
-  Interface* owner = FindInterface(interfaceName, names.interfaceHash);
-  if (!owner) owner = NewInterface(names);
+  Interface* owner = FindInterface(interfaceName);
+  if (!owner) owner = NewInterface(interfaceName);
   if (!owner) {
     procedures.Remove(made);
     BrokerFree(made);
@@ -124,7 +123,7 @@ TALErrorRef RegisterProc(const char* interfaceName, const char* shortName, const
 
 TALErrorRef UnregisterInterface(const char* interfaceName) noexcept {
   if (!interfaceName) return NewBrokerError(BrokerErrorId::kNullArgument);
-  Interface* found = FindInterface(interfaceName, HashText(0, interfaceName, std::strlen(interfaceName)));
+  Interface* found = FindInterface(interfaceName);
   if (!found) return NewBrokerError(BrokerErrorId::kNotRegistered);
   while (Procedure* procedure = found->procedures) {
     found->procedures = procedure->nextOfInterface;
