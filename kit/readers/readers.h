@@ -15,7 +15,7 @@
 struct LxJpegSegment {
   std::uint16_t marker;
   std::uint16_t length;       // As stored: counts its own two bytes. 0: a marker without segment.
-  const std::uint8_t* bytes;  // At the length field; null for a marker without segment at the file's end.
+  const std::uint8_t* bytes;  // At the length field; of a marker without segment, behind the marker (nothing to read).
 };
 [[nodiscard]] bool LxReadJpegSegment(LxBlockCache* cache, std::uint32_t position, LxJpegSegment* segment) noexcept;
 // The identifier's length (its text stands behind the length field), or 0: none.

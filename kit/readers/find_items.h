@@ -1,0 +1,20 @@
+// Several searches of a pool in one walk: what each would find alone. Readers ask a finished pool for a dozen items,
+// most of which are not there, and a search for one of those looks at every item. Uses pool.h.
+#ifndef LXBRIDGE_KIT_READERS_FIND_ITEMS_H_
+#define LXBRIDGE_KIT_READERS_FIND_ITEMS_H_
+
+#include <cstddef>
+
+#include "kit/model/pool.h"
+
+struct LxWantedItem {
+  const char* nameSpace;
+  const char* name;         // Not empty.
+  const char* displayText;  // Null: any.
+  LxMetadataItem* found = nullptr;
+};
+
+// Sets `found` of each to what LxFindItemInTree gives for it (null: nothing).
+void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count) noexcept;
+
+#endif  // LXBRIDGE_KIT_READERS_FIND_ITEMS_H_

@@ -1,0 +1,101 @@
+// What is settled over a whole pool after reading. The order of the steps matters: blank and oversized items are gone
+// before it is asked what there is to show, and the camera's own rotation is in place before the orientation is told
+// from it. Touches kit/model only.
+#include "kit/readers/post_process.h"
+
+#include <iterator>
+
+#include "kit/base/memory.h"
+#include "kit/model/pool_edit.h"
+#include "kit/model/pool_walk.h"
+#include "kit/model/value.h"
+#include "kit/readers/find_items.h"
+
+namespace {
+
+// Unnamed values beyond this length are no use to anybody and only cost in walks.
+constexpr std::int32_t kLargestUnnamed = 256;
+
+bool HasLayers(LxMetadataItem* root) noexcept {
+  LxWantedItem wanted[] = {
+      {"ir", "LayerState", nullptr}, {"ir", "LayersGroup", nullptr}, {"tiff", "PicturistLayers", nullptr}};
+  LxFindItems(root, wanted, std::size(wanted));
+  const LxMetadataItem* state = wanted[0].found;
+  for (std::int32_t i = 0; state != nullptr && state->value != nullptr && i < 2 && i < state->valueLength; ++i) {
+    if (state->value[i] != 0) return true;
+  }
+  const LxMetadataItem* group = wanted[1].found;
+  return (group != nullptr && group->valueLength > 2) || wanted[2].found != nullptr;
+}
+
+bool HasDisplayItem(const LxMetadataPool* pool) noexcept {
+  LxPoolIterator* iterator = LxNewPoolIterator(pool);
+  if (iterator == nullptr) return false;
+  LxMetadataItem* item = nullptr;
+  const bool found = LxNextDisplayItem(iterator, &item) == kLxOk;
+  LxFreePoolIterator(iterator);
+  return found;
+}
+
+// Cameras of one maker leave the orientation to their maker note: the degrees stand within a block of raw data. Null:
+// none.
+const char* OrientationOfRotation(const LxMetadataItem* rotation) noexcept {
+  constexpr std::int32_t kAt = 1369;
+  if (rotation == nullptr || rotation->value == nullptr || rotation->typeCode != kLxTypeUndefined ||
+      rotation->valueLength <= kAt + 1) {
+    return nullptr;
+  }
+  switch (rotation->value[kAt + 1] * 256 + rotation->value[kAt]) {
+    case 0:
+      return "1";
+    case 90:
+      return "8";
+    case 180:
+      return "3";
+    case 270:
+      return "6";
+    default:
+      return nullptr;
+  }
+}
+
+// TIFF 6.0, section 8: Orientation.
+std::int32_t OrientationOf(const LxMetadataItem* item) noexcept {
+  constexpr LxOrientation kByValue[] = {kLxRot0,      kLxRot0,    kLxRotM0,    kLxRot180,  kLxRotM180,
+                                        kLxRotM270Cw, kLxRot90Cw, kLxRotM90Cw, kLxRot270Cw};
+  const std::uint32_t value = item != nullptr ? LxGetFirstValue(item) : 0;
+  return value < std::size(kByValue) ? kByValue[value] : kLxRot0;
+}
+
+}  // namespace
+
+void LxPostProcessPool(LxMetadataPool* pool) noexcept {
+  if (HasLayers(pool->root)) pool->hasLayers = 1;
+  LxDeleteBlankText(pool);
+  LxDeleteLargeUnnamed(pool->root, kLargestUnnamed);
+  if (HasDisplayItem(pool)) pool->hasMetadata = 1;
+
+  enum { kRotation, kOrientation, kSrgb, kSegment, kTiffProfile, kResourceProfile, kCount };
+  LxWantedItem wanted[kCount] = {{"nikon", "NikonRotate", nullptr},      {"tiff", "Orientation", nullptr},
+                                 {"exif", "ColorSpace", "sRGB"},         {"jpeg", "APP2", "ICC_PROFILE"},
+                                 {"tiff", "InterColorProfile", nullptr}, {"ir", "ICCProfile", nullptr}};
+  LxFindItems(pool->root, wanted, std::size(wanted));
+
+  const LxMetadataItem* orientation = wanted[kOrientation].found;
+  if (const char* rotated = OrientationOfRotation(wanted[kRotation].found)) {
+    // Without memory the file's own orientation stands, and the reader's status with it: what the file gave is not lost
+    // for a value that could not be added.
+    (void)LxPutMetadata(pool, "tiff", "Orientation", "short", rotated, kLxPutReplaceOrAdd);
+    orientation = LxFindItemInTree(pool->root, "tiff", "Orientation", nullptr);
+  }
+  pool->orientation = OrientationOf(orientation);
+
+  const bool unsettled = pool->colourModel == kLxColourUnknown || pool->colourModel == kLxColourRgb ||
+                         pool->colourModel == kLxColourRgbIcc;
+  if (unsettled && wanted[kSrgb].found != nullptr) pool->colourModel = kLxColourSrgb;
+  const bool profile = wanted[kSegment].found != nullptr || wanted[kTiffProfile].found != nullptr ||
+                       wanted[kResourceProfile].found != nullptr;
+  if (!profile) return;
+  if (pool->colourModel == kLxColourRgb || pool->colourModel == kLxColourSrgb) pool->colourModel = kLxColourRgbIcc;
+  if (pool->colourModel == kLxColourRgbAlpha) pool->colourModel = kLxColourRgbIccAlpha;
+}

@@ -1,0 +1,69 @@
+// From an open stream or a path to a pool: recognise, read, settle. Touches kit/model and kit/base; the file readers
+// through attributes.h.
+#include "kit/readers/read_file.h"
+
+#include <cstdio>
+
+#include "kit/readers/attributes.h"
+#include "kit/readers/file_kind.h"
+#include "kit/readers/post_process.h"
+
+namespace {
+
+constexpr LxResult kPositionLost = 1;
+
+bool SeekTo(LxStream* stream, std::int32_t position) noexcept {
+  return stream->methods->seek(stream, position, SEEK_SET) == 0;
+}
+
+LxFileKind KindAt(LxStream* stream, std::int32_t position) noexcept {
+  std::uint8_t header[kLxFileHeaderSize];
+  const bool whole = stream->methods->read(header, 1, kLxFileHeaderSize, stream) == kLxFileHeaderSize;
+  return SeekTo(stream, position) && whole ? LxDetectFileKind(header) : kLxFileUnknown;
+}
+
+LxResult ReadKind(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept {
+  switch (pool->fileKind) {
+    case kLxFileJpeg:
+      return LxReadJpegFile(stream, fileSize, pool);
+    case kLxFileTiff:
+      return LxReadTiffFile(stream, fileSize, pool);
+    case kLxFilePsd:
+      return LxReadPsdFile(stream, fileSize, pool);
+    case kLxFilePng:
+      return LxReadPngFile(stream, fileSize, pool);
+    case kLxFileBmp:
+      return LxReadBmpFile(stream, fileSize, pool);
+    case kLxFileGif:
+      return LxReadGifFile(stream, fileSize, pool);
+    default:
+      return kLxOk;  // Recognised or not, nothing of it is read.
+  }
+}
+
+}  // namespace
+
+LxResult LxParseImageFile(LxStream* stream, LxMetadataPool* pool) noexcept {
+  const std::int32_t position = stream->methods->tell(stream);
+  if (position == -1) {
+    LxFreeMetadataPool(pool);
+    return kPositionLost;
+  }
+  const std::int32_t fileSize = LxStreamLength(stream);
+  pool->fileKind = KindAt(stream, position);
+  LxResult status = ReadKind(stream, fileSize, pool);
+  LxPostProcessPool(pool);
+  if (!SeekTo(stream, position)) status = kPositionLost;
+  if (status != kLxOk) LxFreeMetadataPool(pool);
+  return status;
+}
+
+LxResult LxReadFileIntoPool(LxMetadataPool* pool, const char* path) noexcept {
+  LxStream* stream = nullptr;
+  if (LxOpenFileStream(path, &stream) != kLxOk) return kLxNotFound;
+  const LxResult status = LxParseImageFile(stream, pool);
+  LxCloseStream(stream);
+  // The cache's blocks outlive the stream; nothing is loaded any more.
+  if (pool->blocks != nullptr) pool->blocks->stream = nullptr;
+  return status;
+}

@@ -1,0 +1,243 @@
+// TIFF structures (TIFF 6.0, section 2; Exif 2.2, 4.6): the header, chains of IFDs, the entries of one IFD and what
+// they point to. Touches kit/model and kit/base; other readers through dispatch.h only.
+#include <cstring>
+#include <limits>
+
+#include "kit/base/byte_cursor.h"
+#include "kit/model/tables/tables.h"
+#include "kit/model/value.h"
+#include "kit/readers/readers.h"
+
+namespace {
+
+constexpr std::uint32_t kHeaderLength = 8;
+constexpr std::uint16_t kTiffMagic = 42;
+constexpr std::uint16_t kMaxEntries = 1000;
+constexpr int kMaxIfdsOfChain = 8;
+constexpr std::uint16_t kSubIfdsTag = 0x014A;
+
+constexpr std::uint32_t IfdLength(std::uint16_t entries) noexcept {
+  return 12u * entries + 6u;
+}
+
+std::uint32_t OrderFlag(const LxParseContext* context) noexcept {
+  return context->byteOrder == kLxBigEndian ? kLxBigEndianValue : 0;
+}
+
+// One entry as the file holds it.
+struct Entry {
+  std::uint16_t tag;
+  std::uint16_t type;
+  std::uint32_t count;
+  std::uint32_t field;  // The value field as a number.
+  const std::uint8_t* fieldBytes;
+  std::uint64_t length;  // Of the value, in bytes.
+};
+
+bool TakeEntry(LxByteCursor* in, int order, Entry* entry) noexcept {
+  if (!LxTake16(in, order, &entry->tag) || !LxTake16(in, order, &entry->type) || !LxTake32(in, order, &entry->count)) {
+    return false;
+  }
+  entry->fieldBytes = in->at;
+  if (!LxTake32(in, order, &entry->field)) return false;
+  entry->length = std::uint64_t{LxElementSize(entry->type)} * entry->count;
+  return true;
+}
+
+// The first record with an id, for an IFD read in order. Both IFDs and dictionaries mostly ascend, so the search goes
+// on from the record found last and comes round to it. (No dictionary of an IFD holds an id twice, or the first would
+// not be found.)
+class RecordFinder {
+ public:
+  explicit RecordFinder(const LxTagRecord* dictionary) noexcept : dictionary_(dictionary), from_(dictionary) {}
+
+  const LxTagRecord* Find(std::uint16_t id) noexcept {
+    if (dictionary_ == nullptr) return nullptr;
+    for (const LxTagRecord* record = from_; record->name != nullptr; ++record) {
+      if (record->id == id) return Found(record);
+    }
+    for (const LxTagRecord* record = dictionary_; record != from_; ++record) {
+      if (record->id == id) return Found(record);
+    }
+    return nullptr;
+  }
+
+ private:
+  const LxTagRecord* Found(const LxTagRecord* record) noexcept {
+    from_ = record + 1;
+    return record;
+  }
+
+  const LxTagRecord* dictionary_;
+  const LxTagRecord* from_;
+};
+
+// The value's bytes: in the entry when they fit, else where it points to, anywhere in the file. Null: not there.
+const std::uint8_t* MapValue(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                             const Entry& entry) noexcept {
+  if (entry.length <= 4) return entry.fieldBytes;
+  if (entry.length > std::numeric_limits<std::int32_t>::max()) return nullptr;
+  const std::int64_t address = LxAddressInFile(range, entry.field);
+  if (address < 0 || !LxChargeValueBytes(context, static_cast<std::int64_t>(entry.length))) return nullptr;
+  return LxMapFileRange(cache, static_cast<std::uint64_t>(address), entry.length);
+}
+
+// A range that begins at an offset from the base, open to the high limit; an invalid one when no file reaches that far.
+LxParseRange RangeAt(const LxParseRange& range, std::uint32_t offset) noexcept {
+  const std::int64_t address = LxAddressInFile(range, offset);
+  if (address < 0 || address > std::numeric_limits<std::uint32_t>::max()) return {1, range.base, 0, 0, 0};
+  return {range.lowLimit, range.base, static_cast<std::uint32_t>(address), range.highLimit, range.highLimit};
+}
+
+// TIFF 6.0, supplement 1: SubIFDs may list several IFDs. Read as one IFD, as a single offset's target is, the array
+// would give nothing, and a raw file's full-size image is often the second one; so each is read, one behind the other.
+bool ListsSubIfds(const Entry& entry, const LxNamespaceDescriptor& descriptor) noexcept {
+  return entry.tag == kSubIfdsTag && descriptor.readerCode == kLxReadIfd && entry.count > 1 &&
+         (entry.type == kLxTypeLong || entry.type == kLxTypeOffset);
+}
+
+bool ReadListedSubIfds(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, LxMetadataItem* item,
+                       const LxNamespaceDescriptor& descriptor) noexcept {
+  if (!LxEnterLevel(context)) return false;
+  LxItemList list;
+  for (std::int32_t i = 0; i < item->valueLength / 4; ++i) {
+    const LxParseRange subIfd = RangeAt(range, LxGetValueAt(item, i));
+    context->currentItem = item;
+    LxAppendItems(&list, LxParseWithDescriptor(cache, subIfd, context, descriptor));
+  }
+  LxLeaveLevel(context);
+  item->firstChild = list.first;
+  return list.first != nullptr;
+}
+
+// What the entry's value holds or points to: a short value is an offset to data that may go on to the high limit, a
+// longer one is the data.
+bool ReadBehindEntry(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, LxMetadataItem* item,
+                     const Entry& entry, const LxNamespaceDescriptor& descriptor) noexcept {
+  if (ListsSubIfds(entry, descriptor)) return ReadListedSubIfds(cache, range, context, item, descriptor);
+  LxParseRange target = RangeAt(range, entry.field);
+  if (entry.length > 4) target.end = target.start + static_cast<std::uint32_t>(entry.length);  // Mapped: in the file.
+  return LxReadChildren(cache, target, context, item, descriptor);
+}
+
+// False: the IFD ends here.
+bool ReadEntry(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+               const LxNamespaceDescriptor& descriptor, const Entry& entry, RecordFinder* finder,
+               LxItemList* list) noexcept {
+  constexpr std::uint64_t kLongest = std::numeric_limits<std::int32_t>::max();
+  const auto length = static_cast<std::int32_t>(entry.length < kLongest ? entry.length : kLongest);
+  LxMetadataItem* item = LxAppendNewItem(context, list, descriptor.nameSpace, "", OrderFlag(context), entry.tag,
+                                         entry.type, length, nullptr);
+  if (item == nullptr) return false;
+  item->value = MapValue(cache, range, context, entry);
+  if (item->value == nullptr) {
+    // Stays as an unnamed entry: there is nothing that its tag's name could stand for.
+    LxApplyTagRecord(context, item, nullptr, false);
+    return false;
+  }
+  const LxTagRecord* record = finder->Find(entry.tag);
+  LxApplyTagRecord(context, item, record, false);
+  if (record == nullptr || record->subNamespace == nullptr) return true;
+  if (!ReadBehindEntry(cache, range, context, item, entry, *record->subNamespace) &&
+      record->typeCode == kLxTypeOffset) {
+    item->flags |= kLxDeleted;
+  }
+  return true;
+}
+
+bool IsBeingRead(const LxParseContext* context, std::uint32_t ifd) noexcept {
+  for (std::int32_t i = 0; i < context->ifdCount; ++i) {
+    if (context->ifdsOnPath[i] == ifd) return true;
+  }
+  return false;
+}
+
+// The IFD's bytes from its count on, when the count is plausible and all of them are in the file.
+const std::uint8_t* MapIfd(LxBlockCache* cache, std::uint32_t at, int order, std::uint16_t* count) noexcept {
+  const std::uint8_t* bytes = LxMapFileRange(cache, at, 2);
+  if (bytes == nullptr) return nullptr;
+  *count = LxGet16(bytes, order);
+  if (*count == 0 || *count > kMaxEntries) return nullptr;
+  return LxMapFileRange(cache, at, IfdLength(*count));
+}
+
+}  // namespace
+
+LxMetadataItem* LxReadTiffHeaderAndIfds(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                        const LxNamespaceDescriptor& descriptor) noexcept {
+  const std::uint8_t* header = LxMapFileRange(cache, range.start, kHeaderLength);
+  if (header == nullptr) return nullptr;
+  if (std::memcmp(header, "MM", 2) == 0) {
+    context->byteOrder = kLxBigEndian;
+  } else if (std::memcmp(header, "II", 2) == 0) {
+    context->byteOrder = kLxLittleEndian;
+  } else {
+    return nullptr;
+  }
+  if (LxGet16(header + 2, context->byteOrder) != kTiffMagic) return nullptr;
+  const std::uint32_t firstIfd = LxGet32(header + 4, context->byteOrder);
+
+  LxItemList list;
+  LxMetadataItem* item = LxAppendNewItem(context, &list, "tiffh", "IFDHeader", OrderFlag(context), 0, kLxTypeUndefined,
+                                         kHeaderLength, header);
+  if (item == nullptr || !LxEnterLevel(context)) return list.first;
+  LxParseRange chain = range;
+  chain.base = range.start;
+  if (LxAddressInFile(chain, firstIfd) <= std::numeric_limits<std::uint32_t>::max()) {
+    item->firstChild = LxReadIfdChain(firstIfd, cache, chain, context, descriptor);
+  }
+  LxLeaveLevel(context);
+  return list.first;
+}
+
+LxMetadataItem* LxReadIfdChain(std::uint32_t offset, LxBlockCache* cache, const LxParseRange& range,
+                               LxParseContext* context, const LxNamespaceDescriptor& descriptor) noexcept {
+  LxItemList list;
+  // The first offset may count from a base that a maker note's shift has moved to the other side of it: modulo 2^32.
+  std::int64_t address = range.base + offset;
+  for (int i = 0; i < kMaxIfdsOfChain; ++i) {
+    if (address < range.lowLimit || address >= range.highLimit) break;
+    const auto at = static_cast<std::uint32_t>(address);
+    // Every IFD of a chain ends the run: what a search by name finds is the first IFD's, never the thumbnail's.
+    LxMetadataItem* item = LxAppendNewItem(context, &list, "tiffh", "IFD", OrderFlag(context) | kLxEndOfRun, 0,
+                                           kLxTypeUndefined, 0, nullptr);
+    if (item == nullptr) break;
+    std::uint16_t count = 0;
+    const std::uint8_t* ifd = MapIfd(cache, at, context->byteOrder, &count);
+    if (ifd == nullptr) break;
+    const std::uint32_t length = IfdLength(count);
+    item->value = ifd;
+    item->valueLength = static_cast<std::int32_t>(length);
+    const std::uint32_t next = LxGet32(ifd + length - 4, context->byteOrder);
+
+    const LxParseRange entries = {range.lowLimit, range.base, at, at + length, range.highLimit};
+    if (LxIsValidRange(entries) && LxEnterLevel(context)) {
+      item->firstChild = LxReadIfdEntries(cache, entries, context, descriptor);
+      LxLeaveLevel(context);
+    }
+    if (next == 0 || next >= 0xF0000000) break;
+    address = LxAddressInFile(range, next);
+  }
+  return list.first;
+}
+
+LxMetadataItem* LxReadIfdEntries(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                 const LxNamespaceDescriptor& descriptor) noexcept {
+  if (IsBeingRead(context, range.start) || context->ifdCount >= kLxMaxIfdsOnPath) return nullptr;
+  std::uint16_t count = 0;
+  const std::uint8_t* ifd = MapIfd(cache, range.start, context->byteOrder, &count);
+  if (ifd == nullptr || IfdLength(count) > range.end - range.start) return nullptr;
+
+  context->ifdsOnPath[context->ifdCount++] = range.start;
+  LxItemList list;
+  RecordFinder finder(descriptor.dictionary);
+  LxByteCursor in = {ifd + 2, std::size_t{12} * count};
+  Entry entry;
+  // In the context's byte order at each entry: a TIFF header that was read inside stays in force behind it.
+  while (TakeEntry(&in, context->byteOrder, &entry)) {
+    if (entry.type == 0 || entry.type > kLxTypeOffset) break;
+    if (!ReadEntry(cache, range, context, descriptor, entry, &finder, &list)) break;
+  }
+  --context->ifdCount;
+  return list.first;
+}
