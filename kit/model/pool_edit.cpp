@@ -73,7 +73,8 @@ LxResult MakePointer(LxMetadataPool* pool, const LxStructureEntry* entry, const 
 // the bytes that some identifiers are padded with. Exif 2.2, 4.7.2; ICC.1, annex B.4.
 std::int32_t SegmentFiller(const char* identifier) noexcept {
   if (Same(identifier, "ICC_PROFILE")) return 2;
-  for (const char* padded : {"Exif", "EXIF", "Meta", "META"}) {
+  constexpr const char* kPaddedOnce[] = {"Exif", "EXIF", "Meta", "META"};
+  for (const char* padded : kPaddedOnce) {
     if (Same(identifier, padded)) return 1;
   }
   return 0;
