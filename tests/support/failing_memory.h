@@ -35,6 +35,7 @@ class FailingMemory : private LxMemProcs {
   [[nodiscard]] int allocations() const { return allocations_; }
   [[nodiscard]] int liveBlocks() const { return liveBlocks_; }
   [[nodiscard]] bool hasFailed() const { return hasFailed_; }
+  void stopFailing() { nth_ = 0; }
   [[nodiscard]] LxMemProcs* procs() { return this; }
 
  private:
