@@ -9,8 +9,9 @@ namespace {
 void* Allocate(LxMemProcs*, std::size_t size) {
   return std::malloc(size);
 }
-// calloc refuses a product that wraps, which a plain product would turn into a block that is too short.
 void* AllocateZeroed(LxMemProcs*, std::size_t count, std::size_t size) {
+  // A product that wraps would give a block that is too short.
+  if (size != 0 && count > SIZE_MAX / size) return nullptr;
   return std::calloc(count, size);
 }
 void Release(LxMemProcs*, void* block) {
