@@ -11,7 +11,6 @@
 namespace {
 
 constexpr std::int32_t kShownHidden = 24;
-constexpr std::int32_t kShownPlain = 256;
 
 // Image resource 0x0421: a version (4 bytes), a flag (1), then the names of the writing and of the reading program,
 // each a big-endian 32-bit count and that many UTF-16 units. The second name is shown by the low bytes of its units.
@@ -78,7 +77,7 @@ LxShownPart LxShownPartOf(const LxMetadataItem* item) noexcept {
   const std::int32_t length = item->valueLength;
   const bool unseen = (item->flags & (kLxHidden | kLxClosed)) != 0;
   if (unseen && length > kShownHidden) return {kShownHidden, true};
-  if (length > kShownPlain) return {kShownPlain, true};
+  if (length > kLxShownPlain) return {kLxShownPlain, true};
   return {length, false};
 }
 

@@ -83,9 +83,6 @@ void AppendElement(LxDisplayBuffer* out, const std::uint8_t* at, std::uint16_t t
     case kLxTypeSByte:
       LxAppendInteger(out, static_cast<std::int32_t>(static_cast<std::int8_t>(*at)));
       break;
-    case kLxTypeShort:
-      LxAppendInteger(out, static_cast<std::int32_t>(LxGet16(at, order)));
-      break;
     case kLxTypeSShort:
       LxAppendInteger(out, static_cast<std::int32_t>(static_cast<std::int16_t>(LxGet16(at, order))));
       break;
@@ -101,10 +98,43 @@ void AppendElement(LxDisplayBuffer* out, const std::uint8_t* at, std::uint16_t t
                      static_cast<std::int32_t>(LxGet32(at + 4, order)));
       return;
     default:
-      LxAppendInteger(out, static_cast<std::int32_t>(*at));
       break;
   }
   LxAppendChar(out, ' ');
+}
+
+// Bytes and shorts, which fill the long values of every maker note, are written without a check for each element: the
+// shown part fits by its length, with room for the digits that the last copy takes along.
+constexpr std::size_t kSlack = sizeof(LxDigits);
+static_assert(kLxShownPlain * (sizeof("255 ") - 1) + kSlack <= kLxDisplayBufferSize);
+static_assert(kLxShownPlain / 2 * (sizeof("65535 ") - 1) + kSlack <= kLxDisplayBufferSize);
+
+char* WriteSmall(char* at, std::uint32_t value) noexcept {
+  std::uint32_t first = value;
+  if (value >= 1000) first = value / 1000;
+  const LxDigits& digits = kLxDigits[first];
+  std::memcpy(at, &digits, sizeof digits);
+  at += digits.length;
+  if (value >= 1000) {
+    const std::uint32_t rest = value % 1000;
+    *at++ = static_cast<char>('0' + rest / 100);
+    *at++ = static_cast<char>('0' + rest / 10 % 10);
+    *at++ = static_cast<char>('0' + rest % 10);
+  }
+  *at++ = ' ';
+  return at;
+}
+
+void WriteBytes(const std::uint8_t* value, std::int32_t length, LxDisplayBuffer* out) noexcept {
+  char* at = out->bytes;
+  for (std::int32_t i = 0; i < length; ++i) at = WriteSmall(at, value[i]);
+  out->length = static_cast<std::size_t>(at - out->bytes);
+}
+
+void WriteShorts(const std::uint8_t* value, std::int32_t length, int order, LxDisplayBuffer* out) noexcept {
+  char* at = out->bytes;
+  for (std::int32_t i = 0; length - i >= 2; i += 2) at = WriteSmall(at, LxGet16(value + i, order));
+  out->length = static_cast<std::size_t>(at - out->bytes);
 }
 
 void ShowElements(int order, LxMetadataItem* item) noexcept {
@@ -112,8 +142,14 @@ void ShowElements(int order, LxMetadataItem* item) noexcept {
   const auto size = static_cast<std::int32_t>(LxElementSize(item->typeCode));
   LxDisplayBuffer out;
   out.length = 0;
-  for (std::int32_t at = 0; shown.length - at >= size; at += size) {
-    AppendElement(&out, item->value + at, item->typeCode, order);
+  if (item->typeCode == kLxTypeByte || item->typeCode == kLxTypeUndefined) {
+    WriteBytes(item->value, shown.length, &out);
+  } else if (item->typeCode == kLxTypeShort) {
+    WriteShorts(item->value, shown.length, order, &out);
+  } else {
+    for (std::int32_t at = 0; shown.length - at >= size; at += size) {
+      AppendElement(&out, item->value + at, item->typeCode, order);
+    }
   }
   if (out.length == 0) return;  // Not one whole element.
   if (shown.shortened) LxAppendText(&out, "... ");

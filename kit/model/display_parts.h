@@ -3,6 +3,7 @@
 #ifndef LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
 #define LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
 
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -12,12 +13,15 @@
 #include "kit/model/pool.h"
 #include "kit/model/tag_record.h"
 
-// The longest text of numbers: 256 shown bytes as "-128 ", or 32 rationals as "-2147483648/2147483646(-1.00) ", and the
-// mark "... ". Appending stops at the end, so a wrong sum here would cut a text and no more.
+// The most bytes of a value that are shown element by element.
+inline constexpr std::int32_t kLxShownPlain = 256;
+
+// The longest text of numbers: those bytes each as "-128 ", or 32 rationals as "-2147483648/2147483646(-1.00) ", and
+// the mark "... ". Appending stops at the end, so a wrong sum here would cut a text and no more.
 inline constexpr std::size_t kLxDisplayBufferSize = 1536;
 
 // A text under construction. Only `length` needs a value at the start. Numbers go through std::to_chars: unlike printf
-// it knows no locale (a host's decimal comma must not reach the texts) and it costs a tenth.
+// it knows no locale (a host's decimal comma must not reach the texts) and costs a fraction.
 struct LxDisplayBuffer {
   std::size_t length;
   char bytes[kLxDisplayBufferSize];
@@ -31,11 +35,34 @@ inline void LxAppendText(LxDisplayBuffer* out, const char* text) noexcept {
   while (*text != '\0') LxAppendChar(out, *text++);
 }
 
-// "%d" and "%u".
-template <typename Integer>
-inline void LxAppendInteger(LxDisplayBuffer* out, Integer value) noexcept {
+// The digits of the numbers below 1000, ready to be copied: most elements are such numbers, and a camera's maker note
+// has thousands of them.
+struct LxDigits {
+  char text[3];
+  std::uint8_t length;
+};
+inline constexpr std::array<LxDigits, 1000> kLxDigits = [] {
+  std::array<LxDigits, 1000> all{};
+  for (int i = 0; i < 1000; ++i) {
+    LxDigits& digits = all[static_cast<std::size_t>(i)];
+    for (int unit = i >= 100 ? 100 : i >= 10 ? 10 : 1; unit != 0; unit /= 10) {
+      digits.text[digits.length++] = static_cast<char>('0' + i / unit % 10);
+    }
+  }
+  return all;
+}();
+
+// "%d".
+inline void LxAppendInteger(LxDisplayBuffer* out, std::int32_t value) noexcept {
   char* at = out->bytes + out->length;
-  const std::to_chars_result result = std::to_chars(at, out->bytes + kLxDisplayBufferSize, value);
+  const std::size_t room = kLxDisplayBufferSize - out->length;
+  if (value >= 0 && value < 1000 && room >= sizeof(LxDigits)) {
+    const LxDigits& digits = kLxDigits[static_cast<std::size_t>(value)];
+    std::memcpy(at, &digits, sizeof digits);  // One store; the length's byte is overwritten by what comes next.
+    out->length += digits.length;
+    return;
+  }
+  const std::to_chars_result result = std::to_chars(at, at + room, value);
   if (result.ec == std::errc()) out->length += static_cast<std::size_t>(result.ptr - at);
 }
 

@@ -28,7 +28,8 @@ constexpr bool IsFollowingByte(std::uint8_t byte) noexcept {
 }
 
 // ---- Error scores: how many bytes of a value are wrong if it has that encoding. The scan goes over [0, end) and ends
-// at a zero byte, behind which every other byte up to the value's length is an error.
+// at the first zero byte, also within a sequence. What stands behind a text counts alike for all encodings: up to the
+// value's length every byte but zero bytes is an error.
 
 struct Scan {
   const std::uint8_t* bytes;
@@ -57,7 +58,12 @@ std::int32_t ScoreUtf8(const Scan& scan) noexcept {
     } else if (following >= scan.end - at) {
       return errors + 1;  // Cut off: one error, however much of it is left.
     } else {
-      for (std::size_t i = 1; i <= following; ++i) errors += IsFollowingByte(scan.bytes[at + i]) ? 0 : 1;
+      std::size_t zero = 0;
+      for (std::size_t i = following; i >= 1; --i) {
+        errors += IsFollowingByte(scan.bytes[at + i]) ? 0 : 1;
+        if (scan.bytes[at + i] == 0) zero = at + i;
+      }
+      if (zero != 0) return errors + ErrorsBehind(scan, zero);
       at += following + 1;
     }
   }
@@ -105,14 +111,14 @@ std::int32_t ScoreIso2022Jp(const Scan& scan) noexcept {
     } else {
       const bool valid = IsBetween(scan.bytes[at], 0x21, 0x7E) && IsBetween(scan.bytes[at + 1], 0x21, 0x7E);
       if (!valid) errors += 2;
+      if (scan.bytes[at + 1] == 0) return errors + ErrorsBehind(scan, at + 1);
       at += 2;
     }
   }
   return errors;
 }
 
-// The common walk of the two encodings whose pairs begin with a byte that says so. A pair is passed over as a whole, a
-// zero byte in it too.
+// The common walk of the two encodings whose pairs begin with a byte that says so. A pair is passed over as a whole.
 template <typename IsSingle, typename IsLead, typename IsTrail>
 std::int32_t ScorePairs(const Scan& scan, IsSingle isSingle, IsLead isLead, IsTrail isTrail) noexcept {
   std::int32_t errors = 0;
@@ -129,6 +135,7 @@ std::int32_t ScorePairs(const Scan& scan, IsSingle isSingle, IsLead isLead, IsTr
       return errors + 1;
     } else {
       if (!isTrail(byte, scan.bytes[at + 1])) errors += 2;
+      if (scan.bytes[at + 1] == 0) return errors + ErrorsBehind(scan, at + 1);
       at += 2;
     }
   }
@@ -193,6 +200,11 @@ void PutCharacter(Utf8Sink* sink, char32_t c) noexcept {
     PutByte(sink, 0x80 | ((c >> 6) & 0x3F));
   }
   PutByte(sink, 0x80 | (c & 0x3F));
+}
+
+// Nothing is as good as an empty text.
+std::size_t SizeOf(const std::uint8_t* bytes, std::int32_t length) noexcept {
+  return bytes != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0;
 }
 
 template <typename Walk>
@@ -272,9 +284,9 @@ bool IsAsciiUtf16(const std::uint8_t* bytes, std::size_t units, int order) noexc
   return LxIsZeroFilled(bytes + 2 * i, 2 * (units - i));
 }
 
-// Ranges that texts are made of, with the script that each belongs to; 0 goes with every script. U+2000 and the first
-// place of the Indian blocks are left out: nobody writes them, but they are the space and the line ends read the wrong
-// way round.
+// Ranges that texts are made of, ascending, with the script that each belongs to; 0 goes with every script. U+2000 and
+// the first place of the Indian blocks are left out: nobody writes them, but they are the space and the line ends read
+// the wrong way round.
 struct ScriptRange {
   char16_t first;
   char16_t last;
@@ -290,8 +302,8 @@ constexpr ScriptRange kScripts[] = {
     {0x0C01, 0x0C7F, 11}, {0x0C81, 0x0CF2, 12}, {0x0D01, 0x0D7F, 13}, {0x0E01, 0x0E5B, 14},
     {0x1E00, 0x1EFF,  0}, {0x2001, 0x206F,  0}, {0x20A0, 0x20BF,  0},  // More Latin, punctuation, currencies
     {0x2100, 0x214F,  0}, {0x2190, 0x22FF,  0}, {0x2460, 0x26FF,  0},  // Signs
-    {0x3000, 0x30FF, 15}, {0x4E00, 0x9FFF, 15}, {0xFF01, 0xFF9F, 15},  // Kana, Han, full and half width
-    {0xAC00, 0xD7A3, 16},                                              // Hangul
+    {0x3000, 0x30FF, 15}, {0x4E00, 0x9FFF, 15}, {0xAC00, 0xD7A3, 16},  // Kana, Han, Hangul
+    {0xFF01, 0xFF9F, 15},                                              // Full and half width
 };
 // clang-format on
 
@@ -372,7 +384,6 @@ LxTextEncoding LxGuessEncoding(const std::uint8_t* bytes, std::int32_t length) n
 }
 
 char* LxTextToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept {
-  if (bytes == nullptr || length < 0) return nullptr;
   switch (LxGuessEncoding(bytes, length)) {
     case kLxTextLatin1:
       return LxLatin1ToUtf8(bytes, length);
@@ -383,26 +394,23 @@ char* LxTextToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept {
     case kLxTextEucJp:
       break;
   }
-  return LxCopyText(bytes, LxTextLength(bytes, static_cast<std::size_t>(length)));
+  return LxCopyText(bytes, LxTextLength(bytes, SizeOf(bytes, length)));
 }
 
 char* LxLatin1ToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept {
-  if (bytes == nullptr || length < 0) return nullptr;
-  const std::size_t size = LxTextLength(bytes, static_cast<std::size_t>(length));
+  const std::size_t size = LxTextLength(bytes, SizeOf(bytes, length));
   return Convert([bytes, size](Utf8Sink* sink) noexcept {
     for (std::size_t at = 0; at < size; ++at) PutCharacter(sink, bytes[at]);
   });
 }
 
 char* LxShiftJisToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept {
-  if (bytes == nullptr || length < 0) return nullptr;
-  const std::size_t size = LxTextLength(bytes, static_cast<std::size_t>(length));
+  const std::size_t size = LxTextLength(bytes, SizeOf(bytes, length));
   return Convert([bytes, size](Utf8Sink* sink) noexcept { WalkShiftJis(bytes, size, sink); });
 }
 
 char* LxUtf16ToUtf8(const std::uint8_t* bytes, std::int32_t length, int order) noexcept {
-  if (bytes == nullptr || length < 0) return nullptr;
-  const auto units = static_cast<std::size_t>(length) / 2;
+  const std::size_t units = SizeOf(bytes, length) / 2;
   return Convert([bytes, units, order](Utf8Sink* sink) noexcept { WalkUtf16(bytes, units, order, sink); });
 }
 
