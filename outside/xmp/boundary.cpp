@@ -1,0 +1,199 @@
+// The toolkit's side of its boundary. Reaches the broker through the lookup procedure and nothing else.
+#include "outside/xmp/boundary.h"
+
+#include <cstring>
+#include <exception>
+#include <new>
+
+namespace velto {
+namespace {
+
+// All process-wide state of the boundary; one thread at a time uses it.
+struct BoundState {
+  TALLookupProc lookup = nullptr;
+  std::uint32_t starts = 0;
+  // These stay after the last stop: objects may live on.
+  TALCoreProcs core{};
+  TALContainerProcs containers{};
+  TALErrorProcs errors{};
+  std::uint32_t instanceOffset = 0;
+  TALKindRef kind = nullptr;
+};
+
+constinit BoundState state;
+constinit std::uint32_t liveObjects = 0;
+
+void destroyInstance(void* instance) noexcept {
+  delete static_cast<Instance*>(instance);
+}
+
+template <typename Table, std::size_t kCount>
+bool bind(TALLookupProc lookup, const char* interfaceName, const TALProcName (&names)[kCount], Table& table) noexcept {
+  TALProc slots[kCount];
+  for (std::size_t at = 0; at < kCount; ++at) {
+    slots[at] = lookup(interfaceName, names[at].shortName, names[at].qualifiedName);
+    if (slots[at] == nullptr) return false;
+  }
+  static_assert(sizeof slots == sizeof table);
+  std::memcpy(static_cast<void*>(&table), slots, sizeof slots);
+  return true;
+}
+
+// Nobody is there to hear of an error at start and stop but the caller, who gets a plain no.
+bool succeeded(TALErrorRef error) noexcept {
+  if (error != nullptr) state.errors.release(error);
+  return error == nullptr;
+}
+
+template <typename Table, std::size_t kCount>
+bool registerTable(const char* interfaceName, const TALProcName (&names)[kCount], const Table& table) noexcept {
+  TALProc slots[kCount];
+  static_assert(sizeof slots == sizeof table);
+  std::memcpy(slots, static_cast<const void*>(&table), sizeof slots);
+  for (std::size_t at = 0; at < kCount; ++at) {
+    if (!succeeded(
+            state.core.registerProcAddress(interfaceName, names[at].shortName, names[at].qualifiedName, slots[at]))) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool makeKind() noexcept {
+  if (state.kind != nullptr) return true;
+  TALKindRef kind = nullptr;
+  if (!succeeded(state.containers.newKind(&kind, kObjectKindName, destroyInstance))) return false;
+  TALProc slots[sizeof(kXMPMetaMethodNames) / sizeof(TALProcName)];
+  static_assert(sizeof slots == sizeof kMetaMethods);
+  std::memcpy(slots, static_cast<const void*>(&kMetaMethods), sizeof slots);
+  for (std::size_t at = 0; at < sizeof slots / sizeof slots[0]; ++at) {
+    const TALProcName& name = kXMPMetaMethodNames[at];
+    if (!succeeded(state.containers.addMethod(kind, name.shortName, name.qualifiedName, slots[at]))) {
+      static_cast<void>(succeeded(state.containers.deleteKind(kind)));
+      return false;
+    }
+  }
+  state.kind = kind;
+  return true;
+}
+
+void withdraw() noexcept {
+  static_cast<void>(succeeded(state.core.unregisterInterface(kXMPMetaStaticInterface)));
+  static_cast<void>(succeeded(state.core.unregisterInterface(kXMPUtilsStaticInterface)));
+  if (state.kind != nullptr && succeeded(state.containers.deleteKind(state.kind))) state.kind = nullptr;
+}
+
+TALErrorRef coreError(std::uint32_t index) noexcept {
+  const TALErrorRef error = state.errors.getCoreError(index);
+  if (error != nullptr) state.errors.addRef(error);
+  return error;
+}
+
+}  // namespace
+
+Instance::Instance() {
+  ++liveObjects;
+}
+Instance::~Instance() {
+  --liveObjects;
+}
+
+bool startToolkit(TALLookupProc lookup) noexcept {
+  if (state.starts != 0) {
+    ++state.starts;
+    return true;
+  }
+  if (lookup == nullptr) return false;
+  // Objects of another broker that still live keep their kind there.
+  if (lookup != state.lookup) state.kind = nullptr;
+  BoundState fresh;
+  fresh.lookup = lookup;
+  fresh.kind = state.kind;
+  if (!bind(lookup, kTALInterface, kTALCoreProcNames, fresh.core) ||
+      !bind(lookup, kTALErrorInterface, kTALErrorProcNames, fresh.errors) ||
+      !bind(lookup, kTALContainerInterface, kTALContainerProcNames, fresh.containers)) {
+    return false;
+  }
+  fresh.instanceOffset = fresh.containers.getOffsetToPrimaryInstance();
+  state = fresh;
+  if (!makeKind() || !registerTable(kXMPMetaStaticInterface, kXMPMetaStaticNames, kMetaStatics) ||
+      !registerTable(kXMPUtilsStaticInterface, kXMPUtilsStaticNames, kUtilsStatics)) {
+    withdraw();
+    return false;
+  }
+  state.starts = 1;
+  return true;
+}
+
+void stopToolkit() noexcept {
+  if (state.starts == 0) return;
+  if (--state.starts == 0) withdraw();
+}
+
+TALKindRef objectKind() {
+  if (state.kind == nullptr) throw ToolkitError(ErrorId::kNotStarted, "the toolkit has not been started");
+  return state.kind;
+}
+
+std::uint32_t countObjects() noexcept {
+  return liveObjects;
+}
+
+XMPObjectRef wrapInstance(std::unique_ptr<Instance> instance) {
+  XMPObjectRef object = nullptr;
+  if (const TALErrorRef error = state.containers.newContainer(&object, objectKind(), instance.get())) {
+    // Whatever the broker's reason is, for the toolkit it is one: no memory for a container.
+    state.errors.release(error);
+    throw std::bad_alloc();
+  }
+  static_cast<void>(instance.release());
+  return object;
+}
+
+Instance& instanceOf(XMPObjectRef object) {
+  if (object == nullptr) throw ToolkitError(ErrorId::kBadObject, "the object reference is null");
+  TALKindRef kind = nullptr;
+  if (!succeeded(state.containers.getKind(object, &kind)) || kind == nullptr || kind != state.kind) {
+    throw ToolkitError(ErrorId::kBadObject, "the reference is not of a toolkit object");
+  }
+  void* instance = nullptr;
+  std::memcpy(&instance, reinterpret_cast<const char*>(object) + state.instanceOffset, sizeof instance);
+  if (instance == nullptr) throw ToolkitError(ErrorId::kBadObject, "the object is empty");
+  return *static_cast<Instance*>(instance);
+}
+
+Instance& changeableInstanceOf(XMPObjectRef object) {
+  Instance& instance = instanceOf(object);
+  if (instance.visits != 0) {
+    throw ToolkitError(ErrorId::kBadObject, "the object cannot be changed while its nodes are visited");
+  }
+  return instance;
+}
+
+TALErrorRef errorOfException() noexcept {
+  if (state.errors.newError == nullptr) return nullptr;  // Unreachable: procedures are handed out by a start only.
+  try {
+    throw;
+  } catch (const ToolkitError& error) {
+    return state.errors.newError(error.what(), kComponent, static_cast<std::int32_t>(error.id()));
+  } catch (const std::bad_alloc&) {
+    return coreError(0);
+  } catch (const std::length_error&) {
+    return state.errors.newError("a text is too long", kComponent, static_cast<std::int32_t>(ErrorId::kTooLong));
+  } catch (const std::exception& error) {
+    return state.errors.newError(error.what(), kComponent, static_cast<std::int32_t>(ErrorId::kInternal));
+  } catch (...) {
+    return coreError(1);
+  }
+}
+
+std::string_view requiredBytes(const char* bytes, std::uint32_t length) {
+  if (length == 0) return {};
+  return {required(bytes, "the bytes are null"), length};
+}
+
+void requireNoOptions(std::uint32_t options) {
+  if (options != 0) throw ToolkitError(ErrorId::kBadOptions, "there are no options here");
+}
+
+}  // namespace velto

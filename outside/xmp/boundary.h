@@ -1,0 +1,96 @@
+// The toolkit's side of its boundary: the broker's procedures that it uses, toolkit objects as containers of the
+// broker, and the way that errors take out of the toolkit. May use everything of the toolkit but the procedure tables.
+#ifndef LXBRIDGE_OUTSIDE_XMP_BOUNDARY_H_
+#define LXBRIDGE_OUTSIDE_XMP_BOUNDARY_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "clients/broker/broker_abi.h"
+#include "clients/xmp/xmp_abi.h"
+#include "outside/xmp/errors.h"
+#include "outside/xmp/model.h"
+#include "outside/xmp/rdf.h"
+#include "outside/xmp/text_store.h"
+
+namespace velto {
+
+// The component of every error reference, and the name of the objects' kind.
+inline constexpr const char kComponent[] = "XMP";
+inline constexpr const char kObjectKindName[] = "XMPMeta";
+
+// The toolkit's own version, and its text.
+inline constexpr std::uint32_t kToolkitVersion = kXMPClientVersion;
+inline constexpr const char kToolkitVersionText[] = "VeltoXMP 3.1";
+
+// What a container holds.
+struct Instance {
+  Object object;
+  TextStore texts;
+  std::unique_ptr<PacketParser> parser;  // While a packet comes in pieces.
+  std::uint32_t visits = 0;              // Visits under way; nodes must not change under them.
+
+  Instance();
+  ~Instance();
+};
+
+// Binds what the toolkit uses of the broker, registers its interfaces and the kind of its objects; false, with nothing
+// left registered, when the broker lacks something. Starts are counted.
+bool startToolkit(TALLookupProc lookup) noexcept;
+// Takes the interfaces back on the last stop. Objects that still live go on working: they are bound to the kind, which
+// is kept for them, and not to the interfaces.
+void stopToolkit() noexcept;
+
+TALKindRef objectKind();
+std::uint32_t countObjects() noexcept;
+// The count of the new container is 0.
+XMPObjectRef wrapInstance(std::unique_ptr<Instance> instance);
+Instance& instanceOf(XMPObjectRef object);
+// The same, for a procedure that changes the object.
+Instance& changeableInstanceOf(XMPObjectRef object);
+
+// Turns the exception that is being handled into an error reference.
+TALErrorRef errorOfException() noexcept;
+
+// Runs a procedure's work; no exception goes further.
+template <typename Work>
+TALErrorRef guarded(Work&& work) noexcept {
+  try {
+    std::forward<Work>(work)();
+    return nullptr;
+  } catch (...) {
+    return errorOfException();
+  }
+}
+
+template <typename Value>
+void give(Value* out, Value value) noexcept {
+  if (out != nullptr) *out = value;
+}
+inline void giveAnswer(std::uint8_t* out, bool answer) noexcept {
+  if (out != nullptr) *out = answer ? 1 : 0;
+}
+inline void giveText(TextStore& texts, XMPTextOut* out, std::string_view text) {
+  if (out != nullptr) *out = texts.keep(text);
+}
+
+template <typename Pointer>
+Pointer required(Pointer pointer, const char* what) {
+  if (pointer == nullptr) throw ToolkitError(ErrorId::kBadParameter, what);
+  return pointer;
+}
+// Bytes that may be null when there are none.
+std::string_view requiredBytes(const char* bytes, std::uint32_t length);
+void requireNoOptions(std::uint32_t options);
+
+// The three tables, in the order of their names.
+extern const XMPMetaStatics kMetaStatics;
+extern const XMPMetaMethods kMetaMethods;
+extern const XMPUtilsStatics kUtilsStatics;
+
+}  // namespace velto
+
+#endif  // LXBRIDGE_OUTSIDE_XMP_BOUNDARY_H_

@@ -1,0 +1,270 @@
+// Dates. May use the errors and the texts.
+#include "outside/xmp/dates.h"
+
+#include <time.h>
+
+#include <charconv>
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+
+#include "outside/xmp/errors.h"
+#include "outside/xmp/text.h"
+
+namespace velto {
+namespace {
+
+constexpr std::int64_t kDay = 86400;
+constexpr std::int32_t kNanoseconds = 1000000000;
+
+// Year 0 is valid in ISO 8601, but only by agreement, as are years beyond 9999; a camera that writes one has no date.
+constexpr std::int32_t kFirstYear = 1;
+constexpr std::int32_t kLastYear = 9999;
+
+bool isWithin(std::int32_t value, std::int32_t low, std::int32_t high) noexcept {
+  return value >= low && value <= high;
+}
+
+std::chrono::year_month_day calendarDay(const XMPDateTime& date) noexcept {
+  return {std::chrono::year(date.year), std::chrono::month(static_cast<unsigned>(date.month)),
+          std::chrono::day(static_cast<unsigned>(date.day))};
+}
+
+// What is wrong with the fields, or null.
+const char* faultOf(const XMPDateTime& date) noexcept {
+  if (!isWithin(date.year, kFirstYear, kLastYear)) return "year";
+  if (!isWithin(date.month, 1, 12)) return "month";
+  if (!isWithin(date.day, 1, 31) || !calendarDay(date).ok()) return "day";
+  if (!isWithin(date.hour, 0, 23)) return "hour";
+  if (!isWithin(date.minute, 0, 59)) return "minute";
+  // A leap second is no error in ISO 8601, but no clock of a camera shows one and few readers take it.
+  if (!isWithin(date.second, 0, 59)) return "second";
+  if (!isWithin(date.nanosecond, 0, kNanoseconds - 1)) return "nanosecond";
+  if (!isWithin(date.zoneSign, -1, 1) || !isWithin(date.zoneHour, 0, 23) || !isWithin(date.zoneMinute, 0, 59)) {
+    return "zone";
+  }
+  if (date.zoneSign == 0 && (date.zoneHour != 0 || date.zoneMinute != 0)) return "zone";
+  return nullptr;
+}
+
+// Seconds since 1970 of what the fields show, whatever their zone.
+std::int64_t shownSeconds(const XMPDateTime& date) noexcept {
+  const std::int64_t days = std::chrono::sys_days(calendarDay(date)).time_since_epoch().count();
+  return days * kDay + date.hour * 3600 + date.minute * 60 + date.second;
+}
+
+std::int64_t zoneSeconds(const XMPDateTime& date) noexcept {
+  return std::int64_t{date.zoneSign} * (date.zoneHour * 3600 + date.zoneMinute * 60);
+}
+
+void setShownSeconds(XMPDateTime& date, std::int64_t seconds) {
+  std::int64_t days = seconds / kDay;
+  std::int64_t rest = seconds % kDay;
+  if (rest < 0) {
+    rest += kDay;
+    --days;
+  }
+  const std::chrono::year_month_day day{std::chrono::sys_days(std::chrono::days(days))};
+  date.year = static_cast<std::int32_t>(static_cast<int>(day.year()));
+  date.month = static_cast<std::int32_t>(static_cast<unsigned>(day.month()));
+  date.day = static_cast<std::int32_t>(static_cast<unsigned>(day.day()));
+  date.hour = static_cast<std::int32_t>(rest / 3600);
+  date.minute = static_cast<std::int32_t>(rest / 60 % 60);
+  date.second = static_cast<std::int32_t>(rest % 60);
+  checkDate(date);
+}
+
+// Zones have no seconds in ISO 8601; those of local mean times before the zones came are dropped.
+void setZone(XMPDateTime& date, std::int64_t offset) noexcept {
+  const std::int64_t minutes = std::abs(offset) / 60;
+  date.zoneSign = minutes == 0 ? 0 : (offset < 0 ? -1 : 1);
+  date.zoneHour = static_cast<std::int32_t>(minutes / 60);
+  date.zoneMinute = static_cast<std::int32_t>(minutes % 60);
+}
+
+// How far the machine's clock is ahead of UTC at an instant. localtime_r looks up the zone once only where localtime
+// and mktime ask the file system each time; so a changed TZ counts from the next start of the process.
+std::int64_t machineOffset(std::int64_t instant) noexcept {
+  static const bool zoneIsRead = (tzset(), true);
+  static_cast<void>(zoneIsRead);
+  const time_t time = static_cast<time_t>(instant);
+  tm fields{};
+  return localtime_r(&time, &fields) != nullptr ? fields.tm_gmtoff : 0;
+}
+
+std::int64_t machineOffsetAtShown(std::int64_t shown) noexcept {
+  const std::int64_t before = machineOffset(shown - kDay);
+  if (machineOffset(shown - before) == before) return before;
+  const std::int64_t after = machineOffset(shown + kDay);
+  return machineOffset(shown - after) == after ? after : before;
+}
+
+class DateReader {
+ public:
+  explicit DateReader(std::string_view text) : text_(text) {}
+
+  bool atEnd() const noexcept { return text_.empty(); }
+
+  bool take(char c) noexcept {
+    if (text_.empty() || text_.front() != c) return false;
+    text_.remove_prefix(1);
+    return true;
+  }
+
+  bool takeDigits(std::size_t count, std::int32_t& value) noexcept {
+    if (text_.size() < count) return false;
+    value = 0;
+    for (std::size_t at = 0; at < count; ++at) {
+      if (!isDigit(text_[at])) return false;
+      value = value * 10 + (text_[at] - '0');
+    }
+    text_.remove_prefix(count);
+    return true;
+  }
+
+  bool takeFraction(std::int32_t& nanosecond) noexcept {
+    std::int32_t unit = kNanoseconds / 10;
+    std::size_t digits = 0;
+    for (; digits < text_.size() && isDigit(text_[digits]); ++digits, unit /= 10) {
+      nanosecond += (text_[digits] - '0') * unit;
+    }
+    text_.remove_prefix(digits);
+    return digits != 0;
+  }
+
+  bool takeZone(XMPDateTime& date) noexcept {
+    if (atEnd() || take('Z')) return true;
+    date.zoneSign = take('+') ? 1 : -1;
+    if (date.zoneSign < 0 && !take('-')) return false;
+    if (!takeDigits(2, date.zoneHour) || !take(':') || !takeDigits(2, date.zoneMinute)) return false;
+    if (date.zoneHour == 0 && date.zoneMinute == 0) date.zoneSign = 0;
+    return true;
+  }
+
+  bool takeTime(XMPDateTime& date) noexcept {
+    if (!takeDigits(2, date.hour) || !take(':') || !takeDigits(2, date.minute)) return false;
+    if (take(':')) {
+      if (!takeDigits(2, date.second)) return false;
+      if (take('.') && !takeFraction(date.nanosecond)) return false;
+    }
+    return takeZone(date);
+  }
+
+  bool takeDate(XMPDateTime& date) noexcept {
+    if (!takeDigits(4, date.year)) return false;
+    if (!take('-')) return true;
+    if (!takeDigits(2, date.month)) return false;
+    if (!take('-')) return true;
+    if (!takeDigits(2, date.day)) return false;
+    return !take('T') || takeTime(date);
+  }
+
+ private:
+  static bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+  std::string_view text_;
+};
+
+}  // namespace
+
+void checkDate(const XMPDateTime& date) {
+  if (const char* fault = faultOf(date)) {
+    throw ToolkitError(ErrorId::kBadDate, std::string("the date names no instant: its ") + fault + " is out of range");
+  }
+}
+
+std::string formatDate(const XMPDateTime& date) {
+  checkDate(date);
+  char text[48];
+  char* end = text;
+  const auto put = [&end](std::int32_t value, int digits) {
+    for (int at = digits; at-- > 0; value /= 10) end[at] = static_cast<char>('0' + value % 10);
+    end += digits;
+  };
+  put(date.year, 4);
+  *end++ = '-';
+  put(date.month, 2);
+  *end++ = '-';
+  put(date.day, 2);
+  *end++ = 'T';
+  put(date.hour, 2);
+  *end++ = ':';
+  put(date.minute, 2);
+  *end++ = ':';
+  put(date.second, 2);
+  if (date.nanosecond != 0) {
+    *end++ = '.';
+    put(date.nanosecond, 9);
+    while (end[-1] == '0') --end;
+  }
+  if (date.zoneSign == 0) {
+    *end++ = 'Z';
+  } else {
+    // ISO 8601 has no "-00:00".
+    *end++ = date.zoneSign < 0 && (date.zoneHour != 0 || date.zoneMinute != 0) ? '-' : '+';
+    put(date.zoneHour, 2);
+    *end++ = ':';
+    put(date.zoneMinute, 2);
+  }
+  return std::string(text, end);
+}
+
+XMPDateTime parseDate(std::string_view text) {
+  XMPDateTime date{};
+  date.month = 1;
+  date.day = 1;
+  DateReader reader(text);
+  if (!reader.takeDate(date) || !reader.atEnd() || faultOf(date) != nullptr) {
+    throw ToolkitError(ErrorId::kBadDate, "'" + repairText(text) + "' is no date");
+  }
+  return date;
+}
+
+XMPDateTime currentDate() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(now);
+  const std::int64_t offset = machineOffset(seconds.count());
+  XMPDateTime date{};
+  setShownSeconds(date, seconds.count() + offset);
+  date.nanosecond =
+      static_cast<std::int32_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(now - seconds).count());
+  setZone(date, offset);
+  return date;
+}
+
+void setMachineZone(XMPDateTime& date) {
+  XMPDateTime zoned = date;
+  setZone(zoned, 0);
+  checkDate(zoned);
+  setZone(zoned, machineOffsetAtShown(shownSeconds(zoned)));
+  date = zoned;
+}
+
+void convertToUTC(XMPDateTime& date) {
+  checkDate(date);
+  XMPDateTime converted = date;
+  setShownSeconds(converted, shownSeconds(date) - zoneSeconds(date));
+  setZone(converted, 0);
+  date = converted;
+}
+
+void convertToMachineZone(XMPDateTime& date) {
+  checkDate(date);
+  const std::int64_t instant = shownSeconds(date) - zoneSeconds(date);
+  XMPDateTime converted = date;
+  setZone(converted, machineOffset(instant));
+  setShownSeconds(converted, instant + zoneSeconds(converted));
+  date = converted;
+}
+
+int compareDates(const XMPDateTime& left, const XMPDateTime& right) {
+  checkDate(left);
+  checkDate(right);
+  const std::int64_t ours = shownSeconds(left) - zoneSeconds(left);
+  const std::int64_t theirs = shownSeconds(right) - zoneSeconds(right);
+  if (ours != theirs) return ours < theirs ? -1 : 1;
+  if (left.nanosecond != right.nanosecond) return left.nanosecond < right.nanosecond ? -1 : 1;
+  return 0;
+}
+
+}  // namespace velto

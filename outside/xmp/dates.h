@@ -1,0 +1,31 @@
+// Dates: the ten fields, ISO 8601 texts (as ISO 16684-1, 8.2.1.2 profiles them) and the machine's zone. May use the
+// errors and the boundary's record.
+#ifndef LXBRIDGE_OUTSIDE_XMP_DATES_H_
+#define LXBRIDGE_OUTSIDE_XMP_DATES_H_
+
+#include <string>
+#include <string_view>
+
+#include "clients/xmp/xmp_abi.h"
+
+namespace velto {
+
+// Raises kBadDate for fields that name no instant: year outside 1 to 9999, month 0, a day that the month does not have,
+// hour 24, second 60, zone fields without a sign, and the like.
+void checkDate(const XMPDateTime& date);
+std::string formatDate(const XMPDateTime& date);
+// Year alone, year and month, a date, or date and time with or without seconds, fraction and zone; what is left out is
+// the earliest that it can be, a zone left out UTC. Digits behind the nanosecond are dropped. Raises kBadDate.
+XMPDateTime parseDate(std::string_view text);
+
+XMPDateTime currentDate();  // In the machine's zone.
+// The zone that the machine has at that local date. Of a time that clocks show twice the first is meant; a time that
+// they leap over has the zone before the leap.
+void setMachineZone(XMPDateTime& date);
+void convertToUTC(XMPDateTime& date);
+void convertToMachineZone(XMPDateTime& date);
+int compareDates(const XMPDateTime& left, const XMPDateTime& right);  // As instants: -1, 0, 1.
+
+}  // namespace velto
+
+#endif  // LXBRIDGE_OUTSIDE_XMP_DATES_H_

@@ -1,0 +1,132 @@
+// Language alternatives (ISO 16684-1, 8.2.2.4). May use the model, the paths and the texts.
+#include <utility>
+
+#include "outside/xmp/operations.h"
+#include "outside/xmp/place.h"
+#include "outside/xmp/text.h"
+
+namespace velto {
+namespace {
+
+constexpr std::string_view kDefaultLanguage = "x-default";
+
+struct Languages {
+  std::string generic;  // May be empty.
+  std::string specific;
+
+  Languages(std::string_view genericLanguage, std::string_view specificLanguage)
+      : generic(genericLanguage.empty() ? std::string() : checkedLanguage(genericLanguage)),
+        specific(checkedLanguage(specificLanguage)) {}
+};
+
+bool isOfLanguage(std::string_view language, std::string_view generic) noexcept {
+  if (generic.empty() || language.substr(0, generic.size()) != generic) return false;
+  return language.size() == generic.size() || language[generic.size()] == '-';
+}
+
+struct Choice {
+  Node* specific = nullptr;
+  Node* generic = nullptr;  // The first of the generic language, of
+  std::size_t genericCount = 0;
+  Node* standard = nullptr;  // x-default.
+
+  // The item that a change of the languages' text is about.
+  Node* toChange() const noexcept {
+    if (specific != nullptr) return specific;
+    return genericCount == 1 ? generic : nullptr;
+  }
+};
+
+Choice lookUp(const Node* array, const Languages& languages) noexcept {
+  Choice choice;
+  for (Node* item = array->children.first(); item != nullptr; item = item->next) {
+    const std::string* language = languageOf(item);
+    if (language == nullptr || !item->isSimple()) continue;
+    if (choice.specific == nullptr && *language == languages.specific) choice.specific = item;
+    if (choice.standard == nullptr && *language == kDefaultLanguage) choice.standard = item;
+    if (isOfLanguage(*language, languages.generic)) {
+      if (choice.generic == nullptr) choice.generic = item;
+      ++choice.genericCount;
+    }
+  }
+  return choice;
+}
+
+// x-default repeats one of the items. The two of them are each other's twins.
+Node* twinOf(const Node* array, const Node* item, const Choice& choice) noexcept {
+  if (item != choice.standard) {
+    return choice.standard != nullptr && choice.standard->value == item->value ? choice.standard : nullptr;
+  }
+  for (Node* other = array->children.first(); other != nullptr; other = other->next) {
+    if (other != item && other->value == item->value) return other;
+  }
+  return nullptr;
+}
+
+NodePtr makeLocalized(std::string_view language, const std::string& value) {
+  NodePtr item = makeItem(0);
+  item->value = value;
+  setLanguage(item.get(), language);
+  return item;
+}
+
+void requireAltText(const Path& path, const Node* array) {
+  if ((array->options & kXMPPropIsAlternate) == 0 || (!array->children.empty() && !isAltText(array))) {
+    raiseAt(ErrorId::kBadForm, path, "is no language alternative");
+  }
+}
+
+}  // namespace
+
+Node* chooseLocalized(const Path& path, const Node* array, std::string_view generic, std::string_view specific) {
+  const Languages languages(generic, specific);
+  if ((array->options & kXMPPropIsAlternate) == 0) raiseAt(ErrorId::kBadForm, path, "is no language alternative");
+  const Choice choice = lookUp(array, languages);
+  if (choice.specific != nullptr) return choice.specific;
+  if (choice.generic != nullptr) return choice.generic;
+  return choice.standard != nullptr ? choice.standard : array->children.first();
+}
+
+void setLocalized(Object& object, const Path& path, std::string_view generic, std::string_view specific,
+                  std::string_view text) {
+  const Languages languages(generic, specific);
+  std::string value = repairText(text);
+  checkDepth(path, 3);
+  const Place place = locate(object, path);
+  NodePtr fresh = place.missing == 0 ? nullptr : makeLeaf(path, checkedForm(kXMPPropIsAltText));
+  Node* array = place.missing == 0 ? place.node : fresh.get();
+  requireAltText(path, array);
+
+  const Choice choice = lookUp(array, languages);
+  if (Node* item = choice.toChange()) {
+    if (Node* twin = twinOf(array, item, choice)) {
+      std::string same = value;
+      twin->value.swap(same);
+    }
+    item->value.swap(value);
+    return;
+  }
+  NodePtr standard;
+  if (array->children.empty() && languages.specific != kDefaultLanguage) {
+    standard = makeLocalized(kDefaultLanguage, value);
+  }
+  NodePtr item = makeLocalized(languages.specific, value);
+  if (standard) appendChild(array, std::move(standard));
+  settleLanguage(appendChild(array, std::move(item)));
+  if (fresh) attach(object, path, place, std::move(fresh));
+}
+
+void deleteLocalized(Object& object, const Path& path, std::string_view generic, std::string_view specific) {
+  const Languages languages(generic, specific);
+  Node* array = findNode(object, path);
+  if (array == nullptr) return;
+  requireAltText(path, array);
+  const Choice choice = lookUp(array, languages);
+  Node* item = choice.toChange();
+  if (item == nullptr) return;
+  if (item != choice.standard && twinOf(array, item, choice) != nullptr) deleteNode(object, choice.standard);
+  deleteNode(object, item);
+  if (array->children.empty()) deleteNode(object, array);
+}
+
+}  // namespace velto

@@ -1,0 +1,484 @@
+// The methods of a toolkit object. May use all of the toolkit.
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "outside/xmp/boundary.h"
+#include "outside/xmp/dates.h"
+#include "outside/xmp/operations.h"
+#include "outside/xmp/path.h"
+#include "outside/xmp/text.h"
+#include "outside/xmp/values.h"
+
+namespace velto {
+namespace {
+
+// Extends a path, or has nothing to add.
+struct NoStep {
+  const PathProblem* operator()(Path&) const noexcept { return nullptr; }
+};
+struct ItemStep {
+  std::int32_t index;
+  const PathProblem* operator()(Path& path) const { return addItemStep(index, path); }
+};
+struct FieldStep {
+  const char* schema;
+  const char* name;
+  const PathProblem* operator()(Path& path) const { return addFieldStep(schema, name, path); }
+};
+struct QualifierStep {
+  const char* schema;
+  const char* name;
+  const PathProblem* operator()(Path& path) const { return addQualifierStep(schema, name, path); }
+};
+
+// The node, or null: not there, or of a name that nothing can have.
+template <typename LastStep>
+Node* find(const Object& object, const char* schema, const char* name, LastStep lastStep) {
+  Path path;
+  if (parsePath(schema, name, path) != nullptr || lastStep(path) != nullptr) return nullptr;
+  return findNode(object, path);
+}
+
+template <typename LastStep>
+Path pathToSet(const char* schema, const char* name, LastStep lastStep) {
+  Path path = requirePath(schema, name);
+  if (const PathProblem* problem = lastStep(path)) raiseProblem(*problem, name);
+  return path;
+}
+
+void giveNode(Instance& instance, const Node* node, XMPTextOut* value, std::uint32_t* options, std::uint8_t* found) {
+  giveText(instance.texts, value, node != nullptr ? std::string_view(node->value) : std::string_view());
+  if (options != nullptr) *options = node != nullptr ? reportedOptions(node) : 0;
+  giveAnswer(found, node != nullptr);
+}
+
+template <typename LastStep>
+TALErrorRef get(XMPObjectRef self, const char* schema, const char* name, LastStep lastStep, XMPTextOut* value,
+                std::uint32_t* options, std::uint8_t* found) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    giveNode(instance, find(instance.object, schema, name, lastStep), value, options, found);
+  });
+}
+
+template <typename LastStep>
+TALErrorRef set(XMPObjectRef self, const char* schema, const char* name, LastStep lastStep, const char* text,
+                std::uint32_t options) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    setNode(instance.object, pathToSet(schema, name, lastStep), text, options);
+  });
+}
+
+template <typename LastStep>
+TALErrorRef erase(XMPObjectRef self, const char* schema, const char* name, LastStep lastStep) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    if (Node* node = find(instance.object, schema, name, lastStep)) deleteNode(instance.object, node);
+  });
+}
+
+template <typename LastStep>
+TALErrorRef exists(XMPObjectRef self, const char* schema, const char* name, LastStep lastStep, std::uint8_t* found) {
+  return guarded([&] { giveAnswer(found, find(instanceOf(self).object, schema, name, lastStep) != nullptr); });
+}
+
+// --- packets --------------------------------------------------------------------------------------------------------
+
+TALErrorRef parseFromBuffer(XMPObjectRef self, const char* bytes, std::uint32_t length, std::uint32_t options) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    // Whatever ends this call with an error, the pieces so far go with the parser.
+    std::unique_ptr<PacketParser> parser = std::move(instance.parser);
+    if ((options & ~kXMPParseMoreBuffers) != 0) throw ToolkitError(ErrorId::kBadOptions, "unknown option bits");
+    const std::string_view piece = requiredBytes(bytes, length);
+    if (!parser) parser = std::make_unique<PacketParser>();
+    const bool isLast = (options & kXMPParseMoreBuffers) == 0;
+    parser->feed(piece.data(), piece.size(), isLast);
+    if (isLast) {
+      instance.object.merge(parser->result());
+    } else {
+      instance.parser = std::move(parser);
+    }
+  });
+}
+
+TALErrorRef serializeToBuffer(XMPObjectRef self, XMPTextOut* packet, std::uint32_t options, std::int32_t padding,
+                              const char* newline, const char* indent, std::int32_t baseIndent) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    SerializeOptions how;
+    how.options = options;
+    how.padding = padding;
+    if (newline != nullptr) how.newline = newline;
+    if (indent != nullptr) how.indent = indent;
+    how.baseIndent = baseIndent;
+    std::string text;
+    serializeObject(instance.object, how, text);
+    giveText(instance.texts, packet, text);
+  });
+}
+
+// --- by path --------------------------------------------------------------------------------------------------------
+
+TALErrorRef getProperty(XMPObjectRef self, const char* schema, const char* name, XMPTextOut* value,
+                        std::uint32_t* options, std::uint8_t* found) {
+  return get(self, schema, name, NoStep{}, value, options, found);
+}
+
+TALErrorRef getArrayItem(XMPObjectRef self, const char* schema, const char* array, std::int32_t index,
+                         XMPTextOut* value, std::uint32_t* options, std::uint8_t* found) {
+  return get(self, schema, array, ItemStep{index}, value, options, found);
+}
+
+TALErrorRef getStructField(XMPObjectRef self, const char* schema, const char* structName, const char* fieldSchema,
+                           const char* field, XMPTextOut* value, std::uint32_t* options, std::uint8_t* found) {
+  return get(self, schema, structName, FieldStep{fieldSchema, field}, value, options, found);
+}
+
+TALErrorRef getQualifier(XMPObjectRef self, const char* schema, const char* name, const char* qualifierSchema,
+                         const char* qualifier, XMPTextOut* value, std::uint32_t* options, std::uint8_t* found) {
+  return get(self, schema, name, QualifierStep{qualifierSchema, qualifier}, value, options, found);
+}
+
+TALErrorRef setProperty(XMPObjectRef self, const char* schema, const char* name, const char* text,
+                        std::uint32_t options) {
+  return set(self, schema, name, NoStep{}, text, options);
+}
+
+TALErrorRef setArrayItem(XMPObjectRef self, const char* schema, const char* array, std::int32_t index, const char* text,
+                         std::uint32_t options) {
+  return set(self, schema, array, ItemStep{index}, text, options);
+}
+
+TALErrorRef appendArrayItem(XMPObjectRef self, const char* schema, const char* array, std::uint32_t arrayOptions,
+                            const char* text, std::uint32_t itemOptions) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    appendItem(instance.object, requirePath(schema, array), arrayOptions, text, itemOptions);
+  });
+}
+
+TALErrorRef insertArrayItem(XMPObjectRef self, const char* schema, const char* array, std::int32_t index,
+                            const char* text, std::uint32_t options) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    insertItem(instance.object, requirePath(schema, array), index, text, options);
+  });
+}
+
+TALErrorRef setStructField(XMPObjectRef self, const char* schema, const char* structName, const char* fieldSchema,
+                           const char* field, const char* text, std::uint32_t options) {
+  return set(self, schema, structName, FieldStep{fieldSchema, field}, text, options);
+}
+
+TALErrorRef setQualifier(XMPObjectRef self, const char* schema, const char* name, const char* qualifierSchema,
+                         const char* qualifier, const char* text, std::uint32_t options) {
+  return set(self, schema, name, QualifierStep{qualifierSchema, qualifier}, text, options);
+}
+
+TALErrorRef deleteProperty(XMPObjectRef self, const char* schema, const char* name) {
+  return erase(self, schema, name, NoStep{});
+}
+
+TALErrorRef deleteArrayItem(XMPObjectRef self, const char* schema, const char* array, std::int32_t index) {
+  return erase(self, schema, array, ItemStep{index});
+}
+
+TALErrorRef deleteStructField(XMPObjectRef self, const char* schema, const char* structName, const char* fieldSchema,
+                              const char* field) {
+  return erase(self, schema, structName, FieldStep{fieldSchema, field});
+}
+
+TALErrorRef deleteQualifier(XMPObjectRef self, const char* schema, const char* name, const char* qualifierSchema,
+                            const char* qualifier) {
+  return erase(self, schema, name, QualifierStep{qualifierSchema, qualifier});
+}
+
+TALErrorRef doesPropertyExist(XMPObjectRef self, const char* schema, const char* name, std::uint8_t* found) {
+  return exists(self, schema, name, NoStep{}, found);
+}
+
+TALErrorRef doesArrayItemExist(XMPObjectRef self, const char* schema, const char* array, std::int32_t index,
+                               std::uint8_t* found) {
+  return exists(self, schema, array, ItemStep{index}, found);
+}
+
+TALErrorRef doesStructFieldExist(XMPObjectRef self, const char* schema, const char* structName, const char* fieldSchema,
+                                 const char* field, std::uint8_t* found) {
+  return exists(self, schema, structName, FieldStep{fieldSchema, field}, found);
+}
+
+TALErrorRef doesQualifierExist(XMPObjectRef self, const char* schema, const char* name, const char* qualifierSchema,
+                               const char* qualifier, std::uint8_t* found) {
+  return exists(self, schema, name, QualifierStep{qualifierSchema, qualifier}, found);
+}
+
+// --- language alternatives ------------------------------------------------------------------------------------------
+
+TALErrorRef getLocalizedText(XMPObjectRef self, const char* schema, const char* altText, const char* genericLang,
+                             const char* specificLang, XMPTextOut* actualLang, XMPTextOut* value,
+                             std::uint32_t* options, std::uint8_t* found) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    required(genericLang, "the generic language is null");
+    required(specificLang, "the specific language is null");
+    const Node* item = nullptr;
+    Path path;
+    if (parsePath(schema, altText, path) == nullptr) {
+      if (const Node* array = findNode(instance.object, path)) {
+        item = chooseLocalized(path, array, genericLang, specificLang);
+      }
+    }
+    const std::string* language = item != nullptr ? languageOf(item) : nullptr;
+    giveText(instance.texts, actualLang, language != nullptr ? std::string_view(*language) : std::string_view());
+    giveNode(instance, item, value, options, found);
+  });
+}
+
+TALErrorRef setLocalizedText(XMPObjectRef self, const char* schema, const char* altText, const char* genericLang,
+                             const char* specificLang, const char* text, std::uint32_t options) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    requireNoOptions(options);
+    setLocalized(instance.object, requirePath(schema, altText), required(genericLang, "the generic language is null"),
+                 required(specificLang, "the specific language is null"), required(text, "the text is null"));
+  });
+}
+
+TALErrorRef deleteLocalizedText(XMPObjectRef self, const char* schema, const char* altText, const char* genericLang,
+                                const char* specificLang) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    required(genericLang, "the generic language is null");
+    required(specificLang, "the specific language is null");
+    Path path;
+    if (parsePath(schema, altText, path) != nullptr) return;
+    deleteLocalized(instance.object, path, genericLang, specificLang);
+  });
+}
+
+// --- the typed forms ------------------------------------------------------------------------------------------------
+
+template <typename Value, typename Parse>
+TALErrorRef getTyped(XMPObjectRef self, const char* schema, const char* name, Value* value, std::uint32_t* options,
+                     std::uint8_t* found, Parse parse) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    const Node* node = find(instance.object, schema, name, NoStep{});
+    Value parsed{};
+    if (node != nullptr) {
+      if (!node->isSimple()) {
+        throw ToolkitError(ErrorId::kBadForm, "'" + std::string(name) + "' is an array or a struct, no simple value");
+      }
+      parsed = parse(node->value);
+    }
+    give(value, parsed);
+    giveNode(instance, node, nullptr, options, found);
+  });
+}
+
+template <typename Format>
+TALErrorRef setTyped(XMPObjectRef self, const char* schema, const char* name, std::uint32_t options, Format format) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    const std::string text = format();
+    setNode(instance.object, requirePath(schema, name), text.c_str(), options);
+  });
+}
+
+TALErrorRef getPropertyBool(XMPObjectRef self, const char* schema, const char* name, std::uint8_t* value,
+                            std::uint32_t* options, std::uint8_t* found) {
+  return getTyped(self, schema, name, value, options, found,
+                  [](const std::string& text) { return static_cast<std::uint8_t>(parseBool(text) ? 1 : 0); });
+}
+
+TALErrorRef getPropertyInt(XMPObjectRef self, const char* schema, const char* name, std::int32_t* value,
+                           std::uint32_t* options, std::uint8_t* found) {
+  return getTyped(self, schema, name, value, options, found, parseInt);
+}
+
+TALErrorRef getPropertyInt64(XMPObjectRef self, const char* schema, const char* name, std::int64_t* value,
+                             std::uint32_t* options, std::uint8_t* found) {
+  return getTyped(self, schema, name, value, options, found, parseInt64);
+}
+
+TALErrorRef getPropertyFloat(XMPObjectRef self, const char* schema, const char* name, double* value,
+                             std::uint32_t* options, std::uint8_t* found) {
+  return getTyped(self, schema, name, value, options, found, parseFloat);
+}
+
+TALErrorRef getPropertyDate(XMPObjectRef self, const char* schema, const char* name, XMPDateTime* value,
+                            std::uint32_t* options, std::uint8_t* found) {
+  return getTyped(self, schema, name, value, options, found, parseDate);
+}
+
+TALErrorRef setPropertyBool(XMPObjectRef self, const char* schema, const char* name, std::uint8_t value,
+                            std::uint32_t options) {
+  return setTyped(self, schema, name, options, [&] { return formatBool(value != 0); });
+}
+
+TALErrorRef setPropertyInt(XMPObjectRef self, const char* schema, const char* name, std::int32_t value,
+                           std::uint32_t options) {
+  return setTyped(self, schema, name, options, [&] { return formatInt(value); });
+}
+
+TALErrorRef setPropertyInt64(XMPObjectRef self, const char* schema, const char* name, std::int64_t value,
+                             std::uint32_t options) {
+  return setTyped(self, schema, name, options, [&] { return formatInt(value); });
+}
+
+TALErrorRef setPropertyFloat(XMPObjectRef self, const char* schema, const char* name, double value,
+                             std::uint32_t options) {
+  return setTyped(self, schema, name, options, [&] { return formatFloat(value); });
+}
+
+TALErrorRef setPropertyDate(XMPObjectRef self, const char* schema, const char* name, const XMPDateTime* value,
+                            std::uint32_t options) {
+  return setTyped(self, schema, name, options, [&] { return formatDate(*required(value, "the date is null")); });
+}
+
+// --- counting and visiting ------------------------------------------------------------------------------------------
+
+TALErrorRef countArrayItems(XMPObjectRef self, const char* schema, const char* array, std::uint32_t* count) {
+  return guarded([&] {
+    const Object& object = instanceOf(self).object;
+    Path path;
+    const Node* node = parsePath(schema, array, path) == nullptr ? findArray(object, path) : nullptr;
+    give(count, node != nullptr ? static_cast<std::uint32_t>(node->children.size()) : 0);
+  });
+}
+
+TALErrorRef countProperties(XMPObjectRef self, const char* schema, std::uint32_t* count) {
+  return guarded([&] {
+    const Object& object = instanceOf(self).object;
+    std::size_t total = 0;
+    for (const Node* node = object.root()->children.first(); node != nullptr; node = node->next) {
+      if (schema == nullptr || node->ns->uri == schema) total += node->children.size();
+    }
+    give(count, static_cast<std::uint32_t>(total));
+  });
+}
+
+// Calls the visitor for a node and what lies below it; false when the visitor ended the visit. Trees are never deeper
+// than the limit, so this may recurse. `context` gives items, which have no namespace, that of their array.
+class Visit {
+ public:
+  Visit(XMPVisitProc visitor, void* user) : visitor_(visitor), user_(user) {}
+
+  bool run(const Node* node, std::uint32_t depth, const Namespace* context) {
+    const Namespace* ns = node->ns != nullptr ? node->ns : context;
+    const XMPVisitedNode seen = {depth,
+                                 reportedOptions(node),
+                                 ns->uri.c_str(),
+                                 ns->prefix.c_str(),
+                                 node->nameText(),
+                                 {node->value.c_str(), static_cast<std::uint32_t>(node->value.size())}};
+    const std::uint32_t answer = visitor_(user_, &seen);
+    if (answer != 0) return answer == 1;
+    return runAll(node->qualifiers, depth + 1, ns) && runAll(node->children, depth + 1, ns);
+  }
+
+ private:
+  bool runAll(const NodeList& nodes, std::uint32_t depth, const Namespace* context) {
+    for (const Node* node = nodes.first(); node != nullptr; node = node->next) {
+      if (!run(node, depth, context)) return false;
+    }
+    return true;
+  }
+
+  XMPVisitProc visitor_;
+  void* user_;
+};
+
+// Keeps the nodes from being changed by the visitor.
+class VisitMark {
+ public:
+  explicit VisitMark(Instance& instance) : instance_(instance) { ++instance_.visits; }
+  VisitMark(const VisitMark&) = delete;
+  VisitMark& operator=(const VisitMark&) = delete;
+  ~VisitMark() { --instance_.visits; }
+
+ private:
+  Instance& instance_;
+};
+
+// The namespace that an item without one gets: that of the array around it.
+const Namespace* contextOf(const Node* node) noexcept {
+  while (node->ns == nullptr) node = node->parent;
+  return node->ns;
+}
+
+TALErrorRef visitNodes(XMPObjectRef self, const char* schema, const char* name, XMPVisitProc visitor, void* user) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    const Object& object = instance.object;
+    Visit visit(required(visitor, "the visitor is null"), user);
+    const VisitMark mark(instance);
+    if (schema == nullptr) {
+      for (const Node* node = object.root()->children.first(); node != nullptr; node = node->next) {
+        if (!visit.run(node, 0, nullptr)) return;
+      }
+    } else if (name == nullptr) {
+      const Namespace* ns = findNamespace(schema);
+      if (const Node* node = ns != nullptr ? object.findSchema(ns) : nullptr) visit.run(node, 0, nullptr);
+    } else if (const Node* node = find(object, schema, name, NoStep{})) {
+      visit.run(node, 1, contextOf(node));
+    }
+  });
+}
+
+// --- the whole object -----------------------------------------------------------------------------------------------
+
+TALErrorRef getObjectName(XMPObjectRef self, XMPTextOut* name) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    giveText(instance.texts, name, instance.object.name);
+  });
+}
+
+TALErrorRef setObjectName(XMPObjectRef self, const char* name) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    assignText(instance.object.name, required(name, "the name is null"));
+  });
+}
+
+TALErrorRef clear(XMPObjectRef self) {
+  return guarded([&] {
+    Instance& instance = changeableInstanceOf(self);
+    instance.parser.reset();
+    instance.object.clear();
+  });
+}
+
+TALErrorRef unlockObject(XMPObjectRef self, std::uint32_t options) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    requireNoOptions(options);
+    instance.texts.unlock();
+  });
+}
+
+}  // namespace
+
+constinit const XMPMetaMethods kMetaMethods = {
+    parseFromBuffer,      serializeToBuffer,   getProperty,
+    getArrayItem,         getStructField,      getQualifier,
+    setProperty,          setArrayItem,        appendArrayItem,
+    insertArrayItem,      setStructField,      setQualifier,
+    deleteProperty,       deleteArrayItem,     deleteStructField,
+    deleteQualifier,      doesPropertyExist,   doesArrayItemExist,
+    doesStructFieldExist, doesQualifierExist,  getLocalizedText,
+    setLocalizedText,     deleteLocalizedText, getPropertyBool,
+    getPropertyInt,       getPropertyInt64,    getPropertyFloat,
+    getPropertyDate,      setPropertyBool,     setPropertyInt,
+    setPropertyInt64,     setPropertyFloat,    setPropertyDate,
+    countArrayItems,      countProperties,     visitNodes,
+    getObjectName,        setObjectName,       clear,
+    unlockObject,
+};
+
+}  // namespace velto

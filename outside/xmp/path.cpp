@@ -1,0 +1,286 @@
+// Paths. May use the model, the registry and the texts.
+#include "outside/xmp/path.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+#include "outside/xmp/text.h"
+
+namespace velto {
+namespace {
+
+constexpr PathProblem kUnknownSchema = {ErrorId::kBadSchema, "the schema is not a registered namespace"};
+constexpr PathProblem kForeignPrefix = {ErrorId::kBadSchema, "the first name's prefix is not that of the schema"};
+constexpr PathProblem kUnknownPrefix = {ErrorId::kBadSchema, "a prefix is not registered"};
+constexpr PathProblem kNotAName = {ErrorId::kBadName, "a name is no XML name"};
+constexpr PathProblem kNoPrefix = {ErrorId::kBadPath, "the name of a field or qualifier needs a prefix"};
+constexpr PathProblem kNoStep = {ErrorId::kBadPath, "a name can be followed by '/' or '[' only"};
+constexpr PathProblem kBadSelector = {ErrorId::kBadPath, "in '[]' stands an index, last() or a name with its value"};
+constexpr PathProblem kOutsideArray = {ErrorId::kBadIndex, "array indexes count from 1"};
+constexpr PathProblem kNotALanguage = {ErrorId::kBadLanguage, "the value of xml:lang is no language tag"};
+constexpr PathProblem kBelowLimit = {ErrorId::kTooDeep, "the path leads too deep"};
+
+// What a name of ASCII letters consists of; 1 also where it starts.
+constexpr std::array<std::uint8_t, 256> makeNameBytes() {
+  std::array<std::uint8_t, 256> bytes{};
+  for (std::size_t c = 'a'; c <= 'z'; ++c) bytes[c] = bytes[c - 'a' + 'A'] = 1;
+  for (std::size_t c = '0'; c <= '9'; ++c) bytes[c] = 2;
+  bytes['_'] = 1;
+  bytes['-'] = 2;
+  bytes['.'] = 2;
+  return bytes;
+}
+constexpr std::array<std::uint8_t, 256> kNameBytes = makeNameBytes();
+
+bool isPlainName(std::string_view text) noexcept {
+  if (text.empty() || kNameBytes[static_cast<std::uint8_t>(text[0])] != 1) return false;
+  for (const char c : text) {
+    if (kNameBytes[static_cast<std::uint8_t>(c)] == 0) return false;
+  }
+  return true;
+}
+
+struct Scanner {
+  std::string_view rest;
+
+  bool atEnd() const noexcept { return rest.empty(); }
+  bool take(char c) noexcept {
+    if (rest.empty() || rest.front() != c) return false;
+    rest.remove_prefix(1);
+    return true;
+  }
+  bool take(std::string_view text) noexcept {
+    if (rest.substr(0, text.size()) != text) return false;
+    rest.remove_prefix(text.size());
+    return true;
+  }
+  std::string_view takeUntil(std::string_view ends) noexcept {
+    const std::size_t length = std::min(rest.find_first_of(ends), rest.size());
+    const std::string_view token = rest.substr(0, length);
+    rest.remove_prefix(length);
+    return token;
+  }
+};
+
+// "name" or "prefix:name". Without prefix the namespace stays what it is; null is a problem then.
+const PathProblem* splitName(std::string_view token, const Namespace*& ns, std::string_view& name) noexcept {
+  const std::size_t colon = token.find(':');
+  if (colon == std::string_view::npos) {
+    if (ns == nullptr) return &kNoPrefix;
+    name = token;
+    return isXMLName(name) ? nullptr : &kNotAName;
+  }
+  const Namespace* named = findPrefix(token.substr(0, colon));
+  if (named == nullptr) return &kUnknownPrefix;
+  if (ns != nullptr && named != ns) return &kForeignPrefix;
+  ns = named;
+  name = token.substr(colon + 1);
+  return isXMLName(name) ? nullptr : &kNotAName;
+}
+
+// In quotes, which are doubled inside.
+bool takeValue(Scanner& scanner, std::string& value) {
+  const char quote = scanner.atEnd() ? '\0' : scanner.rest.front();
+  if (quote != '"' && quote != '\'') return false;
+  do {
+    scanner.take(quote);
+    const std::size_t end = scanner.rest.find(quote);
+    if (end == std::string_view::npos) return false;
+    value.append(scanner.rest.substr(0, end));
+    scanner.rest.remove_prefix(end + 1);
+    if (!scanner.atEnd() && scanner.rest.front() == quote) value += quote;
+  } while (!scanner.atEnd() && scanner.rest.front() == quote);
+  return true;
+}
+
+const PathProblem* takeSelector(Scanner& scanner, Step& step) {
+  if (scanner.take("last()")) {
+    step.kind = Step::Kind::kLastItem;
+    return scanner.take(']') ? nullptr : &kBadSelector;
+  }
+  if (!scanner.atEnd() && scanner.rest.front() >= '0' && scanner.rest.front() <= '9') {
+    step.kind = Step::Kind::kItem;
+    for (const char c : scanner.takeUntil("]")) {
+      if (c < '0' || c > '9') return &kBadSelector;
+      step.index = step.index * 10 + static_cast<std::size_t>(c - '0');
+      if (step.index > INT32_MAX) return &kOutsideArray;
+    }
+    if (!scanner.take(']')) return &kBadSelector;
+    return step.index != 0 ? nullptr : &kOutsideArray;
+  }
+  step.kind = scanner.take('?') ? Step::Kind::kByQualifier : Step::Kind::kByField;
+  if (const PathProblem* problem = splitName(scanner.takeUntil("=]"), step.ns, step.name)) return problem;
+  std::string value;
+  if (!scanner.take('=') || !takeValue(scanner, value) || !scanner.take(']')) return &kBadSelector;
+  step.value = repairText(value);
+  if (isLanguageSelector(step)) {
+    if (!isLanguageTag(step.value)) return &kNotALanguage;
+    step.value = normalizeLanguage(step.value);
+  }
+  return nullptr;
+}
+
+const PathProblem* takeStep(Scanner& scanner, Step& step) {
+  if (scanner.take('[')) return takeSelector(scanner, step);
+  if (!scanner.take('/')) return &kNoStep;
+  step.kind = scanner.take('?') ? Step::Kind::kQualifier : Step::Kind::kField;
+  return splitName(scanner.takeUntil("/["), step.ns, step.name);
+}
+
+const PathProblem* addStep(Step step, Path& path) {
+  if (path.steps.size() + 2 > kDepthLimit) return &kBelowLimit;
+  path.steps.push_back(std::move(step));
+  return nullptr;
+}
+
+void requireTexts(const char* schema, const char* text) {
+  if (schema == nullptr) throw ToolkitError(ErrorId::kBadParameter, "the schema is null");
+  if (text == nullptr) throw ToolkitError(ErrorId::kBadParameter, "the property name is null");
+}
+
+const PathProblem* addNamedStep(Step::Kind kind, const char* schema, const char* name, Path& path) {
+  requireTexts(schema, name);
+  Step step{.kind = kind, .ns = findNamespace(schema), .name = {}, .value = {}};
+  if (step.ns == nullptr) return &kUnknownSchema;
+  if (const PathProblem* problem = splitName(name, step.ns, step.name)) return problem;
+  return addStep(std::move(step), path);
+}
+
+bool isSelected(const Node* item, const Step& step) noexcept {
+  const Node* named = nullptr;
+  if (step.kind == Step::Kind::kByQualifier) {
+    named = item->qualifiers.find(step.ns, step.name);
+  } else if (item->isStruct()) {
+    named = item->children.find(step.ns, step.name);
+  }
+  return named != nullptr && named->isSimple() && named->value == step.value;
+}
+
+void appendName(std::string& text, const Namespace* ns, std::string_view name) {
+  text += ns->prefix;
+  text += ':';
+  text += name;
+}
+
+}  // namespace
+
+bool isLanguageSelector(const Step& step) noexcept {
+  return step.kind == Step::Kind::kByQualifier && step.ns == wellKnown().xml && step.name == "lang";
+}
+
+const PathProblem* parsePath(const char* schema, const char* text, Path& path) {
+  requireTexts(schema, text);
+  path.schema = findNamespace(schema);
+  if (path.schema == nullptr) return &kUnknownSchema;
+  const std::string_view whole(text);
+  if (isPlainName(whole)) {
+    path.name = whole;
+    return nullptr;
+  }
+  Scanner scanner{whole};
+  const Namespace* ns = path.schema;
+  if (const PathProblem* problem = splitName(scanner.takeUntil("/["), ns, path.name)) return problem;
+  while (!scanner.atEnd()) {
+    Step step{.kind = Step::Kind::kField, .name = {}, .value = {}};
+    if (const PathProblem* problem = takeStep(scanner, step)) return problem;
+    if (const PathProblem* problem = addStep(std::move(step), path)) return problem;
+  }
+  return nullptr;
+}
+
+const PathProblem* addFieldStep(const char* schema, const char* name, Path& path) {
+  return addNamedStep(Step::Kind::kField, schema, name, path);
+}
+
+const PathProblem* addQualifierStep(const char* schema, const char* name, Path& path) {
+  return addNamedStep(Step::Kind::kQualifier, schema, name, path);
+}
+
+const PathProblem* addItemStep(std::int32_t index, Path& path) {
+  Step step{.kind = Step::Kind::kLastItem, .name = {}, .value = {}};
+  if (index != kXMPLastItem) {
+    if (index < 1) return &kOutsideArray;
+    step.kind = Step::Kind::kItem;
+    step.index = static_cast<std::size_t>(index);
+  }
+  return addStep(std::move(step), path);
+}
+
+void raiseProblem(const PathProblem& problem, std::string_view text) {
+  throw ToolkitError(problem.id, "'" + repairText(text) + "': " + problem.reason);
+}
+
+Path requirePath(const char* schema, const char* text) {
+  Path path;
+  if (const PathProblem* problem = parsePath(schema, text, path)) {
+    raiseProblem(*problem, problem == &kUnknownSchema ? schema : text);
+  }
+  return path;
+}
+
+Node* followStep(const Node* node, const Step& step) noexcept {
+  switch (step.kind) {
+    case Step::Kind::kField:
+      return node->isStruct() ? node->children.find(step.ns, step.name) : nullptr;
+    case Step::Kind::kQualifier:
+      return node->qualifiers.find(step.ns, step.name);
+    case Step::Kind::kItem:
+      return node->isArray() ? node->children.at(step.index - 1) : nullptr;
+    case Step::Kind::kLastItem:
+      return node->isArray() ? node->children.last() : nullptr;
+    case Step::Kind::kByField:
+    case Step::Kind::kByQualifier:
+      break;
+  }
+  if (!node->isArray()) return nullptr;
+  for (Node* item = node->children.first(); item != nullptr; item = item->next) {
+    if (isSelected(item, step)) return item;
+  }
+  return nullptr;
+}
+
+Node* findNode(const Object& object, const Path& path) noexcept {
+  const Node* schema = object.findSchema(path.schema);
+  Node* node = schema != nullptr ? schema->children.find(path.schema, path.name) : nullptr;
+  for (const Step& step : path.steps) {
+    if (node == nullptr) break;
+    node = followStep(node, step);
+  }
+  return node;
+}
+
+std::string pathText(const Path& path) {
+  std::string text(path.name);
+  for (const Step& step : path.steps) {
+    switch (step.kind) {
+      case Step::Kind::kField:
+        text += '/';
+        appendName(text, step.ns, step.name);
+        continue;
+      case Step::Kind::kQualifier:
+        text += "/?";
+        appendName(text, step.ns, step.name);
+        continue;
+      case Step::Kind::kItem:
+        text += '[';
+        text += std::to_string(step.index);
+        break;
+      case Step::Kind::kLastItem:
+        text += "[last()";
+        break;
+      case Step::Kind::kByField:
+      case Step::Kind::kByQualifier:
+        text += step.kind == Step::Kind::kByField ? "[" : "[?";
+        appendName(text, step.ns, step.name);
+        text += "=\"";
+        for (const char c : step.value) text.append(c == '"' ? 2 : 1, c);
+        text += '"';
+        break;
+    }
+    text += ']';
+  }
+  return text;
+}
+
+}  // namespace velto

@@ -1,0 +1,62 @@
+// Texts that have been handed out of the toolkit and have to stay where they are until they are unlocked. May use the
+// errors and the boundary's record.
+#ifndef LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_
+#define LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "clients/xmp/xmp_abi.h"
+#include "outside/xmp/errors.h"
+
+namespace velto {
+
+class TextStore {
+ public:
+  // A copy with a zero byte behind it.
+  XMPTextOut keep(std::string_view text) {
+    if (text.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long to be handed out");
+    char* place = take(text.size() + 1);
+    if (!text.empty()) std::memcpy(place, text.data(), text.size());
+    place[text.size()] = '\0';
+    return {place, static_cast<std::uint32_t>(text.size())};
+  }
+
+  // Ends all texts given so far.
+  void unlock() noexcept {
+    blocks_.clear();
+    left_ = sizeof first_;
+    next_ = first_;
+  }
+
+ private:
+  static constexpr std::size_t kBlockSize = 4096;
+
+  char* take(std::size_t size) {
+    if (size > left_) {
+      const std::size_t blockSize = size > kBlockSize / 4 ? size : kBlockSize;
+      blocks_.push_back(std::make_unique_for_overwrite<char[]>(blockSize));
+      char* block = blocks_.back().get();
+      if (blockSize == size) return block;  // A long text has a block of its own; the one in use stays in use.
+      next_ = block;
+      left_ = blockSize;
+    }
+    char* place = next_;
+    next_ += size;
+    left_ -= size;
+    return place;
+  }
+
+  // The few short texts between two unlockings cost no allocation.
+  char first_[256];
+  char* next_ = first_;
+  std::size_t left_ = sizeof first_;
+  std::vector<std::unique_ptr<char[]>> blocks_;
+};
+
+}  // namespace velto
+
+#endif  // LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_

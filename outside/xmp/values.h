@@ -1,0 +1,26 @@
+// The simple value types other than dates, to and from texts (ISO 16684-1, 8.2.1). May use the errors.
+#ifndef LXBRIDGE_OUTSIDE_XMP_VALUES_H_
+#define LXBRIDGE_OUTSIDE_XMP_VALUES_H_
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace velto {
+
+// Texts out: "True" and "False", decimal digits, and for real numbers the shortest decimals that read back as the same
+// number, without exponent (8.2.1.4). Infinities and what is no number have no text: kBadValue.
+std::string formatBool(bool value);
+std::string formatInt(std::int64_t value);
+std::string formatFloat(double value);
+
+// Texts in, surrounding white space aside. Booleans in any case, and "t", "f", "1", "0" as older writers have them;
+// integers of decimal digits; real numbers also with exponent. Anything else raises kBadValue.
+bool parseBool(std::string_view text);
+std::int32_t parseInt(std::string_view text);
+std::int64_t parseInt64(std::string_view text);
+double parseFloat(std::string_view text);
+
+}  // namespace velto
+
+#endif  // LXBRIDGE_OUTSIDE_XMP_VALUES_H_
