@@ -1,0 +1,344 @@
+// Packets out: one rdf:Description with all namespaces that the object uses, one element on a line, all in the order of
+// the object, so that two packets can be compared line by line. Uses the model, the registry, the texts and the errors.
+//
+// Values stand on one line whatever is in them: line ends and tabs are written as character references, since an XML
+// parser would make spaces or other line ends of some. The forms are those of ISO 16684-1, 7.4 to 7.9; the compact ones
+// write simple properties, fields and qualifiers as attributes where nothing is lost by that.
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <unordered_set>
+#include <vector>
+
+#include "outside/xmp/rdf.h"
+#include "outside/xmp/text.h"
+
+namespace velto {
+namespace {
+
+constexpr std::uint32_t kAllOptions = kXMPSerializeOmitWrapper | kXMPSerializeReadOnly | kXMPSerializeCompact |
+                                      kXMPSerializeExactLength | kXMPSerializeOmitMeta;
+constexpr std::int32_t kUsualPadding = 2048;
+constexpr std::int32_t kMostBaseIndent = 1000;
+constexpr std::size_t kPaddingLine =
+    100;  // ISO 16684-1, 7.3.3: line ends now and then, for those who open it in an editor.
+
+// The byte-order mark is what tells a scanner the packet's encoding.
+constexpr std::string_view kHeader = "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>";
+constexpr std::string_view kWritableTrailer = "<?xpacket end=\"w\"?>";
+constexpr std::string_view kReadOnlyTrailer = "<?xpacket end=\"r\"?>";
+
+bool consistsOf(std::string_view text, std::string_view characters) noexcept {
+  return text.find_first_not_of(characters) == std::string_view::npos;
+}
+
+void checkOptions(const SerializeOptions& options) {
+  const auto refuse = [](const char* why) { throw ToolkitError(ErrorId::kBadOptions, why); };
+  const std::uint32_t bits = options.options;
+  if ((bits & ~kAllOptions) != 0) refuse("unknown options of serialising");
+  const bool hasWrapper = (bits & kXMPSerializeOmitWrapper) == 0;
+  if (!hasWrapper && (bits & (kXMPSerializeReadOnly | kXMPSerializeExactLength)) != 0) {
+    refuse("only a packet with a wrapper can be read-only or have an exact length");
+  }
+  if ((bits & kXMPSerializeExactLength) != 0 && options.padding < 0) refuse("an exact length is not negative");
+  if (!consistsOf(options.newline, "\r\n")) refuse("a line end consists of carriage returns and line feeds");
+  if (!consistsOf(options.indent, " \t")) refuse("an indent consists of spaces and tabs");
+  if (options.baseIndent < 0 || options.baseIndent > kMostBaseIndent) refuse("the base indent is out of range");
+}
+
+// The namespaces that the object uses, in the order of their first use.
+class UsedNamespaces {
+ public:
+  explicit UsedNamespaces(const Node* root) { addAll(root->children); }
+  const std::vector<const Namespace*>& inOrder() const noexcept { return inOrder_; }
+
+ private:
+  void addAll(const NodeList& nodes) {
+    for (const Node* node = nodes.first(); node != nullptr; node = node->next) {
+      add(node->ns);
+      addAll(node->qualifiers);
+      addAll(node->children);
+    }
+  }
+  void add(const Namespace* ns) {
+    if (ns == nullptr || ns == last_) return;
+    last_ = ns;
+    // Prefix xml needs no declaration, and rdf has one farther out.
+    if (ns == wellKnown().xml || ns == wellKnown().rdf) return;
+    if (seen_.insert(ns).second) inOrder_.push_back(ns);
+  }
+
+  const Namespace* last_ = nullptr;
+  std::unordered_set<const Namespace*> seen_;
+  std::vector<const Namespace*> inOrder_;
+};
+
+class Writer {
+ public:
+  Writer(const SerializeOptions& options, std::string& out)
+      : options_(options), out_(out), isCompact_((options.options & kXMPSerializeCompact) != 0) {}
+
+  void writeMeta(const Object& object) {
+    if ((options_.options & kXMPSerializeOmitMeta) != 0) {
+      writeRDF(object, 0);
+      return;
+    }
+    startLine(0);
+    put("<x:xmpmeta xmlns:x=\"");
+    put(wellKnown().x->uri);
+    put("\" x:xmptk=\"LxBridge\">");
+    writeRDF(object, 1);
+    startLine(0);
+    put("</x:xmpmeta>");
+  }
+
+ private:
+  void put(std::string_view text) { out_.append(text); }
+  void putEscaped(std::string_view text) {
+    // Most values have nothing to escape.
+    if (text.find_first_of("&<>\"\t\r\n") == std::string_view::npos) {
+      out_.append(text);
+    } else {
+      out_.append(escapeXML(text));
+    }
+  }
+  void putAttribute(std::string_view name, std::string_view value) {
+    put(" ");
+    put(name);
+    put("=\"");
+    putEscaped(value);
+    put("\"");
+  }
+  void startLine(std::size_t level) {
+    if (!isFirstLine_) put(options_.newline);
+    isFirstLine_ = false;
+    for (std::size_t i = 0; i < level + static_cast<std::size_t>(options_.baseIndent); i++) put(options_.indent);
+  }
+
+  // Line end and indent may both be empty, but something has to part attributes.
+  void startAttributeLine(std::size_t level) {
+    startLine(level);
+    if (options_.newline.empty() && options_.indent.empty()) put(" ");
+  }
+
+  static std::string qualifiedName(const Node* node) {
+    std::string name = node->ns->prefix;
+    name += ':';
+    name += node->name();
+    return name;
+  }
+
+  // Whether an attribute says all of the node. Attributes in the namespaces of RDF and XML have meanings of their own.
+  static bool fitsAttribute(const Node* node) noexcept {
+    return node->isSimple() && (node->options & kXMPPropValueIsURI) == 0 && node->qualifiers.empty() &&
+           node->ns != wellKnown().rdf && node->ns != wellKnown().xml;
+  }
+  static bool allFitAttributes(const Node* first) noexcept {
+    for (; first != nullptr; first = first->next) {
+      if (!fitsAttribute(first)) return false;
+    }
+    return true;
+  }
+  void putAttributes(const Node* first) {
+    for (; first != nullptr; first = first->next) putAttribute(qualifiedName(first), first->value);
+  }
+
+  // xml:lang comes first, when it is there, and is an attribute, when it is a plain text.
+  static const Node* languageQualifier(const Node* node) noexcept {
+    const Node* const first = node->qualifiers.first();
+    const bool isPlain = first != nullptr && first->ns == wellKnown().xml && first->name() == "lang" &&
+                         first->options == 0 && first->qualifiers.empty() && !first->value.empty();
+    return isPlain ? first : nullptr;
+  }
+
+  void writeRDF(const Object& object, std::size_t level) {
+    startLine(level);
+    put("<rdf:RDF xmlns:rdf=\"");
+    put(wellKnown().rdf->uri);
+    put("\">");
+    writeDescription(object, level + 1);
+    startLine(level);
+    put("</rdf:RDF>");
+  }
+
+  void writeDescription(const Object& object, std::size_t level) {
+    startLine(level);
+    put("<rdf:Description");
+    putAttribute("rdf:about", object.name);
+    const UsedNamespaces used(object.root());
+    for (const Namespace* ns : used.inOrder()) {
+      startAttributeLine(level + 2);
+      put("xmlns:");
+      put(ns->prefix);
+      put("=\"");
+      putEscaped(ns->uri);
+      put("\"");
+    }
+    bool hasElements = false;
+    forEachProperty(object, [&](const Node* property) {
+      if (!isCompact_ || !fitsAttribute(property)) {
+        hasElements = true;
+        return;
+      }
+      startAttributeLine(level + 1);
+      put(qualifiedName(property));
+      put("=\"");
+      putEscaped(property->value);
+      put("\"");
+    });
+    if (!hasElements) {
+      put("/>");
+      return;
+    }
+    put(">");
+    forEachProperty(object, [&](const Node* property) {
+      if (!isCompact_ || !fitsAttribute(property)) writeElement(qualifiedName(property), property, level + 1);
+    });
+    startLine(level);
+    put("</rdf:Description>");
+  }
+
+  template <typename Action>
+  static void forEachProperty(const Object& object, Action action) {
+    for (const Node* schema = object.root()->children.first(); schema != nullptr; schema = schema->next) {
+      for (const Node* node = schema->children.first(); node != nullptr; node = node->next) action(node);
+    }
+  }
+  // The node as an element with its qualifiers. Recursion: no tree is deeper than kDepthLimit.
+  void writeElement(std::string_view name, const Node* node, std::size_t level) {
+    startLine(level);
+    put("<");
+    put(name);
+    const Node* const language = languageQualifier(node);
+    if (language != nullptr) putAttribute("xml:lang", language->value);
+    const Node* const general = language != nullptr ? language->next : node->qualifiers.first();
+    if (general == nullptr) {
+      writeValue(name, node, level);
+      return;
+    }
+    if (isCompact_ && node->isSimple() && allFitAttributes(general)) {
+      putAttribute((node->options & kXMPPropValueIsURI) != 0 ? "rdf:resource" : "rdf:value", node->value);
+      putAttributes(general);
+      put("/>");
+      return;
+    }
+    put(" rdf:parseType=\"Resource\">");
+    startLine(level + 1);
+    put("<rdf:value");
+    writeValue("rdf:value", node, level + 1);
+    for (const Node* qualifier = general; qualifier != nullptr; qualifier = qualifier->next) {
+      writeElement(qualifiedName(qualifier), qualifier, level + 1);
+    }
+    endElement(name, level);
+  }
+
+  void endElement(std::string_view name, std::size_t level) {
+    startLine(level);
+    put("</");
+    put(name);
+    put(">");
+  }
+
+  // Goes on behind the element's name and its xml:lang, to the element's end.
+  void writeValue(std::string_view name, const Node* node, std::size_t level) {
+    const Node* const first = node->children.first();
+    if (node->isArray()) {
+      const std::string_view array = (node->options & kXMPPropIsAlternate) != 0 ? "rdf:Alt"
+                                     : (node->options & kXMPPropIsOrdered) != 0 ? "rdf:Seq"
+                                                                                : "rdf:Bag";
+      put(">");
+      startLine(level + 1);
+      put("<");
+      put(array);
+      if (first == nullptr) {
+        put("/>");
+      } else {
+        put(">");
+        for (const Node* item = first; item != nullptr; item = item->next) writeElement("rdf:li", item, level + 2);
+        endElement(array, level + 1);
+      }
+      endElement(name, level);
+    } else if (node->isStruct()) {
+      if (isCompact_ && first != nullptr && allFitAttributes(first)) {
+        putAttributes(first);
+        put("/>");
+      } else {
+        put(" rdf:parseType=\"Resource\"");
+        if (first == nullptr) {
+          put("/>");
+          return;
+        }
+        put(">");
+        for (const Node* field = first; field != nullptr; field = field->next) {
+          writeElement(qualifiedName(field), field, level + 1);
+        }
+        endElement(name, level);
+      }
+    } else if ((node->options & kXMPPropValueIsURI) != 0) {
+      putAttribute("rdf:resource", node->value);
+      put("/>");
+    } else if (node->value.empty()) {
+      put("/>");
+    } else {
+      put(">");
+      putEscaped(node->value);
+      put("</");
+      put(name);
+      put(">");
+    }
+  }
+
+  const SerializeOptions& options_;
+  std::string& out_;
+  const bool isCompact_;
+  bool isFirstLine_ = true;
+};
+
+// Exactly that many bytes, in lines where they are long enough for a line end.
+void appendPadding(std::string& packet, std::size_t bytes, std::string_view newline) {
+  while (bytes > 0) {
+    const std::size_t line = std::min(bytes, kPaddingLine);
+    const std::size_t spaces = line >= newline.size() ? line - newline.size() : line;
+    packet.append(spaces, ' ');
+    if (spaces < line) packet.append(newline);
+    bytes -= line;
+  }
+}
+
+}  // namespace
+
+void serializeObject(const Object& object, const SerializeOptions& options, std::string& packet) {
+  checkOptions(options);
+  std::string text;
+  const bool hasWrapper = (options.options & kXMPSerializeOmitWrapper) == 0;
+  if (hasWrapper) {
+    text.append(kHeader);
+    text.append(options.newline);
+  }
+  Writer(options, text).writeMeta(object);
+  text.append(options.newline);
+  if (hasWrapper) {
+    const bool isReadOnly = (options.options & kXMPSerializeReadOnly) != 0;
+    const std::string_view trailer = isReadOnly ? kReadOnlyTrailer : kWritableTrailer;
+    std::size_t padding = static_cast<std::size_t>(std::max(options.padding, 0));
+    if ((options.options & kXMPSerializeExactLength) != 0) {
+      const std::size_t length = text.size() + trailer.size();
+      if (length > padding) {
+        throw ToolkitError(ErrorId::kTooLong,
+                           "the packet takes " + std::to_string(length) + " bytes, not " + std::to_string(padding));
+      }
+      padding -= length;
+    } else if (options.padding < 0) {
+      // Padding is there so that a packet can grow where it is; a read-only one never does.
+      padding = isReadOnly ? 0 : kUsualPadding;
+    }
+    appendPadding(text, padding, options.newline);
+    text.append(trailer);
+  }
+  if (text.size() > std::numeric_limits<std::uint32_t>::max()) {
+    throw ToolkitError(ErrorId::kTooLong, "the packet is longer than 32 bits can say");
+  }
+  packet = std::move(text);
+}
+
+}  // namespace velto
