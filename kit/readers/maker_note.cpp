@@ -20,17 +20,14 @@ constexpr std::size_t kSmallestIfd = 14;
 constexpr std::size_t kSmallestTiff = 22;
 
 constexpr std::uint16_t kFewestEntries = 2, kMostEntries = 255;  // Of an IFD that is only guessed at.
-constexpr std::uint16_t kMostChainEntries = 1000;                // Of one that stands where it should.
+constexpr std::size_t kLongestGuess = 2 + kEntrySize * kMostEntries;
+constexpr std::uint16_t kMostChainEntries = 1000;  // Of one that stands where it should.
 constexpr std::uint32_t kMostElements = 65536;
 
 struct Layout {
   std::uint32_t headerLength;
   std::uint32_t flags;
 };
-
-LxByteCursor Behind(const std::uint8_t* bytes, std::size_t size, std::size_t offset) noexcept {
-  return {bytes + offset, size - offset};
-}
 
 bool LxIsPlausibleIfd(LxByteCursor in, int order) noexcept {
   std::uint16_t entries = 0;
@@ -48,28 +45,42 @@ bool LxIsPlausibleIfd(LxByteCursor in, int order) noexcept {
   return true;
 }
 
-bool IsTiffHeader(LxByteCursor in) noexcept {
-  if (in.left < kSmallestTiff) return false;
+// The maker note as its layout is looked for: only the bytes that tell it are mapped, since a note may go on to the end
+// of a large file.
+struct Note {
+  LxBlockCache* cache;
+  std::uint32_t start;
+  std::size_t size;
+  const std::uint8_t* bytes;  // The first `mapped` bytes.
+  std::size_t mapped;
+};
+
+bool IsTiffHeader(const Note& note, std::size_t at) noexcept {
+  const std::size_t left = note.size - at;
+  if (left < kSmallestTiff) return false;
+  const std::uint8_t* header = note.bytes + at;
   int order = kLxLittleEndian;
-  if (std::memcmp(in.at, "MM\0\x2A", 4) == 0) {
+  if (std::memcmp(header, "MM\0\x2A", 4) == 0) {
     order = kLxBigEndian;
-  } else if (std::memcmp(in.at, "II\x2A\0", 4) != 0) {
+  } else if (std::memcmp(header, "II\x2A\0", 4) != 0) {
     return false;
   }
-  const std::uint32_t offset = LxGet32(in.at + 4, order);
-  if ((offset & 1) != 0 || offset > in.left || in.left - offset < kSmallestIfd) return false;
-  return LxIsPlausibleIfd(Behind(in.at, in.left, offset), order);
+  const std::uint32_t offset = LxGet32(header + 4, order);
+  if ((offset & 1) != 0 || offset > left || left - offset < kSmallestIfd) return false;
+  const std::size_t length = std::min(left - offset, kLongestGuess);
+  const std::uint8_t* ifd = LxMapFileRange(note.cache, std::uint64_t{note.start} + at + offset, length);
+  return ifd != nullptr && LxIsPlausibleIfd({ifd, length}, order);
 }
 
 // Where a maker note's IFD or TIFF header begins, and in which byte order; the header length stays kDetectLayout when
 // neither is found.
-Layout LxDetectMakerNoteLayout(const std::uint8_t* bytes, std::size_t size) noexcept {
-  const std::size_t starts = std::min(size, kLongestSignature);
+Layout LxDetectMakerNoteLayout(const Note& note) noexcept {
+  const std::size_t starts = std::min(note.size, kLongestSignature);
   for (std::size_t i = 0; i < starts; ++i) {
-    if (IsTiffHeader(Behind(bytes, size, i))) return {static_cast<std::uint32_t>(i), kOwnTiffHeader};
+    if (IsTiffHeader(note, i)) return {static_cast<std::uint32_t>(i), kOwnTiffHeader};
   }
   for (std::size_t i = 0; i < starts; ++i) {
-    const LxByteCursor ifd = Behind(bytes, size, i);
+    const LxByteCursor ifd = {note.bytes + i, note.mapped - i};
     for (const int order : {kLxLittleEndian, kLxBigEndian}) {
       if (LxIsPlausibleIfd(ifd, order)) {
         return {static_cast<std::uint32_t>(i), kForcedOrder | static_cast<std::uint32_t>(order)};
@@ -232,11 +243,14 @@ LxMetadataItem* LxChooseMakerVendor(LxBlockCache* cache, const LxParseRange& ran
 LxMetadataItem* LxReadMakerNoteBlock(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                                      const LxNamespaceDescriptor& descriptor) noexcept {
   const std::size_t size = range.end - range.start;
-  const std::uint8_t* bytes = LxMapFileRange(cache, range.start, size);
-  if (bytes == nullptr) return nullptr;
+  const std::size_t mapped = std::min(size, kLongestSignature + kLongestGuess);
+  const std::uint8_t* bytes = LxMapFileRange(cache, range.start, mapped);
+  if (bytes == nullptr || range.end > static_cast<std::uint32_t>(cache->fileSize)) return nullptr;
   Layout layout = {descriptor.variant & 0xFF, descriptor.variant >> 8 & 0xFF};
   if (layout.headerLength == kDetectLayout) {
-    layout = LxDetectMakerNoteLayout(bytes, size);
+    // A look at every offset costs far more than the entry that asked for it, so it is paid for.
+    if (!LxChargeValueBytes(context, static_cast<std::int64_t>(mapped))) return nullptr;
+    layout = LxDetectMakerNoteLayout({cache, range.start, size, bytes, mapped});
     if (layout.headerLength == kDetectLayout) return nullptr;
   }
   if (layout.headerLength > size) return nullptr;
