@@ -1,0 +1,57 @@
+// The five exported functions and the library's start and stop.
+#include <memory>
+#include <string>
+
+#include "api/include/lxbridge/lxbridge.h"
+#include "api/interchange.h"
+#include "clients/broker/broker_client.h"
+#include "clients/xmp/xmp_client.h"
+#include "kit/base/memory.h"
+
+struct LxInterchangeCell {
+  std::unique_ptr<LxInterchange> interchange;
+};
+
+namespace {
+
+bool initialised = false;
+bool kitInitialised = false;  // Never cleared: blocks of the kit may outlive a LxInterchangeTerm.
+
+void InitKit() noexcept {
+  if (kitInitialised) return;
+  LxInstallMemProcs(LxRuntimeMemProcs());
+  kitInitialised = true;
+}
+
+}  // namespace
+
+bool LxInterchangeInit() {
+  if (initialised) return true;
+  (void)TAL_T_NMT::StartBrokerClient(TALOrdinal5());
+  (void)StartXMPClient(TALOrdinal5());
+  InitKit();
+  initialised = true;
+  return true;
+}
+
+void LxInterchangeTerm() {
+  if (!initialised) return;
+  StopXMPClient();
+  TAL_T_NMT::ShutDownBrokerClient();
+  initialised = false;
+}
+
+LxInterchangeHandle LxInterchangeNew(const char* path) {
+  const std::string copy(path);
+  auto cell = std::make_unique<LxInterchangeCell>();
+  cell->interchange = std::make_unique<LxInterchange>(copy.c_str());
+  return cell.release();
+}
+
+CXMPMeta* LxInterchangeGetXMP(LxInterchangeHandle handle) {
+  return handle->interchange->Xmp().Meta();
+}
+
+void LxInterchangeDelete(LxInterchangeHandle handle) {
+  delete handle;
+}

@@ -1,0 +1,42 @@
+// The interchange object: one import, from a file's path to its XMP object. Owns the path, the metadata pool and the
+// XMP object; shares nothing with other imports. Uses the kit, the conversion and the XMP client.
+#ifndef LXBRIDGE_API_INTERCHANGE_H_
+#define LXBRIDGE_API_INTERCHANGE_H_
+
+#include <memory>
+#include <string>
+
+#include "clients/xmp/xmp_meta.h"
+#include "kit/model/pool.h"
+
+class LxInterchange {
+ public:
+  // Reads the file, parses its XMP packet and converts its pool; what the file lacks or breaks is no failure. Raises
+  // std::bad_alloc, CTALError when the toolkit's object cannot be had, std::logic_error when the broker client is not
+  // started, and what the conversion lets through. The memory procedures must be installed.
+  explicit LxInterchange(const char* path);
+  ~LxInterchange();
+  LxInterchange(const LxInterchange&) = delete;
+  LxInterchange& operator=(const LxInterchange&) = delete;
+
+  [[nodiscard]] const std::string& Path() const noexcept { return path_; }
+  [[nodiscard]] LxMetadataPool* Pool() noexcept { return pool_.get(); }
+  [[nodiscard]] XMPMetaHolder& Xmp() noexcept { return xmp_; }
+  // Whether the file held an XMP packet that was parsed without error.
+  [[nodiscard]] bool HasNativeXMP() const noexcept { return hasNativeXmp_; }
+
+ private:
+  struct PoolDeleter {
+    void operator()(LxMetadataPool* pool) const noexcept { LxDeletePool(pool); }
+  };
+
+  void Import();
+  void ParsePacket();
+
+  std::string path_;                                   // UTF-8.
+  std::unique_ptr<LxMetadataPool, PoolDeleter> pool_;  // Null only while the object is being built.
+  XMPMetaHolder xmp_;
+  bool hasNativeXmp_ = false;
+};
+
+#endif  // LXBRIDGE_API_INTERCHANGE_H_

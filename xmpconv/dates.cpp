@@ -1,0 +1,78 @@
+#include "xmpconv/dates.h"
+
+#include <limits>
+
+#include "xmpconv/number_text.h"
+
+namespace {
+
+// A field of at most four bytes: even with bytes that are no digits the number stays below a million.
+std::int32_t Field(const std::uint8_t* bytes, std::size_t width) noexcept {
+  std::size_t at = 0;
+  while (at < width && bytes[at] == ' ') ++at;
+  std::int32_t number = 0;
+  for (; at < width; ++at) number = number * 10 + (bytes[at] - '0');
+  return number;
+}
+
+bool IsSpace(char character) noexcept {
+  return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+// As scanf reads "%<width>hd": white space, which the width does not count, then an optional sign and digits.
+bool ScanNumber(const char** text, int width, std::int32_t* number) noexcept {
+  const char* at = *text;
+  while (IsSpace(*at)) ++at;
+  const bool negative = *at == '-';
+  if (negative || *at == '+') {
+    ++at;
+    --width;
+  }
+  std::int32_t sum = 0;
+  const char* const firstDigit = at;
+  for (; width > 0 && *at >= '0' && *at <= '9'; ++at, --width) sum = sum * 10 + (*at - '0');
+  if (at == firstDigit) return false;
+  *number = negative ? -sum : sum;
+  *text = at;
+  return true;
+}
+
+}  // namespace
+
+void LxParseExifDate(const std::uint8_t* text, XMPDateTime* date) noexcept {
+  date->year = Field(text, 4);
+  date->month = Field(text + 5, 2);
+  date->day = Field(text + 8, 2);
+}
+
+void LxParseExifTime(const std::uint8_t* text, XMPDateTime* date) noexcept {
+  date->hour = Field(text, 2);
+  date->minute = Field(text + 3, 2);
+  date->second = Field(text + 6, 2);
+}
+
+std::int32_t LxParseSubSeconds(const std::uint8_t* text, std::size_t length) noexcept {
+  // Both numbers stay finite over this many bytes; what follows is far below a nanosecond.
+  constexpr std::size_t kTellingBytes = 300;
+  if (length > kTellingBytes) length = kTellingBytes;
+
+  double digits = 0;
+  double scale = 1;
+  for (std::size_t i = 0; i < length && text[i] != 0; ++i) {
+    digits = digits * 10 + (text[i] - '0');
+    scale = scale * 10;
+  }
+  const double nanoseconds = digits / scale * 1'000'000'000;
+  // Letters can reach beyond the field. No second has such a fraction, so that the number is out of bounds is all that
+  // has to be kept of it.
+  if (nanoseconds >= std::numeric_limits<std::int32_t>::max()) return std::numeric_limits<std::int32_t>::max();
+  if (nanoseconds <= std::numeric_limits<std::int32_t>::min()) return std::numeric_limits<std::int32_t>::min();
+  return static_cast<std::int32_t>(nanoseconds);
+}
+
+std::string LxConvertIptcDate(const char* text) {
+  const char* at = text;
+  std::int32_t year = 0, month = 0, day = 0;
+  if (!ScanNumber(&at, 4, &year) || !ScanNumber(&at, 2, &month) || !ScanNumber(&at, 2, &day)) return text;
+  return LxNumberText().Number(year).Char('-').Padded(month, 2).Char('-').Padded(day, 2).Text();
+}

@@ -1,0 +1,166 @@
+#include "xmpconv/driver.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "api/interchange.h"
+#include "kit/model/lookup.h"
+#include "kit/model/pool_edit.h"
+#include "kit/model/pool_walk.h"
+#include "xmpconv/iptc.h"
+#include "xmpconv/md5.h"
+#include "xmpconv/schemas.h"
+#include "xmpconv/tiff_exif.h"
+
+namespace {
+
+constexpr char kIptcBlock[] = "IptcNaa";
+constexpr char kImageDescription[] = "ImageDescription";
+
+// The picturist properties that an IPTC block stands for. When the block wins, all of them go, also those that it has
+// no dataset for: it was changed after the packet, so what it leaves out was taken out.
+constexpr const char* kPicturistProperties[] = {
+    "Caption",
+    "Author",
+    "Title",
+    "Keywords",
+    "Copyright",
+    "CaptionWriter",
+    "Headline",
+    "Instructions",
+    "AuthorsPosition",
+    "Credit",
+    "Source",
+    "DateCreated",
+    "City",
+    "State",
+    "Country",
+    "TransmissionReference",
+    "Category",
+    "SupplementalCategories",
+    "Urgency",
+    "WebStatement",
+    "Marked",
+};
+static_assert(std::size(kPicturistProperties) == 21);
+
+struct IteratorDeleter {
+  void operator()(LxPoolIterator* iterator) const noexcept { LxFreePoolIterator(iterator); }
+};
+using PoolIteratorPtr = std::unique_ptr<LxPoolIterator, IteratorDeleter>;
+
+const LxMetadataItem* Find(const LxMetadataPool& pool, const char* nameSpace, const char* name) noexcept {
+  LxMetadataItem* found = nullptr;
+  return LxFindMetadata(&pool, nameSpace, name, "", "", &found) == kLxOk ? found : nullptr;
+}
+
+bool Is(const char* text, const char* wanted) noexcept {
+  return text && std::strcmp(text, wanted) == 0;
+}
+
+// Which of the file's IPTC blocks is used; the other one is marked deleted.
+struct IptcChoice {
+  const LxMetadataItem* source;  // Null: none.
+  bool isTiffTag;
+  bool keepsDescription;  // Whether ("tiff", "ImageDescription") may be converted.
+};
+
+// In a TIFF file the tag is the place for IPTC, in every other file the image resource is; a tag in the Exif block of a
+// JPEG file is a stray copy and is never used.
+IptcChoice ChooseIptc(LxMetadataPool* pool) noexcept {
+  const LxMetadataItem* const tag = Find(*pool, "tiff", kIptcBlock);
+  const LxMetadataItem* const resource = Find(*pool, "ir", kIptcBlock);
+  const bool isTiff = pool->fileKind == kLxFileTiff;
+  if (tag && isTiff) {
+    if (resource) LxDeleteMetadata(pool, "ir", kIptcBlock, "", "");
+    return {tag, true, false};
+  }
+  if (tag) LxDeleteMetadata(pool, "tiff", kIptcBlock, "", "");
+  if (resource) return {resource, false, isTiff};
+  return {nullptr, false, isTiff || pool->fileKind == kLxFileJpeg};
+}
+
+// The digest of the block as it was when the packet was written, against the block as it is.
+bool IsDigestOf(const LxMetadataItem* stored, const IptcChoice& iptc) noexcept {
+  LxMd5Digest digest{};  // Without a block: all zero.
+  if (iptc.source) {
+    auto length = static_cast<std::size_t>(iptc.source->valueLength);
+    if (iptc.isTiffTag) {
+      // The tag's value is often counted in words of four bytes and filled up with zeros.
+      for (int padding = 0; padding < 3 && length > 0 && iptc.source->value[length - 1] == 0; ++padding) --length;
+    }
+    digest = LxMd5(iptc.source->value, length);
+  }
+  return std::equal(digest.begin(), digest.end(), stored->value);
+}
+
+bool IptcWins(const LxMetadataPool& pool, bool hasNativeXmp, const IptcChoice& iptc) noexcept {
+  if (!hasNativeXmp) return true;
+  const LxMetadataItem* const stored = Find(pool, "ir", "CaptionDigest");
+  // A digest cut short tells as little as none. Taking it for one that differs would remove 21 properties of a packet
+  // that is likely up to date, in many files with no block to replace them.
+  if (!stored || !stored->value || stored->valueLength < static_cast<std::int32_t>(LxMd5Digest().size())) return false;
+  return !IsDigestOf(stored, iptc);
+}
+
+std::int32_t ImportIptc(LxConversion& conversion, const LxMetadataItem* source) {
+  for (const char* const property : kPicturistProperties) {
+    conversion.Xmp().RemoveProperties(kLxPicturistSchema, property);
+  }
+  std::int32_t converted = 0;
+  if (!source) return converted;
+  for (const LxMetadataItem* dataset = source->firstChild; dataset; dataset = dataset->next) {
+    if (LxConvertIptcItem(conversion, dataset)) ++converted;
+  }
+  return converted;
+}
+
+std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
+  const char* const tiff = LxNamespaceName(0);
+  const char* const exif = LxNamespaceName(1);
+  const char* const gps = LxNamespaceName(2);
+  const char* const resources = LxNamespaceName(4);
+
+  std::int32_t converted = 0;
+  const PoolIteratorPtr iterator(LxNewPoolIterator(&pool));
+  if (!iterator) return converted;
+  bool isPastFirstIfd = false;
+  bool skip = false;
+  LxMetadataItem* item = nullptr;
+  while (LxNextPoolItem(iterator.get(), &item, skip) == kLxOk) {
+    skip = false;
+    bool done = false;
+    if (Is(item->nameSpace, tiff)) {
+      if (Is(item->name, "SubIFDs")) {
+        skip = true;  // Other pictures of the file.
+      } else {
+        done = LxConvertTiffItem(conversion, item);
+      }
+    } else if (Is(item->nameSpace, exif) || Is(item->nameSpace, gps)) {
+      done = LxConvertExifItem(conversion, item);
+    } else if (Is(item->nameSpace, resources)) {
+      done = LxConvertIrItem(conversion, item);
+    } else if (Is(item->nameSpace, "tiffh") && Is(item->name, "IFD")) {
+      skip = isPastFirstIfd;  // The thumbnail's directory, or a further picture's.
+      isPastFirstIfd = true;
+    }
+    if (done) ++converted;
+  }
+  return converted;
+}
+
+}  // namespace
+
+void LxConvertPoolToXMP(LxInterchange& interchange, std::int32_t* converted, std::int32_t* further) {
+  *converted = 0;
+  *further = 0;
+  LxMetadataPool* const pool = interchange.Pool();
+  LxConversion conversion(*pool, interchange.Xmp());
+
+  const IptcChoice iptc = ChooseIptc(pool);
+  const bool iptcWins = IptcWins(*pool, interchange.HasNativeXMP(), iptc);
+  if (iptcWins) *converted += ImportIptc(conversion, iptc.source);
+  if (!iptcWins || !iptc.keepsDescription) LxDeleteMetadata(pool, "tiff", kImageDescription, "", "");
+  *converted += WalkPool(conversion, *pool);
+}

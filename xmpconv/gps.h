@@ -1,0 +1,27 @@
+// The GPS tags that need more than their own value: coordinates with their reference letters, the time stamp with its
+// date. Uses kit/model and the XMP client.
+#ifndef LXBRIDGE_XMPCONV_GPS_H_
+#define LXBRIDGE_XMPCONV_GPS_H_
+
+#include <cstdint>
+
+#include "xmpconv/conversion.h"
+#include "xmpconv/number_text.h"
+
+// Degrees, minutes and seconds as Exif stores them (Exif 2.2, 4.6.6, GPSLatitude).
+struct LxGpsAngle {
+  std::uint32_t degrees, degreesDivisor, minutes, minutesDivisor, seconds, secondsDivisor;
+};
+
+// "DDD,MM,SSk" when all divisors are 1, else "DDD,MM.mmk" with as many digits as the largest divisor tells apart
+// (ISO 16684-1, 8.2.1: GPSCoordinate). False: a zero divisor, or more degrees than a 32-bit number holds.
+[[nodiscard]] bool LxFormatGPSCoordinate(const LxGpsAngle& angle, char reference, LxNumberText* text) noexcept;
+
+// partner: the reference. The letter is copied as it is.
+[[nodiscard]] bool LxMapGPSCoordinate(LxConversion& conversion, const LxMetadataItem* item, const char* schema,
+                                      LxPartner partner);
+// partner: the date stamp; a time without its date is nothing. GPS time is UTC, so the zone stays 0.
+[[nodiscard]] bool LxMapGPSTimeStamp(LxConversion& conversion, const LxMetadataItem* item, const char* schema,
+                                     LxPartner partner);
+
+#endif  // LXBRIDGE_XMPCONV_GPS_H_
