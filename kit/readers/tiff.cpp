@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "kit/base/byte_cursor.h"
+#include "kit/model/lookup.h"
 #include "kit/model/tables/tables.h"
 #include "kit/model/value.h"
 #include "kit/readers/readers.h"
@@ -44,32 +45,33 @@ bool TakeEntry(LxByteCursor* in, int order, Entry* entry) noexcept {
   return true;
 }
 
-// The first record with an id, for an IFD read in order. Both IFDs and dictionaries mostly ascend, so the search goes
-// on from the record found last and comes round to it. (No dictionary of an IFD holds an id twice, or the first would
-// not be found.)
+// The first record with an id, for an IFD read in order. The entries of IFDs and the records of the published
+// dictionaries mostly ascend, and no id stands twice in these, so the search there goes on from the record found last
+// and comes round to it.
 class RecordFinder {
  public:
-  explicit RecordFinder(const LxTagRecord* dictionary) noexcept : dictionary_(dictionary), from_(dictionary) {}
+  explicit RecordFinder(const LxTagRecord* dictionary) noexcept
+      : dictionary_(dictionary),
+        from_(dictionary),
+        goesOn_(dictionary == kLxTiffTags || dictionary == kLxExifTags || dictionary == kLxGpsTags) {}
 
   const LxTagRecord* Find(std::uint16_t id) noexcept {
-    if (dictionary_ == nullptr) return nullptr;
-    for (const LxTagRecord* record = from_; record->name != nullptr; ++record) {
-      if (record->id == id) return Found(record);
+    if (!goesOn_) return dictionary_ != nullptr ? LxFindTagById(id, dictionary_) : nullptr;
+    const LxTagRecord* record = from_;
+    while (record->name != nullptr && record->id != id) ++record;
+    if (record->name == nullptr) {
+      record = dictionary_;
+      while (record != from_ && record->id != id) ++record;
+      if (record == from_) return nullptr;
     }
-    for (const LxTagRecord* record = dictionary_; record != from_; ++record) {
-      if (record->id == id) return Found(record);
-    }
-    return nullptr;
-  }
-
- private:
-  const LxTagRecord* Found(const LxTagRecord* record) noexcept {
     from_ = record + 1;
     return record;
   }
 
+ private:
   const LxTagRecord* dictionary_;
   const LxTagRecord* from_;
+  bool goesOn_;
 };
 
 // The value's bytes: in the entry when they fit, else where it points to, anywhere in the file. Null: not there.

@@ -60,7 +60,6 @@ std::string Fault(const LxMetadataPool& pool, const LxMetadataItem& item, std::s
   if (item.nameSpace == nullptr || item.name == nullptr || item.typeName == nullptr) return "a text is missing";
   if (item.displayText == nullptr) return "no display text";
   if (item.valueLength < 0) return "a negative length";
-  if (item.value == nullptr && item.valueLength != 0) return "a length without a value";
   if (item.value != nullptr && (item.flags & kLxOwnsValue) == 0 && !LiesInBlocks(pool, item)) {
     return "a value outside the file's blocks";
   }
@@ -92,6 +91,26 @@ PoolPtr ReadPoolFromPath(const std::string& path, LxResult* status) {
 
 PoolPtr ReadPool(const Bytes& file, LxResult* status) {
   return ReadPoolFromPath(TempFile(file).path(), status);
+}
+
+PoolPtr ParsePool(const Bytes& file, LxResult* status, const StreamFaults& faults) {
+  PoolPtr pool = NewPool();
+  FailingStream stream(file, faults);
+  const LxResult result = LxParseImageFile(&stream, pool.get());
+  if (status != nullptr) *status = result;
+  return pool;
+}
+
+OpenedFile::OpenedFile(const Bytes& file)
+    : size_(static_cast<std::uint32_t>(file.size())), stream_(file), pool_(NewPool()) {
+  const auto size = static_cast<std::int32_t>(size_);
+  pool_->blocks = LxNewBlockCache(&stream_, size);
+  LxInitParseContext(&context_, size);
+}
+
+LxMetadataItem* OpenedFile::Keep(LxMetadataItem* list) {
+  LxFreeMetadataItems(pool_->root);
+  return pool_->root = list;
 }
 
 PoolPtr ReadPoolFromStandardInput(const std::string& path, LxResult* status) {

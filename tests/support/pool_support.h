@@ -12,7 +12,9 @@
 
 #include "kit/base/result.h"
 #include "kit/model/pool.h"
+#include "kit/readers/dispatch.h"
 #include "tests/support/bytes.h"
+#include "tests/support/failing_stream.h"
 
 namespace lxtest {
 
@@ -29,6 +31,31 @@ using PoolPtr = std::unique_ptr<LxMetadataPool, PoolDeleter>;
 [[nodiscard]] PoolPtr ReadPoolFromPath(const std::string& path, LxResult* status = nullptr);
 // The same through standard input, which is the file afterwards.
 [[nodiscard]] PoolPtr ReadPoolFromStandardInput(const std::string& path, LxResult* status = nullptr);
+
+// The same from memory, for sweeps over many files; the stream can fail.
+[[nodiscard]] PoolPtr ParsePool(const Bytes& file, LxResult* status = nullptr, const StreamFaults& faults = {});
+
+// A file that single reading routines are called on. What they give is freed with Keep.
+class OpenedFile {
+ public:
+  explicit OpenedFile(const Bytes& file);
+  [[nodiscard]] LxBlockCache* cache() { return pool_->blocks; }
+  [[nodiscard]] LxParseContext* context() { return &context_; }
+  // All of the file, offsets counted from its start.
+  [[nodiscard]] LxParseRange whole() const { return {0, 0, 0, size_, size_}; }
+  // Makes the list the pool's root and gives it back.
+  LxMetadataItem* Keep(LxMetadataItem* list);
+  LxMetadataItem* Parse(const LxNamespaceDescriptor& descriptor) {
+    return Keep(LxParseWithDescriptor(cache(), whole(), context(), descriptor));
+  }
+  [[nodiscard]] const LxMetadataPool& pool() const { return *pool_; }
+
+ private:
+  std::uint32_t size_;
+  FailingStream stream_;
+  PoolPtr pool_;
+  LxParseContext context_;
+};
 
 // The items in tree order, one a line: "namespace name type displaytext", indented by two spaces a level, with "
 // (deleted)" behind a deleted one. Of a namespace alone: without indentation. Line ends within texts are shown as "\n".

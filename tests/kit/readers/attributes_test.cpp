@@ -1,0 +1,230 @@
+// The image attributes of each file kind.
+#include "kit/readers/attributes.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/image_builders.h"
+#include "tests/support/pool_support.h"
+
+using namespace lxtest;
+
+namespace {
+
+PoolPtr Read(const Bytes& file) {
+  LxResult status = -1;
+  PoolPtr pool = ParsePool(file, &status);
+  EXPECT_EQ(status, kLxOk);
+  return pool;
+}
+
+void ExpectBadFormat(const Bytes& file, const char* what) {
+  LxResult status = 0;
+  const PoolPtr pool = ParsePool(file, &status);
+  EXPECT_EQ(status, kLxBadReadFormat) << what;
+  EXPECT_EQ(pool->root, nullptr) << what;
+  EXPECT_EQ(pool->blocks, nullptr) << what;
+}
+
+TEST(JpegAttributes, ComeFromTheFrameHeader) {
+  const struct {
+    const char* what;
+    JpegBuilder jpeg;
+    std::int32_t samples, mcuWidth, mcuHeight;
+    LxColourModel model;
+  } cases[] = {
+      {"4:2:0", JpegBuilder().Sof(0xC0, 640, 480, {0x22, 0x11, 0x11}), 3, 16, 16, kLxColourRgb},
+      {"4:4:4", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11, 0x11}), 3, 8, 8, kLxColourRgb},
+      {"4:2:2", JpegBuilder().Sof(0xC1, 640, 480, {0x21, 0x11, 0x11}), 3, 16, 8, kLxColourRgb},
+      {"4:1:1", JpegBuilder().Sof(0xC2, 640, 480, {0x41, 0x22, 0x11}), 3, 32, 16, kLxColourRgb},
+      {"a factor of 4 behind one of 2", JpegBuilder().Sof(0xC2, 640, 480, {0x22, 0x14, 0x11}), 3, 16, 32, kLxColourRgb},
+      {"gray", JpegBuilder().Sof(0xC0, 640, 480, {0x11}), 1, 8, 8, kLxColourGray},
+      {"four", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11, 0x11, 0x11}), 4, 8, 8, kLxColourCmyk},
+      {"two", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11}), 2, 8, 8, kLxColourUnknown},
+      {"more components than bytes", JpegBuilder().Segment(0xC0, Hex("08 01E0 0280 FF 012200")), 255, 16, 16,
+       kLxColourUnknown},
+      {"baseline before progressive", JpegBuilder().Sof2(10, 10).Sof(0xC0, 640, 480, {0x11}), 1, 8, 8, kLxColourGray},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const PoolPtr pool = Read(c.jpeg);
+    EXPECT_EQ(pool->width, 640);
+    EXPECT_EQ(pool->height, 480);
+    EXPECT_EQ(pool->bits, 8);
+    EXPECT_EQ(pool->samples, c.samples);
+    EXPECT_EQ(pool->mcuWidth, c.mcuWidth);
+    EXPECT_EQ(pool->mcuHeight, c.mcuHeight);
+    EXPECT_EQ(pool->colourModel, c.model);
+    EXPECT_EQ(pool->fileKind, kLxFileJpeg);
+  }
+}
+
+TEST(JpegAttributes, WithoutAFrameOrATableTheFileIsBad) {
+  (void)Read(JpegBuilder().Comment("the control"));
+  ExpectBadFormat(JpegBuilder().Sof(0xC3, 8, 8, {0x11}), "a lossless frame");
+  ExpectBadFormat(JpegBuilder().Dqt().Sos().Bare(), "no frame");
+  ExpectBadFormat(JpegBuilder().Sof0().Sos().Bare(), "no table");
+  ExpectBadFormat(JpegBuilder().Dqt().Sos().Sof0().Bare(), "a frame behind the scan");
+  ExpectBadFormat(JpegBuilder().Segment(0xC0, Hex("08 01E0 0280")), "a cut frame");
+  ExpectBadFormat(JpegBuilder().Raw(Hex("FFDB0000")), "a table without length");
+  // A frame in a thumbnail is not the file's.
+  const Bytes thumbnail = JpegBuilder().Dqt().Sof0().Sos().Bare();
+  ExpectBadFormat(JpegBuilder().App1Exif(TiffBuilder(kBig).Thumbnail(thumbnail)).Dqt().Sos().Bare(), "a thumbnail's");
+}
+
+TEST(JpegAttributes, QualityIsToldFromTheLuminanceTable) {
+  const Bytes k444 = {0x11, 0x11, 0x11};
+  const struct {
+    const char* what;
+    JpegBuilder jpeg;
+    const char* quality;
+  } cases[] = {
+      {"the last entry decides", JpegBuilder().Dqt(99, 7), "jpeg12"},
+      {"its next level", JpegBuilder().Dqt(99, 8), "jpeg11"},
+      {"a last entry of 12 does not", JpegBuilder().Dqt(2, 12), "jpeg10"},
+      {"the last that decides", JpegBuilder().Dqt(1, 63), "jpeg5"},
+      {"else the first", JpegBuilder().Dqt(16, 64), "jpeg4"},
+      {"up to 31", JpegBuilder().Dqt(31, 255), "jpeg1"},
+      {"from 32 on the lowest", JpegBuilder().Dqt(32, 64), "jpeg0"},
+      {"level 6 with subsampling", JpegBuilder().Dqt(1, 39), "jpeg6"},
+      {"without, one more", JpegBuilder().Dqt(1, 39).Sof(0xC0, 8, 8, k444), "jpeg7"},
+      {"other levels stay", JpegBuilder().Dqt(1, 31).Sof(0xC0, 8, 8, k444), "jpeg8"},
+      {"16 bits", JpegBuilder().Dqt(1, 7, 0x10), "unk"},
+      {"chrominance only", JpegBuilder().Dqt(1, 7, 1), "unk"},
+      {"luminance in a second segment", JpegBuilder().Dqt(1, 7, 1).Dqt(1, 7, 0), "unk"},
+      {"luminance as second table", JpegBuilder().Segment(0xDB, Hex("01") + Filled(64, 3) + Filled(65, 0)), "jpeg12"},
+      {"a table cut by one", JpegBuilder().Segment(0xDB, Filled(64, 0)), "unk"},
+      {"a second table cut by one", JpegBuilder().Segment(0xDB, Hex("01") + Filled(64, 3) + Filled(64, 0)), "unk"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_STREQ(LxCompressionName(Read(c.jpeg)->compression), c.quality) << c.what;
+  }
+}
+
+TEST(TiffAttributes, ComeFromTheFirstIfd) {
+  for (const Order order : {kLittle, kBig}) {
+    const PoolPtr pool = Read(TiffBuilder(order)
+                                  .Ifd0({Short(0x0100, 640), Long(0x0101, 480), Short(0x0102, {16, 16, 16}),
+                                         Short(0x0103, 5), Short(0x0106, 2), Short(0x0115, 3)})
+                                  .Ifd1({Short(0x0100, 8), Short(0x0106, 5)}));
+    EXPECT_EQ(pool->width, 640);
+    EXPECT_EQ(pool->height, 480);
+    EXPECT_EQ(pool->samples, 3);
+    EXPECT_EQ(pool->bits, 16);
+    EXPECT_EQ(pool->colourModel, kLxColourRgb);
+    EXPECT_EQ(pool->compression, kLxCompressionLzw);
+  }
+  const PoolPtr bare = Read(TiffBuilder(kBig).Ifd0({Short(0x0100, 640)}));
+  EXPECT_EQ(bare->samples, 1);
+  EXPECT_EQ(bare->bits, 1);
+  EXPECT_EQ(bare->compression, kLxCompressionNone);
+  EXPECT_EQ(bare->colourModel, kLxColourUnknown);
+  // A file with a bad first IFD, or with a header of which only the marks are good, is an empty one and no failure.
+  EXPECT_EQ(AllItems(*Read(Hex("49492A00 FFFFFF00 00000000 00000000"))).size(), 1u);
+}
+
+TEST(TiffAttributes, JpegInTiffTellsItsQuality) {
+  Bytes table = Filled(64, 3);
+  table[63] = 20;
+  const struct {
+    const char* what;
+    TiffEntries entries;
+    const char* compression;
+  } cases[] = {
+      {"a table", {{0x0207, 4, 1, [table](Order o, std::uint32_t at) { return Put32(at, o) + table; }}}, "jpeg9"},
+      {"none", {}, "jpeg0"},
+      {"a table behind the file", {Long(0x0207, 100000)}, "jpeg0"},
+      {"a table that the file cuts", {Long(0x0207, 30)}, "jpeg0"},
+      {"an offset of two bytes", {Short(0x0207, 8)}, "jpeg0"},
+  };
+  for (const auto& c : cases) {
+    const PoolPtr pool = Read(TiffBuilder(kBig).Ifd0({Short(0x0103, 6)}).Ifd0(c.entries));
+    EXPECT_STREQ(LxCompressionName(pool->compression), c.compression) << c.what;
+  }
+}
+
+TEST(PngAttributes, ComeFromTheFirstChunk) {
+  const Bytes good = Hex("89504E470D0A1A0A 0000000D 49484452 00000280 000001E0 08 02 000000 00000000 00000000");
+  const PoolPtr pool = Read(good);
+  EXPECT_EQ(pool->width, 640);
+  EXPECT_EQ(pool->height, 480);
+  EXPECT_EQ(pool->bits, 8);
+  EXPECT_EQ(pool->samples, 3);
+  EXPECT_STREQ(LxColourModelName(pool->colourModel), "RGB");
+  EXPECT_STREQ(LxCompressionName(pool->compression), "flate");
+  EXPECT_EQ(pool->root, nullptr);
+  EXPECT_EQ(pool->blocks, nullptr);
+  const struct {
+    std::uint8_t type;
+    std::int32_t samples;
+    const char* model;
+  } types[] = {{0, 1, "gray"}, {3, 1, "indexedRGB"}, {4, 2, "graya"}, {6, 4, "rgba"}, {1, 0, "unk"}, {7, 0, "unk"}};
+  for (const auto& t : types) {
+    const PoolPtr other = Read(WithByte(good, 25, t.type));
+    EXPECT_EQ(other->samples, t.samples);
+    EXPECT_STREQ(LxColourModelName(other->colourModel), t.model);
+  }
+  (void)Read(Truncated(good, 33));
+  ExpectBadFormat(Truncated(good, 32), "cut");
+  ExpectBadFormat(WithByte(good, 11, 12), "a short chunk");
+  ExpectBadFormat(WithByte(good, 12, 'i'), "another chunk");
+}
+
+Bytes Bmp(std::uint32_t headerSize, const Bytes& header) {
+  Bytes file = Text("BM") + Filled(12) + Put32(headerSize, kLittle) + header;
+  file.resize(64);
+  return file;
+}
+
+TEST(BmpAttributes, ComeFromEitherHeader) {
+  const auto windows = [](std::uint32_t height, std::uint32_t bitCount, std::uint32_t method) {
+    return Bmp(40, Put32(640, kLittle) + Put32(height, kLittle) + Put16(1, kLittle) + Put16(bitCount, kLittle) +
+                       Put32(method, kLittle));
+  };
+  const auto old = [](std::uint32_t bitCount) {
+    return Bmp(12, Put16(640, kLittle) + Put16(480, kLittle) + Put16(1, kLittle) + Put16(bitCount, kLittle));
+  };
+  const struct {
+    const char* what;
+    Bytes file;
+    std::int32_t height, samples, bits;
+    const char *model, *compression;
+  } cases[] = {
+      {"24 bits", windows(480, 24, 0), 480, 3, 8, "RGB", "none"},
+      {"no bits of its own", windows(480, 0, 3), 480, 3, 8, "RGB", "none"},
+      {"rows from the top", windows(0u - 480u, 24, 0), 480, 3, 8, "RGB", "none"},
+      {"the lowest height", windows(0x80000000u, 24, 0), INT32_MIN, 3, 8, "RGB", "none"},
+      {"run length", windows(480, 8, 1), 480, 1, 8, "RGB", "pack"},
+      {"run length of 4 bits", windows(480, 4, 2), 480, 1, 4, "RGB", "pack"},
+      {"16 bits", windows(480, 16, 0), 480, 3, 5, "RGB", "none"},
+      {"32 bits", windows(480, 32, 0), 480, 4, 8, "RGB", "none"},
+      {"other bits, other method", windows(480, 7, 4), 480, 0, 0, "unk", "unk"},
+      {"old, 1 bit", old(1), 480, 1, 1, "RGB", "none"},
+      {"old, 24 bits", old(24), 480, 3, 8, "RGB", "none"},
+      {"old, other bits", old(16), 480, 0, 0, "RGB", "none"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const PoolPtr pool = Read(c.file);
+    EXPECT_EQ(pool->width, 640);
+    EXPECT_EQ(pool->height, c.height);
+    EXPECT_EQ(pool->samples, c.samples);
+    EXPECT_EQ(pool->bits, c.bits);
+    EXPECT_STREQ(LxColourModelName(pool->colourModel), c.model);
+    EXPECT_STREQ(LxCompressionName(pool->compression), c.compression);
+  }
+  ExpectBadFormat(Truncated(old(1), 63), "cut");
+}
+
+TEST(GifAttributes, ComeFromTheScreenDescriptor) {
+  const Bytes good = Text("GIF89a") + Put16(640, kLittle) + Put16(480, kLittle) + Filled(6);
+  const PoolPtr pool = Read(good);
+  EXPECT_EQ(pool->width, 640);
+  EXPECT_EQ(pool->height, 480);
+  EXPECT_EQ(pool->samples, 1);
+  EXPECT_EQ(pool->bits, 8);
+  EXPECT_STREQ(LxColourModelName(pool->colourModel), "indexedRGB");
+  EXPECT_STREQ(LxCompressionName(pool->compression), "lzw");
+  EXPECT_EQ(Read(Truncated(good, 15))->fileKind, kLxFileUnknown);  // Not even recognised.
+}
+
+}  // namespace

@@ -1,0 +1,129 @@
+// What the readers share: valid ranges, the routines that only remember something, thumbnails that two tags describe.
+#include "kit/readers/dispatch.h"
+
+#include <gtest/gtest.h>
+
+#include "kit/model/tables/tables.h"
+#include "kit/model/value.h"
+#include "tests/support/image_builders.h"
+#include "tests/support/pool_support.h"
+
+using namespace lxtest;
+
+namespace {
+
+constexpr std::uint16_t kThumbnailStart = 0x0201;
+constexpr std::uint16_t kThumbnailLength = 0x0202;
+
+Bytes SmallJpeg() {
+  return JpegBuilder().Comment("small").Sos().Bare();
+}
+
+TEST(Dispatch, AnInvalidRangeGivesNothingForAnyReader) {
+  const Bytes file = JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Short(0x0112, 1)}));
+  OpenedFile opened(file);
+  ASSERT_NE(opened.Parse(kLxJpegSpace), nullptr);  // The control: the file itself can be read.
+  const LxParseRange invalid[] = {{0, 0, 10, 9, 100}, {11, 0, 10, 20, 100}, {0, 0, 10, 101, 100}};
+  LxMetadataItem current = {};
+  for (std::uint32_t code = 0; code <= 25; ++code) {
+    for (const LxParseRange& range : invalid) {
+      opened.context()->currentItem = &current;
+      const LxNamespaceDescriptor descriptor = {"any", code, kLxTiffTags, 0};
+      EXPECT_EQ(LxParseWithDescriptor(opened.cache(), range, opened.context(), descriptor), nullptr) << code;
+      EXPECT_EQ(opened.context()->make, nullptr) << code;
+      EXPECT_EQ(opened.context()->pendingThumbnailLength, 0u) << code;
+    }
+  }
+}
+
+TEST(Dispatch, WithoutACurrentItemNothingIsRemembered) {
+  OpenedFile opened(Filled(64));
+  for (const LxNamespaceDescriptor* space : {&kLxMakeSpace, &kLxModelSpace, &kLxThumbnailLengthSpace}) {
+    EXPECT_EQ(opened.Parse(*space), nullptr);
+  }
+  EXPECT_EQ(opened.context()->make, nullptr);
+  EXPECT_EQ(opened.context()->model, nullptr);
+  EXPECT_EQ(opened.context()->pendingThumbnailLength, 0u);
+}
+
+TEST(Dispatch, MakeAndModelAreThoseReadLast) {
+  OpenedFile opened(TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "Maker One"), Ascii(0x0110, "Model One")}).Build());
+  ASSERT_NE(opened.Parse(kLxTiffSpace), nullptr);
+  ASSERT_NE(opened.context()->make, nullptr);
+  ASSERT_NE(opened.context()->model, nullptr);
+  EXPECT_EQ(ValueOf(*opened.context()->make), Text("Maker One") + Filled(1));
+  EXPECT_EQ(ValueOf(*opened.context()->model), Text("Model One") + Filled(1));
+}
+
+// IFD1 with the thumbnail's start and length in either order, the bytes behind it.
+Bytes WithThumbnail(Order order, bool lengthFirst, const Bytes& thumbnail, std::uint32_t length) {
+  const TiffEntry start = {kThumbnailStart, 4, 1,
+                           [thumbnail](Order o, std::uint32_t at) { return Put32(at, o) + thumbnail; }};
+  const TiffEntry size = Long(kThumbnailLength, length);
+  const TiffBuilder tiff = TiffBuilder(order)
+                               .Ifd0({Short(0x0112, 1)})
+                               .Ifd1(lengthFirst ? TiffEntries{size, start} : TiffEntries{start, size});
+  return JpegBuilder().App1Exif(tiff);
+}
+
+const LxMetadataItem* ThumbnailOf(const LxMetadataPool& pool) {
+  const auto streams = AllItems(pool, "jpegh", "SOI");
+  return streams.size() == 2 ? streams[1] : nullptr;
+}
+
+TEST(Dispatch, AThumbnailsItemCarriesItsBytesWhicheverTagComesFirst) {
+  const Bytes jpeg = SmallJpeg();
+  for (const Order order : {kLittle, kBig}) {
+    for (const bool lengthFirst : {false, true}) {
+      SCOPED_TRACE(testing::Message() << order << lengthFirst);
+      const PoolPtr pool = ReadPool(WithThumbnail(order, lengthFirst, jpeg, static_cast<std::uint32_t>(jpeg.size())));
+      const LxMetadataItem* thumbnail = ThumbnailOf(*pool);
+      ASSERT_NE(thumbnail, nullptr) << DumpPool(*pool);
+      EXPECT_EQ(ValueOf(*thumbnail), jpeg);
+      EXPECT_STREQ(thumbnail->firstChild->nameSpace, "jpegt");
+      EXPECT_STREQ(thumbnail->firstChild->displayText, "small");
+      // The main image's header stays what it is.
+      EXPECT_EQ(ValueOf(*pool->root), Hex("FFD8"));
+      EXPECT_TRUE(IsWellFormed(*pool));
+    }
+  }
+}
+
+TEST(Dispatch, AThumbnailBeyondTheFileHasALengthAndNoBytes) {
+  for (const std::uint32_t length : {5000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+    // Length first: the pointer's own range has to be valid, which such a length as an offset is not.
+    const PoolPtr pool = ReadPool(TiffBuilder(kBig).Ifd0(
+        {{kThumbnailStart, 4, 1, [](Order o, std::uint32_t at) { return Put32(at, o) + SmallJpeg(); }},
+         Short(0x0112, 1)}));
+    ASSERT_EQ(AllItems(*pool, "jpegh", "SOI").size(), 1u);
+    LxParseContext context;
+    LxInitParseContext(&context, pool->blocks->fileSize);
+    LxMetadataItem item = *AllItems(*pool, "jpegh", "SOI")[0];
+    context.pendingThumbnailStart = 8;
+    context.pendingThumbnailLength = length;
+    context.pendingThumbnailItem = &item;
+    LxJoinPendingThumbnail(pool->blocks, &context);
+    EXPECT_EQ(item.value, nullptr) << length;
+    EXPECT_GT(item.valueLength, 0) << length;
+    EXPECT_EQ(context.pendingThumbnailItem, nullptr) << length;
+  }
+}
+
+TEST(Dispatch, WhatLeadsNowhereIsDeletedOnlyWhereItIsAnIfdPointer) {
+  for (const Order order : {kLittle, kBig}) {
+    const Bytes file = TiffBuilder(order).Ifd0({Raw(0x8769, 4, 1, 0x00FFFF00), Raw(0x8825, 4, 1, 0x00FFFF00),
+                                                Undef(0x83BB, Text("no datasets")), Short(0x0112, 1)});
+    const PoolPtr pool = ReadPool(file);
+    EXPECT_EQ(DumpPool(*pool, "tiff"),
+              "tiff ExifOffset long 16776960 (deleted)\n"
+              "tiff GPSInfoIFD long 16776960 (deleted)\n"
+              "tiff IptcNaa undef no datasets\n"
+              "tiff Orientation short 1\n");
+    EXPECT_EQ(Find(*pool, "tiff", "ExifOffset"), nullptr);
+    EXPECT_EQ(Find(*pool, "tiff", "GPSInfoIFD"), nullptr);
+    EXPECT_NE(Find(*pool, "tiff", "IptcNaa"), nullptr);
+    EXPECT_NE(Find(*pool, "tiff", "Orientation"), nullptr);
+  }
+}
+
+}  // namespace

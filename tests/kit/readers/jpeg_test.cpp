@@ -1,0 +1,204 @@
+// The walk over JPEG segments and what their payloads become.
+#include <gtest/gtest.h>
+
+#include "kit/model/tables/tables.h"
+#include "kit/model/value.h"
+#include "kit/readers/readers.h"
+#include "tests/support/image_builders.h"
+#include "tests/support/pool_support.h"
+
+using namespace lxtest;
+
+namespace {
+
+Bytes SmallExif() {
+  return TiffBuilder(kBig).Ifd0({Short(0x0112, 6)});
+}
+Bytes SmallResources() {
+  return ResourceBuilder().Iptc(IptcBuilder().Add(25, "harbour"));
+}
+
+// The segments below the main image's SOI, as "APP1 DQT ...".
+std::string SegmentsOf(const Bytes& file) {
+  OpenedFile opened(file);
+  const LxMetadataItem* root = opened.Parse(kLxJpegSpace);
+  std::string out;
+  for (const LxMetadataItem* item = root != nullptr ? root->firstChild : nullptr; item != nullptr; item = item->next) {
+    out += (out.empty() ? "" : " ") + std::string(item->name);
+  }
+  EXPECT_TRUE(IsWellFormed(opened.pool()));
+  return out;
+}
+
+TEST(Jpeg, EverySegmentIsAnItemWithItsPayloadBelowIt) {
+  const Bytes file = JpegBuilder()
+                         .App0Jfif()
+                         .App1Exif(SmallExif())
+                         .App1Xmp("<x:xmpmeta/>")
+                         .App2FlashPix(Text("flash"))
+                         .App2Icc(IccProfile("Wide"), 1, 2)
+                         .App2Icc(Text("the second chunk"), 2, 2)
+                         .App13(SmallResources())
+                         .Comment("two\nlines");
+  LxResult status = -1;
+  const PoolPtr pool = ReadPool(file, &status);
+  EXPECT_EQ(status, kLxOk);
+  EXPECT_EQ(DumpPool(*pool),
+            "jpegh SOI undef\n"
+            "  jpeg APP0 undef JFIF\n"
+            "    jfif Data undef\n"
+            "  jpeg APP1 undef Exif\n"
+            "    tiffh IFDHeader undef\n"
+            "      tiffh IFD undef\n"
+            "        tiff Orientation short 6\n"
+            "  jpeg APP1 undef http://ns.adobe.com/xap/1.0/\n"
+            "    xmp XmpData undef\n"
+            "  jpeg APP2 undef FPXR\n"
+            "    fpxr FpxrData undef\n"
+            "  jpeg APP2 undef ICC_PROFILE\n"
+            "    icc IccProfile undef Wide\n"
+            "  jpeg APP2 undef ICC_PROFILE\n"
+            "    icc IccProfile undef\n"
+            "  jpeg APP13 undef Picturist 3.0\n"
+            "    ir IptcNaa undef 28 2 25 0 7 104 97 114 98 111 117 114\n"
+            "      iptc Keywords ascii harbour\n"
+            "  jpeg COM undef two\\nlines\n"
+            "  jpeg DQT undef\n"
+            "  jpeg SOF0 undef\n"
+            "  jpeg DHT undef\n"
+            "  jpeg SOS undef\n");
+  EXPECT_EQ(ValueOf(*Find(*pool, "xmp", "XmpData")), Text("<x:xmpmeta/>"));
+  EXPECT_EQ(ValueOf(*Find(*pool, "fpxr", "FpxrData")), Text("flash"));
+  EXPECT_EQ(ValueOf(*Find(*pool, "icc", "IccProfile")), IccProfile("Wide"));
+  EXPECT_EQ(ValueOf(*Find(*pool, "jfif", "Data")).size(), 9u);
+}
+
+// The item covers the segment's header when a reader has read the rest, and never more than the segment.
+enum Outcome { kRead, kDeleted, kUnread };
+
+TEST(Jpeg, ARecognisedSegmentShrinksToItsHeader) {
+  const struct {
+    int app;
+    const char* identifier;
+    Bytes data;
+    std::size_t length;
+    Outcome outcome;
+  } cases[] = {
+      {1, "Exif", Filled(1) + SmallExif(), 4 + 4, kRead},
+      {1, "Meta", Filled(1) + SmallExif(), 4 + 4, kRead},
+      {3, "Exif", Filled(1) + SmallExif(), 4 + 4, kRead},
+      {3, "Meta", Filled(1) + SmallExif(), 4 + 4, kRead},
+      {1, "Exif", Filled(1) + Text("MM??"), 4 + 4, kDeleted},
+      {1, "Exif", Bytes(), 7, kDeleted},  // No room for the padding: all 7 bytes are the header.
+      {0, "JFIF", Filled(9), 4 + 3, kRead},
+      {0, "JFIF", Filled(8), 4 + 3, kDeleted},
+      {1, kLxXmpSegmentId, Text("<x/>"), 28 + 3, kRead},
+      {1, kLxXmpSegmentId, Bytes(), 28 + 3, kRead},  // An empty packet is one.
+      {2, "FPXR", Text("x"), 4 + 3, kRead},
+      {2, "ICC_PROFILE", Hex("0101") + Text("x"), 11 + 5, kRead},
+      {2, "ICC_PROFILE", Hex("0101"), 11 + 5, kDeleted},
+      {13, "Picturist 3.0", SmallResources(), 13 + 3, kRead},
+      {13, "Picturist 3.0", Text("not a block"), 13 + 3, kDeleted},
+      // Named, but nothing reads them; or not named for that marker.
+      {13, "Velto_CM", SmallResources(), 2 + 9 + 24, kUnread},
+      {14, "Velto", Text("data"), 2 + 6 + 4, kUnread},
+      {2, "Exif", Filled(1) + SmallExif(), 2 + 6 + SmallExif().size(), kUnread},
+      {1, "exif", Filled(1) + SmallExif(), 2 + 6 + SmallExif().size(), kUnread},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.app << " " << c.identifier << " " << c.length);
+    OpenedFile opened(JpegBuilder().App(c.app, c.identifier, c.data));
+    const LxMetadataItem* segment = opened.Parse(kLxJpegSpace)->firstChild;
+    EXPECT_STREQ(segment->displayText, c.identifier);
+    EXPECT_EQ(segment->valueLength, static_cast<std::int32_t>(c.length));
+    EXPECT_EQ((segment->flags & kLxDeleted) != 0, c.outcome == kDeleted);
+    EXPECT_EQ(segment->firstChild != nullptr, c.outcome == kRead);
+    EXPECT_EQ(segment->flags & (kLxClosed | kLxHidden), 0u);  // Records' flags are not the segments'.
+    EXPECT_TRUE(IsWellFormed(opened.pool()));
+  }
+}
+
+TEST(Jpeg, ImageResourcesAreReadUnderAnyUnnamedIdentifier) {
+  const auto keywords = [](const Bytes& file) { return DumpPool(*ReadPool(file), "iptc"); };
+  EXPECT_EQ(keywords(JpegBuilder().App(13, "Picturist 2.5", SmallResources())), "iptc Keywords ascii harbour\n");
+  EXPECT_EQ(keywords(JpegBuilder().App(13, "x", SmallResources())), "iptc Keywords ascii harbour\n");
+  EXPECT_EQ(keywords(JpegBuilder().App(13, "Velto_CM", SmallResources())), "");
+  EXPECT_EQ(keywords(JpegBuilder().App(12, "Picturist 2.5", SmallResources())), "");
+  EXPECT_EQ(keywords(JpegBuilder().App(13, "Picturist 2.5", Text("x") + SmallResources())), "");
+
+  OpenedFile opened(JpegBuilder().App(13, "Other", SmallResources()).App(13, "Other", Text("8BIM")));
+  const LxMetadataItem* read = opened.Parse(kLxJpegSpace)->firstChild;
+  EXPECT_EQ(read->valueLength, 5 + 3);
+  EXPECT_STREQ(read->displayText, "Other");
+  EXPECT_EQ(read->flags & kLxDeleted, 0u);
+  EXPECT_EQ(read->next->valueLength, 5 + 3);
+  EXPECT_EQ(read->next->flags & kLxDeleted, kLxDeleted);
+}
+
+TEST(Jpeg, AnIdentifierIsOneTo256BytesBeforeAZeroByte) {
+  const struct {
+    const char* what;
+    std::uint8_t marker;
+    Bytes payload;
+    std::int32_t length;
+  } cases[] = {
+      {"one", 0xE5, Text("a") + Filled(1), 1},
+      {"longest", 0xEF, Filled(256, 'a') + Filled(1), 256},
+      {"too long", 0xEF, Filled(257, 'a') + Filled(1), 0},
+      {"no zero byte", 0xE5, Text("abc"), 0},
+      {"no zero byte among many", 0xE5, Filled(1000, 'a'), 0},
+      {"empty", 0xE5, Filled(1) + Text("abc"), 0},
+      {"no payload", 0xE5, Bytes(), 0},
+      {"not an APPn marker", 0xDB, Text("abc") + Filled(1), 0},
+  };
+  for (const auto& c : cases) {
+    OpenedFile opened(JpegBuilder().Segment(c.marker, c.payload).Bare());
+    LxJpegSegment segment = {};
+    ASSERT_TRUE(LxReadJpegSegment(opened.cache(), 2, &segment)) << c.what;
+    EXPECT_EQ(LxFindAppIdentifier(segment), c.length) << c.what;
+  }
+}
+
+TEST(Jpeg, TheWalkGoesToTheScanAndKeepsWhatCameBeforeBadData) {
+  const struct {
+    const char* what;
+    Bytes file;
+    const char* segments;
+  } cases[] = {
+      {"the scan ends it", JpegBuilder().Sos().Comment("behind").Bare(), "SOS"},
+      {"an end of image does not", JpegBuilder().Eoi().Comment("behind").Sos().Bare(), "EOI COM SOS"},
+      {"restart markers have no length", JpegBuilder().Raw(Hex("FFD0FFD7")).Dqt().Bare(), "RST0 RST7 DQT"},
+      {"a second start neither", JpegBuilder().Raw(Hex("FFD8")).Dqt().Bare(), "SOI DQT"},
+      {"no marker", JpegBuilder().Dqt().Raw(Hex("00FFDB0002")).Sos().Bare(), "DQT"},
+      {"a marker that is none", JpegBuilder().Dqt().Raw(Hex("FFBF0002")).Sos().Bare(), "DQT"},
+      {"a segment behind the file's end", JpegBuilder().Dqt().Raw(Hex("FFE10003")).Bare(), "DQT"},
+      {"one that ends with the file", JpegBuilder().Dqt().Raw(Hex("FFE1000341")).Bare(), "DQT APP1"},
+      {"a cut length field", JpegBuilder().Dqt().Raw(Hex("FFE100")).Bare(), "DQT"},
+      {"a length that counts less than itself", JpegBuilder().Raw(Hex("FFE10000")).Sos().Bare(), "APP1"},
+      {"nothing", Hex("FFD8"), ""},
+      {"no start", Hex("FFD9FFDB0002"), ""},
+  };
+  for (const auto& c : cases) EXPECT_EQ(SegmentsOf(c.file), c.segments) << c.what;
+}
+
+TEST(Jpeg, SegmentsAreNamedAndCoverTheirBytesFromTheLengthFieldOn) {
+  OpenedFile opened(JpegBuilder().Segment(0xFE, Text("com") + Filled(1) + Text("ment")).Raw(Hex("FFD0")).Bare());
+  const LxMetadataItem* comment = opened.Parse(kLxJpegSpace)->firstChild;
+  EXPECT_EQ(ValueOf(*comment), Put16(10) + Text("com") + Filled(1) + Text("ment"));
+  EXPECT_EQ(comment->tagId, 0xFFFE);
+  EXPECT_EQ(comment->typeCode, kLxTypeUndefined);
+  EXPECT_NE(comment->flags & kLxBigEndianValue, 0u);
+  EXPECT_STREQ(comment->displayText, "com");  // A text ends at its zero byte.
+  EXPECT_EQ(comment->next->valueLength, 0);
+}
+
+TEST(Jpeg, AStreamBeyondItsRangeIsWalkedToTheScan) {
+  // The thumbnail of IFD1 stands at the block's end and goes on behind its segment.
+  const Bytes tiff = TiffBuilder(kLittle).Ifd0({Short(0x0112, 1)}).Thumbnail(Hex("FFD8"));
+  const PoolPtr pool = ReadPool(JpegBuilder().App1Exif(tiff).Comment("behind"));
+  EXPECT_EQ(DumpPool(*pool, "jpegt"),
+            "jpegt COM undef behind\njpegt DQT undef\njpegt SOF0 undef\njpegt DHT undef\n"
+            "jpegt SOS undef\n");
+}
+
+}  // namespace
