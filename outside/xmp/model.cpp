@@ -37,6 +37,57 @@ bool nameBefore(const Node* left, const Node* right) noexcept {
   return left->name() < right->name();
 }
 
+// Blocks of nodes that have gone, for the next ones: an object is mostly made, filled and given up before another is
+// made, and the general allocator is slow at giving back what it was just given.
+class BlockPool {
+ public:
+  ~BlockPool() {
+    while (Block* block = first_) {
+      first_ = block->next;
+      ::operator delete(block);
+    }
+  }
+
+  void* take(std::size_t size) {
+    if (size > kBlockSize) return ::operator new(size);
+    if (first_ == nullptr) return ::operator new(kBlockSize);
+    Block* block = first_;
+    first_ = block->next;
+    --count_;
+    return block;
+  }
+
+  void give(void* memory, std::size_t size) noexcept {
+    if (size > kBlockSize || count_ == kMostBlocks) {
+      ::operator delete(memory);
+      return;
+    }
+    first_ = new (memory) Block{first_};
+    ++count_;
+  }
+
+ private:
+  struct Block {
+    Block* next;
+  };
+
+  static constexpr std::size_t kBlockSize = sizeof(Node) + 40;
+#ifdef __SANITIZE_ADDRESS__
+  static constexpr std::size_t kMostBlocks = 0;  // Else it would see no use of a node that is gone.
+#else
+  static constexpr std::size_t kMostBlocks = 256;
+#endif
+
+  Block* first_ = nullptr;
+  std::size_t count_ = 0;
+};
+
+BlockPool blockPool;
+
+std::size_t blockSize(std::size_t nameLength) noexcept {
+  return sizeof(Node) + nameLength + 1;
+}
+
 }  // namespace
 
 struct NodeList::Index {
@@ -236,7 +287,7 @@ void NodeList::sort() {
 }
 
 NodePtr makeNode(const Namespace* ns, std::string_view name, std::uint32_t options) {
-  void* block = ::operator new(sizeof(Node) + name.size() + 1);
+  void* block = blockPool.take(blockSize(name.size()));
   Node* node = new (block) Node(ns);
   char* text = reinterpret_cast<char*>(node + 1);
   if (!name.empty()) std::memcpy(text, name.data(), name.size());
@@ -248,8 +299,9 @@ NodePtr makeNode(const Namespace* ns, std::string_view name, std::uint32_t optio
 }
 
 void NodeDeleter::operator()(Node* node) const noexcept {
+  const std::size_t size = blockSize(node->nameLength);
   node->~Node();
-  ::operator delete(static_cast<void*>(node));
+  blockPool.give(node, size);
 }
 
 Node* addQualifier(Node* owner, NodePtr qualifier) noexcept {

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <deque>
 #include <functional>
+#include <iterator>
 #include <random>
 #include <unordered_map>
 #include <vector>
@@ -32,10 +33,7 @@ HashKeys makeHashKeys() noexcept {
   return {seed ^ 0x9E3779B97F4A7C15u, (seed * 0xD6E8FEB86659FD93u) ^ 0xA0761D6478BD642Fu};
 }
 
-const HashKeys& hashKeys() noexcept {
-  static const HashKeys keys = makeHashKeys();
-  return keys;
-}
+const HashKeys hashKeys = makeHashKeys();
 
 __extension__ using Wide = unsigned __int128;
 
@@ -44,9 +42,23 @@ std::uint64_t fold(std::uint64_t left, std::uint64_t right) noexcept {
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-std::uint64_t load(const char* bytes, std::size_t length) noexcept {
+// All bytes of up to eight, some of them twice.
+std::uint64_t loadShort(const char* bytes, std::size_t length) noexcept {
+  if (length >= 4) {
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    std::memcpy(&first, bytes, 4);
+    std::memcpy(&last, bytes + length - 4, 4);
+    return (std::uint64_t{first} << 32) | last;
+  }
+  if (length == 0) return 0;
+  const auto at = [bytes](std::size_t place) { return std::uint64_t{static_cast<std::uint8_t>(bytes[place])}; };
+  return at(0) | (at(length / 2) << 8) | (at(length - 1) << 16);
+}
+
+std::uint64_t load8(const char* bytes) noexcept {
   std::uint64_t word = 0;
-  std::memcpy(&word, bytes, length);
+  std::memcpy(&word, bytes, 8);
   return word;
 }
 
@@ -132,7 +144,17 @@ class Registry {
   const WellKnown& wellKnown() const noexcept { return wellKnown_; }
   std::size_t count() const noexcept { return count_; }
 
-  const Namespace* find(std::string_view uri) const noexcept {
+  const Namespace* find(std::string_view uri) noexcept {
+    // A client mostly asks for the same few again and again.
+    for (const Namespace* recent : recent_) {
+      if (recent != nullptr && recent->uri == uri && recent->known) return recent;
+    }
+    const Namespace* record = findAmongAll(uri);
+    if (record != nullptr) recent_[nextRecent_++ % std::size(recent_)] = record;
+    return record;
+  }
+
+  const Namespace* findAmongAll(std::string_view uri) const noexcept {
     const auto place = byURI_.find(uri);
     return place != byURI_.end() && place->second->known ? place->second : nullptr;
   }
@@ -236,22 +258,23 @@ class Registry {
   std::vector<const Namespace*> sorted_;  // Empty when it has to be made anew.
   std::size_t count_ = 0;
   WellKnown wellKnown_{};
+  const Namespace* recent_[4] = {};
+  std::size_t nextRecent_ = 0;
 };
 
 }  // namespace
 
 std::uint32_t hashText(std::string_view text) noexcept {
-  const HashKeys& keys = hashKeys();
+  const HashKeys& keys = hashKeys;
   std::uint64_t hash = keys.first ^ text.size();
   const char* bytes = text.data();
   std::size_t left = text.size();
-  while (left > 8) {
-    hash = fold(hash ^ load(bytes, 8), keys.second);
-    bytes += 8;
-    left -= 8;
+  if (left <= 8) {
+    hash = fold(hash ^ loadShort(bytes, left), keys.second);
+  } else {
+    for (; left > 8; bytes += 8, left -= 8) hash = fold(hash ^ load8(bytes), keys.second);
+    hash = fold(hash ^ load8(bytes + left - 8), keys.first);
   }
-  hash = fold(hash ^ load(bytes, left), keys.second);
-  hash = fold(hash, keys.first);
   return static_cast<std::uint32_t>(hash ^ (hash >> 32));
 }
 
