@@ -77,7 +77,8 @@ TempFile::TempFile(const Bytes& bytes, const std::string& suffix) {
   path_ = (std::filesystem::temp_directory_path() / "lxtest-XXXXXX").string() + suffix;
   const int descriptor = ::mkstemps(path_.data(), static_cast<int>(suffix.size()));
   std::FILE* file = descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb");
-  const bool written = file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  const bool written =
+      file != nullptr && (bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size());
   if (file == nullptr || std::fclose(file) != 0 || !written) ADD_FAILURE() << "cannot write " << path_;
 }
 
