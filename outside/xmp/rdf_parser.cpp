@@ -1,5 +1,5 @@
-// Packets in: expat's events become nodes. Uses expat, the packet's encodings, the model, the registry, the texts and
-// the errors.
+// Packets in: expat's events become nodes. Uses expat, the packet's encodings and prefixes, the model, the registry,
+// the texts and the errors.
 //
 // What is taken from where (ISO 16684-1, clause 7 and annex C), beyond what that says:
 // - rdf:RDF may stand at any depth below elements of other kinds; those, and what stands beside it, are read past.
@@ -19,14 +19,13 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
-#include <deque>
 #include <exception>
 #include <new>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "outside/xmp/packet_encoding.h"
+#include "outside/xmp/packet_prefixes.h"
 #include "outside/xmp/rdf.h"
 #include "outside/xmp/text.h"
 
@@ -78,63 +77,8 @@ ParserSlot& parserSlot() noexcept {
   return slot;
 }
 
-// --- namespaces ------------------------------------------------------------------------------------------------------
-
-struct Binding {
-  std::string prefix;
-  std::string uri;
-  const Namespace* ns =
-      nullptr;                  // Looked up when the prefix is first used, so that only used namespaces are registered.
-  Binding* shadowed = nullptr;  // The outer binding of the same prefix.
-};
-
-// The prefixes that are declared at a place of the packet.
-class Prefixes {
- public:
-  std::size_t mark() const noexcept { return bindings_.size(); }
-
-  void declare(std::string_view prefix, std::string_view uri) {
-    Binding& binding = bindings_.emplace_back(Binding{std::string(prefix), std::string(uri)});
-    const auto [place, isNew] = byPrefix_.try_emplace(std::string_view(binding.prefix), &binding);
-    if (!isNew) {
-      binding.shadowed = place->second;
-      place->second = &binding;
-    }
-    recent_ = nullptr;
-  }
-
-  // Forgets what was declared behind the mark.
-  void restore(std::size_t mark) noexcept {
-    while (bindings_.size() > mark) {
-      Binding& binding = bindings_.back();
-      // The key is a view of the outermost binding's prefix, which is the last to go.
-      const auto place = byPrefix_.find(std::string_view(binding.prefix));
-      if (binding.shadowed == nullptr) {
-        byPrefix_.erase(place);
-      } else {
-        place->second = binding.shadowed;
-      }
-      bindings_.pop_back();
-      recent_ = nullptr;
-    }
-  }
-
-  Binding* find(std::string_view prefix) noexcept {
-    if (recent_ != nullptr && recent_->prefix == prefix) return recent_;
-    const auto place = byPrefix_.find(prefix);
-    if (place == byPrefix_.end()) return nullptr;
-    recent_ = place->second;
-    return recent_;
-  }
-
- private:
-  struct Hash {
-    std::size_t operator()(std::string_view text) const noexcept { return hashText(text); }
-  };
-  std::deque<Binding> bindings_;  // A deque: its elements stay where they are.
-  std::unordered_map<std::string_view, Binding*, Hash> byPrefix_;
-  Binding* recent_ = nullptr;  // Names in a row mostly share their prefix.
-};
+// --- names of RDF
+// -----------------------------------------------------------------------------------------------------
 
 struct Name {
   const Namespace* ns;  // Null: in no namespace.
@@ -172,6 +116,11 @@ Syntax syntaxOf(std::string_view local) noexcept {
 
 std::uint32_t arrayForm(std::string_view local) noexcept {
   return local == "Bag" ? kBag : local == "Seq" ? kSeq : local == "Alt" ? kAlt : 0;
+}
+
+// xmlns="" and xmlns:prefix="".
+bool isDeclaration(std::string_view attribute) noexcept {
+  return attribute.substr(0, 5) == "xmlns" && (attribute.size() == 5 || attribute[5] == ':');
 }
 
 bool isBlank(std::string_view text) noexcept {
@@ -295,7 +244,7 @@ struct PacketParser::State {
   std::exception_ptr failure;
 
   const WellKnown& known = wellKnown();
-  Prefixes prefixes;
+  PacketPrefixes prefixes;
   std::vector<Frame> frames;
   std::string text;        // Of the innermost kProperty, until its child comes.
   Node* schema = nullptr;  // The one used last.
@@ -354,7 +303,7 @@ void PacketParser::State::fail(ErrorId id, const std::string& what) const {
 void PacketParser::State::declarePrefixes(Attributes attributes) {
   for (; *attributes != nullptr; attributes += 2) {
     const std::string_view name = attributes[0];
-    if (name.substr(0, 5) != "xmlns" || (name.size() > 5 && name[5] != ':')) continue;
+    if (!isDeclaration(name)) continue;
     const std::string_view prefix = name.substr(std::min<std::size_t>(name.size(), 6));
     const std::string_view uri = attributes[1];
     if (prefix.empty() != (name.size() == 5) || prefix == "xmlns" || (prefix == "xml") != (uri == kXMLNamespace) ||
@@ -379,7 +328,7 @@ Name PacketParser::State::resolve(std::string_view qualified, bool isAttribute) 
       fail(ErrorId::kBadXML, shown(qualified) + " is no name with a prefix");
     }
   }
-  Binding* binding = prefixes.find(prefix);
+  PrefixBinding* const binding = prefixes.find(prefix);
   if (binding == nullptr || binding->uri.empty()) {
     if (!hasPrefix) return {nullptr, local};
     const Namespace* usual = findPrefix(prefix);
@@ -540,7 +489,7 @@ void PacketParser::State::startNodeElement(std::string_view qualified, const Nam
   };
   for (; *attributes != nullptr; attributes += 2) {
     const std::string_view attribute = attributes[0];
-    if (attribute.substr(0, 5) == "xmlns") continue;
+    if (isDeclaration(attribute)) continue;
     const Name attributeName = resolve(attribute, true);
     if (attributeName.ns == known.xml) {
       if (attributeName.local == "lang") addLanguage(frame, attributes[1]);
@@ -624,7 +573,7 @@ void PacketParser::State::readPropertyAttributes(std::string_view qualified, Att
   bool hasOthers = false;
   for (Attributes at = attributes; *at != nullptr; at += 2) {
     const std::string_view attribute = at[0];
-    if (attribute.substr(0, 5) == "xmlns") continue;
+    if (isDeclaration(attribute)) continue;
     const Name name = resolve(attribute, true);
     if (name.ns == known.xml) {
       if (name.local == "lang") addLanguage(frame, at[1]);
@@ -659,7 +608,7 @@ void PacketParser::State::readPropertyAttributes(std::string_view qualified, Att
   if (hasOthers) {
     checkDepth(frame.depth + 1);
     for (Attributes at = attributes; *at != nullptr; at += 2) {
-      if (std::string_view(at[0]).substr(0, 5) == "xmlns") continue;
+      if (isDeclaration(at[0])) continue;
       const Name name = resolve(at[0], true);
       if (name.ns == known.xml || attributeSyntax(name) != Syntax::kNone) continue;
       const bool isRDF = name.ns == known.rdf;

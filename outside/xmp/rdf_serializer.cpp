@@ -180,7 +180,7 @@ class Writer {
         hasElements = true;
         return;
       }
-      startAttributeLine(level + 1);
+      startAttributeLine(level + 2);
       put(qualifiedName(property));
       put("=\"");
       putEscaped(property->value);

@@ -1,0 +1,148 @@
+// Packets out: the text that people and diff see, and what the options change of it. That everything reads back is
+// roundtrip_test's.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "outside/xmp/rdf.h"
+#include "tests/outside/xmp/object_text.h"
+
+namespace velto::test {
+namespace {
+
+std::string serialized(const Object& object, const SerializeOptions& options) {
+  std::string packet;
+  serializeObject(object, options, packet);
+  return packet;
+}
+
+std::string serialized(const std::string& packet, const SerializeOptions& options) {
+  return serialized(parse(packet)->result(), options);
+}
+
+constexpr std::uint32_t kBare = kXMPSerializeOmitWrapper | kXMPSerializeOmitMeta;
+
+const std::string kOneOfEach = inRDF(
+    "<rdf:Description rdf:about='uuid:&lt;1>' dc:format='image/jpeg'><xmp:BaseURL rdf:resource='http://a?b&amp;c'/>"
+    "<dc:title><rdf:Alt><rdf:li xml:lang='x-default'>A &lt;&quot;b&quot;&gt;&#10;c</rdf:li></rdf:Alt></dc:title>"
+    "<dc:subject><rdf:Bag/></dc:subject><exif:Flash exif:Fired='True' exif:Mode='1'/>"
+    "<t:a xml:lang='de' rdf:value='v' t:q='1'/><t:s rdf:parseType='Resource'/><t:e/></rdf:Description>");
+
+TEST(RDFSerializer, CanonicalPacket) {
+  EXPECT_EQ(serialized(kOneOfEach, {.padding = 0}),
+            "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
+            R"(<x:xmpmeta xmlns:x="adobe:ns:meta/" x:xmptk="LxBridge">
+ <rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
+  <rdf:Description rdf:about="uuid:&lt;1&gt;"
+    xmlns:dc="http://purl.org/dc/elements/1.1/"
+    xmlns:xmp="http://ns.adobe.com/xap/1.0/"
+    xmlns:exif="http://ns.adobe.com/exif/1.0/"
+    xmlns:t="http://test.example/t/">
+   <dc:format>image/jpeg</dc:format>
+   <dc:title>
+    <rdf:Alt>
+     <rdf:li xml:lang="x-default">A &lt;&quot;b&quot;&gt;&#xA;c</rdf:li>
+    </rdf:Alt>
+   </dc:title>
+   <dc:subject>
+    <rdf:Bag/>
+   </dc:subject>
+   <xmp:BaseURL rdf:resource="http://a?b&amp;c"/>
+   <exif:Flash rdf:parseType="Resource">
+    <exif:Fired>True</exif:Fired>
+    <exif:Mode>1</exif:Mode>
+   </exif:Flash>
+   <t:a xml:lang="de" rdf:parseType="Resource">
+    <rdf:value>v</rdf:value>
+    <t:q>1</t:q>
+   </t:a>
+   <t:s rdf:parseType="Resource"/>
+   <t:e/>
+  </rdf:Description>
+ </rdf:RDF>
+</x:xmpmeta>
+<?xpacket end="w"?>)");
+}
+
+TEST(RDFSerializer, CompactFormWithOtherLineEndsAndIndents) {
+  EXPECT_EQ(serialized(kOneOfEach,
+                       {.options = kBare | kXMPSerializeCompact, .newline = "\r\n", .indent = "\t", .baseIndent = 1}),
+            "\t<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">\r\n"
+            "\t\t<rdf:Description rdf:about=\"uuid:&lt;1&gt;\"\r\n"
+            "\t\t\t\txmlns:dc=\"http://purl.org/dc/elements/1.1/\"\r\n"
+            "\t\t\t\txmlns:xmp=\"http://ns.adobe.com/xap/1.0/\"\r\n"
+            "\t\t\t\txmlns:exif=\"http://ns.adobe.com/exif/1.0/\"\r\n"
+            "\t\t\t\txmlns:t=\"http://test.example/t/\"\r\n"
+            "\t\t\t\tdc:format=\"image/jpeg\"\r\n"
+            "\t\t\t\tt:e=\"\">\r\n"
+            "\t\t\t<dc:title>\r\n"
+            "\t\t\t\t<rdf:Alt>\r\n"
+            "\t\t\t\t\t<rdf:li xml:lang=\"x-default\">A &lt;&quot;b&quot;&gt;&#xA;c</rdf:li>\r\n"
+            "\t\t\t\t</rdf:Alt>\r\n"
+            "\t\t\t</dc:title>\r\n"
+            "\t\t\t<dc:subject>\r\n"
+            "\t\t\t\t<rdf:Bag/>\r\n"
+            "\t\t\t</dc:subject>\r\n"
+            "\t\t\t<xmp:BaseURL rdf:resource=\"http://a?b&amp;c\"/>\r\n"
+            "\t\t\t<exif:Flash exif:Fired=\"True\" exif:Mode=\"1\"/>\r\n"
+            "\t\t\t<t:a xml:lang=\"de\" rdf:value=\"v\" t:q=\"1\"/>\r\n"
+            "\t\t\t<t:s rdf:parseType=\"Resource\"/>\r\n"
+            "\t\t</rdf:Description>\r\n"
+            "\t</rdf:RDF>\r\n");
+}
+
+TEST(RDFSerializer, AnEmptyObjectIsAPacketToo) {
+  EXPECT_EQ(serialized(Object(), {.options = kBare}),
+            "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">\n <rdf:Description rdf:about=\"\"/>\n"
+            "</rdf:RDF>\n");
+}
+
+TEST(RDFSerializer, PaddingAndLengthAreExact) {
+  const Object object;
+  for (const std::string_view newline : {"\n", "\r\n", ""}) {
+    const std::size_t bare = serialized(object, {.padding = 0, .newline = newline}).size();
+    for (const std::int32_t padding : {1, 2, 99, 100, 101, 102, 200, 2048}) {
+      const std::string packet = serialized(object, {.padding = padding, .newline = newline});
+      EXPECT_EQ(packet.size(), bare + static_cast<std::size_t>(padding));
+      const auto length = static_cast<std::int32_t>(packet.size());
+      EXPECT_EQ(serialized(object, {.options = kXMPSerializeExactLength, .padding = length, .newline = newline}),
+                packet);
+      EXPECT_EQ(failureOf(packet), "");
+    }
+    const auto tight = static_cast<std::int32_t>(bare);
+    EXPECT_EQ(serialized(object, {.options = kXMPSerializeExactLength, .padding = tight, .newline = newline}).size(),
+              bare);
+    EXPECT_THROW(
+        (void)serialized(object, {.options = kXMPSerializeExactLength, .padding = tight - 1, .newline = newline}),
+        ToolkitError);
+  }
+  const std::string usual = serialized(object, {});
+  EXPECT_EQ(usual.size(), serialized(object, {.padding = 2048}).size());
+  // Nobody writes into a read-only packet, so it has room only where the caller asks for it.
+  const std::string readOnly = serialized(object, {.options = kXMPSerializeReadOnly});
+  EXPECT_EQ(readOnly.size(), serialized(object, {.padding = 0}).size());
+  EXPECT_EQ(readOnly.substr(readOnly.rfind('\n')), "\n<?xpacket end=\"r\"?>");
+}
+
+TEST(RDFSerializer, SenselessOptionsAreErrorsAndLeaveThePacketAsItWas) {
+  const SerializeOptions kCases[] = {
+      {.options = 0x1},
+      {.options = kXMPSerializeOmitWrapper | kXMPSerializeReadOnly},
+      {.options = kXMPSerializeOmitWrapper | kXMPSerializeExactLength, .padding = 10000},
+      {.options = kXMPSerializeExactLength},
+      {.options = kXMPSerializeExactLength, .padding = 10},
+      {.newline = "<"},
+      {.indent = "x"},
+      {.indent = "\n"},
+      {.baseIndent = -1},
+      {.baseIndent = 1 << 30},
+  };
+  for (std::size_t i = 0; i < std::size(kCases); i++) {
+    std::string packet = "before";
+    EXPECT_THROW(serializeObject(Object(), kCases[i], packet), ToolkitError) << i;
+    EXPECT_EQ(packet, "before") << i;
+  }
+}
+
+}  // namespace
+}  // namespace velto::test
