@@ -4,6 +4,7 @@
 #ifndef LXBRIDGE_KIT_BASE_PLATFORM_H_
 #define LXBRIDGE_KIT_BASE_PLATFORM_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 
@@ -19,6 +20,12 @@ void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept;
 // fseek and ftell in 64 bits. -1: the file has no position.
 [[nodiscard]] int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept;
 [[nodiscard]] std::int64_t LxPlatformTell(std::FILE* file) noexcept;
+
+// Reading by position, without moving the file's own: the length of a regular file that can be read so (-1: it cannot), and
+// up to `length` bytes from `offset` (fewer at the file's end or at a failure).
+[[nodiscard]] std::int64_t LxPlatformDirectLength(std::FILE* file) noexcept;
+[[nodiscard]] std::size_t LxPlatformReadAt(std::FILE* file, void* buffer, std::size_t length,
+                                           std::int64_t offset) noexcept;
 
 // Whether the path names a directory.
 [[nodiscard]] bool LxPlatformIsDirectory(const char* path) noexcept;

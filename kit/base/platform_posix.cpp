@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "kit/base/platform.h"
 
 static_assert(sizeof(off_t) >= 8);
@@ -28,6 +30,23 @@ int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept {
 
 std::int64_t LxPlatformTell(std::FILE* file) noexcept {
   return ftello(file);
+}
+
+std::int64_t LxPlatformDirectLength(std::FILE* file) noexcept {
+  struct stat status = {};
+  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
+}
+
+std::size_t LxPlatformReadAt(std::FILE* file, void* buffer, std::size_t length, std::int64_t offset) noexcept {
+  std::size_t done = 0;
+  while (done < length) {
+    const ssize_t got =
+        pread(fileno(file), static_cast<char*>(buffer) + done, length - done, offset + static_cast<off_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
 }
 
 bool LxPlatformIsDirectory(const char* path) noexcept {

@@ -43,6 +43,15 @@ std::int64_t LxPlatformTell(std::FILE* file) noexcept {
   return _ftelli64(file);
 }
 
+// The C runtime has no reading by position.
+std::int64_t LxPlatformDirectLength(std::FILE*) noexcept {
+  return -1;
+}
+
+std::size_t LxPlatformReadAt(std::FILE*, void*, std::size_t, std::int64_t) noexcept {
+  return 0;
+}
+
 bool LxPlatformIsDirectory(const char* path) noexcept {
   char16_t* widePath = LxUtf8ToUtf16(path);
   if (widePath == nullptr) return false;

@@ -44,11 +44,28 @@ bool WritePending(LxStream* stream) noexcept {
   return true;
 }
 
+// From the file itself, behind what the buffer holds.
+std::size_t ReadFile(LxStream* stream, void* buffer, std::size_t length) noexcept {
+  if (stream->direct == 0) return std::fread(buffer, 1, length, stream->file);
+  const std::size_t got = LxPlatformReadAt(stream->file, buffer, length, stream->position);
+  stream->position += static_cast<std::int64_t>(got);
+  return got;
+}
+
+// As fseek: a position in front of the file is a failure, one behind its end is none.
+std::int32_t SeekDirect(LxStream* stream, std::int64_t offset, std::int32_t whence) noexcept {
+  if (whence == SEEK_CUR) offset += stream->position;
+  if (whence == SEEK_END) offset += stream->fileLength;
+  if (offset < 0) return -1;
+  stream->position = offset;
+  return 0;
+}
+
 std::int32_t Fill(LxStream* stream) noexcept {
   if (!Has(stream, kLxStreamReadable)) return Fail(stream, -1);
   if (stream->unbuffered != 0) return std::getc(stream->file);
   EmptyBuffer(stream);
-  const std::size_t got = std::fread(stream->buffer, 1, sizeof(stream->buffer), stream->file);
+  const std::size_t got = ReadFile(stream, stream->buffer, sizeof(stream->buffer));
   if (got == 0) return -1;
   stream->count = static_cast<std::int32_t>(got) - 1;
   return *stream->cursor++;
@@ -75,8 +92,7 @@ std::int32_t Read(void* buffer, std::int32_t size, std::int32_t count, LxStream*
   }
   std::size_t direct = 0;
   if (buffered < want) {
-    direct = std::fread(static_cast<std::uint8_t*>(buffer) + buffered, 1, static_cast<std::size_t>(want - buffered),
-                        stream->file);
+    direct = ReadFile(stream, static_cast<std::uint8_t*>(buffer) + buffered, static_cast<std::size_t>(want - buffered));
   }
   return static_cast<std::int32_t>(buffered) + static_cast<std::int32_t>(direct);
 }
@@ -99,7 +115,13 @@ std::int32_t Write(const void* buffer, std::int32_t size, std::int32_t count, Lx
 
 std::int32_t Unget(std::int32_t byte, LxStream* stream) noexcept {
   if (!Has(stream, kLxStreamReadable)) return Fail(stream, -1);
-  if (stream->count < 1) return std::ungetc(byte, stream->file);
+  if (stream->count < 1) {
+    if (stream->direct == 0) return std::ungetc(byte, stream->file);
+    stream->base = stream->cursor = stream->buffer;
+    *stream->cursor = static_cast<std::uint8_t>(byte & 0xFF);
+    stream->count = 1;
+    return *stream->cursor;
+  }
   if (stream->cursor == stream->buffer) return -1;  // More given back than was taken from this buffer.
   *--stream->cursor = static_cast<std::uint8_t>(byte & 0xFF);
   ++stream->count;
@@ -131,11 +153,11 @@ std::int32_t Seek(LxStream* stream, std::int32_t offset, std::int32_t whence) no
   if (!Has(stream, kLxStreamSeekable)) return -1;
   if (Has(stream, kLxStreamWritable) && HasPending(stream) && !WritePending(stream)) return -1;
   EmptyBuffer(stream);
-  return LxPlatformSeek(stream->file, offset, whence);
+  return stream->direct != 0 ? SeekDirect(stream, offset, whence) : LxPlatformSeek(stream->file, offset, whence);
 }
 
 std::int32_t Tell(LxStream* stream) noexcept {
-  std::int64_t position = LxPlatformTell(stream->file);
+  std::int64_t position = stream->direct != 0 ? stream->position : LxPlatformTell(stream->file);
   if (position == -1) return -1;
   position += Has(stream, kLxStreamReadable) ? -std::int64_t{stream->count} : stream->cursor - stream->base;
   return static_cast<std::int32_t>(std::min<std::int64_t>(position, INT32_MAX));
@@ -169,8 +191,14 @@ LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* 
   }
   stream->methods = &kLxFileStreamMethods;
   stream->procs = procs;
-  if (LxPlatformTell(stream->file) != -1) stream->flags |= kLxStreamSeekable;
-  stream->unbuffered = !Has(stream, kLxStreamSeekable) || LxPlatformIsTerminal(stream->file) ? 1 : 0;
+  if (stream->borrowed == 0 && std::strpbrk(mode, "wa+") == nullptr) {
+    const std::int64_t length = LxPlatformDirectLength(stream->file);
+    stream->direct = length >= 0 ? 1 : 0;
+    stream->fileLength = length;
+  }
+  if (stream->direct != 0 || LxPlatformTell(stream->file) != -1) stream->flags |= kLxStreamSeekable;
+  const bool terminal = stream->direct == 0 && LxPlatformIsTerminal(stream->file);
+  stream->unbuffered = !Has(stream, kLxStreamSeekable) || terminal ? 1 : 0;
   // Reads are whole pages or come through the buffer here, so a second buffer in the FILE would only cost: it is filled
   // again after every seek. A borrowed FILE may have been read from already, and what it holds is not ours to drop.
   if (stream->borrowed == 0 && stream->unbuffered == 0) (void)std::setvbuf(stream->file, nullptr, _IONBF, 0);

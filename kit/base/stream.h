@@ -47,6 +47,11 @@ struct LxStream {
   std::uint16_t unbuffered; // 1: not seekable, or a terminal; reads go to the file directly.
   std::uint16_t borrowed;   // 1: the FILE is the caller's and stays open at close.
   std::uint8_t buffer[kLxStreamBufferSize];
+  // A regular file that we opened for reading only is read by position, so that seeking and telling are no calls of the
+  // system: they are most of what opening a photograph and looking at its first pages would cost.
+  std::uint16_t direct;     // 1: read by position; the FILE's own position is not used.
+  std::int64_t position;    // Direct: of the byte behind the buffer.
+  std::int64_t fileLength;  // Direct: as it was when the file was opened.
 };
 
 // The method table of all file streams.
