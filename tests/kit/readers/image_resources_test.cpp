@@ -1,0 +1,266 @@
+// Image resource blocks: where they begin and end, what each holds, and the same result from all three containers.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+
+#include "kit/model/tables/tables.h"
+#include "kit/model/value.h"
+#include "kit/readers/dispatch.h"
+#include "tests/support/image_builders.h"
+#include "tests/support/item_tree.h"
+#include "tests/support/pool_support.h"
+
+using namespace lxtest;
+
+namespace {
+
+// The three things that hold resource blocks; the TIFF file in both byte orders, which the blocks' own does not follow.
+struct Container {
+  const char* name;
+  std::function<Bytes(const Bytes&)> around;
+};
+const Container kContainers[] = {
+    {"a JPEG segment", [](const Bytes& blocks) { return JpegBuilder().App13(blocks).Build(); }},
+    {"a PSD file", [](const Bytes& blocks) { return PsdBuilder().Resources(blocks).Build(); }},
+    {"a TIFF tag, II", [](const Bytes& blocks) { return TiffBuilder(kLittle).Ifd0({Undef(0x8649, blocks)}).Build(); }},
+    {"a TIFF tag, MM", [](const Bytes& blocks) { return TiffBuilder(kBig).Ifd0({Undef(0x8649, blocks)}).Build(); }},
+};
+
+std::string Resources(const Bytes& file) {
+  const PoolPtr pool = ParsePool(file);
+  EXPECT_TRUE(IsWellFormed(*pool));
+  return DumpPool(*pool, "ir");
+}
+
+Bytes InPsd(const Bytes& blocks) {
+  return PsdBuilder().Resources(blocks);
+}
+
+// A small JPEG stream that begins and ends as a thumbnail does.
+Bytes Thumbnail() {
+  return JpegBuilder().Comment("small").Sof0(16, 12).Sos().Eoi().Bare();
+}
+
+TEST(ImageResources, NamesAndDataOfEveryParityArePaddedToEvenLengths) {
+  for (const Container& container : kContainers) {
+    for (const std::size_t nameLength : {0u, 1u, 2u, 3u, 254u, 255u}) {
+      for (const std::size_t dataLength : {0u, 1u, 2u, 7u, 5000u}) {
+        SCOPED_TRACE(std::string(container.name) + " " + std::to_string(nameLength) + " " + std::to_string(dataLength));
+        const Bytes data = Filled(dataLength, 'd');
+        const PoolPtr pool = ParsePool(container.around(ResourceBuilder()
+                                                            .Block(0x0FA0, data, std::string(nameLength, 'n'))
+                                                            .Block(0x040B, Text("http://a.b/"))
+                                                            .Raw(Filled(1))));
+        EXPECT_TRUE(IsWellFormed(*pool));
+        const auto items = AllItems(*pool, "ir");
+        ASSERT_GE(items.size(), 2u);
+        const LxMetadataItem& unknown = *items[items.size() - 2];
+        EXPECT_STREQ(unknown.name, " 0fa0");
+        EXPECT_EQ(unknown.typeCode, kLxTypeUndefined);
+        EXPECT_EQ(ValueOf(unknown), data);
+        EXPECT_EQ(unknown.flags & (kLxBigEndianValue | kLxOwnsName), kLxBigEndianValue | kLxOwnsName);
+        const LxMetadataItem& url = *items.back();
+        EXPECT_STREQ(url.name, "URL");
+        EXPECT_EQ(url.typeCode, kLxTypeAscii);
+        EXPECT_STREQ(url.displayText, "http://a.b/");
+        EXPECT_EQ(url.flags & kLxBigEndianValue, kLxBigEndianValue);
+      }
+    }
+  }
+}
+
+TEST(ImageResources, ABlockIsReadWhileMoreThanTwelveBytesAreLeft) {
+  const Bytes blocks = ResourceBuilder().Block(0x040A, {1}).Block(0x0FA0, {});
+  for (const Container& container : kContainers) {
+    EXPECT_EQ(Resources(container.around(blocks)).find(" 0fa0"), std::string::npos) << container.name;
+    EXPECT_NE(Resources(container.around(blocks + Filled(1))).find(" 0fa0"), std::string::npos) << container.name;
+  }
+}
+
+TEST(ImageResources, TheWalkEndsAtWhatIsNoBlock) {
+  const Bytes first = ResourceBuilder().Block(0x040A, {1});
+  const Bytes good = first + ResourceBuilder().Block(0x0FA0, Text("two")).Block(0x0FA1, Text("three")).Build();
+  const std::size_t second = first.size();
+  const std::string one = "ir CopyrightFlag undef 1\n";
+  const std::string all = one + "ir  0fa0 undef 116 119 111\nir  0fa1 undef three\n";
+  ASSERT_EQ(Resources(InPsd(good)), all);
+
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(Resources(InPsd(WithByte(good, second + i, '?'))), one) << i;
+  // Data up to the file's last byte is read, one byte more is not; sums that wrap are no way round that.
+  const std::size_t sizeField = second + 8, dataStart = second + 12;
+  const auto fits = static_cast<std::uint32_t>(InPsd(good).size() - (34 + dataStart));
+  EXPECT_EQ(AllItems(*ParsePool(InPsd(WithBytes(good, sizeField, Put32(fits)))), "ir").back()->valueLength,
+            static_cast<std::int32_t>(fits));
+  for (const std::uint32_t size : {fits + 1, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFF0u, 0xFFFFFFFFu}) {
+    EXPECT_EQ(Resources(InPsd(WithBytes(good, sizeField, Put32(size)))), one) << size;
+  }
+  // A name that reaches beyond the file.
+  EXPECT_EQ(Resources(InPsd(WithByte(Truncated(good, dataStart + 4), second + 6, 255))), one);
+}
+
+TEST(ImageResources, DataBeyondTheSegmentIsReadWhenTheFileHasIt) {
+  // The size reaches over the segment's end into the ones behind it.
+  const auto bent = [](const Bytes& block) { return WithBytes(block, 8, Put32(block.size() - 12 + 40)); };
+  const Bytes caption = ResourceBuilder().Block(0x03F0, Text("plain")).Raw({});
+  const PoolPtr whole = ParsePool(JpegBuilder().App13(caption));
+  EXPECT_EQ(Find(*whole, "ir", "Caption")->valueLength, 5);
+  const PoolPtr over = ParsePool(JpegBuilder().App13(bent(caption)));
+  EXPECT_TRUE(IsWellFormed(*over));
+  EXPECT_EQ(Find(*over, "ir", "Caption")->valueLength, 6 + 40);
+  // What would have to be read from beyond the limit is not.
+  const Bytes iptc = ResourceBuilder().Iptc(IptcBuilder().Add(25, "harbours"));
+  EXPECT_EQ(DumpPool(*ParsePool(JpegBuilder().App13(iptc)), "iptc"), "iptc Keywords ascii harbours\n");
+  const PoolPtr beyond = ParsePool(JpegBuilder().App13(bent(iptc)));
+  EXPECT_EQ(DumpPool(*beyond, "iptc"), "");
+  ASSERT_EQ(AllItems(*beyond, "ir", "IptcNaa").size(), 1u);
+  EXPECT_EQ(AllItems(*beyond, "ir", "IptcNaa")[0]->flags & kLxDeleted, kLxDeleted);
+}
+
+TEST(ImageResources, WhatABlockHoldsStandsBelowIt) {
+  for (const Order order : {kLittle, kBig}) {
+    const Bytes blocks = ResourceBuilder()
+                             .Iptc(IptcBuilder().Add(25, "harbour"))
+                             .Exif(TiffBuilder(order).Ifd0({Short(0x0112, 6)}).Exif({Ratl(0x829A, 1, 250)}))
+                             .Block(0x0423, TiffBuilder(order == kBig ? kLittle : kBig).Ifd0({Short(0x0112, 3)}))
+                             .Xmp("<x/>")
+                             .Thumbnail(Thumbnail())
+                             .Block(0x0406, Hex("0006 0000 0000"));
+    for (const Container& container : kContainers) {
+      SCOPED_TRACE(container.name);
+      const PoolPtr pool = ParsePool(container.around(blocks));
+      EXPECT_TRUE(IsWellFormed(*pool));
+      EXPECT_EQ(Shape(Find(*pool, "ir", "")),
+                "ir.IptcNaa{iptc.Keywords} "
+                "ir.ExifData1{tiffh.IFDHeader{tiffh.IFD{tiff.Orientation tiff.ExifOffset{exif.ExposureTime}}}} "
+                "ir.ExifData3{tiffh.IFDHeader{tiffh.IFD{tiff.Orientation}}} "
+                "ir.XMPMetadata{xmp.XmpData} "
+                "ir.Thumbnail{jpegh.SOI{jpegt.COM jpegt.SOF0 jpegt.SOS}} "
+                "ir.JPEGQuality");
+      EXPECT_STREQ(Find(*pool, "iptc", "Keywords")->displayText, "harbour");
+      EXPECT_STREQ(Find(*pool, "exif", "ExposureTime")->displayText, "1/250s");
+      EXPECT_STREQ(Find(*pool, "ir", "JPEGQuality")->displayText, "10");
+      EXPECT_EQ(ValueOf(*Find(*pool, "xmp", "XmpData")), Text("<x/>"));
+      // Searches do not enter a thumbnail, so its frame never passes for the image's.
+      EXPECT_EQ(Find(*pool, "jpegt", ""), nullptr);
+      // Each block in its own byte order; a search by name finds the first.
+      EXPECT_EQ(ValueOf(*Find(*pool, "tiff", "Orientation")), Put16(6, order));
+    }
+  }
+}
+
+TEST(ImageResources, ABlockWithoutWhatItShouldHoldIsDeleted) {
+  const Bytes exif = TiffBuilder(kBig).Ifd0({Short(0x0112, 6)});
+  const struct {
+    const char* what;
+    std::uint16_t id;
+    Bytes good;
+    Bytes bad;
+  } cases[] = {
+      {"datasets", 0x0404, IptcBuilder().Add(25, "x"), IptcBuilder().Raw({0x1D}).Add(25, "x")},
+      {"datasets of another record", 0x0404, IptcBuilder().Add(25, "x"), IptcBuilder().DataSet(3, 25, Text("x"))},
+      {"a TIFF header", 0x0422, exif, WithByte(exif, 1, 'I')},
+      {"a second TIFF header", 0x0423, exif, WithByte(exif, 3, 43)},
+      {"a JPEG stream", 0x040C, Filled(28) + Thumbnail(), Filled(27) + Thumbnail()},
+      {"a JPEG stream of the old kind", 0x0409, Filled(28) + Thumbnail(), Filled(29) + Thumbnail()},
+      {"a thumbnail's header", 0x040C, Filled(28) + Thumbnail(), Filled(27)},
+  };
+  for (const auto& c : cases) {
+    for (const Container& container : kContainers) {
+      SCOPED_TRACE(std::string(c.what) + " in " + container.name);
+      const auto block = [&](const Bytes& data) {
+        const PoolPtr pool = ParsePool(container.around(ResourceBuilder().Block(c.id, data).Block(0x040A, {1})));
+        EXPECT_TRUE(IsWellFormed(*pool));
+        EXPECT_NE(Find(*pool, "ir", "CopyrightFlag"), nullptr);
+        const auto items = AllItems(*pool, "ir");
+        const LxMetadataItem& item = *items.at(items.size() - 2);
+        return std::pair((item.flags & kLxDeleted) != 0, item.firstChild != nullptr);
+      };
+      EXPECT_EQ(block(c.good), std::pair(false, true));
+      EXPECT_EQ(block(c.bad), std::pair(true, false));
+    }
+  }
+}
+
+TEST(ImageResources, AThumbnailOfExifInAResourceIsJoinedInEitherTagOrder) {
+  const Bytes jpeg = Thumbnail();
+  const TiffEntry start = {0x0201, 4, 1, [&](Order o, std::uint32_t at) { return Put32(at, o) + jpeg; }};
+  const TiffEntry length = Long(0x0202, static_cast<std::int64_t>(jpeg.size()));
+  const auto ofLast = [](const Bytes& blocks) {
+    const PoolPtr pool = ParsePool(InPsd(blocks));
+    EXPECT_TRUE(IsWellFormed(*pool));
+    const auto streams = AllItems(*pool, "jpegh", "SOI");
+    return streams.empty() ? Bytes() : ValueOf(*streams.back());
+  };
+  for (const Order order : {kLittle, kBig}) {
+    const Bytes startFirst = TiffBuilder(order).Ifd0({Short(0x0112, 1)}).Ifd1({start, length});
+    const Bytes lengthFirst = TiffBuilder(order).Ifd0({Short(0x0112, 1)}).Ifd1({length, start});
+    EXPECT_EQ(ofLast(ResourceBuilder().Exif(startFirst)), jpeg);
+    EXPECT_EQ(ofLast(ResourceBuilder().Exif(lengthFirst)), jpeg);
+    // A resource's own thumbnail has no length tag; it waits for one, until another stream takes its place.
+    EXPECT_EQ(ofLast(ResourceBuilder().Thumbnail(jpeg)), Hex("FFD8"));
+    EXPECT_EQ(ofLast(ResourceBuilder().Thumbnail(jpeg).Exif(startFirst)), jpeg);
+  }
+}
+
+TEST(ImageResources, AShortTiffValueIsTheOffsetOfBlocks) {
+  for (const Order order : {kLittle, kBig}) {
+    const Bytes blocks = ResourceBuilder().Block(0x040A, {1}).Iptc(IptcBuilder().Add(25, "x")).Raw(Filled(1));
+    const TiffEntry pointer = {0x8649, 4, 1, [&](Order o, std::uint32_t at) { return Put32(at, o) + blocks; }};
+    const PoolPtr pool = ParsePool(TiffBuilder(order).Ifd0({pointer}));
+    EXPECT_NE(Find(*pool, "ir", "CopyrightFlag"), nullptr);
+    EXPECT_NE(Find(*pool, "iptc", "Keywords"), nullptr);
+  }
+}
+
+TEST(ImageResources, NestingEndsAtTheLastLevelThatWalksReach) {
+  // Exif in a resource in a TIFF tag in Exif ...: four levels a turn.
+  for (const Order order : {kLittle, kBig}) {
+    std::size_t former = 0;
+    for (int turns = 1; turns <= 40; ++turns) {
+      Bytes tiff = TiffBuilder(order).Ifd0({Short(0x0112, 1)});
+      for (int i = 0; i < turns; ++i) {
+        tiff = TiffBuilder(order).Ifd0({Undef(0x8649, ResourceBuilder().Exif(tiff)), Short(0x0128, 2)});
+      }
+      const PoolPtr pool = ParsePool(tiff);
+      ASSERT_TRUE(IsWellFormed(*pool)) << turns;
+      const std::size_t levels = AllItems(*pool, "ir", "ExifData1").size();
+      EXPECT_EQ(levels, static_cast<std::size_t>(std::min(turns, 7))) << turns;
+      EXPECT_GE(levels, former);
+      former = levels;
+      // Behind the bound the walk goes on where it can.
+      EXPECT_EQ(AllItems(*pool, "tiff", "ResolutionUnit").size(), static_cast<std::size_t>(std::min(turns, 7)))
+          << turns;
+    }
+  }
+}
+
+// The least time of several runs.
+double SecondsToRead(const Bytes& file, std::size_t items, int runs) {
+  double least = 1e9;
+  for (int run = 0; run < runs; ++run) {
+    const auto start = std::chrono::steady_clock::now();
+    const PoolPtr pool = ParsePool(file);
+    least = std::min(least, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+    EXPECT_EQ(AllItems(*pool, "ir").size(), items);
+  }
+  return least;
+}
+
+TEST(ImageResources, AMillionBlocksCostInProportion) {
+  const auto blocks = [](std::size_t count) {
+    Bytes out;
+    const Bytes block = ResourceBuilder().Block(0x0FA0, {1, 2});
+    out.reserve(count * block.size());
+    for (std::size_t i = 0; i < count; ++i) out.insert(out.end(), block.begin(), block.end());
+    return out;
+  };
+  // The pages of a PSD file are loaded as the walk comes to them. Eight times the blocks: a quadratic cost would be 64
+  // times as high.
+  const double few = SecondsToRead(InPsd(blocks(125000)), 125000, 3);
+  const double many = SecondsToRead(InPsd(blocks(1000000)), 1000000, 1);
+  EXPECT_LT(many, 24 * few + 0.1);
+}
+
+}  // namespace

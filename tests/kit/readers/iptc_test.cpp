@@ -1,0 +1,174 @@
+// IPTC datasets: which become items, where the walk ends, and the same from a TIFF tag and from a resource.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+
+#include "kit/model/value.h"
+#include "tests/support/image_builders.h"
+#include "tests/support/pool_support.h"
+
+using namespace lxtest;
+
+namespace {
+
+struct Container {
+  const char* name;
+  std::function<Bytes(const Bytes&)> around;
+};
+const Container kContainers[] = {
+    {"a JPEG segment", [](const Bytes& data) { return JpegBuilder().App13(ResourceBuilder().Iptc(data)).Build(); }},
+    {"a PSD file", [](const Bytes& data) { return PsdBuilder().Resources(ResourceBuilder().Iptc(data)).Build(); }},
+    {"a TIFF tag, II", [](const Bytes& data) { return TiffBuilder(kLittle).Ifd0({Undef(0x83BB, data)}).Build(); }},
+    {"a TIFF tag, MM", [](const Bytes& data) { return TiffBuilder(kBig).Ifd0({Undef(0x83BB, data)}).Build(); }},
+};
+
+std::string Datasets(const Bytes& file) {
+  const PoolPtr pool = ParsePool(file);
+  EXPECT_TRUE(IsWellFormed(*pool));
+  return DumpPool(*pool, "iptc");
+}
+
+TEST(Iptc, DatasetsOfTheApplicationRecordAreItemsInFileOrder) {
+  const Bytes data = IptcBuilder()
+                         .DataSet(1, 90, Hex("1B2547"))  // IPTC-IIM 4, 5.15: an envelope record comes first.
+                         .DataSet(2, 0, Hex("0004"))
+                         .Add(25, "harbour")
+                         .Add(25, "")
+                         .DataSet(3, 25, Text("of another record"))
+                         .Add(25, "ship")
+                         .DataSet(2, 221, {1, 2, 3})
+                         .Add(120, std::string(300, 'c'));
+  for (const Container& container : kContainers) {
+    SCOPED_TRACE(container.name);
+    const PoolPtr pool = ParsePool(container.around(data));
+    EXPECT_TRUE(IsWellFormed(*pool));
+    EXPECT_EQ(DumpPool(*pool, "iptc"),
+              "iptc RecordVersion undef 0 4\n"
+              "iptc Keywords ascii harbour\n"
+              "iptc Keywords ascii\n"
+              "iptc Keywords ascii ship\n"
+              "iptc  221 undef 1 2 3\n"
+              "iptc CaptionAbstract ascii " +
+                  std::string(300, 'c') + "\n");
+    const auto items = AllItems(*pool, "iptc");
+    ASSERT_EQ(items.size(), 6u);
+    EXPECT_EQ(ValueOf(*items[1]), Text("harbour"));
+    EXPECT_EQ(ValueOf(*items[4]), Bytes({1, 2, 3}));
+    EXPECT_EQ(items[4]->tagId, 221);
+    for (const LxMetadataItem* item : items) EXPECT_EQ(item->flags & kLxBigEndianValue, kLxBigEndianValue);
+    EXPECT_EQ(items[0]->flags & kLxHidden, kLxHidden);
+  }
+}
+
+TEST(Iptc, TextsAreShownAsUtf8AndKeptAsTheyAre) {
+  const struct {
+    const char* text;
+    const char* shown;
+  } cases[] = {
+      {"Z\xC3\xBCrich", "Z\xC3\xBCrich"},                                    // UTF-8
+      {"Z\xFCrich", "Z\xC3\xBCrich"},                                        // Latin-1
+      {"\x82\xA0\x88\x9F\x82\xA0", "\xE3\x81\x82\xE4\xBA\x9C\xE3\x81\x82"},  // Shift_JIS
+  };
+  for (const auto& c : cases) {
+    for (const Container& container : kContainers) {
+      const PoolPtr pool = ParsePool(container.around(IptcBuilder().Add(5, c.text).Add(90, "Bern")));
+      const LxMetadataItem* name = Find(*pool, "iptc", "ObjectName");
+      ASSERT_NE(name, nullptr);
+      EXPECT_STREQ(name->displayText, c.shown) << container.name;
+      EXPECT_EQ(ValueOf(*name), Text(c.text)) << container.name;
+      EXPECT_STREQ(Find(*pool, "iptc", "City")->displayText, "Bern");
+    }
+  }
+}
+
+TEST(Iptc, TheWalkEndsAtWhatIsNoDataset) {
+  const Bytes first = IptcBuilder().Add(25, "one");
+  const Bytes good = first + IptcBuilder().Add(25, "two").Add(25, "three").Build();
+  const std::string one = "iptc Keywords ascii one\n";
+  const std::string all = one + "iptc Keywords ascii two\niptc Keywords ascii three\n";
+  for (const Container& container : kContainers) {
+    SCOPED_TRACE(container.name);
+    const auto datasets = [&](const Bytes& data) { return Datasets(container.around(data)); };
+    ASSERT_EQ(datasets(good), all);
+    EXPECT_EQ(datasets(good + Filled(7)), all);  // Padding.
+    EXPECT_EQ(datasets(WithByte(good, first.size(), 0x1D)), one);
+    EXPECT_EQ(datasets(WithByte(good, first.size(), 0)), one);
+    // The top bit of the length: the length stands behind, in so many bytes.
+    EXPECT_EQ(datasets(WithBytes(good, first.size() + 3, Hex("8004 00000003"))), one);
+    EXPECT_EQ(datasets(WithBytes(good, first.size() + 3, Hex("8000"))), one);
+    EXPECT_EQ(datasets(WithBytes(good, first.size() + 3, Hex("7FFF"))), one);  // Beyond the file.
+    // An empty dataset needs a byte behind it.
+    EXPECT_EQ(datasets(first + IptcBuilder().Add(25, "").Build()), one);
+    EXPECT_EQ(datasets(first + IptcBuilder().Add(25, "").Build() + Filled(1)), one + "iptc Keywords ascii\n");
+  }
+  const Bytes longest = IptcBuilder().Add(120, std::string(0x7FFF, 'c')).Add(25, "behind");
+  EXPECT_NE(Datasets(kContainers[1].around(longest)).find("iptc Keywords ascii behind"), std::string::npos);
+}
+
+TEST(Iptc, ADatasetBeyondItsRangeIsReadWhenTheFileHasIt) {
+  const Bytes data = IptcBuilder().Add(25, "ones").Add(105, "head");
+  const Bytes behind = Text("line, and more of the file");
+  const auto files = {
+      std::pair("resource", PsdBuilder().Resources(ResourceBuilder().Iptc(data).Raw(behind)).Build()),
+      std::pair("TIFF tag", TiffBuilder(kBig).Ifd0({Undef(0x83BB, data)}).Build() + behind),
+  };
+  for (const auto& [name, file] : files) {
+    SCOPED_TRACE(name);
+    const std::size_t length = OffsetOf(file, Text("head")) - 1;
+    const std::size_t toEnd = file.size() - length - 1;
+    EXPECT_EQ(Datasets(file), "iptc Keywords ascii ones\niptc Headline ascii head\n");
+    EXPECT_EQ(Datasets(WithByte(file, length, 9)).substr(0, 53),
+              "iptc Keywords ascii ones\niptc Headline ascii headline");
+    const PoolPtr whole = ParsePool(WithByte(file, length, static_cast<std::uint8_t>(toEnd)));
+    ASSERT_NE(Find(*whole, "iptc", "Headline"), nullptr);
+    EXPECT_EQ(Find(*whole, "iptc", "Headline")->valueLength, static_cast<std::int32_t>(toEnd));
+    EXPECT_EQ(Datasets(WithByte(file, length, static_cast<std::uint8_t>(toEnd + 1))), "iptc Keywords ascii ones\n");
+  }
+}
+
+TEST(Iptc, ATiffTagOfLongsIsReadAsItsBytes) {
+  // What TIFF writers store: the type LONG, padded to whole elements, the bytes not swapped.
+  Bytes data = IptcBuilder().Add(25, "harbour").Add(90, "Bern");
+  while (data.size() % 4 != 0) data.push_back(0);
+  for (const Order order : {kLittle, kBig}) {
+    const TiffEntry entry = {0x83BB, 4, static_cast<std::uint32_t>(data.size() / 4),
+                             [data](Order, std::uint32_t) { return data; }};
+    EXPECT_EQ(Datasets(TiffBuilder(order).Ifd0({entry})), "iptc Keywords ascii harbour\niptc City ascii Bern\n");
+    // One that holds nothing stays: the tag points to no IFD.
+    const PoolPtr empty = ParsePool(TiffBuilder(order).Ifd0({Undef(0x83BB, Filled(40))}));
+    ASSERT_NE(Find(*empty, "tiff", "IptcNaa"), nullptr);
+    EXPECT_EQ(Find(*empty, "tiff", "IptcNaa")->firstChild, nullptr);
+  }
+}
+
+// The least time of several runs.
+double SecondsToRead(const Bytes& file, std::size_t items, int runs) {
+  double least = 1e9;
+  for (int run = 0; run < runs; ++run) {
+    const auto start = std::chrono::steady_clock::now();
+    const PoolPtr pool = ParsePool(file);
+    least = std::min(least, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+    EXPECT_EQ(AllItems(*pool, "iptc").size(), items);
+  }
+  return least;
+}
+
+TEST(Iptc, AMillionDatasetsCostInProportion) {
+  const auto datasets = [](std::size_t count) {
+    Bytes out;
+    const Bytes dataset = IptcBuilder().Add(25, "");
+    out.reserve(count * dataset.size() + 1);
+    for (std::size_t i = 0; i < count; ++i) out.insert(out.end(), dataset.begin(), dataset.end());
+    return out + Filled(1);
+  };
+  // Eight times the datasets: a quadratic cost would be 64 times as high.
+  for (const Container& container : {kContainers[1], kContainers[2]}) {
+    const double few = SecondsToRead(container.around(datasets(125000)), 125000, 3);
+    const double many = SecondsToRead(container.around(datasets(1000000)), 1000000, 1);
+    EXPECT_LT(many, 24 * few + 0.1) << container.name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,137 @@
+// PSD files: the header's attributes and limits, the sections behind it, and the tree that their resources make.
+#include <gtest/gtest.h>
+
+#include "kit/base/memory.h"
+#include "tests/support/image_builders.h"
+#include "tests/support/pool_support.h"
+
+using namespace lxtest;
+
+namespace {
+
+constexpr std::size_t kHeaderSize = 26;
+
+TEST(Psd, TheHeaderGivesTheAttributes) {
+  const struct {
+    std::uint16_t mode;
+    const char* model;
+  } cases[] = {{0, "bitbz"}, {1, "gray"}, {2, "indexedRGB"}, {3, "RGB"}, {4, "CMYK"},
+               {5, "unk"},   {6, "unk"},  {7, "multi"},      {8, "duo"}, {9, "icclab"}};
+  for (const auto& c : cases) {
+    PsdBuilder psd;
+    psd.mode = c.mode;
+    psd.channels = 5;
+    psd.width = 640;
+    psd.height = 480;
+    psd.depth = 16;
+    psd.colourData = Filled(c.mode * 3u);
+    LxResult status = kLxInternalError;
+    const PoolPtr pool = ParsePool(psd, &status);
+    EXPECT_EQ(status, kLxOk);
+    EXPECT_EQ(pool->fileKind, kLxFilePsd);
+    EXPECT_STREQ(LxColourModelName(pool->colourModel), c.model) << c.mode;
+    EXPECT_EQ(pool->width, 640);
+    EXPECT_EQ(pool->height, 480);
+    EXPECT_EQ(pool->samples, 5);
+    EXPECT_EQ(pool->bits, 16);
+    EXPECT_EQ(pool->compression, kLxCompressionUnknown);
+    EXPECT_EQ(DumpPool(*pool), "psdh PSDHeader undef\n");
+    EXPECT_TRUE(IsWellFormed(*pool));
+  }
+}
+
+TEST(Psd, AHeaderBeyondItsLimitsIsBad) {
+  const struct {
+    const char* field;
+    std::size_t at;
+    std::size_t bytes;
+    std::vector<std::uint32_t> good;
+    std::vector<std::uint32_t> bad;
+  } cases[] = {
+      {"channels", 12, 2, {1, 24}, {0, 25, 0xFFFF}},
+      {"height", 14, 4, {1, 30000}, {0, 30001, 0x80000001}},
+      {"width", 18, 4, {1, 30000}, {0, 30001, 0xFFFFFFFF}},
+      {"depth", 22, 2, {1, 16}, {0, 17, 0x0800}},
+      {"mode", 24, 2, {0, 9}, {10, 0x0300}},
+  };
+  const Bytes file = PsdBuilder().Resources(ResourceBuilder().Iptc(IptcBuilder().Add(25, "x")));
+  for (const auto& c : cases) {
+    const auto with = [&](std::uint32_t value) {
+      return WithBytes(file, c.at, c.bytes == 2 ? Put16(value) : Put32(value));
+    };
+    LxResult status = kLxOk;
+    for (const std::uint32_t value : c.good) {
+      EXPECT_NE(Find(*ParsePool(with(value), &status), "iptc", "Keywords"), nullptr) << c.field << " " << value;
+      EXPECT_EQ(status, kLxOk) << c.field << " " << value;
+    }
+    for (const std::uint32_t value : c.bad) {
+      EXPECT_EQ(ParsePool(with(value), &status)->root, nullptr) << c.field << " " << value;
+      EXPECT_EQ(status, kLxBadReadFormat) << c.field << " " << value;
+    }
+  }
+  // Another version is another kind of file altogether.
+  LxResult status = kLxBadReadFormat;
+  EXPECT_EQ(ParsePool(WithByte(file, 5, 2), &status)->fileKind, kLxFileUnknown);
+  EXPECT_EQ(status, kLxOk);
+}
+
+TEST(Psd, ReservedBytesAndColourDataArePassedOver) {
+  PsdBuilder psd;
+  psd.colourData = Filled(769, 0x38);
+  psd.Resources(ResourceBuilder().Iptc(IptcBuilder().Add(25, "harbour")));
+  const Bytes file = WithBytes(psd, 6, Filled(6, 0xEE));
+  EXPECT_EQ(DumpPool(*ParsePool(file), "iptc"), "iptc Keywords ascii harbour\n");
+}
+
+TEST(Psd, EverySectionHasToBeThereUpToTheLayersLength) {
+  PsdBuilder psd;
+  psd.colourData = Filled(6);
+  psd.Resources(ResourceBuilder().Iptc(IptcBuilder().Add(25, "harbour")).Raw({}));
+  psd.layerLength = 12;
+  const Bytes file = psd;
+  const std::size_t needed = file.size() - 12;
+  for (std::size_t length = 0; length <= file.size(); ++length) {
+    LxResult status = kLxInternalError;
+    const PoolPtr pool = ParsePool(Truncated(file, length), &status);
+    ASSERT_TRUE(IsWellFormed(*pool)) << length;
+    // Below 16 bytes it is not known for a PSD file.
+    EXPECT_EQ(status, length < 16 || length >= needed ? kLxOk : kLxBadReadFormat) << length;
+    EXPECT_EQ(Find(*pool, "iptc", "Keywords") != nullptr, length >= needed) << length;
+  }
+  for (const std::size_t lengthField : {kHeaderSize, kHeaderSize + 4 + 6}) {
+    for (const std::uint32_t length : {1000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFE0u, 0xFFFFFFFFu}) {
+      LxResult status = kLxOk;
+      EXPECT_EQ(ParsePool(WithBytes(file, lengthField, Put32(length)), &status)->root, nullptr);
+      EXPECT_EQ(status, kLxBadReadFormat) << lengthField << " " << length;
+    }
+  }
+}
+
+TEST(Psd, LayersAreASectionOfMoreThanEightBytes) {
+  for (const std::uint32_t length : {0u, 4u, 8u, 9u, 0x80000000u, 0xFFFFFFFFu}) {
+    PsdBuilder psd;
+    psd.layerLength = length;  // The section's own bytes are not looked at.
+    EXPECT_EQ(ParsePool(psd)->hasLayers, length > 8 ? 1 : 0) << length;
+  }
+  EXPECT_EQ(ParsePool(PsdBuilder().Resources(ResourceBuilder().Block(0x0400, {0, 1})))->hasLayers, 1);
+}
+
+TEST(Psd, ResourcesStandBelowTheHeaderAndSettleTheAttributes) {
+  const Bytes exif = TiffBuilder(kLittle).Ifd0({Short(0x0112, 6)}).Exif({Short(0xA001, 1)});
+  PsdBuilder psd;
+  psd.Resources(ResourceBuilder().Block(0x040A, {1}).Exif(exif).Block(0x040F, IccProfile("Wide")));
+  const PoolPtr pool = ParsePool(psd);
+  ASSERT_NE(pool->root, nullptr);
+  EXPECT_STREQ(pool->root->nameSpace, "psdh");
+  EXPECT_EQ(pool->root->value, nullptr);
+  EXPECT_EQ(pool->root->valueLength, 0);
+  EXPECT_EQ(pool->root->flags, 0u);
+  EXPECT_EQ(pool->root->next, nullptr);
+  EXPECT_STREQ(pool->root->firstChild->name, "CopyrightFlag");
+  EXPECT_EQ(pool->orientation, kLxRot90Cw);
+  EXPECT_EQ(pool->colourModel, kLxColourRgbIcc);
+  EXPECT_EQ(pool->hasMetadata, 1);
+  EXPECT_STREQ(Find(*pool, "ir", "ICCProfile")->displayText, "Wide");
+}
+
+}  // namespace
