@@ -9,22 +9,22 @@
 #include "clients/broker/tal_error.h"
 #include "clients/xmp/xmp_client.h"
 #include "clients/xmp/xmp_meta.h"
+#include "clients/xmp/xmp_text.h"
 
 namespace lxbridge {
 
 namespace {
 
+using TAL_T_NMT::ThrowIfError;
+
 int sessions = 0;
 
-// Raises the toolkit's error.
-void Check(TALErrorRef error) {
-  if (error != nullptr) throw TAL_T_NMT::CTALError(error);
+std::string Copy(const XMPTextOut& text) {
+  return text.text == nullptr ? std::string() : std::string(text.text, text.length);
 }
 
-std::string Copy(const XMPTextOut& text) { return text.text == nullptr ? std::string() : std::string(text.text, text.length); }
-
-// Gathers visited nodes into trees. A visit is in tree order, so the path to the latest node is enough to find the parent
-// of the next one: `path_[d]` is the latest node of depth d + 1.
+// Gathers visited nodes into trees. A visit is in tree order, so the path to the latest node is enough to find the
+// parent of the next one: `path_[d]` is the latest node of depth d + 1.
 class TreeBuilder {
  public:
   static std::uint32_t Visit(void* user, const XMPVisitedNode* node) noexcept {
@@ -41,23 +41,23 @@ class TreeBuilder {
   std::uint32_t Add(const XMPVisitedNode& node) noexcept {
     if ((node.options & kXMPSchemaNode) != 0 || node.depth == 0) return 0;
     try {
-      path_.resize(node.depth - 1);
+      const std::size_t above = node.depth - 1;
+      if (above > path_.size()) throw std::logic_error("the XMP toolkit visits a node before its parent");
+      path_.resize(above);
       std::vector<XmpNode>* siblings = &top_;
       if (!path_.empty()) {
         XmpNode* parent = path_.back();
         siblings = (node.options & kXMPPropIsQualifier) != 0 ? &parent->qualifiers : &parent->children;
       }
       XmpNode& added = siblings->emplace_back();
-      added.schema = node.schema;
-      added.prefix = node.prefix;
       added.name = node.name;
-      if (added.name.empty()) {  // An array item: schema and prefix are the array's.
-        added.schema.clear();
-        added.prefix.clear();
+      if (!added.name.empty()) {  // An array item's schema and prefix would be the array's.
+        added.schema = node.schema;
+        added.prefix = node.prefix;
       }
       added.value = Copy(node.value);
       added.options = node.options;
-      path_.push_back(&added);  // Stays valid until the next sibling is added, which first leaves this node's path.
+      path_.push_back(&added);  // Valid until its next sibling is added, and that takes it off the path first.
       return 0;
     } catch (...) {
       failure_ = std::current_exception();
@@ -90,13 +90,19 @@ HostSession::~HostSession() {
   TAL_T_NMT::ShutDownBrokerClient();
 }
 
-XmpView::XmpView(CXMPMeta* meta) : object_(meta->Object()), methods_(&XMPMethodsOf(object_)) {}
+XmpView::XmpView(CXMPMeta* meta) : object_(meta->Object()) {}
+
+// Asked for each call, since a broker whose interfaces change gives other procedures.
+const XMPMetaMethods& XmpView::Methods() const {
+  return XMPMethodsOf(object_);
+}
 
 std::string XmpView::Serialize(std::uint32_t options, std::int32_t padding) const {
+  const XMPMetaMethods& methods = Methods();
   XMPTextOut packet = {nullptr, 0};
-  Check(methods_->serializeToBuffer(object_, &packet, options, padding, nullptr, nullptr, 0));
-  std::string copy = Copy(packet);
-  Check(methods_->unlockObject(object_, 0));
+  ThrowIfError(methods.serializeToBuffer(object_, &packet, options, padding, nullptr, nullptr, 0));
+  std::string copy;
+  TakeText(packet, &copy, [&] { return methods.unlockObject(object_, 0); });
   return copy;
 }
 
@@ -107,36 +113,36 @@ std::vector<XmpNode> XmpView::Properties() const {
 }
 
 void XmpView::Visit(XMPVisitProc visit, void* user) const {
-  Check(methods_->visitNodes(object_, nullptr, nullptr, visit, user));
+  ThrowIfError(Methods().visitNodes(object_, nullptr, nullptr, visit, user));
 }
 
 bool XmpView::Get(const char* schema, const char* path, std::string* value, std::uint32_t* options) const {
+  const XMPMetaMethods& methods = Methods();
   XMPTextOut text = {nullptr, 0};
   std::uint32_t foundOptions = 0;
   std::uint8_t found = 0;
-  Check(methods_->getProperty(object_, schema, path, &text, &foundOptions, &found));
+  ThrowIfError(methods.getProperty(object_, schema, path, value != nullptr ? &text : nullptr, &foundOptions, &found));
   if (found == 0) return false;
-  if (value != nullptr) *value = Copy(text);
+  if (value != nullptr) TakeText(text, value, [&] { return methods.unlockObject(object_, 0); });
   if (options != nullptr) *options = foundOptions;
-  Check(methods_->unlockObject(object_, 0));
   return true;
 }
 
 void XmpView::Set(const char* schema, const char* path, const char* value, std::uint32_t options) {
-  Check(methods_->setProperty(object_, schema, path, value, options));
+  ThrowIfError(Methods().setProperty(object_, schema, path, value, options));
 }
 
 void XmpView::Append(const char* schema, const char* array, std::uint32_t arrayOptions, const char* value) {
-  Check(methods_->appendArrayItem(object_, schema, array, arrayOptions, value, 0));
+  ThrowIfError(Methods().appendArrayItem(object_, schema, array, arrayOptions, value, 0));
 }
 
 void XmpView::SetLocalizedText(const char* schema, const char* path, const char* genericLanguage, const char* language,
                                const char* value) {
-  Check(methods_->setLocalizedText(object_, schema, path, genericLanguage, language, value, 0));
+  ThrowIfError(Methods().setLocalizedText(object_, schema, path, genericLanguage, language, value, 0));
 }
 
 void XmpView::Delete(const char* schema, const char* path) {
-  Check(methods_->deleteProperty(object_, schema, path));
+  ThrowIfError(Methods().deleteProperty(object_, schema, path));
 }
 
 }  // namespace lxbridge

@@ -14,7 +14,10 @@ std::size_t SequenceLength(std::string_view text) {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   const unsigned char lead = byte(0);
   if (lead < 0x80) return 1;
-  const std::size_t length = lead >= 0xC2 && lead < 0xE0 ? 2 : (lead & 0xF0) == 0xE0 ? 3 : lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
+  const std::size_t length = lead >= 0xC2 && lead < 0xE0   ? 2
+                             : (lead & 0xF0) == 0xE0       ? 3
+                             : lead >= 0xF0 && lead < 0xF5 ? 4
+                                                           : 0;
   if (length == 0 || text.size() < length) return 0;
   for (std::size_t i = 1; i < length; ++i) {
     if ((byte(i) & 0xC0) != 0x80) return 0;
@@ -125,11 +128,21 @@ void JsonWriter::Quoted(std::string_view text) {
     out_->append(text.substr(from, i - from));
     from = i + 1;
     switch (c) {
-      case '"': out_->append("\\\""); break;
-      case '\\': out_->append("\\\\"); break;
-      case '\n': out_->append("\\n"); break;
-      case '\r': out_->append("\\r"); break;
-      case '\t': out_->append("\\t"); break;
+      case '"':
+        out_->append("\\\"");
+        break;
+      case '\\':
+        out_->append("\\\\");
+        break;
+      case '\n':
+        out_->append("\\n");
+        break;
+      case '\r':
+        out_->append("\\r");
+        break;
+      case '\t':
+        out_->append("\\t");
+        break;
       default:
         out_->append("\\u00");
         out_->push_back(kHexDigits[c >> 4]);

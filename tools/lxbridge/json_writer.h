@@ -36,7 +36,7 @@ class JsonWriter {
   void Hex(const std::uint8_t* bytes, std::size_t length);
 
   std::string* out_;
-  bool first_ = true;  // Nothing stands yet in the innermost object or array.
+  bool first_ = true;   // Nothing stands yet in the innermost object or array.
   bool keyed_ = false;  // A key waits for its value.
 };
 

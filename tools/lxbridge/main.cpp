@@ -1,5 +1,4 @@
 // The `lxbridge` command: the command line, and what its results are as exit status. Uses the command's own files only.
-#include <cstdio>
 #include <exception>
 #include <string>
 
@@ -15,8 +14,7 @@ int Run(int argc, char** argv) {
   command::Options options;
   std::string error;
   if (!command::ParseOptions(argc, argv, &options, &error)) {
-    const std::string lines = "lxbridge: " + error + "\nTry 'lxbridge --help' for more information.\n";
-    std::fwrite(lines.data(), 1, lines.size(), stderr);
+    command::ReportLines(error, "Try 'lxbridge --help' for more information.");
     return command::kExitUsage;
   }
   switch (options.action) {
@@ -39,8 +37,7 @@ int main(int argc, char** argv) {
     return Run(argc, argv);
   } catch (const std::exception& error) {
     // What no single file can be blamed for: no memory for the command itself, or libraries that do not fit together.
-    const std::string line = std::string("lxbridge: ") + error.what() + "\n";
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    command::ReportLines(error.what());
     return command::kExitFileFailed;
   }
 }

@@ -26,12 +26,10 @@ bool Fail(std::string* error, std::string_view what, std::string_view word) {
 bool ParseOptions(int argc, const char* const* argv, Options* options, std::string* error) {
   *options = Options();
   int at = 1;
-  bool named = false;  // A subcommand stands first or nowhere: behind it every word is an option or a file.
-  if (at < argc) {
+  if (at < argc) {  // A subcommand stands first or nowhere: behind it every word is an option or a file.
     const std::string_view word = argv[at];
     if (word == "xmp" || word == "pool") {
       options->action = word == "xmp" ? Action::kXmp : Action::kPool;
-      named = true;
       ++at;
     }
   }
@@ -42,7 +40,7 @@ bool ParseOptions(int argc, const char* const* argv, Options* options, std::stri
     const std::string_view word = argv[at];
     if (onlyFiles || word == "-" || word.empty() || word.front() != '-') {
       if (word.empty()) {
-        *error = "empty file name";
+        *error = "empty FILE";
         return false;
       }
       options->files.push_back(argv[at]);
@@ -77,7 +75,7 @@ bool ParseOptions(int argc, const char* const* argv, Options* options, std::stri
     }
   }
   if (options->files.empty()) {
-    *error = named ? "no FILE given" : "no command and no FILE given";
+    *error = "no FILE given";
     return false;
   }
   return true;
@@ -108,6 +106,8 @@ Exit status: 0 every file was read; 1 at least one was not; 2 the command line i
 )";
 }
 
-const char* VersionText() { return "lxbridge " LXBRIDGE_VERSION "\n"; }
+const char* VersionText() {
+  return "lxbridge " LXBRIDGE_VERSION "\n";
+}
 
 }  // namespace lxbridge::command

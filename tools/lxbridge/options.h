@@ -1,7 +1,7 @@
 // The command line of `lxbridge` as a record. Touches nothing else of the tree and prints nothing.
 //
-// Parsed by hand: the grammar is two subcommands and a few options, and a library for it would cost more at start-up than
-// reading a photograph does.
+// Parsed by hand: the grammar is two subcommands and a few options, and a library for it would cost more at start-up
+// than reading a photograph does.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_OPTIONS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_OPTIONS_H_
 

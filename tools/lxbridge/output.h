@@ -2,6 +2,7 @@
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 
+#include <string>
 #include <string_view>
 
 namespace lxbridge::command {
@@ -12,6 +13,14 @@ namespace lxbridge::command {
 
 // One line "lxbridge: FILE: WHAT" on standard error.
 void ReportFile(std::string_view file, std::string_view what);
+
+// The lines "lxbridge: LINE" on standard error, in one write.
+void ReportLines(std::string_view line, std::string_view nextLine = "");
+
+// A text of somebody else's for one line that a person reads: a file's name may hold line ends and what a terminal
+// obeys, and a message stays one line. Control characters become C escapes ("\n", "\x1b"); all other bytes stay as they
+// are, so that a name can be found again.
+[[nodiscard]] std::string OnOneLine(std::string_view text);
 
 }  // namespace lxbridge::command
 

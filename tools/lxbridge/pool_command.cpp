@@ -24,7 +24,9 @@ struct PoolDeleter {
 };
 using PoolPtr = std::unique_ptr<LxMetadataPool, PoolDeleter>;
 
-std::string_view TextOrEmpty(const char* text) { return text == nullptr ? std::string_view() : std::string_view(text); }
+std::string_view TextOrEmpty(const char* text) {
+  return text == nullptr ? std::string_view() : std::string_view(text);
+}
 
 std::string StatusName(LxResult status) {
   const char* name = LxResultName(status);
@@ -108,23 +110,24 @@ void WriteJson(std::string* out, const char* file, LxResult status, const LxMeta
   out->push_back('\n');
 }
 
-constexpr std::size_t kNamespaceWidth = 9;
-constexpr std::size_t kNameWidth = 28;
-constexpr std::size_t kTypeWidth = 7;
+// The columns of the text form. The namespace is indented by its depth in front of them; what does not fit pushes the
+// rest to the right.
+constexpr std::size_t kNameColumn = 24;
+constexpr std::size_t kTypeColumn = 52;
+constexpr std::size_t kDisplayColumn = 59;
 constexpr std::size_t kShownDisplay = 100;
 
-void AppendPadded(std::string* out, std::string_view text, std::size_t width) {
-  out->append(text);
-  out->append(text.size() < width ? width - text.size() : 1, ' ');
+void PadTo(std::size_t column, std::string* line) {
+  line->append(line->size() < column ? column - line->size() : 1, ' ');
 }
 
-// A display text as a person can read it on one line: no control characters, which a terminal would obey, bytes that are
-// not UTF-8 as "?", and no more than fits a line or two. The JSON form has all of it.
+// A display text as a person can read it on one line: no control characters, which a terminal would obey, bytes that
+// are not UTF-8 as "?", and no more than fits a line or two. The JSON form has all of it.
 void AppendForPerson(std::string* out, std::string_view text) {
   const bool shortened = text.size() > kShownDisplay;
   if (shortened) {
-    std::size_t end = kShownDisplay;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    std::size_t end = kShownDisplay;  // Not within a character, which has three further bytes at most.
+    while (end > kShownDisplay - 3 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
     text = text.substr(0, end);
   }
   const bool valid = IsValidUtf8(text);
@@ -150,9 +153,12 @@ void AppendTree(std::string* out, const LxMetadataItem* item, std::size_t depth,
     const bool deleted = (item->flags & kLxDeleted) != 0;
     if (deleted && !all) continue;
     std::string line(2 * depth, ' ');
-    AppendPadded(&line, TextOrEmpty(item->nameSpace), kNamespaceWidth);
-    AppendPadded(&line, TextOrEmpty(item->name), kNameWidth);
-    AppendPadded(&line, TextOrEmpty(item->typeName), kTypeWidth);
+    line.append(TextOrEmpty(item->nameSpace));
+    PadTo(kNameColumn, &line);
+    AppendForPerson(&line, TextOrEmpty(item->name));
+    PadTo(kTypeColumn, &line);
+    line.append(TextOrEmpty(item->typeName));
+    PadTo(kDisplayColumn, &line);
     AppendForPerson(&line, TextOrEmpty(item->displayText));
     if (deleted) line.append("  (deleted)");
     line.erase(line.find_last_not_of(' ') + 1);
@@ -162,8 +168,7 @@ void AppendTree(std::string* out, const LxMetadataItem* item, std::size_t depth,
 }
 
 void WriteText(std::string* out, const char* file, const LxMetadataPool& pool, bool all) {
-  AppendForPerson(out, file);
-  out->append(": ").append(TextOrEmpty(LxFileKindName(pool.fileKind)));
+  out->append(OnOneLine(file)).append(": ").append(TextOrEmpty(LxFileKindName(pool.fileKind)));
   if (pool.width != 0 || pool.height != 0) {
     out->append(", ").append(std::to_string(pool.width)).append(" x ").append(std::to_string(pool.height));
     out->append(", ").append(std::to_string(pool.samples)).append(" x ").append(std::to_string(pool.bits));

@@ -2,6 +2,8 @@
 // host would get it. The kit serves only to tell beforehand whether a file can be opened, which the exports do not say.
 #include <cstdint>
 #include <exception>
+#include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -22,7 +24,9 @@ namespace {
 // The library between its two ends, and the host's client within them.
 class Library {
  public:
-  Library() { LxInterchangeInit(); }
+  Library() {
+    if (!LxInterchangeInit()) throw std::runtime_error("the library did not start");
+  }
   ~Library() { LxInterchangeTerm(); }
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
@@ -40,7 +44,9 @@ class Interchange {
   LxInterchangeHandle handle_;
 };
 
-std::string QualifiedName(const XmpNode& node) { return node.prefix.empty() ? node.name : node.prefix + ':' + node.name; }
+std::string QualifiedName(const XmpNode& node) {
+  return node.prefix.empty() ? node.name : node.prefix + ':' + node.name;
+}
 
 void WriteNode(JsonWriter* json, const XmpNode& node);
 
@@ -118,8 +124,14 @@ std::string JsonLine(const char* file, const XmpView& xmp) {
   return out;
 }
 
-// Whether the library will find a file to read there; says on standard error why not.
-bool CanBeOpened(const char* file, const char* path) {
+struct StreamCloser {
+  void operator()(LxStream* stream) const { (void)LxCloseStream(stream); }
+};
+using StreamPtr = std::unique_ptr<LxStream, StreamCloser>;
+
+// Whether the library will find a file to read there; says on standard error why not. The file stays open in *held for
+// as long as the library reads it: a named pipe whose only reader had gone again would never open a second time.
+bool CanBeOpened(const char* file, const char* path, StreamPtr* held) {
   if (*path == '\0') return true;
   if (LxPlatformIsDirectory(path)) {
     ReportFile(file, "is a directory");
@@ -127,12 +139,9 @@ bool CanBeOpened(const char* file, const char* path) {
   }
   LxStream* stream = nullptr;
   const LxResult result = LxOpenFileStream(path, &stream);
-  if (result != kLxOk) {
-    ReportFile(file, LxResultName(result));
-    return false;
-  }
-  LxCloseStream(stream);
-  return true;
+  held->reset(stream);
+  if (result != kLxOk) ReportFile(file, LxResultName(result));
+  return result == kLxOk;
 }
 
 }  // namespace
@@ -144,7 +153,8 @@ int RunXmp(const Options& options) {
   int exitStatus = kExitOk;
   for (const char* file : options.files) {
     const char* path = LibraryPath(file);
-    if (!CanBeOpened(file, path)) {
+    StreamPtr held;
+    if (!CanBeOpened(file, path, &held)) {
       exitStatus = kExitFileFailed;
       continue;
     }

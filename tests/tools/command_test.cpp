@@ -1,0 +1,425 @@
+// The built command from outside: what it prints, where, and with what exit status.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/support/image_builders.h"
+#include "tests/support/tiff_builder.h"
+#include "tests/tools/output_checks.h"
+#include "tests/tools/run_command.h"
+
+namespace lxtest {
+namespace {
+
+Bytes Photo(std::string_view make = "Canon") {
+  return JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Ascii(0x010F, make)}).Exif({Ratl(0x829A, 1, 250)}));
+}
+
+// A JPEG file without a frame: BadReadFormat.
+Bytes Broken() {
+  return JpegBuilder().Comment("no frame in here").Bare();
+}
+
+constexpr const char kEveryNodeForm[] = R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
+<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
+<rdf:Description rdf:about="" xmlns:dc="http://purl.org/dc/elements/1.1/" xmlns:xmp="http://ns.adobe.com/xap/1.0/"
+    xmlns:v="http://example.com/v/">
+  <xmp:Label>less &lt; "than" &amp; more</xmp:Label>
+  <dc:subject><rdf:Bag><rdf:li>harbour</rdf:li><rdf:li>Dämmerung</rdf:li></rdf:Bag></dc:subject>
+  <dc:creator><rdf:Seq><rdf:li>Ada</rdf:li></rdf:Seq></dc:creator>
+  <dc:title><rdf:Alt><rdf:li xml:lang="x-default">Pier</rdf:li><rdf:li xml:lang="de">Steg</rdf:li></rdf:Alt></dc:title>
+  <v:Place rdf:parseType="Resource"><v:City>Oslo</v:City><v:Tags><rdf:Bag/></v:Tags></v:Place>
+  <v:Scale rdf:parseType="Resource"><rdf:value>4</rdf:value><v:Unit>stars</v:Unit></v:Scale>
+  <v:Home rdf:resource="http://example.com/"/>
+</rdf:Description></rdf:RDF></x:xmpmeta>)";
+
+const OrderedJson* Property(const OrderedJson& line, std::string_view prefix, std::string_view name) {
+  for (const OrderedJson& property : line["properties"]) {
+    if (property["prefix"] == prefix && property["name"] == name) return &property["value"];
+  }
+  return nullptr;
+}
+
+std::string ValueOf(const OrderedJson& line, std::string_view prefix, std::string_view name) {
+  const OrderedJson* value = Property(line, prefix, name);
+  return value == nullptr ? "(none)" : value->dump();
+}
+
+// --- xmp -------------------------------------------------------------------------------------------------------------
+
+TEST(CommandXmp, EveryNodeFormHasItsJson) {
+  const TempFolder folder;
+  const std::string path = folder.Add("forms.jpg", JpegBuilder().App1Xmp(kEveryNodeForm));
+  const Outcome outcome = Lxbridge({"xmp", "--format", "json", path});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+  ASSERT_TRUE(IsXmpJson(outcome.out, {path}));
+  const OrderedJson line = OrderedJson::parse(outcome.out);
+  const struct {
+    const char* prefix;
+    const char* name;
+    const char* value;
+  } kCases[] = {
+      {"xmp", "Label", R"("less < \"than\" & more")"},
+      {"dc", "subject", R"({"bag":["harbour","Dämmerung"]})"},
+      {"dc", "creator", R"({"seq":["Ada"]})"},
+      {"dc", "title",
+       R"({"alt":[{"value":"Pier","qualifiers":{"xml:lang":"x-default"}},{"value":"Steg","qualifiers":{"xml:lang":"de"}}]})"},
+      {"v", "Place", R"({"struct":{"v:City":"Oslo","v:Tags":{"bag":[]}}})"},
+      {"v", "Scale", R"({"value":"4","qualifiers":{"v:Unit":"stars"}})"},
+      {"v", "Home", R"("http://example.com/")"},
+  };
+  for (const auto& c : kCases) EXPECT_EQ(ValueOf(line, c.prefix, c.name), c.value) << c.name;
+  EXPECT_EQ(line["properties"].size(), std::size(kCases));
+  EXPECT_NE(outcome.out.find(R"({"schema": "http://example.com/v/", "prefix": "v", "name": "Home", "value": "http)"),
+            std::string::npos);
+}
+
+TEST(CommandXmp, APacketHoldsWhatTheJsonSaysWithAPropertyElementPerLine) {
+  const TempFolder folder;
+  const std::string path = folder.Add(
+      "photo.jpg",
+      JpegBuilder()
+          .App1Xmp(kEveryNodeForm)
+          .App1Exif(
+              TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "Canon")}).Exif({Short(0x9209, 0x19), Ratl(0x829A, 1, 250)})));
+  const Outcome packet = Lxbridge({path});
+  EXPECT_EQ(packet.status, 0);
+  EXPECT_EQ(packet.err, "");
+  ASSERT_TRUE(IsPackets(packet.out, 1));
+  EXPECT_EQ(Lxbridge({"xmp", "--format=rdf", path}).out, packet.out);
+  const OrderedJson line = OrderedJson::parse(Lxbridge({"--format", "json", path}).out);
+  EXPECT_EQ(ValueOf(line, "tiff", "Make"), "\"Canon\"");
+  EXPECT_EQ(ValueOf(line, "exif", "ExposureTime"), "\"1/250\"");
+  EXPECT_NE(ValueOf(line, "exif", "Flash").find(R"("exif:Fired":"True")"), std::string::npos);
+  EXPECT_EQ(PropertiesOfPacket(packet.out), line["properties"]);
+  // A person greps for a property and finds its value behind it.
+  EXPECT_NE(packet.out.find("<tiff:Make>Canon</tiff:Make>\n"), std::string::npos);
+  EXPECT_NE(packet.out.find("<rdf:li>Dämmerung</rdf:li>\n"), std::string::npos);
+}
+
+TEST(CommandXmp, EachFileHasItsOwnPacketInTheOrderGiven) {
+  const TempFolder folder;
+  const std::string first = folder.Add("first.jpg", Photo("First"));
+  const std::string second = folder.Add("second.jpg", Photo("Second"));
+  const Outcome outcome = Lxbridge({second, first, second});
+  EXPECT_EQ(outcome.out, Lxbridge({second}).out + Lxbridge({first}).out + Lxbridge({second}).out);
+  EXPECT_TRUE(IsPackets(outcome.out, 3));
+}
+
+// --- pool ------------------------------------------------------------------------------------------------------------
+
+TEST(CommandPool, AnItemHasAllThatTheReadersSaw) {
+  const TempFolder folder;
+  folder.Add("a.tif", TiffBuilder(kLittle).Exif({Ratl(0x829A, 1, 250), Short(0x8822, 1)}));
+  const Outcome outcome = Lxbridge({"pool", "--format", "json", "a.tif"}, {.folder = folder.path()});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+  ASSERT_TRUE(IsPoolJson(outcome.out, {"a.tif"}));
+  EXPECT_TRUE(outcome.out.starts_with(
+      R"({"file": "a.tif", "status": 0, "statusName": "OK", "attributes": {"width": 0, "height": 0, "samples": 1, )"
+      R"("bits": 1, "colourModel": "unk", "mcuWidth": 0, "mcuHeight": 0, "hasLayers": 0, "hasMetadata": 1, )"
+      R"("orientation": "rot0", "fileKind": "tiff", "compression": "none"}, "items": [)"))
+      << outcome.out;
+  EXPECT_NE(outcome.out.find(R"({"namespace": "exif", "name": "ExposureTime", )"
+                             R"("label": "$$$/Exif/ExposureTime=Exposure Time", "tag": 33434, "type": "ratl", )"
+                             R"("typeCode": 5, "flags": 8, "length": 8, "value": "01000000fa000000", )"
+                             R"("display": "1/250s", "valueLabel": null}, )"
+                             R"({"namespace": "exif", "name": "ExposureProgram", )"),
+            std::string::npos)
+      << outcome.out;
+  EXPECT_NE(outcome.out.find(R"("label": null, )"), std::string::npos);
+}
+
+TEST(CommandPool, DeletedItemsAreInTheJsonAndWithAllInTheText) {
+  const TempFolder folder;
+  const std::string path = folder.Add(
+      "blank.jpg", JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Ascii(0x010F, "   "), Ascii(0x0110, "Model One")})));
+  const Outcome text = Lxbridge({"pool", path});
+  EXPECT_EQ(text.out.find("Make"), std::string::npos) << text.out;
+  const Outcome all = Lxbridge({"pool", "--all", path});
+  const std::vector<std::string> lines = Lines(all.out);
+  const auto make = std::find_if(lines.begin(), lines.end(),
+                                 [](const std::string& line) { return line.find(" Make ") != std::string::npos; });
+  ASSERT_NE(make, lines.end()) << all.out;
+  EXPECT_TRUE(make->ends_with("(deleted)")) << *make;
+  EXPECT_EQ(lines.size(), Lines(text.out).size() + 1);
+  for (const char* format : {"--all", "--format=json"}) {
+    const Outcome json = Lxbridge({"pool", "--format=json", format, path});
+    EXPECT_NE(json.out.find(R"("name": "Make")"), std::string::npos);
+    EXPECT_NE(json.out.find(R"("flags": 640, "length": 4, "value": "20202000")"), std::string::npos) << json.out;
+  }
+}
+
+TEST(CommandPool, TheTextIsATreeThatATerminalCanShow) {
+  const TempFolder folder;
+  folder.Add("a.jpg", JpegBuilder()
+                          .App1Exif(TiffBuilder(kBig).Ifd0(
+                              {Ascii(0x010F, "Canon"), Ascii(0x8298, std::string(99, 'c') + "\xC3\xA9" + "end")}))
+                          .Comment("Andr\xE9")
+                          .Comment("two\nlines\x1B[31m red\xC2\x9B"));
+  const Outcome outcome = Lxbridge({"pool", "a.jpg"}, {.folder = folder.path()});
+  EXPECT_EQ(outcome.status, 0);
+  const std::string kTree =
+      "a.jpg: jpeg, 64 x 48, 3 x 8 bits, RGB, jpeg9, rot0\n"
+      "  jpegh                 SOI                         undef\n"
+      "    jpeg                APP1                        undef  Exif\n"
+      "      tiffh             IFDHeader                   undef\n"
+      "        tiffh           IFD                         undef\n"
+      "          tiff          Make                        ascii  Canon\n"
+      "          tiff          Copyright                   ascii  " +
+      std::string(99, 'c') +
+      "...\n"
+      "    jpeg                COM                         undef  Andr?\n"
+      "    jpeg                COM                         undef  two lines [31m red\n";
+  EXPECT_EQ(outcome.out.substr(0, kTree.size()), kTree);
+}
+
+TEST(CommandPool, BytesThatAreNotUtf8AreInTheJsonAsHex) {
+  const TempFolder folder;
+  const std::string path = folder.Add("caf\xE9 latin.jpg", JpegBuilder().Comment("Andr\xE9"));
+  const Outcome outcome = Lxbridge({"pool", "--format", "json", path});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  ASSERT_TRUE(IsPoolJson(outcome.out, {path}));
+  EXPECT_NE(outcome.out.find(R"("display": {"hex": "416e6472e9"})"), std::string::npos);
+  EXPECT_TRUE(outcome.out.starts_with(R"({"file": {"hex": ")"));
+  EXPECT_TRUE(IsXmpJson(Lxbridge({"--format", "json", path}).out, {path}));
+}
+
+// --- files that fail -------------------------------------------------------------------------------------------------
+
+TEST(CommandFailures, AFileThatCannotBeOpenedHasALineOfItsOwnAndTheOthersAreDone) {
+  const TempFolder folder;
+  folder.Add("a.jpg", Photo("A"));
+  folder.Add("b.jpg", Photo("B"));
+  ASSERT_EQ(::symlink("nowhere", (folder.path() + "/dangling").c_str()), 0);
+  ASSERT_EQ(::symlink("loop", (folder.path() + "/loop").c_str()), 0);
+  const Surroundings there = {.folder = folder.path()};
+  const std::vector<std::string> files = {"missing.jpg", "a.jpg", ".", "dangling", "a.jpg/", "loop", "b.jpg", "gone"};
+  const std::string kMessages =
+      "lxbridge: missing.jpg: NotFound\n"
+      "lxbridge: .: is a directory\n"
+      "lxbridge: dangling: NotFound\n"
+      "lxbridge: a.jpg/: NotFound\n"
+      "lxbridge: loop: NotFound\n"
+      "lxbridge: gone: NotFound\n";
+  for (const auto& form : kForms) {
+    std::vector<std::string> arguments = form;
+    arguments.insert(arguments.end(), files.begin(), files.end());
+    const Outcome outcome = Lxbridge(arguments, there);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, kMessages);
+    std::vector<std::string> good = form;
+    good.insert(good.end(), {"a.jpg", "b.jpg"});
+    const Outcome alone = Lxbridge(good, there);
+    EXPECT_EQ(alone.status, 0);
+    EXPECT_EQ(outcome.out, alone.out);
+    EXPECT_NE(alone.out, "");
+  }
+}
+
+TEST(CommandFailures, AFileWithoutRightsIsNotFound) {
+  if (::geteuid() == 0) GTEST_SKIP() << "the super-user may read everything";
+  const TempFolder folder;
+  const std::string path = folder.Add("secret.jpg", Photo());
+  ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+  for (const auto& form : kForms) {
+    std::vector<std::string> arguments = form;
+    arguments.push_back(path);
+    const Outcome outcome = Lxbridge(arguments);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "lxbridge: " + path + ": NotFound\n");
+    EXPECT_EQ(outcome.out, "");
+  }
+}
+
+TEST(CommandFailures, OnlyThePoolTellsThatAReaderFailedAndStillHasTheLine) {
+  const TempFolder folder;
+  const Surroundings there = {.folder = folder.path()};
+  folder.Add("broken.jpg", Broken());
+  folder.Add("a.jpg", Photo());
+  const Outcome json = Lxbridge({"pool", "--format", "json", "broken.jpg", "a.jpg"}, there);
+  EXPECT_EQ(json.status, 1);
+  EXPECT_EQ(json.err, "lxbridge: broken.jpg: BadReadFormat\n");
+  ASSERT_TRUE(IsPoolJson(json.out, {"broken.jpg", "a.jpg"}));
+  const OrderedJson line = OrderedJson::parse(Lines(json.out)[0]);
+  EXPECT_EQ(line["status"], -6);
+  EXPECT_EQ(line["statusName"], "BadReadFormat");
+  EXPECT_EQ(line["attributes"]["fileKind"], "jpeg");
+  EXPECT_EQ(line["items"], OrderedJson::array());
+  const Outcome text = Lxbridge({"pool", "broken.jpg"}, there);
+  EXPECT_EQ(text.status, 1);
+  EXPECT_EQ(text.err, "lxbridge: broken.jpg: BadReadFormat\n");
+  EXPECT_EQ(text.out, "broken.jpg: jpeg\n");
+  const Outcome xmp = Lxbridge({"broken.jpg"}, there);
+  EXPECT_EQ(xmp.status, 0);
+  EXPECT_EQ(xmp.err, "");
+  EXPECT_TRUE(IsPackets(xmp.out, 1));
+}
+
+TEST(CommandFailures, FilesThatHoldNothingAreReadAndEmpty) {
+  const TempFolder folder;
+  const std::string empty = folder.Add("empty", {});
+  const std::string other = folder.Add("text", Text("no picture at all, and long enough"));
+  for (const std::string& path : {empty, other, std::string("/dev/null")}) {
+    const Outcome xmp = Lxbridge({"--format", "json", path});
+    EXPECT_EQ(xmp.status, 0);
+    EXPECT_EQ(xmp.err, "");
+    EXPECT_EQ(xmp.out, R"({"file": ")" + path + R"(", "properties": []})" + "\n");
+    EXPECT_TRUE(IsPackets(Lxbridge({path}).out, 1));
+    const Outcome pool = Lxbridge({"pool", path});
+    EXPECT_EQ(pool.status, 0);
+    EXPECT_EQ(pool.err, "");
+    EXPECT_EQ(pool.out, path + ": unknown\n");
+    ASSERT_TRUE(IsPoolJson(Lxbridge({"pool", "--format=json", path}).out, {path}));
+  }
+}
+
+TEST(CommandFailures, AMessageStaysOneLineWhateverTheNameHolds) {
+  const Outcome names =
+      Lxbridge({"pool", "two\nlines", "bell\a", "caf\xE9.jpg", "cut\xE9", "back\\slash", "C1\xC2\x9B"});
+  EXPECT_EQ(names.status, 1);
+  EXPECT_EQ(names.err,
+            "lxbridge: two\\nlines: NotFound\n"
+            "lxbridge: bell\\x07: NotFound\n"
+            "lxbridge: caf\xE9.jpg: NotFound\n"
+            "lxbridge: cut\xE9: NotFound\n"
+            "lxbridge: back\\slash: NotFound\n"
+            "lxbridge: C1\\x9b: NotFound\n");
+  EXPECT_EQ(Lxbridge({"--no\nsuch"}).err,
+            "lxbridge: unknown option '--no\\nsuch'\nTry 'lxbridge --help' for more information.\n");
+
+  const TempFolder folder;
+  folder.Add("two\nlines", Photo());
+  const Outcome text = Lxbridge({"pool", "two\nlines"}, {.folder = folder.path()});
+  EXPECT_EQ(text.out.substr(0, text.out.find(": jpeg")), "two\\nlines");
+}
+
+// --- standard input, pipes -------------------------------------------------------------------------------------------
+
+TEST(CommandInput, StandardInputIsReadAsAFileIs) {
+  const TempFolder folder;
+  const std::string path = folder.Add("photo.jpg", Photo());
+  for (const auto& form : kForms) {
+    std::vector<std::string> byPath = form, byInput = form;
+    byPath.push_back(path);
+    byInput.insert(byInput.end(), {"-", path, "-"});  // A second time too: the position is as it was.
+    const Outcome once = Lxbridge(byPath);
+    const Outcome input = Lxbridge(byInput, {.input = path});
+    EXPECT_EQ(input.status, 0);
+    EXPECT_EQ(input.err, "");
+    EXPECT_EQ(input.out, RenamedInOutput(once.out, path, "-") + once.out + RenamedInOutput(once.out, path, "-"));
+  }
+}
+
+TEST(CommandInput, FromAPipeNothingIsReadAndTheResultIsEmpty) {
+  const TempFolder folder;
+  const Surroundings piped = {.input = folder.Add("photo.jpg", Photo()), .inputIsPipe = true};
+  const Outcome xmp = Lxbridge({"--format", "json", "-"}, piped);
+  EXPECT_EQ(xmp.status, 0);
+  EXPECT_EQ(xmp.err, "");
+  EXPECT_EQ(xmp.out, "{\"file\": \"-\", \"properties\": []}\n");
+  EXPECT_TRUE(IsPackets(Lxbridge({"-"}, piped).out, 1));
+  const Outcome pool = Lxbridge({"pool", "--format", "json", "-"}, piped);
+  EXPECT_EQ(pool.status, 0);
+  EXPECT_EQ(pool.err, "");
+  ASSERT_TRUE(IsPoolJson(pool.out, {"-"}));
+  EXPECT_TRUE(pool.out.starts_with(R"({"file": "-", "status": 1, "statusName": "1", )")) << pool.out;
+}
+
+TEST(CommandInput, ANamedPipeWithOneWriterDoesNotHang) {
+  const TempFolder folder;
+  const std::string pipe = folder.path() + "/pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  ::signal(SIGPIPE, SIG_IGN);
+  for (const auto& form : kForms) {
+    std::thread writer([&] {
+      const int descriptor = ::open(pipe.c_str(), O_WRONLY);
+      const Bytes photo = Photo();
+      (void)!::write(descriptor, photo.data(), photo.size());
+      ::close(descriptor);
+    });
+    std::vector<std::string> arguments = form;
+    arguments.push_back(pipe);
+    const Outcome outcome = Lxbridge(arguments);
+    writer.join();
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+  }
+}
+
+// --- output, options -------------------------------------------------------------------------------------------------
+
+TEST(CommandOutput, AClosedPipeEndsItQuietly) {
+  const TempFolder folder;
+  const std::string path = folder.Add("photo.jpg", Photo());
+  for (const auto& form : kForms) {
+    std::vector<std::string> arguments = form;
+    for (int i = 0; i < 3; ++i) arguments.push_back(path);
+    const Outcome killed = Lxbridge(arguments, {.outputIsClosedPipe = true});
+    EXPECT_EQ(killed.signal, SIGPIPE);
+    EXPECT_EQ(killed.err, "");
+    const Outcome told = Lxbridge(arguments, {.outputIsClosedPipe = true, .ignoresBrokenPipe = true});
+    EXPECT_EQ(told.status, 1);
+    EXPECT_EQ(told.err, "");
+  }
+}
+
+TEST(CommandOutput, AFullDiskIsSaidOnceAndEndsIt) {
+  const TempFolder folder;
+  const std::string path = folder.Add("photo.jpg", Photo());
+  std::vector<std::vector<std::string>> calls = {{"--help"}, {"--version"}};
+  for (std::vector<std::string> form : kForms) {
+    form.insert(form.end(), {path, path});
+    calls.push_back(form);
+  }
+  for (const auto& arguments : calls) {
+    const Outcome outcome = Lxbridge(arguments, {.output = "/dev/full"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "lxbridge: standard output: No space left on device\n");
+  }
+}
+
+TEST(CommandOptions, AUsageErrorIsTwoLinesAndNoFileIsRead) {
+  const TempFolder folder;
+  const std::string path = folder.Add("photo.jpg", Photo());
+  const struct {
+    std::vector<std::string> arguments;
+    const char* error;
+  } kCases[] = {
+      {{}, "no FILE given"},
+      {{path, ""}, "empty FILE"},
+      {{path, "--fromat"}, "unknown option '--fromat'"},
+      {{"pool", path, "--format", "xml"}, "unknown format 'xml'"},
+  };
+  for (const auto& c : kCases) {
+    const Outcome outcome = Lxbridge(c.arguments);
+    EXPECT_EQ(outcome.status, 2) << c.error;
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, std::string("lxbridge: ") + c.error + "\nTry 'lxbridge --help' for more information.\n");
+  }
+}
+
+TEST(CommandOptions, HelpAndVersionAnswerOnStandardOutput) {
+  const Outcome help = Lxbridge({"--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(help.err, "");
+  EXPECT_TRUE(help.out.starts_with("Usage: lxbridge"));
+  for (const char* word : {"xmp", "pool", "rdf|json", "text|json", "--all", "--version", "--help"}) {
+    EXPECT_NE(help.out.find(word), std::string::npos) << word;
+  }
+  const Outcome version = Lxbridge({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.err, "");
+  EXPECT_TRUE(version.out.starts_with("lxbridge "));
+}
+
+}  // namespace
+}  // namespace lxtest

@@ -1,0 +1,150 @@
+// What the command prints for built samples, as files under tests/golden/: a change of what it says shows as a diff.
+// The target update-goldens rewrites them. The lines of JSON are kept indented, for the diff's sake.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tests/support/image_builders.h"
+#include "tests/support/tiff_builder.h"
+#include "tests/tools/output_checks.h"
+#include "tests/tools/run_command.h"
+
+namespace lxtest {
+namespace {
+
+void ComparesWithGoldens(const std::string& name, const std::string& folder) {
+  const struct {
+    std::vector<std::string> form;
+    const char* ending;
+  } kOutputs[] = {
+      {{"pool", "--all"}, ".pool.txt"},
+      {{"pool", "--format", "json"}, ".pool.json"},
+      {{"xmp"}, ".xmp"},
+      {{"xmp", "--format", "json"}, ".xmp.json"},
+  };
+  for (const auto& output : kOutputs) {
+    std::vector<std::string> arguments = output.form;
+    arguments.push_back(name);
+    const Outcome outcome = Lxbridge(arguments, {.folder = folder});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    std::string text = outcome.out;
+    if (std::string_view(output.ending).ends_with(".json")) text = OrderedJson::parse(text).dump(1) + "\n";
+    const std::string golden = std::string(LX_GOLDEN_DIR) + "/" + name + output.ending;
+    if (::getenv("LX_UPDATE_GOLDENS") != nullptr) {
+      std::ofstream(golden, std::ios::binary) << text;
+    }
+    EXPECT_EQ(AsText(ReadWholeFile(golden)), text) << golden << "\nupdate-goldens takes the new text over";
+  }
+}
+
+TEST(Golden, TheSamplePhotograph) {
+  const TempFolder folder;
+  ASSERT_EQ(RunProgram(LX_MAKE_SAMPLE, {folder.path() + "/sample.jpg"}).status, 0);
+  ComparesWithGoldens("sample.jpg", folder.path());
+}
+
+// Tags of every kind of mapping: structures, dates, coordinates, texts in three character codes, numbers of all types.
+TEST(Golden, ATiffFileWithTagsOfEveryKind) {
+  const TempFolder folder;
+  folder.Add("every-kind.tif", TiffBuilder(kLittle)
+                                   .Ifd0({Long(0x0100, 4000),
+                                          Long(0x0101, 3000),
+                                          Short(0x0102, {8, 8, 8}),
+                                          Short(0x0103, 1),
+                                          Short(0x0106, 2),
+                                          Ascii(0x010E, "Ein Steg, abends"),
+                                          Ascii(0x010F, "Example Cameras"),
+                                          Ascii(0x0110, "Model Two"),
+                                          Short(0x0112, 6),
+                                          Short(0x0115, 3),
+                                          Ratl(0x011A, 3000000, 10000),
+                                          Ratl(0x011B, 300, 1),
+                                          Short(0x011C, 1),
+                                          Short(0x0128, 2),
+                                          Short(0x012D, std::vector<std::int64_t>(6, 257)),
+                                          Ascii(0x0131, "Editor 1.0"),
+                                          Ascii(0x0132, "2024:02:29 23:59:59"),
+                                          Ascii(0x013B, "Ren\xE9 Example"),
+                                          Ratl(0x013E, {3127, 10000, 3290, 10000}),
+                                          Short(0x0212, {2, 1}),
+                                          Short(0x0213, 2),
+                                          Ratl(0x0214, {0, 1, 255, 1, 128, 1, 255, 1, 128, 1, 255, 1}),
+                                          Ascii(0x8298, "(c) Example")})
+                                   .Exif({Ratl(0x829A, 13, 10),
+                                          Ratl(0x829D, 28, 10),
+                                          Short(0x8822, 2),
+                                          Ascii(0x8824, "sensitivity"),
+                                          Short(0x8827, {100, 200}),
+                                          Undef(0x8828, Hex("02000100 5200 4700") + Put32(1, kLittle) +
+                                                            Put32(2, kLittle) + Put32(3, kLittle) + Put32(4, kLittle)),
+                                          Undef(0x9000, Text("0220")),
+                                          Ascii(0x9003, "2024:02:29 12:00:00"),
+                                          Ascii(0x9004, "2024:06:01 12:00:00"),
+                                          Undef(0x9101, Hex("01020300")),
+                                          Ratl(0x9102, 4, 1),
+                                          SRatl(0x9201, 7655, 1000),
+                                          Ratl(0x9202, 297, 100),
+                                          SRatl(0x9203, -15, 10),
+                                          SRatl(0x9204, 1, 3),
+                                          Ratl(0x9205, 2, 1),
+                                          Ratl(0x9206, 0xFFFFFFFF, 1),
+                                          Short(0x9207, 5),
+                                          Short(0x9208, 10),
+                                          Short(0x9209, 0x5F),
+                                          Ratl(0x920A, 350, 10),
+                                          Short(0x9214, {100, 200, 10}),
+                                          Undef(0x9286, Text("UNICODE") + Filled(1) + Hex("53007400650067002D20")),
+                                          Ascii(0x9290, "012"),
+                                          Ascii(0x9291, "5"),
+                                          Undef(0xA000, Text("0100")),
+                                          Short(0xA001, 0xFFFF),
+                                          Long(0xA002, 4000),
+                                          Long(0xA003, 3000),
+                                          Ascii(0xA004, "NOTE.WAV"),
+                                          Ratl(0xA20E, 2000, 1),
+                                          Short(0xA210, 3),
+                                          Ratl(0xA215, 100, 1),
+                                          Short(0xA217, 2),
+                                          Undef(0xA300, {3}),
+                                          Undef(0xA301, {1}),
+                                          Undef(0xA302, Hex("02000200 00010102")),
+                                          Short(0xA401, 1),
+                                          Short(0xA402, 1),
+                                          Short(0xA403, 1),
+                                          Ratl(0xA404, 0, 1),
+                                          Short(0xA405, 52),
+                                          Short(0xA406, 3),
+                                          Short(0xA40A, 2),
+                                          Undef(0xA40B, Hex("02000100 41000000 42000000")),
+                                          Short(0xA40C, 3),
+                                          Ascii(0xA420, "0123456789abcdef0123456789abcdef")})
+                                   .Gps({Byte(0x0000, {2, 3, 0, 0}),
+                                         Ascii(0x0001, "S"),
+                                         Ratl(0x0002, {33, 1, 51, 1, 3588, 100}),
+                                         Ascii(0x0003, "E"),
+                                         Ratl(0x0004, {151, 1, 125483, 10000, 0, 1}),
+                                         Byte(0x0005, {1}),
+                                         Ratl(0x0006, 125, 10),
+                                         Ratl(0x0007, {23, 1, 59, 1, 305, 10}),
+                                         Ascii(0x0008, "05"),
+                                         Ascii(0x0009, "A"),
+                                         Ascii(0x000A, "3"),
+                                         Ratl(0x000B, 12, 10),
+                                         Ascii(0x000C, "K"),
+                                         Ratl(0x000D, 5, 1),
+                                         Ascii(0x0010, "T"),
+                                         Ratl(0x0011, 27350, 100),
+                                         Ascii(0x0012, "WGS-84"),
+                                         Ascii(0x0013, "S"),
+                                         Ratl(0x0014, {34, 1, 0, 1, 0, 1}),
+                                         Undef(0x001B, Text("ASCII") + Filled(3) + Text("GPS")),
+                                         Ascii(0x001D, "2024:02:29"),
+                                         Short(0x001E, 1)}));
+  ComparesWithGoldens("every-kind.tif", folder.path());
+}
+
+}  // namespace
+}  // namespace lxtest

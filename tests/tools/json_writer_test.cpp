@@ -1,0 +1,81 @@
+// JSON texts against a parser of somebody else's: every byte comes back, and every line is valid.
+#include "tools/lxbridge/json_writer.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace lxbridge::command {
+namespace {
+
+using nlohmann::json;
+
+std::string Written(const std::string& text) {
+  std::string out;
+  JsonWriter(&out).String(text);
+  return out;
+}
+
+TEST(JsonWriter, EveryTextComesBack) {
+  for (int c = 0; c < 0x80; ++c) {
+    const std::string text = {'a', static_cast<char>(c), 'b'};
+    EXPECT_EQ(json::parse(Written(text)).get<std::string>(), text) << "character " << c;
+  }
+  for (const char* text :
+       {"", "Crémieux", "日本", "😀", "\xF4\x8F\xBF\xBF", "\xED\x9F\xBF", "\xEF\xBF\xBF", "a\\\"b/"}) {
+    EXPECT_EQ(json::parse(Written(text)).get<std::string>(), text);
+  }
+  EXPECT_EQ(Written("line\nnext").find('\n'), std::string::npos) << "a line end would tear the line";
+}
+
+TEST(JsonWriter, WhatIsNotUtf8BecomesHex) {
+  const struct {
+    const char* what;
+    const char* text;
+    const char* hex;
+  } kCases[] = {
+      {"a single byte", "caf\xE9", "636166e9"},
+      {"a lone trailing byte", "\x80", "80"},
+      {"a sequence cut short", "\xE2\x82", "e282"},
+      {"a sequence broken off", "\xC3(", "c328"},
+      {"overlong forms", "\xC0\xAF\xE0\x80\xAF\xF0\x80\x80\xAF", "c0afe080aff08080af"},
+      {"a surrogate", "\xED\xA0\x80", "eda080"},
+      {"above U+10FFFF", "\xF4\x90\x80\x80", "f4908080"},
+      {"a lead byte that never was one", "\xF8\x88\x80\x80\x80", "f888808080"},
+  };
+  for (const auto& c : kCases) {
+    EXPECT_EQ(json::parse(Written(c.text)), json({{"hex", c.hex}})) << c.what;
+  }
+}
+
+TEST(JsonWriter, CommasAndColonsStandWhereTheyBelong) {
+  std::string out;
+  JsonWriter writer(&out);
+  writer.BeginObject();
+  writer.Key("empty");
+  writer.BeginArray();
+  writer.EndArray();
+  writer.Key("nested");
+  writer.BeginArray();
+  writer.BeginObject();
+  writer.EndObject();
+  writer.String("\xFF");
+  writer.BeginObject();
+  writer.Key("a");
+  writer.Integer(-9223372036854775807 - 1);
+  writer.Key("\xFF");
+  writer.Null();
+  writer.EndObject();
+  writer.StringOrNull(nullptr);
+  writer.HexOrNull(reinterpret_cast<const std::uint8_t*>("\x01\xfa"), 2);
+  writer.EndArray();
+  writer.Key("last");
+  writer.HexOrNull(nullptr, 4);
+  writer.EndObject();
+  EXPECT_EQ(out, R"({"empty": [], "nested": [{}, {"hex": "ff"}, {"a": -9223372036854775808, "hex:ff": null}, null, )"
+                 R"("01fa"], "last": null})");
+}
+
+}  // namespace
+}  // namespace lxbridge::command

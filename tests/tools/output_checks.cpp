@@ -1,0 +1,254 @@
+#include "tests/tools/output_checks.h"
+
+#include <expat.h>
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+
+#include "clients/xmp/xmp_meta.h"
+#include "host/xmp_view.h"
+#include "tests/tools/run_command.h"
+
+namespace lxtest {
+
+namespace {
+
+using testing::AssertionFailure;
+using testing::AssertionResult;
+using testing::AssertionSuccess;
+
+// What String() of the writer makes of a text: itself, or its bytes in hex.
+std::string Decoded(const OrderedJson& text) {
+  if (text.is_string()) return text.get<std::string>();
+  return AsText(Hex(text.at("hex").get<std::string>()));
+}
+
+bool IsText(const OrderedJson& value) {
+  return value.is_string() || (value.is_object() && value.size() == 1 && value.contains("hex"));
+}
+
+bool HasKeys(const OrderedJson& object, const std::vector<std::string_view>& keys) {
+  if (!object.is_object() || object.size() != keys.size()) return false;
+  auto key = keys.begin();
+  for (const auto& member : object.items()) {
+    if (member.key() != *key++) return false;
+  }
+  return true;
+}
+
+// What is wrong with a node; "" when nothing is.
+std::string NodeFault(const OrderedJson& node) {
+  if (node.is_string()) return "";
+  if (!node.is_object() || node.empty()) return "a node that is neither text nor object";
+  const std::string form = node.begin().key();
+  const OrderedJson& content = *node.begin();
+  if (HasKeys(node, {"value", "qualifiers"})) {
+    if (!node["qualifiers"].is_object() || node["qualifiers"].empty()) return "qualifiers without one";
+    for (const auto& member : node["qualifiers"].items()) {
+      if (const std::string fault = NodeFault(member.value()); !fault.empty()) return fault;
+    }
+    return NodeFault(content);
+  }
+  if (node.size() != 1) return "a node of two forms";
+  if (form == "struct" ? !content.is_object() : !content.is_array()) return "content of another form than " + form;
+  if (form != "bag" && form != "seq" && form != "alt" && form != "struct") return "a node of form " + form;
+  for (const auto& member : content.items()) {
+    if (form == "struct" && member.key().find(':') == std::string::npos) return "a field without prefix";
+    if (const std::string fault = NodeFault(member.value()); !fault.empty()) return fault;
+  }
+  return "";
+}
+
+std::string ItemFault(const OrderedJson& item) {
+  std::vector<std::string_view> keys = {"namespace", "name",   "label", "tag",     "type",      "typeCode",
+                                        "flags",     "length", "value", "display", "valueLabel"};
+  if (item.contains("children")) keys.push_back("children");
+  if (!HasKeys(item, keys)) return "an item with other keys: " + item.dump();
+  for (const char* key : {"namespace", "name", "display"}) {
+    if (!IsText(item[key])) return std::string(key) + " is no text";
+  }
+  for (const char* key : {"label", "type", "valueLabel"}) {
+    if (!item[key].is_string() && !item[key].is_null()) return std::string(key) + " is neither text nor null";
+  }
+  for (const char* key : {"tag", "typeCode", "flags", "length"}) {
+    if (!item[key].is_number_unsigned()) return std::string(key) + " is no number";
+  }
+  if (!item["value"].is_null()) {
+    const std::string value = item["value"].get<std::string>();
+    if (value.find_first_not_of("0123456789abcdef") != std::string::npos) return "a value that is not hex: " + value;
+    if (value.size() != 2 * item["length"].get<std::size_t>()) return "a value of another length: " + item.dump();
+  }
+  if (!item.contains("children")) return "";
+  if (!item["children"].is_array() || item["children"].empty()) return "children without one";
+  for (const OrderedJson& child : item["children"]) {
+    if (const std::string fault = ItemFault(child); !fault.empty()) return fault;
+  }
+  return "";
+}
+
+std::string XmpFault(const OrderedJson& line) {
+  if (!HasKeys(line, {"file", "properties"})) return "a line with other keys";
+  for (const OrderedJson& property : line["properties"]) {
+    if (!HasKeys(property, {"schema", "prefix", "name", "value"})) return "a property with other keys";
+    for (const char* key : {"schema", "prefix", "name"}) {
+      if (!property[key].is_string() || property[key].empty()) return std::string(key) + " is no text";
+    }
+    if (const std::string fault = NodeFault(property["value"]); !fault.empty()) {
+      return property["name"].get<std::string>() + ": " + fault;
+    }
+  }
+  return "";
+}
+
+std::string PoolFault(const OrderedJson& line) {
+  if (!HasKeys(line, {"file", "status", "statusName", "attributes", "items"})) return "a line with other keys";
+  if (!line["status"].is_number_integer() || !line["statusName"].is_string()) return "a status of another kind";
+  const OrderedJson& attributes = line["attributes"];
+  if (!HasKeys(attributes, {"width", "height", "samples", "bits", "colourModel", "mcuWidth", "mcuHeight", "hasLayers",
+                            "hasMetadata", "orientation", "fileKind", "compression"})) {
+    return "other attributes";
+  }
+  for (const char* key : {"colourModel", "orientation", "fileKind", "compression"}) {
+    if (!attributes[key].is_string()) return std::string(key) + " has no name";
+  }
+  for (const OrderedJson& item : line["items"]) {
+    if (const std::string fault = ItemFault(item); !fault.empty()) return fault;
+  }
+  return "";
+}
+
+template <typename Check>
+AssertionResult IsLines(const std::string& output, const std::vector<std::string>& files, Check check) {
+  const std::vector<std::string> lines = Lines(output);
+  if (lines.size() != files.size() || (!output.empty() && output.back() != '\n')) {
+    return AssertionFailure() << lines.size() << " lines for " << files.size() << " files";
+  }
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    try {
+      const OrderedJson line = OrderedJson::parse(lines[i]);
+      std::string fault = check(line);
+      if (fault.empty() && Decoded(line["file"]) != files[i]) fault = "the name is " + line["file"].dump();
+      if (!fault.empty()) return AssertionFailure() << files[i] << ": " << fault;
+    } catch (const OrderedJson::exception& error) {
+      return AssertionFailure() << files[i] << ": " << error.what();
+    }
+  }
+  return AssertionSuccess();
+}
+
+// What expat sees of one packet: its depth at each element, and where property elements begin.
+struct Seen {
+  XML_Parser parser;
+  std::vector<std::string> open;
+  std::vector<XML_Size> propertyLines;
+  std::size_t rdfElements = 0;
+
+  static void Start(void* user, const char* name, const char**) {
+    auto* seen = static_cast<Seen*>(user);
+    if (std::string_view(name) == "rdf:RDF") ++seen->rdfElements;
+    if (!seen->open.empty() && seen->open.back() == "rdf:Description" && seen->open.size() == 3) {
+      seen->propertyLines.push_back(XML_GetCurrentLineNumber(seen->parser));
+    }
+    seen->open.emplace_back(name);
+  }
+  static void End(void* user, const char*) { static_cast<Seen*>(user)->open.pop_back(); }
+};
+
+std::string PacketFault(const std::string& packet) {
+  if (!packet.starts_with("<?xpacket begin=")) return "no header";
+  const std::vector<std::string> lines = Lines(packet);
+  if (!lines.back().starts_with("<?xpacket end=")) return "no trailer on a line of its own";
+  if (lines.size() < 2 || !lines[1].starts_with("<x:xmpmeta ")) return "no x:xmpmeta";
+  const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate("UTF-8"), XML_ParserFree);
+  Seen seen = {parser.get(), {}, {}, 0};
+  XML_SetUserData(parser.get(), &seen);
+  XML_SetElementHandler(parser.get(), Seen::Start, Seen::End);
+  if (XML_Parse(parser.get(), packet.data(), static_cast<int>(packet.size()), 1) != XML_STATUS_OK) {
+    return std::string(XML_ErrorString(XML_GetErrorCode(parser.get()))) + " in line " +
+           std::to_string(XML_GetCurrentLineNumber(parser.get()));
+  }
+  if (seen.rdfElements != 1) return std::to_string(seen.rdfElements) + " rdf:RDF";
+  if (std::adjacent_find(seen.propertyLines.begin(), seen.propertyLines.end()) != seen.propertyLines.end()) {
+    return "two property elements on one line";
+  }
+  return "";
+}
+
+OrderedJson NodeJson(const lxbridge::XmpNode& node);
+
+std::string Qualified(const lxbridge::XmpNode& node) {
+  return node.prefix + ":" + node.name;
+}
+
+OrderedJson NodeJson(const lxbridge::XmpNode& node) {
+  OrderedJson bare = node.value;
+  if (node.IsArray()) {
+    OrderedJson items = OrderedJson::array();
+    for (const lxbridge::XmpNode& item : node.children) items.push_back(NodeJson(item));
+    bare = {{node.IsAlternative() ? "alt" : node.IsOrdered() ? "seq" : "bag", items}};
+  } else if (node.IsStruct()) {
+    OrderedJson fields = OrderedJson::object();
+    for (const lxbridge::XmpNode& field : node.children) fields[Qualified(field)] = NodeJson(field);
+    bare = {{"struct", fields}};
+  }
+  if (node.qualifiers.empty()) return bare;
+  OrderedJson qualifiers = OrderedJson::object();
+  for (const lxbridge::XmpNode& qualifier : node.qualifiers) qualifiers[Qualified(qualifier)] = NodeJson(qualifier);
+  return {{"value", bare}, {"qualifiers", qualifiers}};
+}
+
+}  // namespace
+
+AssertionResult IsXmpJson(const std::string& output, const std::vector<std::string>& files) {
+  return IsLines(output, files, XmpFault);
+}
+
+AssertionResult IsPoolJson(const std::string& output, const std::vector<std::string>& files) {
+  return IsLines(output, files, PoolFault);
+}
+
+std::vector<std::string> Packets(const std::string& output) {
+  std::vector<std::string> packets;
+  std::size_t from = 0;
+  while (from < output.size()) {
+    const std::size_t trailer = output.find("<?xpacket end=", from);
+    const std::size_t end = trailer == std::string::npos ? trailer : output.find('\n', trailer);
+    packets.push_back(output.substr(from, end == std::string::npos ? end : end + 1 - from));
+    from = end == std::string::npos ? output.size() : end + 1;
+  }
+  return packets;
+}
+
+AssertionResult IsPackets(const std::string& output, std::size_t count) {
+  const std::vector<std::string> packets = Packets(output);
+  if (packets.size() != count) return AssertionFailure() << packets.size() << " packets instead of " << count;
+  if (!output.empty() && output.back() != '\n') return AssertionFailure() << "the last line has no end";
+  for (const std::string& packet : packets) {
+    if (const std::string fault = PacketFault(packet); !fault.empty())
+      return AssertionFailure() << fault << "\n" << packet;
+  }
+  return AssertionSuccess();
+}
+
+OrderedJson PropertiesOfPacket(const std::string& packet) {
+  const lxbridge::HostSession session;
+  XMPMetaHolder object;
+  object.ParseFromBuffer(reinterpret_cast<const std::uint8_t*>(packet.data()), static_cast<std::int32_t>(packet.size()),
+                         0);
+  OrderedJson properties = OrderedJson::array();
+  for (const lxbridge::XmpNode& node : lxbridge::XmpView(object.Meta()).Properties()) {
+    properties.push_back(
+        {{"schema", node.schema}, {"prefix", node.prefix}, {"name", node.name}, {"value", NodeJson(node)}});
+  }
+  return properties;
+}
+
+std::string RenamedInOutput(const std::string& output, const std::string& from, const std::string& to) {
+  for (const std::string before : {"{\"file\": \"", ""}) {  // A line of JSON; the head of a tree.
+    if (output.starts_with(before + from)) return before + to + output.substr(before.size() + from.size());
+  }
+  return output;
+}
+
+}  // namespace lxtest

@@ -1,0 +1,54 @@
+// Runs the built command as a user's shell would, and looks at what comes out. POSIX. Uses bytes.h.
+#ifndef LXBRIDGE_TESTS_TOOLS_RUN_COMMAND_H_
+#define LXBRIDGE_TESTS_TOOLS_RUN_COMMAND_H_
+
+#include <string>
+#include <vector>
+
+#include "tests/support/bytes.h"
+
+namespace lxtest {
+
+struct Outcome {
+  int status = -1;  // The exit status; -1 when a signal ended it.
+  int signal = 0;
+  std::string out;
+  std::string err;
+};
+
+struct Surroundings {
+  std::string input = "/dev/null";  // Opened as standard input.
+  bool inputIsPipe = false;         // The same bytes through a pipe.
+  std::string output = "";          // Standard output instead of Outcome::out: a path to open for writing.
+  bool outputIsClosedPipe = false;  // A pipe whose reader has gone.
+  bool ignoresBrokenPipe = false;   // SIGPIPE is ignored, as some parents leave it.
+  std::string folder = "";          // The working folder; "": as it is.
+};
+
+// lxbridge with these arguments, in the zone of all tests.
+[[nodiscard]] Outcome Lxbridge(const std::vector<std::string>& arguments, const Surroundings& surroundings = {});
+[[nodiscard]] Outcome RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                                 const Surroundings& surroundings = {});
+
+[[nodiscard]] std::string AsText(const Bytes& bytes);
+// The lines without their ends; a last line without end counts too.
+[[nodiscard]] std::vector<std::string> Lines(const std::string& text);
+
+// A folder for a test's files, removed with all in it at the end of its life.
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  [[nodiscard]] const std::string& path() const { return path_; }
+  // The path of a new file in it.
+  std::string Add(const std::string& name, const Bytes& bytes) const;
+
+ private:
+  std::string path_;
+};
+
+}  // namespace lxtest
+
+#endif  // LXBRIDGE_TESTS_TOOLS_RUN_COMMAND_H_
