@@ -14,6 +14,11 @@ if(LXBRIDGE_SANITIZE)
     -fno-omit-frame-pointer)
   target_link_options(lx_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(LXBRIDGE_FUZZ)
+  target_compile_options(lx_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  target_link_options(lx_options INTERFACE -fsanitize=address,undefined)
+endif()
 
 # While the tree is being laid out, sources that are listed but not there yet are passed over.
 function(lx_existing list)

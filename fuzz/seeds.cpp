@@ -1,0 +1,120 @@
+// Writes the seeds of all fuzz targets from the tests' own builders: lx_fuzz_seeds FOLDER makes FOLDER/<target>/<name>.
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/support/image_builders.h"
+#include "tests/support/rich_files.h"
+#include "tests/support/tiff_builder.h"
+
+using namespace lxtest;
+
+namespace {
+
+std::filesystem::path root;
+
+void Seed(const char* target, const char* name, const Bytes& bytes) {
+  const std::filesystem::path folder = root / target;
+  std::filesystem::create_directories(folder);
+  std::ofstream file(folder / name, std::ios::binary);
+  file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+void Files(const char* target) {
+  Seed(target, "rich-big.jpg", RichJpeg(kBig));
+  Seed(target, "rich-little.jpg", RichJpeg(kLittle));
+  Seed(target, "rich-big.tif", RichTiff(kBig));
+  Seed(target, "rich-little.tif", RichTiff(kLittle));
+  Seed(target, "rich.psd", RichPsd());
+  Seed(target, "plain.jpg", JpegBuilder().App0Jfif().Sof2());
+  Seed(target, "exif.jpg",
+       JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Short(0x0112, 6)}).Exif({Ratl(0x829A, 1, 250)})));
+  Seed(target, "gps.tif", TiffBuilder(kLittle).Gps({Ascii(1, "N"), Ratl(2, {1, 1, 2, 1, 3, 1})}));
+  Seed(target, "image.png", Hex("89504E470D0A1A0A 0000000D 49484452 00000040 00000030 08 02 00 00 00 00000000"));
+  Seed(target, "image.gif", Text("GIF89a") + Hex("4000 3000 F7 00 00") + Filled(16));
+  Seed(target, "image.bmp", Text("BM") + Filled(8) + Hex("36000000 28000000 40000000 30000000 0100 1800") + Filled(24));
+}
+
+void MakerNotes() {
+  const TiffEntries entries = {Short(1, {92, 2, 0}), Ascii(7, "Firmware 1.00"), Long(8, 100), Ratl(0x0E, 1, 3),
+                               Undef(0x10, Filled(20, 3))};
+  // The note stands behind IFD0 and the Exif IFD; editors move it, so that any origin is a seed.
+  for (std::uint8_t camera = 0; camera < 20; ++camera) {
+    for (const Order order : {kLittle, kBig}) {
+      const Bytes first = {static_cast<std::uint8_t>(camera | (order == kBig ? 0x80 : 0))};
+      const std::string name = std::to_string(camera) + (order == kBig ? "-big" : "-little");
+      Seed("maker_note", ("bare-" + name).c_str(), first + EncodeIfd(order, entries, 86));
+      Seed("maker_note", ("tiff-" + name).c_str(),
+           first + Text("Nikon") + Hex("00 02 10 00 00") + TiffBuilder(order).Ifd0(entries).Build());
+    }
+  }
+  Seed("maker_note", "texts",
+       Bytes({0x7F, 5}) + Text("Canon") + Bytes({3}) + Text("EOS") + EncodeIfd(kLittle, entries, 0));
+}
+
+void DisplayTexts() {
+  const struct {
+    const char* name;
+    Bytes value;
+  } values[] = {{"ascii", Text("plain text") + Filled(1)},
+                {"utf8", Text("caf\xC3\xA9") + Filled(1)},
+                {"latin1", Text("caf\xE9")},
+                {"shift-jis", Hex("83 4A 83 81 83 89 00")},
+                {"euc-jp", Hex("A5 AB A5 E1 A5 E9 00")},
+                {"iso-2022", Hex("1B 24 42 25 2B 1B 28 42 00")},
+                {"utf16", Text("UNICODE") + Filled(1) + Hex("FEFF 0043 D83D DE00 0000")},
+                {"rational", Hex("00000001 000000FA")},
+                {"zero-denominator", Hex("00000001 00000000")},
+                {"numbers", Filled(64, 7)},
+                {"icc", IccProfile("Wide colours")}};
+  for (const auto& value : values) {
+    for (const std::uint8_t type : Bytes({1, 2, 3, 5, 7, 10, 12, 14})) {
+      Seed("display_text", (value.name + std::string("-") + std::to_string(type)).c_str(),
+           Bytes({static_cast<std::uint8_t>(type & 1), type, 0, static_cast<std::uint8_t>(7 * type)}) + value.value);
+    }
+  }
+}
+
+// A text argument with its length in front.
+Bytes Argument(std::string_view text) {
+  return Bytes({static_cast<std::uint8_t>(text.size())}) + Text(text);
+}
+
+void Commands() {
+  for (std::uint8_t file = 0; file < 4; ++file) {
+    Bytes puts = {file};
+    for (std::uint8_t space = 0; space < 14; ++space) {
+      for (const std::uint8_t type : Bytes({2, 3, 5})) puts += Bytes({1, space, 7, type, 3}) + Argument("12/5 7");
+    }
+    Seed("pool_editing", ("put-" + std::to_string(file)).c_str(), puts);
+    Seed("pool_editing", ("delete-" + std::to_string(file)).c_str(),
+         Bytes({file, 3, 0, 3}) + Argument("") + Bytes({4, 1, 5, 2, 6, 10, 7, 2, 4, 1, 2, 1}) + Argument("a text"));
+  }
+  std::uint8_t type = 0;
+  for (const char* text : {"1 2 3", "-1/3", "1.5", "0x1F", "text", "", "4294967296", "1/0 -2147483648/-1"}) {
+    Seed("pool_editing", ("value-" + std::to_string(type)).c_str(), Bytes({0, 0, type}) + Argument(text));
+    ++type;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fputs("usage: lx_fuzz_seeds FOLDER\n", stderr);
+    return 2;
+  }
+  root = argv[1];
+  Files("file_to_pool");
+  Files("file_to_xmp");
+  Seed("xmp_packet", "rich", Text(RichPacket()));
+  Seed("xmp_packet", "empty", Text("<x:xmpmeta xmlns:x='adobe:ns:meta/'/>"));
+  Seed("iptc_block", "rich", RichIptc());
+  Seed("iptc_block", "two", IptcBuilder().Add(25, "a").Add(120, ""));
+  Seed("image_resources", "rich-big", RichResources(kBig));
+  Seed("image_resources", "rich-little", RichResources(kLittle));
+  MakerNotes();
+  DisplayTexts();
+  Commands();
+  return 0;
+}

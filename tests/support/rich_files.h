@@ -1,0 +1,31 @@
+// Files that hold everything at once: what a camera, an editor and a picture desk leave in one. For sweeps over faults
+// and as seeds of fuzzing. Uses image_builders.h.
+#ifndef LXBRIDGE_TESTS_SUPPORT_RICH_FILES_H_
+#define LXBRIDGE_TESTS_SUPPORT_RICH_FILES_H_
+
+#include <string_view>
+
+#include "tests/support/bytes.h"
+#include "tests/support/image_builders.h"
+#include "tests/support/tiff_builder.h"
+
+namespace lxtest {
+
+// An XMP packet with simple values, a struct, all three kinds of array, a language alternative and a qualifier.
+[[nodiscard]] std::string_view RichPacket();
+// Datasets of the caption, of people and of places, keywords (repeated ones too), dates, texts in three encodings.
+[[nodiscard]] IptcBuilder RichIptc();
+// Datasets, the caption digest, an Exif block in the other byte order, a thumbnail, a packet, a resource with a name.
+[[nodiscard]] ResourceBuilder RichResources(Order order);
+// IFD0, Exif with a maker note and a comment, GPS, interoperability, IFD1 with a thumbnail. As of a Canon camera.
+[[nodiscard]] TiffBuilder RichExif(Order order);
+
+// APP0 (JFIF), APP1 (Exif, XMP), APP2 (ICC profile), APP13, a comment.
+[[nodiscard]] Bytes RichJpeg(Order order);
+// RichExif's IFDs with sub-IFDs, resources, datasets and a packet in tags.
+[[nodiscard]] Bytes RichTiff(Order order);
+[[nodiscard]] Bytes RichPsd();
+
+}  // namespace lxtest
+
+#endif  // LXBRIDGE_TESTS_SUPPORT_RICH_FILES_H_
