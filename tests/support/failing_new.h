@@ -1,0 +1,101 @@
+// Makes the nth call of operator new fail, and counts the blocks that are alive. Replaces the global operators of the
+// program, its shared libraries included, so exactly one file of a program includes this. Uses the standard library
+// only.
+//
+//   for (Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
+//     for (int nth = 1;; ++nth) {
+//       FailingNew failingNew(nth, failing);
+//       ...
+//       failingNew.Stop();
+//       EXPECT_EQ(failingNew.liveBlocks(), 0) << "allocation " << nth;
+//       if (!failingNew.hasFailed()) break;
+//     }
+//   }
+#ifndef LXBRIDGE_TESTS_SUPPORT_FAILING_NEW_H_
+#define LXBRIDGE_TESTS_SUPPORT_FAILING_NEW_H_
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+#include "tests/support/failing_memory.h"
+
+namespace lxtest {
+
+// Counts and fails from its making to Stop or its end. One at a time, one thread.
+class FailingNew {
+ public:
+  explicit FailingNew(int nth = 0, Failing failing = Failing::kOnce) : nth_(nth), failing_(failing) { active_ = this; }
+  ~FailingNew() { Stop(); }
+  FailingNew(const FailingNew&) = delete;
+  FailingNew& operator=(const FailingNew&) = delete;
+
+  void Stop() { active_ = nullptr; }
+  [[nodiscard]] bool hasFailed() const { return hasFailed_; }
+  [[nodiscard]] int allocations() const { return allocations_; }
+  // Blocks made less blocks freed in its time.
+  [[nodiscard]] int liveBlocks() const { return liveBlocks_; }
+
+  static void* Allocate(std::size_t size) noexcept {
+    FailingNew* const self = active_;
+    if (self != nullptr && self->Fails()) return nullptr;
+    void* const block = std::malloc(size != 0 ? size : 1);
+    if (self != nullptr && block != nullptr) ++self->liveBlocks_;
+    return block;
+  }
+  static void Free(void* block) noexcept {
+    if (active_ != nullptr && block != nullptr) --active_->liveBlocks_;
+    std::free(block);
+  }
+
+ private:
+  bool Fails() noexcept {
+    ++allocations_;
+    const bool fails = nth_ != 0 && (failing_ == Failing::kOnce ? allocations_ == nth_ : allocations_ >= nth_);
+    hasFailed_ = hasFailed_ || fails;
+    return fails;
+  }
+
+  static inline FailingNew* active_ = nullptr;
+  int nth_;
+  Failing failing_;
+  int allocations_ = 0;
+  int liveBlocks_ = 0;
+  bool hasFailed_ = false;
+};
+
+}  // namespace lxtest
+
+void* operator new(std::size_t size) {
+  if (void* const block = lxtest::FailingNew::Allocate(size)) return block;
+  throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return lxtest::FailingNew::Allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return lxtest::FailingNew::Allocate(size);
+}
+void operator delete(void* block) noexcept {
+  lxtest::FailingNew::Free(block);
+}
+void operator delete[](void* block) noexcept {
+  lxtest::FailingNew::Free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+  lxtest::FailingNew::Free(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+  lxtest::FailingNew::Free(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
+  lxtest::FailingNew::Free(block);
+}
+void operator delete[](void* block, const std::nothrow_t&) noexcept {
+  lxtest::FailingNew::Free(block);
+}
+
+#endif  // LXBRIDGE_TESTS_SUPPORT_FAILING_NEW_H_

@@ -1,0 +1,237 @@
+#include "xmpconv/tiff_exif.h"
+
+#include <algorithm>
+#include <set>
+#include <sstream>
+
+#include "kit/model/tables/tables.h"
+#include "tests/xmpconv/conversion_fixture.h"
+#include "xmpconv/schemas.h"
+
+namespace lxtest {
+namespace {
+
+class TiffExifTest : public ConversionTest {
+ protected:
+  // What the item leaves in an XMP object that holds nothing else.
+  std::string Converted(LxMetadataItem* item) {
+    Add(item);
+    XMPMetaHolder fresh;
+    LxConversion own(*pool.get(), fresh);
+    const bool isTiff = std::string_view(item->nameSpace) == "tiff";
+    const bool done = isTiff ? LxConvertTiffItem(own, item) : LxConvertExifItem(own, item);
+    const std::string dump = DumpXmp(fresh.Meta());
+    EXPECT_EQ(done, !dump.empty()) << item->name;
+    return dump;
+  }
+};
+
+TEST_F(TiffExifTest, ItemsAreMappedWhenTypeAndLengthFitTheirRule) {
+  const struct {
+    const char* nameSpace;
+    const char* name;
+    std::uint16_t tag;
+    std::uint16_t type;
+    std::initializer_list<std::int64_t> elements;
+    const char* text;  // Empty: not converted.
+  } cases[] = {
+      {"exif", "ExposureTime", 0x829A, kLxTypeRational, {1, 250}, "1/250"},
+      {"exif", "ExposureTime", 0x829A, kLxTypeSRational, {1, 250}, "1/250"},
+      {"exif", "ExposureBiasValue", 0x9204, kLxTypeSRational, {-2, 3}, "-2/3"},
+      {"exif", "ExposureTime", 0x829A, kLxTypeLong, {1, 250}, ""},
+      {"exif", "ISOSpeedRatings", 0x8827, kLxTypeShort, {100, 200}, "seq[100, 200]"},
+      {"exif", "ISOSpeedRatings", 0x8827, kLxTypeShort, {100}, "seq[100]"},
+      {"exif", "ISOSpeedRatings", 0x8827, kLxTypeSByte, {-100, 1}, "seq[-100, 1]"},
+      {"exif", "ISOSpeedRatings", 0x8827, kLxTypeRational, {100, 1}, ""},
+      {"exif", "ISOSpeedRatings", 0x8827, kLxTypeAscii, {'1', 0}, ""},
+      {"tiff", "Orientation", 0x0112, kLxTypeShort, {6}, "6"},
+      {"tiff", "Orientation", 0x0112, kLxTypeByte, {6}, "6"},
+      {"tiff", "Orientation", 0x0112, kLxTypeSByte, {-6}, "-6"},
+      {"tiff", "Orientation", 0x0112, kLxTypeSShort, {-6}, "-6"},
+      {"tiff", "Orientation", 0x0112, kLxTypeSLong, {-6}, "-6"},
+      {"tiff", "Orientation", 0x0112, kLxTypeLong, {0xFFFFFFFF}, "4294967295"},
+      {"tiff", "Orientation", 0x0112, kLxTypeShort, {6, 6}, ""},
+      {"tiff", "Orientation", 0x0112, kLxTypeUndefined, {6}, ""},
+      {"tiff", "Orientation", 0x0112, kLxTypeFloat, {6}, ""},
+      {"tiff", "XResolution", 0x011A, kLxTypeRational, {72, 1, 72, 1}, ""},
+      {"tiff", "WhitePoint", 0x013E, kLxTypeRational, {313, 1000, 329, 1000}, "seq[313/1000, 329/1000]"},
+      {"tiff", "ReferenceBlackWhite", 0x0214, kLxTypeLong, {0, 255}, ""},
+      {"tiff", "Make", 0x010F, kLxTypeAscii, {'H', 'P', 0, 0}, "HP"},
+      {"tiff", "Make", 0x010F, kLxTypeAscii, {'H', 'P'}, ""},
+      {"tiff", "Make", 0x010F, kLxTypeByte, {'H', 'P', 0}, ""},
+      {"tiff", "ImageDescription", 0x010E, kLxTypeAscii, {'s', 'e', 'a', 0}, "alt[x-default: sea]"},
+      {"tiff", "ImageDescription", 0x010E, kLxTypeAscii, {'s', 'e', 'a'}, "alt[x-default: sea]"},
+      {"tiff", "ImageDescription", 0x010E, kLxTypeUndefined, {'s', 'e', 'a', 0}, ""},
+      {"exif", "Gamma", 0xA500, kLxTypeRational, {22, 10}, ""},  // In no table.
+      {"exif", "SubSecTime", 0x9290, kLxTypeAscii, {'1', 0}, ""},
+      {"tiff", "ExposureTime", 0x829A, kLxTypeRational, {1, 250}, ""},  // Not in this namespace.
+      {"exif", " 9214", 0x9214, kLxTypeShort, {1, 2}, ""},              // No name that XMP can hold.
+  };
+  for (const auto& c : cases) {
+    for (const Order order : {kBig, kLittle}) {
+      LxMetadataItem* const item =
+          ValueItem(c.nameSpace, c.name, c.tag, c.type, Elements(c.type, c.elements, order), order);
+      const std::string expected = std::string(c.nameSpace) + ":" + c.name + "=" + c.text + "\n";
+      EXPECT_EQ(Converted(item), *c.text != '\0' ? expected : "") << c.name << " type " << c.type << " order " << order;
+    }
+  }
+}
+
+TEST_F(TiffExifTest, AValueThatIsNoWholeNumberOfElementsIsNotConverted) {
+  EXPECT_EQ(Converted(ValueItem("exif", "ISOSpeedRatings", 0x8827, kLxTypeShort, {0, 100, 0})), "");
+  EXPECT_EQ(Converted(ValueItem("tiff", "WhitePoint", 0x013E, kLxTypeRational, Filled(12))), "");
+}
+
+TEST_F(TiffExifTest, ARefusedItemLeavesThePacketsValueAndAnEmptyOneDeletesIt) {
+  xmp.SetProperty(kLxTiffSchema, "Orientation", "3");
+  xmp.SetProperty(kLxExifSchema, "Gamma", "2.2");
+  xmp.SetProperty(kLxTiffSchema, "Gamma", "2.2");
+  EXPECT_FALSE(
+      LxConvertTiffItem(conversion, Add(ValueItem("tiff", "Orientation", 0x0112, kLxTypeShort, {0, 6, 0, 6}))));
+  EXPECT_EQ(Dump("tiff:Orientation"), "tiff:Orientation=3\n");
+  EXPECT_FALSE(LxConvertTiffItem(conversion, Add(ValueItem("tiff", "Orientation", 0x0112, kLxTypeShort, {}))));
+  EXPECT_FALSE(LxConvertExifItem(conversion, Add(ValueItem("exif", "Gamma", 0xA500, kLxTypeRational, {}))));
+  EXPECT_FALSE(LxConvertExifItem(conversion, Add(ValueItem("exif", " fde8", 0xFDE8, kLxTypeAscii, {}))));
+  EXPECT_EQ(Dump(), "tiff:Gamma=2.2\n");
+}
+
+TEST_F(TiffExifTest, DatesTakeTheMachinesZoneAndTheirOwnSubSeconds) {
+  Add(ValueItem("exif", "SubSecTimeOriginal", 0x9291, kLxTypeAscii, ZText("25")));
+  Add(ValueItem("exif", "SubSecTimeDigitized", 0x9292, kLxTypeAscii, Text("5")));  // No zero byte behind it.
+  const Bytes date = ZText("2004:03:15 14:30:59");
+  EXPECT_EQ(Converted(ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, date)),
+            "tiff:DateTime=2004-03-15T14:30:59+05:30\n");
+  EXPECT_EQ(Converted(ValueItem("exif", "DateTimeOriginal", 0x9003, kLxTypeAscii, date)),
+            "exif:DateTimeOriginal=2004-03-15T14:30:59.25+05:30\n");
+  EXPECT_EQ(Converted(ValueItem("exif", "DateTimeDigitized", 0x9004, kLxTypeAscii, date)),
+            "exif:DateTimeDigitized=2004-03-15T14:30:59.5+05:30\n");
+  Add(Item("exif", "SubSecTime"));  // Without a value.
+  EXPECT_EQ(Converted(ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, date)), "");
+}
+
+TEST_F(TiffExifTest, DatesOfAnotherShapeOrOfNoInstantAreNotConverted) {
+  for (const char* const text : {"2004:03:15 14:30:5", "2004:03:15 14:30:590", "0000:00:00 00:00:00",
+                                 "    :  :     :  :  ", "2004:13:15 14:30:59", "2004:03:32 14:30:59"}) {
+    EXPECT_EQ(Converted(ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, ZText(text))), "") << text;
+  }
+  EXPECT_EQ(Converted(ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, Text("2004:03:15 14:30:59"))), "");
+  EXPECT_EQ(Converted(ValueItem("tiff", "DateTime", 0x0132, kLxTypeUndefined, ZText("2004:03:15 14:30:59"))), "");
+}
+
+TEST_F(TiffExifTest, RawConverterTextsLoseTheirLabelsAndDoNotCount) {
+  const Bytes anything = ZText("x");
+  xmp.SetProperty(kLxTiffSchema, "Artist", "packet");
+  const auto convert = [&](const char* name, std::uint16_t tag, const char* display) {
+    EXPECT_FALSE(
+        LxConvertExifItem(conversion, Add(ValueItem("exif", name, tag, kLxTypeAscii, anything, kBig, display))));
+  };
+  convert("RFOwnerName", 0xFDE8, "Owner's Name: me");
+  convert("RFSerialNumber", 0xFDE9, "Serial Number: 12");
+  convert("RFLens", 0xFDEA, "Lens:50 mm");  // No space: not the label.
+  convert("RFConverter", 0xFE4D, "Converter: Rawforge 2.1");
+  convert("RFMoireFilter", 0xFE58, "Moire Filter: 7");
+  EXPECT_EQ(Dump("tiff:"), "tiff:Artist=me\n");
+  EXPECT_EQ(Dump("aux:"), "aux:SerialNumber=12\n");
+  std::string value;
+  ASSERT_TRUE(xmp.GetProperty(kLxRawforgeSchema, "Version", &value));
+  EXPECT_EQ(value, "2.1");
+  ASSERT_TRUE(xmp.GetProperty(kLxRawforgeSchema, "MoireFilter", &value));
+  EXPECT_EQ(value, "7");
+}
+
+// A value as the dictionary says that the tag has one.
+LxMetadataItem* SampleOf(const char* nameSpace, const LxTagRecord& record) {
+  // TIFF 6.0, section 20: the dictionary's type is an oddity; files have rationals.
+  const std::uint16_t type = record.id == 0x0214 ? std::uint16_t{kLxTypeRational} : record.typeCode;
+  const auto count = static_cast<std::size_t>(std::max(1, std::abs(int{record.count})));
+  Bytes value;
+  if (type == kLxTypeAscii) {
+    value = Text(std::string("2004:03:15 14:30:59").substr(0, record.count > 0 ? count - 1 : 19)) + Bytes{0};
+  } else if (type == kLxTypeUndefined && record.count <= 0) {
+    value = Hex("0001 0001 4100 00000001 00000002");  // One column of the name "A", one row, 1/2.
+  } else {
+    for (std::size_t i = 0; i < count; ++i) {
+      for (std::uint32_t byte = LxElementSize(type); byte > 0; --byte) value.push_back(byte % 4 == 1 ? 1 : 0);
+    }
+  }
+  return ValueItem(nameSpace, record.name, record.id, type, value, kBig, "shown");
+}
+
+std::set<std::string> Words(const char* text) {
+  std::istringstream in(text);
+  return {std::istream_iterator<std::string>(in), {}};
+}
+
+// The properties of the published tiff: and exif: schemas (ISO 16684-2 and the Exif 2.2 schema before it), less
+// exif:SubjectArea, which no Exif dictionary names, with MakerNote, and FlashPixVersion as its dictionary spells it.
+TEST_F(TiffExifTest, TheDictionariesTagsFillThePublishedSchemas) {
+  const std::set<std::string> expected = Words(
+      "tiff:ImageWidth tiff:ImageLength tiff:BitsPerSample tiff:Compression tiff:PhotometricInterpretation "
+      "tiff:Orientation tiff:SamplesPerPixel tiff:PlanarConfiguration tiff:YCbCrSubSampling tiff:YCbCrPositioning "
+      "tiff:XResolution tiff:YResolution tiff:ResolutionUnit tiff:TransferFunction tiff:WhitePoint "
+      "tiff:PrimaryChromaticities tiff:YCbCrCoefficients tiff:ReferenceBlackWhite tiff:DateTime tiff:ImageDescription "
+      "tiff:Make tiff:Model tiff:Software tiff:Artist tiff:Copyright "
+      "exif:ExifVersion exif:FlashPixVersion exif:ColorSpace exif:ComponentsConfiguration exif:CompressedBitsPerPixel "
+      "exif:PixelXDimension exif:PixelYDimension exif:UserComment exif:RelatedSoundFile exif:DateTimeOriginal "
+      "exif:DateTimeDigitized exif:ExposureTime exif:FNumber exif:ExposureProgram exif:SpectralSensitivity "
+      "exif:ISOSpeedRatings exif:OECF exif:ShutterSpeedValue exif:ApertureValue exif:BrightnessValue "
+      "exif:ExposureBiasValue exif:MaxApertureValue exif:SubjectDistance exif:MeteringMode exif:LightSource exif:Flash "
+      "exif:FocalLength exif:FlashEnergy exif:SpatialFrequencyResponse exif:FocalPlaneXResolution "
+      "exif:FocalPlaneYResolution exif:FocalPlaneResolutionUnit exif:SubjectLocation exif:ExposureIndex "
+      "exif:SensingMethod exif:FileSource exif:SceneType exif:CFAPattern exif:CustomRendered exif:ExposureMode "
+      "exif:WhiteBalance exif:DigitalZoomRatio exif:FocalLengthIn35mmFilm exif:SceneCaptureType exif:GainControl "
+      "exif:Contrast exif:Saturation exif:Sharpness exif:DeviceSettingDescription exif:SubjectDistanceRange "
+      "exif:ImageUniqueID exif:MakerNote "
+      "exif:GPSVersionID exif:GPSLatitude exif:GPSLongitude exif:GPSAltitudeRef exif:GPSAltitude exif:GPSTimeStamp "
+      "exif:GPSSatellites exif:GPSStatus exif:GPSMeasureMode exif:GPSDOP exif:GPSSpeedRef exif:GPSSpeed "
+      "exif:GPSTrackRef exif:GPSTrack exif:GPSImgDirectionRef exif:GPSImgDirection exif:GPSMapDatum "
+      "exif:GPSDestLatitude exif:GPSDestLongitude exif:GPSDestBearingRef exif:GPSDestBearing exif:GPSDestDistanceRef "
+      "exif:GPSDestDistance exif:GPSProcessingMethod exif:GPSAreaInformation exif:GPSDifferential");
+
+  const struct {
+    const char* nameSpace;
+    const LxTagRecord* dictionary;
+  } dictionaries[] = {{"tiff", kLxTiffTags}, {"exif", kLxExifTags}, {"gps", kLxGpsTags}};
+  std::vector<LxMetadataItem*> items;
+  for (const auto& d : dictionaries) {
+    for (const LxTagRecord* record = d.dictionary; record->name != nullptr; ++record) {
+      items.push_back(Add(SampleOf(d.nameSpace, *record)));
+    }
+  }
+  std::size_t converted = 0;
+  for (const LxMetadataItem* item : items) {
+    const bool isTiff = std::string_view(item->nameSpace) == "tiff";
+    converted += isTiff ? LxConvertTiffItem(conversion, item) : LxConvertExifItem(conversion, item);
+  }
+  std::set<std::string> names;
+  for (const lxbridge::XmpNode& property : lxbridge::XmpView(xmp.Meta()).Properties()) {
+    names.insert(property.prefix + ":" + property.name);
+  }
+  EXPECT_EQ(names, expected);
+  EXPECT_EQ(converted, expected.size());
+}
+
+// Each lookup of a second item is made once a file; made once an item it would take minutes here.
+TEST_F(TiffExifTest, ManyDatesInABigPoolTakeTimeInProportion) {
+  for (int i = 0; i < 100'000; ++i) Add(Item("exif", "Other"));
+  const LxMetadataItem* const date =
+      Add(ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, ZText("2004:03:15 14:30:59")));
+  for (int i = 0; i < 100'000; ++i) ASSERT_TRUE(LxConvertTiffItem(conversion, date));
+}
+
+TEST_F(TiffExifTest, TheArraysOfOneFileHaveABoundThatHonestOnesStayBelow) {
+  // TIFF 6.0, section 20: the longest transfer function, 3 times 65536 numbers.
+  const LxMetadataItem* const longest =
+      Add(ValueItem("tiff", "TransferFunction", 0x012D, kLxTypeShort, Filled(2 * 3 * 65536, 1)));
+  EXPECT_TRUE(LxConvertTiffItem(conversion, longest));
+  EXPECT_EQ(xmp.CountArrayItems(kLxTiffSchema, "TransferFunction"), 3u * 65536);
+  EXPECT_TRUE(
+      LxConvertTiffItem(conversion, Add(ValueItem("tiff", "BitsPerSample", 0x0102, kLxTypeShort, Filled(6, 1)))));
+  EXPECT_FALSE(LxConvertTiffItem(conversion, longest));
+  EXPECT_EQ(xmp.CountArrayItems(kLxTiffSchema, "TransferFunction"), 3u * 65536);  // What was there stays.
+  EXPECT_TRUE(
+      LxConvertTiffItem(conversion, Add(ValueItem("tiff", "BitsPerSample", 0x0102, kLxTypeShort, Filled(8, 1)))));
+}
+
+}  // namespace
+}  // namespace lxtest
