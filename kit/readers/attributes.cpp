@@ -2,6 +2,7 @@
 // kind gives. Touches kit/model and kit/base; format readers through dispatch.h only.
 #include "kit/readers/attributes.h"
 
+#include <cstring>
 #include <iterator>
 
 #include "kit/base/byte_order.h"
@@ -40,6 +41,15 @@ constexpr std::int32_t kSofWidth = 5;
 constexpr std::int32_t kSofComponents = 7;
 constexpr std::int32_t kSofHeader = 8;
 constexpr std::int32_t kSofComponentLength = 3;
+
+// The main image's segments are the items below its header, and no others are of namespace "jpeg".
+const LxMetadataItem* FindSegment(const LxMetadataItem* header, const char* name) noexcept {
+  for (const LxMetadataItem* item = header != nullptr ? header->firstChild : nullptr; item != nullptr;
+       item = item->next) {
+    if (std::strcmp(item->name, name) == 0 && (item->flags & kLxDeleted) == 0) return item;
+  }
+  return nullptr;
+}
 
 std::int32_t McuSize(std::int32_t before, std::int32_t factor) noexcept {
   if (factor == 4) return 32;
@@ -180,14 +190,12 @@ void SetBmpAttributes(const std::uint8_t* file, LxMetadataPool* pool) noexcept {
 LxResult LxReadJpegFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept {
   const LxResult result = ReadWholeFile(stream, fileSize, pool, kLxJpegSpace);
   if (result != kLxOk) return result;
-  LxWantedItem wanted[] = {
-      {"jpeg", "SOF0", nullptr}, {"jpeg", "SOF1", nullptr}, {"jpeg", "SOF2", nullptr}, {"jpeg", "DQT", nullptr}};
-  LxFindItems(pool->root, wanted, std::size(wanted));
-  const LxMetadataItem* frame = wanted[0].found;
-  for (int i = 1; i < 3 && frame == nullptr; ++i) frame = wanted[i].found;
+  const LxMetadataItem* frame = FindSegment(pool->root, "SOF0");
+  if (frame == nullptr) frame = FindSegment(pool->root, "SOF1");
+  if (frame == nullptr) frame = FindSegment(pool->root, "SOF2");
   if (frame == nullptr || frame->value == nullptr || frame->valueLength < kSofHeader) return kLxBadReadFormat;
   SetFrameAttributes(*frame, pool);
-  const LxMetadataItem* tables = wanted[3].found;
+  const LxMetadataItem* tables = FindSegment(pool->root, "DQT");
   if (tables == nullptr || tables->value == nullptr || tables->valueLength < 2) return kLxBadReadFormat;
   pool->compression =
       LxEstimateJpegQuality(tables->value + 2, tables->valueLength - 2, pool->mcuWidth, pool->mcuHeight);

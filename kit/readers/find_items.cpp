@@ -5,10 +5,15 @@
 
 namespace {
 
+// Two letters tell nearly all names apart, without a comparison of texts.
+std::uint16_t FirstLetters(const char* name) noexcept {
+  const auto first = static_cast<std::uint8_t>(name[0]);
+  const std::uint8_t second = first != 0 ? static_cast<std::uint8_t>(name[1]) : std::uint8_t{0};
+  return static_cast<std::uint16_t>(first << 8 | second);
+}
+
 bool Matches(const LxWantedItem& wanted, const LxMetadataItem* item) noexcept {
-  // Most names differ in the first letter.
-  return wanted.name[0] == item->name[0] && std::strcmp(wanted.name, item->name) == 0 &&
-         std::strcmp(wanted.nameSpace, item->nameSpace) == 0 &&
+  return std::strcmp(wanted.name, item->name) == 0 && std::strcmp(wanted.nameSpace, item->nameSpace) == 0 &&
          (wanted.displayText == nullptr || std::strcmp(wanted.displayText, item->displayText) == 0);
 }
 
@@ -16,7 +21,10 @@ bool Matches(const LxWantedItem& wanted, const LxMetadataItem* item) noexcept {
 
 void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count) noexcept {
   std::size_t missing = count;
-  for (std::size_t i = 0; i < count; ++i) wanted[i].found = nullptr;
+  for (std::size_t i = 0; i < count; ++i) {
+    wanted[i].found = nullptr;
+    wanted[i].letters = FirstLetters(wanted[i].name);
+  }
 
   // A list ends behind an end of run; the search goes on behind the parent.
   LxMetadataItem* parents[kLxMaxTreeDepth];
@@ -33,8 +41,9 @@ void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count)
       item = item->next;
       continue;
     }
+    const std::uint16_t letters = FirstLetters(item->name);
     for (std::size_t i = 0; i < count; ++i) {
-      if (wanted[i].found == nullptr && Matches(wanted[i], item)) {
+      if (wanted[i].letters == letters && wanted[i].found == nullptr && Matches(wanted[i], item)) {
         wanted[i].found = item;
         --missing;
       }

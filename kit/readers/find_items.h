@@ -4,6 +4,7 @@
 #define LXBRIDGE_KIT_READERS_FIND_ITEMS_H_
 
 #include <cstddef>
+#include <cstdint>
 
 #include "kit/model/pool.h"
 
@@ -12,6 +13,7 @@ struct LxWantedItem {
   const char* name;         // Not empty.
   const char* displayText;  // Null: any.
   LxMetadataItem* found = nullptr;
+  std::uint16_t letters = 0;  // The search's own.
 };
 
 // Sets `found` of each to what LxFindItemInTree gives for it (null: nothing).

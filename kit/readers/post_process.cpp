@@ -5,7 +5,6 @@
 
 #include <iterator>
 
-#include "kit/base/memory.h"
 #include "kit/model/pool_edit.h"
 #include "kit/model/pool_walk.h"
 #include "kit/model/value.h"
@@ -16,16 +15,34 @@ namespace {
 // Unnamed values beyond this length are no use to anybody and only cost in walks.
 constexpr std::int32_t kLargestUnnamed = 256;
 
-bool HasLayers(LxMetadataItem* root) noexcept {
-  LxWantedItem wanted[] = {
-      {"ir", "LayerState", nullptr}, {"ir", "LayersGroup", nullptr}, {"tiff", "PicturistLayers", nullptr}};
-  LxFindItems(root, wanted, std::size(wanted));
-  const LxMetadataItem* state = wanted[0].found;
+// What the steps ask for, found in one walk.
+enum Wanted {
+  kLayerState,
+  kLayersGroup,
+  kTiffLayers,
+  kRotation,
+  kOrientation,
+  kSrgb,
+  kSegmentProfile,
+  kTiffProfile,
+  kResourceProfile,
+  kWantedCount
+};
+
+bool HasLayers(const LxWantedItem* wanted) noexcept {
+  const LxMetadataItem* state = wanted[kLayerState].found;
   for (std::int32_t i = 0; state != nullptr && state->value != nullptr && i < 2 && i < state->valueLength; ++i) {
     if (state->value[i] != 0) return true;
   }
-  const LxMetadataItem* group = wanted[1].found;
-  return (group != nullptr && group->valueLength > 2) || wanted[2].found != nullptr;
+  const LxMetadataItem* group = wanted[kLayersGroup].found;
+  return (group != nullptr && group->valueLength > 2) || wanted[kTiffLayers].found != nullptr;
+}
+
+// What was found before the deletions, as it would be found behind them. An item that stays is still the first of its
+// name.
+LxMetadataItem* FoundStill(LxMetadataPool* pool, const LxWantedItem& wanted) noexcept {
+  if (wanted.found == nullptr || (wanted.found->flags & kLxDeleted) == 0) return wanted.found;
+  return LxFindItemInTree(pool->root, wanted.nameSpace, wanted.name, wanted.displayText);
 }
 
 bool HasDisplayItem(const LxMetadataPool* pool) noexcept {
@@ -70,19 +87,19 @@ std::int32_t OrientationOf(const LxMetadataItem* item) noexcept {
 }  // namespace
 
 void LxPostProcessPool(LxMetadataPool* pool) noexcept {
-  if (HasLayers(pool->root)) pool->hasLayers = 1;
+  LxWantedItem wanted[kWantedCount] = {
+      {"ir", "LayerState", nullptr},     {"ir", "LayersGroup", nullptr},         {"tiff", "PicturistLayers", nullptr},
+      {"nikon", "NikonRotate", nullptr}, {"tiff", "Orientation", nullptr},       {"exif", "ColorSpace", "sRGB"},
+      {"jpeg", "APP2", "ICC_PROFILE"},   {"tiff", "InterColorProfile", nullptr}, {"ir", "ICCProfile", nullptr}};
+  LxFindItems(pool->root, wanted, kWantedCount);
+  if (HasLayers(wanted)) pool->hasLayers = 1;
+
   LxDeleteBlankText(pool);
   LxDeleteLargeUnnamed(pool->root, kLargestUnnamed);
   if (HasDisplayItem(pool)) pool->hasMetadata = 1;
 
-  enum { kRotation, kOrientation, kSrgb, kSegment, kTiffProfile, kResourceProfile, kCount };
-  LxWantedItem wanted[kCount] = {{"nikon", "NikonRotate", nullptr},      {"tiff", "Orientation", nullptr},
-                                 {"exif", "ColorSpace", "sRGB"},         {"jpeg", "APP2", "ICC_PROFILE"},
-                                 {"tiff", "InterColorProfile", nullptr}, {"ir", "ICCProfile", nullptr}};
-  LxFindItems(pool->root, wanted, std::size(wanted));
-
-  const LxMetadataItem* orientation = wanted[kOrientation].found;
-  if (const char* rotated = OrientationOfRotation(wanted[kRotation].found)) {
+  const LxMetadataItem* orientation = FoundStill(pool, wanted[kOrientation]);
+  if (const char* rotated = OrientationOfRotation(FoundStill(pool, wanted[kRotation]))) {
     // Without memory the file's own orientation stands, and the reader's status with it: what the file gave is not lost
     // for a value that could not be added.
     (void)LxPutMetadata(pool, "tiff", "Orientation", "short", rotated, kLxPutReplaceOrAdd);
@@ -92,10 +109,11 @@ void LxPostProcessPool(LxMetadataPool* pool) noexcept {
 
   const bool unsettled = pool->colourModel == kLxColourUnknown || pool->colourModel == kLxColourRgb ||
                          pool->colourModel == kLxColourRgbIcc;
-  if (unsettled && wanted[kSrgb].found != nullptr) pool->colourModel = kLxColourSrgb;
-  const bool profile = wanted[kSegment].found != nullptr || wanted[kTiffProfile].found != nullptr ||
-                       wanted[kResourceProfile].found != nullptr;
-  if (!profile) return;
+  if (unsettled && FoundStill(pool, wanted[kSrgb]) != nullptr) pool->colourModel = kLxColourSrgb;
+  if (FoundStill(pool, wanted[kSegmentProfile]) == nullptr && FoundStill(pool, wanted[kTiffProfile]) == nullptr &&
+      FoundStill(pool, wanted[kResourceProfile]) == nullptr) {
+    return;
+  }
   if (pool->colourModel == kLxColourRgb || pool->colourModel == kLxColourSrgb) pool->colourModel = kLxColourRgbIcc;
   if (pool->colourModel == kLxColourRgbAlpha) pool->colourModel = kLxColourRgbIccAlpha;
 }

@@ -104,6 +104,11 @@ TEST_F(PostProcess, OrientationHasACodeForEachValue) {
   EXPECT_EQ(ReadPool(TiffBuilder(kBig).Ifd0({Short(0x0103, 1)}))->orientation, kLxRot0);
 }
 
+TEST_F(PostProcess, ABlankItemGivesWayToTheNextOfItsName) {
+  const PoolPtr pool = ReadPool(TiffBuilder(kBig).Ifd0({Ascii(0x0112, "  "), Short(0x0112, 6)}));
+  EXPECT_EQ(pool->orientation, kLxRot90Cw);
+}
+
 TEST_F(PostProcess, ColourSpaceAndProfileRefineTheColourModel) {
   const Bytes srgb = TiffBuilder(kLittle).Exif({Short(0xA001, 1)});
   const Bytes uncalibrated = TiffBuilder(kLittle).Exif({Short(0xA001, 65535)});
