@@ -1,24 +1,20 @@
 // Packets in: expat's events become nodes. Uses expat, the packet's encodings and prefixes, the model, the registry,
 // the texts and the errors.
 //
-// What is taken from where (ISO 16684-1, clause 7 and annex C), beyond what that says:
-// - rdf:RDF may stand at any depth below elements of other kinds; those, and what stands beside it, are read past.
-// Behind
-//   the end of the outermost element nothing is looked at: padding, trailing zeros and whatever a file has there.
-// - Names in the packet come to no harm from what stands around them: elements and attributes in no namespace, rdf:ID,
-//   rdf:nodeID, rdf:datatype, xml:space and xml:base are read past.
-// - A property, field or qualifier that comes twice keeps its first value: nothing that was read is taken back by what
+// What is decided here beyond what ISO 16684-1, clause 7 and annex C, say:
+// - rdf:RDF may stand at any depth below other elements; those and what stands beside it are read past. Behind the end
+//   of the outermost element nothing is looked at: padding, zeros and whatever a file has there.
+// - Elements and attributes in no namespace, rdf:ID, rdf:nodeID, rdf:datatype, xml:space and xml:base are read past.
+// - A property, field or qualifier that comes twice keeps its first value: what was read is not taken back by what
 //   follows.
-// - A prefix that is not declared means the standard's own namespace of that prefix, since writers that paste
-// properties
-//   together forget declarations; what else the process has met plays no part. Any other is an error.
+// - A standard prefix that is not declared means its usual namespace, since writers that paste properties together
+//   forget declarations. Any other is an error, also when an earlier packet has declared it.
 // - rdf:type, written as an element or by a typed node, is a qualifier of the struct that it stands in.
 #include <expat.h>
 
 #include <algorithm>
 #include <climits>
 #include <cstdint>
-#include <cstring>
 #include <exception>
 #include <new>
 #include <utility>
@@ -27,7 +23,6 @@
 #include "outside/xmp/packet_encoding.h"
 #include "outside/xmp/packet_prefixes.h"
 #include "outside/xmp/rdf.h"
-#include "outside/xmp/text.h"
 
 namespace velto {
 namespace {
@@ -77,8 +72,7 @@ ParserSlot& parserSlot() noexcept {
   return slot;
 }
 
-// --- names of RDF
-// -----------------------------------------------------------------------------------------------------
+// --- names of RDF ----------------------------------------------------------------------------------------------------
 
 struct Name {
   const Namespace* ns;  // Null: in no namespace.
@@ -121,6 +115,13 @@ std::uint32_t arrayForm(std::string_view local) noexcept {
 // xmlns="" and xmlns:prefix="".
 bool isDeclaration(std::string_view attribute) noexcept {
   return attribute.substr(0, 5) == "xmlns" && (attribute.size() == 5 || attribute[5] == ':');
+}
+
+// Of ASCII only letters and the underscore start a name.
+bool startsAsName(std::string_view text) noexcept {
+  if (text.empty()) return false;
+  const auto first = static_cast<std::uint8_t>(text[0]);
+  return first >= 0x80 || first == '_' || ((first | 0x20) >= 'a' && (first | 0x20) <= 'z');
 }
 
 bool isBlank(std::string_view text) noexcept {
@@ -321,10 +322,8 @@ Name PacketParser::State::resolve(std::string_view qualified, bool isAttribute) 
   const std::string_view prefix = hasPrefix ? qualified.substr(0, colon) : std::string_view();
   const std::string_view local = hasPrefix ? qualified.substr(colon + 1) : qualified;
   if (hasPrefix) {
-    // Expat has checked the characters of the whole, but not that both parts are names.
-    const auto first = local.empty() ? std::uint8_t{':'} : static_cast<std::uint8_t>(local[0]);
-    const bool isPlainStart = (first | 0x20) >= 'a' && (first | 0x20) <= 'z';
-    if (prefix.empty() || local.find(':') != std::string_view::npos || (!isPlainStart && !isXMLName(local))) {
+    // Expat has taken the whole for one name; both parts have to be one.
+    if (prefix.empty() || local.find(':') != std::string_view::npos || !startsAsName(local)) {
       fail(ErrorId::kBadXML, shown(qualified) + " is no name with a prefix");
     }
   }
@@ -453,8 +452,9 @@ void PacketParser::State::startNodeElement(std::string_view qualified, const Nam
   const bool isTop = parent.place == Place::kRDF;
   if (!isTop) {
     if (parent.hasChild) fail(ErrorId::kBadRDF, shown(qualified) + " is a second value in one property");
-    if (parent.mustBeEmpty)
+    if (parent.mustBeEmpty) {
       fail(ErrorId::kBadRDF, "a property with a value in its attributes contains " + shown(qualified));
+    }
     if (!isBlank(text)) fail(ErrorId::kBadRDF, "text is mixed with the element " + shown(qualified));
     text.clear();
     parent.hasChild = true;

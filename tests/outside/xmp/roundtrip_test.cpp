@@ -54,7 +54,7 @@ class Builder {
         const std::uint32_t form = kForms[2 + below(2)];
         const bool isItem = node->isArray() && !isQualifier;
         NodePtr next = isItem ? makeItem(form) : makeNode(anyOf(namespaces_), name(), form);
-        if (below(8) == 0) next->options = 0;
+        if (below(200) == 0) next->options = 0;
         node = isQualifier ? addQualifier(node, std::move(next)) : appendChild(node, std::move(next));
         if (node->isSimple()) break;
       }
