@@ -75,6 +75,19 @@ void DisplayTexts() {
   }
 }
 
+// Each with the byte of options behind it.
+void Packets() {
+  const Bytes packet = Text(RichPacket());
+  Bytes wide;
+  for (const std::uint8_t byte : packet) wide += Bytes({byte, 0});
+  for (const std::uint8_t how : Bytes({0, 0x20, 0x40, 0x60, 0x85, 0x90})) {
+    Seed("xmp_packet", ("rich-" + std::to_string(how)).c_str(), packet + Bytes({how}));
+  }
+  Seed("xmp_packet", "utf16", wide + Bytes({0}));
+  Seed("xmp_packet", "empty", Text("<x:xmpmeta xmlns:x='adobe:ns:meta/'/>") + Bytes({0}));
+  Seed("xmp_packet", "no-packet", Text("plain text") + Bytes({0}));
+}
+
 // A text argument with its length in front.
 Bytes Argument(std::string_view text) {
   return Bytes({static_cast<std::uint8_t>(text.size())}) + Text(text);
@@ -107,8 +120,7 @@ int main(int argc, char** argv) {
   root = argv[1];
   Files("file_to_pool");
   Files("file_to_xmp");
-  Seed("xmp_packet", "rich", Text(RichPacket()));
-  Seed("xmp_packet", "empty", Text("<x:xmpmeta xmlns:x='adobe:ns:meta/'/>"));
+  Packets();
   Seed("iptc_block", "rich", RichIptc());
   Seed("iptc_block", "two", IptcBuilder().Add(25, "a").Add(120, ""));
   Seed("image_resources", "rich-big", RichResources(kBig));

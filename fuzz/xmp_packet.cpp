@@ -1,0 +1,36 @@
+// An XMP packet into an object, whole or in two pieces, and back. The input's last byte gives the serialiser's options
+// and where the packet is cut.
+#include "fuzz/toolkit_checks.h"
+
+namespace {
+
+constexpr std::uint32_t kOptions[] = {0, kXMPSerializeCompact, kXMPSerializeOmitWrapper,
+                                      kXMPSerializeCompact | kXMPSerializeOmitMeta | kXMPSerializeOmitWrapper};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const lxfuzz::ToolkitSession session;
+  const std::uint8_t how = size != 0 ? data[--size] : 0;
+  const std::size_t cut = (how & 0x80) != 0 ? size * (how & 0x1F) / 32 : size;
+  // A copy that ends with the last byte, so that AddressSanitizer sees a read behind it.
+  const lxtest::Bytes packet(data, data + size);
+  const char* bytes = reinterpret_cast<const char*>(packet.data());
+
+  const CXMPMeta meta;
+  const XMPMetaMethods& methods = meta.Methods();
+  const bool first = lxfuzz::Succeeds(
+      methods.parseFromBuffer(meta.Object(), bytes, static_cast<std::uint32_t>(cut), kXMPParseMoreBuffers));
+  if (first) {
+    (void)lxfuzz::Succeeds(
+        methods.parseFromBuffer(meta.Object(), bytes + cut, static_cast<std::uint32_t>(size - cut), 0));
+  }
+  // What stands in an object after a packet that was bad is an object like any other.
+  lxfuzz::RequireSound(meta, kOptions[how >> 5 & 3]);
+
+  std::uint32_t offset = 0, length = 0;
+  std::uint8_t found = 0;
+  (void)lxfuzz::Succeeds(XMPUtilsTable().findPacket(bytes, static_cast<std::uint32_t>(size), &offset, &length, &found));
+  lxfuzz::Require(found == 0 || (offset <= size && length <= size - offset), "a packet inside the bytes");
+  return 0;
+}
