@@ -63,8 +63,9 @@ std::string takeItem(std::string_view& text) {
       text.remove_prefix(1);
     }
   }
+  // Behind a closing quote, what stands before the separator belongs to the item too.
   const std::size_t end = std::min(text.find_first_of(kSeparators), text.size());
-  item += item.empty() ? trimmed(text.substr(0, end)) : text.substr(0, text.find_last_not_of(kSpaces, end) + 1);
+  item += trimmed(text.substr(0, end));
   text.remove_prefix(std::min(end + 1, text.size()));
   return item;
 }

@@ -30,17 +30,34 @@ HashKeys makeHashKeys() noexcept {
   } catch (...) {
     seed = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
   }
-  return {seed ^ 0x9E3779B97F4A7C15u, (seed * 0xD6E8FEB86659FD93u) ^ 0xA0761D6478BD642Fu};
+  return {seed ^ 0x9E3779B97F4A7C15u, ((seed * 0xD6E8FEB86659FD93u) ^ 0xA0761D6478BD642Fu) | 1};
 }
 
-const HashKeys hashKeys = makeHashKeys();
+// Made on first use, which may be before this file's own initialisation.
+const HashKeys& hashKeys() noexcept {
+  static constinit HashKeys keys{};
+  if (keys.second == 0) keys = makeHashKeys();
+  return keys;
+}
 
+// The two halves of the product of 128 bits, one upon the other.
+#ifdef __SIZEOF_INT128__
 __extension__ using Wide = unsigned __int128;
 
 std::uint64_t fold(std::uint64_t left, std::uint64_t right) noexcept {
   const Wide product = static_cast<Wide>(left) * right;
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
+#else  // 32-bit processors have no such type.
+std::uint64_t fold(std::uint64_t left, std::uint64_t right) noexcept {
+  constexpr std::uint64_t kLow = 0xFFFFFFFF;
+  const std::uint64_t low = (left & kLow) * (right & kLow);
+  const std::uint64_t cross = (left >> 32) * (right & kLow) + (low >> 32);
+  const std::uint64_t otherCross = (left & kLow) * (right >> 32) + (cross & kLow);
+  const std::uint64_t high = (left >> 32) * (right >> 32) + (cross >> 32) + (otherCross >> 32);
+  return (otherCross << 32 | (low & kLow)) ^ high;
+}
+#endif
 
 // All bytes of up to eight, some of them twice.
 std::uint64_t loadShort(const char* bytes, std::size_t length) noexcept {
@@ -265,7 +282,7 @@ class Registry {
 }  // namespace
 
 std::uint32_t hashText(std::string_view text) noexcept {
-  const HashKeys& keys = hashKeys;
+  const HashKeys& keys = hashKeys();
   std::uint64_t hash = keys.first ^ text.size();
   const char* bytes = text.data();
   std::size_t left = text.size();

@@ -1,0 +1,151 @@
+// The data model: lists and their indexes, comparing, merging.
+#include "outside/xmp/model.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/outside/xmp/object_text.h"
+
+namespace velto::test {
+namespace {
+
+const Namespace* const kDC = wellKnown().dc;
+const Namespace* const kXMP = wellKnown().xmp;
+
+NodePtr simple(const Namespace* ns, std::string_view name, std::string_view value) {
+  NodePtr node = makeNode(ns, name, 0);
+  node->value = value;
+  return node;
+}
+
+NodePtr localized(std::string_view language, std::string_view value) {
+  NodePtr item = simple(nullptr, {}, value);
+  setLanguage(item.get(), language);
+  return item;
+}
+
+// A list does what a plain vector does, at every size and whatever has been looked up before.
+TEST(NodeList, IndexesFollowEveryChange) {
+  std::mt19937 random(7);
+  const auto below = [&random](std::size_t limit) { return random() % limit; };
+  for (int round = 0; round < 60; ++round) {
+    const NodePtr owner = makeNode(kDC, "owner", kXMPPropIsStruct);
+    NodeList& list = owner->children;
+    std::vector<Node*> expected;
+    const std::size_t target = round % 3 == 0 ? 12 : 200;
+    for (int turn = 0; turn < 600; ++turn) {
+      const bool grow = expected.empty() || (expected.size() < target ? below(3) != 0 : below(3) == 0);
+      if (grow) {
+        NodePtr node = makeNode(below(2) != 0 ? kDC : kXMP, "n" + std::to_string(turn), 0);
+        const std::size_t place = below(4) == 0 ? below(expected.size() + 1) : expected.size();
+        Node* before = place < expected.size() ? expected[place] : nullptr;
+        Node* added = list.insert(owner.get(), std::move(node), before);
+        expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(place), added);
+      } else if (below(5) == 0) {
+        const std::size_t place = below(expected.size());
+        NodePtr old = list.replace(expected[place], makeNode(kDC, "r" + std::to_string(turn), 0));
+        ASSERT_EQ(old.get(), expected[place]);
+        expected[place] = place == 0 ? list.first() : expected[place - 1]->next;
+      } else {
+        const std::size_t place = below(expected.size());
+        const NodePtr gone = list.remove(expected[place]);
+        expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(place));
+        ASSERT_EQ(list.find(gone->ns, gone->name()), nullptr);
+      }
+      ASSERT_EQ(list.size(), expected.size());
+      if (expected.empty()) continue;
+      const std::size_t probe = below(expected.size());
+      Node* const node = expected[probe];
+      // Only now and then, so that lists with either index, both and none are changed.
+      if (below(3) == 0) {
+        ASSERT_EQ(list.find(node->ns, node->name()), node);
+        ASSERT_EQ(list.find(node->ns == kDC ? kXMP : kDC, node->name()), nullptr);
+      }
+      if (below(3) == 0) {
+        ASSERT_EQ(list.at(probe), node);
+      }
+    }
+    std::size_t place = 0;
+    for (Node* node = list.first(); node != nullptr; node = node->next, ++place) ASSERT_EQ(node, expected[place]);
+    ASSERT_EQ(list.at(place), nullptr);
+    list.sort();
+    ASSERT_EQ(list.size(), expected.size());
+    for (std::size_t at = 0; at < expected.size(); ++at) {
+      Node* const node = list.at(at);
+      ASSERT_EQ(list.find(node->ns, node->name()), node);
+      if (node->next != nullptr && node->next->ns == node->ns) {
+        ASSERT_LT(node->name(), node->next->name());
+      }
+    }
+  }
+}
+
+TEST(Model, TreesAreEqualWhateverTheOrderOfNames) {
+  const auto build = [](bool turned) {
+    NodePtr node = makeNode(kDC, "s", kXMPPropIsStruct);
+    for (int field = 0; field < 20; ++field) {
+      const int number = turned ? 19 - field : field;
+      appendChild(node.get(), simple(kXMP, "f" + std::to_string(number), std::to_string(number)));
+    }
+    return node;
+  };
+  const NodePtr node = build(false);
+  const NodePtr turned = build(true);
+  EXPECT_TRUE(equalTrees(node.get(), turned.get()));
+  EXPECT_TRUE(equalTrees(node.get(), cloneTree(node.get()).get()));
+
+  turned->children.first()->value = "x";
+  EXPECT_FALSE(equalTrees(node.get(), turned.get()));
+  turned->children.first()->value = "19";
+  turned->children.first()->options = kXMPPropValueIsURI;
+  EXPECT_FALSE(equalTrees(node.get(), turned.get()));
+  turned->children.first()->options = 0;
+  addQualifier(turned->children.last(), simple(kXMP, "q", ""));
+  EXPECT_FALSE(equalTrees(node.get(), turned.get()));
+}
+
+TEST(Model, ArrayItemsCompareInOrderAndLanguagesByTag) {
+  constexpr std::uint32_t kSeq = kXMPPropIsArray | kXMPPropIsOrdered;
+  const NodePtr array = makeNode(kDC, "a", kSeq | kXMPPropIsAlternate);
+  const NodePtr turned = makeNode(kDC, "a", kSeq | kXMPPropIsAlternate);
+  appendChild(array.get(), localized("de", "Hallo"));
+  appendChild(array.get(), localized("EN-us", "Hello"));
+  appendChild(turned.get(), localized("en-US", "Hello"));
+  appendChild(turned.get(), localized("de", "Hallo"));
+  EXPECT_TRUE(isAltText(array.get()));
+  EXPECT_TRUE(equalTrees(array.get(), turned.get()));
+  turned->children.first()->value = "Hallo";
+  EXPECT_FALSE(equalTrees(array.get(), turned.get()));
+
+  appendChild(array.get(), makeItem(0));
+  EXPECT_FALSE(isAltText(array.get()));
+  EXPECT_FALSE(equalTrees(array.get(), turned.get()));
+
+  const NodePtr seq = makeNode(kDC, "a", kSeq);
+  const NodePtr other = makeNode(kDC, "a", kSeq);
+  for (const char* value : {"1", "2"}) appendChild(seq.get(), simple(nullptr, {}, value));
+  for (const char* value : {"2", "1"}) appendChild(other.get(), simple(nullptr, {}, value));
+  EXPECT_FALSE(equalTrees(seq.get(), other.get()));
+}
+
+TEST(Model, MergingReplacesInPlaceAndAddsAtTheEnd) {
+  Object object;
+  Object other;
+  for (const char* name : {"a", "b", "c"}) appendChild(object.ensureSchema(kDC), simple(kDC, name, "old"));
+  object.name = "uuid:1";
+  appendChild(other.ensureSchema(kXMP), simple(kXMP, "x", "new"));
+  for (const char* name : {"d", "b"}) appendChild(other.ensureSchema(kDC), simple(kDC, name, "new"));
+  other.ensureSchema(wellKnown().x);
+  object.merge(other);
+  EXPECT_EQ(textOf(object), "dc:a = old\ndc:b = new\ndc:c = old\ndc:d = new\nxmp:x = new\n");
+  EXPECT_EQ(object.name, "uuid:1");
+  EXPECT_EQ(object.findSchema(wellKnown().x), nullptr);
+  EXPECT_TRUE(other.root()->children.empty());
+}
+
+}  // namespace
+}  // namespace velto::test

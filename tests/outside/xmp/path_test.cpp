@@ -1,0 +1,138 @@
+// Paths: what is one, what it is in its normal form, what it leads to.
+#include "outside/xmp/path.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "outside/xmp/operations.h"
+
+namespace velto::test {
+namespace {
+
+const char* const kDC = wellKnown().dc->uri.c_str();
+
+TEST(Path, NormalFormNamesEachStepOnce) {
+  const struct {
+    const char* text;
+    const char* normal;
+  } cases[] = {
+      {"title", "title"},
+      {"dc:title", "title"},
+      {"a-b.c_1", "a-b.c_1"},
+      {"\xC3\xA9t\xC3\xA9", "\xC3\xA9t\xC3\xA9"},
+      {"creator[2]", "creator[2]"},
+      {"creator[007]", "creator[7]"},
+      {"creator[last()]", "creator[last()]"},
+      {"Flash/exif:Fired", "Flash/exif:Fired"},
+      {"a/xmp:b[1]/dc:c/?xmp:q/?rdf:type", "a/xmp:b[1]/dc:c/?xmp:q/?rdf:type"},
+      {"title[?xml:lang='DE-ch']", "title[?xml:lang=\"de-CH\"]"},
+      {"title[?xmp:q='it''s']/?xml:lang", "title[?xmp:q=\"it's\"]/?xml:lang"},
+      {"a[xmp:f=\"say \"\"]/[\"\"\"]/xmp:g", "a[xmp:f=\"say \"\"]/[\"\"\"]/xmp:g"},
+      {"a[xmp:f=\"\"]", "a[xmp:f=\"\"]"},
+      {"a[xmp:f='\xE9']", "a[xmp:f=\"\xC3\xA9\"]"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_EQ(pathText(requirePath(kDC, c.text)), c.normal);
+    EXPECT_EQ(pathText(requirePath(kDC, c.normal)), c.normal);
+  }
+}
+
+TEST(Path, WhatIsNoneIsToldFromWhatIs) {
+  const struct {
+    const char* text;
+    ErrorId id;
+  } cases[] = {
+      {"", ErrorId::kBadName},
+      {" 9214", ErrorId::kBadName},
+      {"a b", ErrorId::kBadName},
+      {"dc:", ErrorId::kBadName},
+      {"dc:a:b", ErrorId::kBadName},
+      {"xmp:title", ErrorId::kBadSchema},
+      {"nobody:title", ErrorId::kBadSchema},
+      {"a/nobody:b", ErrorId::kBadSchema},
+      {"a/b", ErrorId::kBadPath},
+      {"a/?b", ErrorId::kBadPath},
+      {"a/", ErrorId::kBadPath},
+      {"/a", ErrorId::kBadName},
+      {"a/xmp:", ErrorId::kBadName},
+      {"a//xmp:b", ErrorId::kBadPath},
+      {"a[", ErrorId::kBadPath},
+      {"a[]", ErrorId::kBadPath},
+      {"a[1", ErrorId::kBadPath},
+      {"a[1]b", ErrorId::kBadPath},
+      {"a[ 1]", ErrorId::kBadPath},
+      {"a[1x]", ErrorId::kBadPath},
+      {"a[-1]", ErrorId::kBadPath},
+      {"a[0]", ErrorId::kBadIndex},
+      {"a[2147483648]", ErrorId::kBadIndex},
+      {"a[99999999999999999999999]", ErrorId::kBadIndex},
+      {"a[last]", ErrorId::kBadPath},
+      {"a[last()", ErrorId::kBadPath},
+      {"a[xmp:f]", ErrorId::kBadPath},
+      {"a[xmp:f=]", ErrorId::kBadPath},
+      {"a[xmp:f=x]", ErrorId::kBadPath},
+      {"a[xmp:f='x]", ErrorId::kBadPath},
+      {"a[xmp:f='x''", ErrorId::kBadPath},
+      {"a[xmp:f='x'", ErrorId::kBadPath},
+      {"a[f='x']", ErrorId::kBadPath},
+      {"a[?xml:lang='d!']", ErrorId::kBadLanguage},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    Path path;
+    const PathProblem* problem = parsePath(kDC, c.text, path);
+    ASSERT_NE(problem, nullptr);
+    EXPECT_EQ(problem->id, c.id) << problem->reason;
+    EXPECT_THROW(requirePath(kDC, c.text), ToolkitError);
+  }
+  EXPECT_THROW(requirePath("http://unknown.example/", "a"), ToolkitError);
+  EXPECT_THROW(requirePath(nullptr, "a"), ToolkitError);
+  EXPECT_THROW(requirePath(kDC, nullptr), ToolkitError);
+}
+
+TEST(Path, NeverLeadsDeeperThanTheLimit) {
+  std::string text = "a";
+  for (std::uint32_t depth = 1; depth < kDepthLimit; ++depth) text += "/xmp:b";
+  Path path;
+  EXPECT_EQ(parsePath(kDC, text.c_str(), path), nullptr);
+  EXPECT_NE(addItemStep(1, path), nullptr);
+  Path deeper;
+  text += "[1]";
+  const PathProblem* problem = parsePath(kDC, text.c_str(), deeper);
+  ASSERT_NE(problem, nullptr);
+  EXPECT_EQ(problem->id, ErrorId::kTooDeep);
+}
+
+TEST(Path, LeadsToNodesOfEveryKind) {
+  Object object;
+  const auto set = [&object](const char* path, const char* text, std::uint32_t options = 0) {
+    setNode(object, requirePath(kDC, path), text, options);
+  };
+  set("people", nullptr, kXMPPropIsArray);
+  set("people[1]", nullptr, kXMPPropIsStruct);
+  set("people[2]", nullptr, kXMPPropIsStruct);
+  set("people[1]/xmp:Name", "Ann");
+  set("people[2]/xmp:Name", "Bob \"B\" [1]/x");
+  set("people[2]/?xmp:role", "editor");
+  set("people[2]/?xmp:role/?xmp:since", "2004");
+  set("people[2]/xmp:Name/?xml:lang", "EN-gb");
+
+  const auto valueAt = [&object](const char* path) {
+    const Node* node = findNode(object, requirePath(kDC, path));
+    return node != nullptr ? node->value : "(none)";
+  };
+  EXPECT_EQ(valueAt("people[last()]/xmp:Name"), "Bob \"B\" [1]/x");
+  EXPECT_EQ(valueAt("people[xmp:Name='Ann']/xmp:Name"), "Ann");
+  EXPECT_EQ(valueAt("people[xmp:Name=\"Bob \"\"B\"\" [1]/x\"]/?xmp:role"), "editor");
+  EXPECT_EQ(valueAt("people[?xmp:role='editor']/?xmp:role/?xmp:since"), "2004");
+  EXPECT_EQ(valueAt("people[2]/xmp:Name/?xml:lang"), "en-GB");
+  for (const char* path : {"people[3]", "people[xmp:Name='Cid']", "people/xmp:Name", "people[1][1]",
+                           "people[1]/?xmp:role", "people[1]/xmp:Name/xmp:x", "nobody[1]", "people[?xml:lang='de']"}) {
+    EXPECT_EQ(valueAt(path), "(none)") << path;
+  }
+}
+
+}  // namespace
+}  // namespace velto::test

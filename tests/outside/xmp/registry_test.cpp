@@ -1,0 +1,79 @@
+// The namespace registry. It lives as long as the process, so each test has namespaces of its own.
+#include "outside/xmp/registry.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "outside/xmp/errors.h"
+
+namespace velto::test {
+namespace {
+
+TEST(Registry, AURIKeepsItsPrefixAndATakenPrefixGetsANumber) {
+  const Namespace* first = registerNamespace("http://one.example/", "clash");
+  const Namespace* second = registerNamespace("http://two.example/", "clash:");
+  EXPECT_EQ(first->prefix, "clash");
+  EXPECT_EQ(second->prefix, "clash1");
+  EXPECT_EQ(registerNamespace("http://three.example/", "clash")->prefix, "clash2");
+  EXPECT_EQ(registerNamespace("http://one.example/", "other"), first);
+  EXPECT_EQ(findPrefix("other"), nullptr);
+  EXPECT_EQ(findPrefix("clash1"), second);
+  EXPECT_EQ(findNamespace("http://two.example/"), second);
+  EXPECT_NE(registerNamespace("http://four.example/", "dc")->prefix, "dc");
+}
+
+TEST(Registry, SenselessPrefixesAreReplacedAndSenselessURIsRefused) {
+  std::set<std::string> prefixes;
+  int number = 0;
+  for (const char* prefix : {"", "1a", "a b", ":", "xmlns", "a:b", "<"}) {
+    const Namespace* ns = registerNamespace("http://odd.example/" + std::to_string(++number), prefix);
+    EXPECT_EQ(ns->prefix.find_first_not_of("ns0123456789"), std::string::npos) << ns->prefix;
+    EXPECT_TRUE(prefixes.insert(ns->prefix).second) << ns->prefix;
+  }
+  for (const char* uri : {"", "http://www.w3.org/2000/xmlns/", "a\x01", "\xFF"}) {
+    EXPECT_THROW(registerNamespace(uri, "fine"), ToolkitError) << uri;
+  }
+  EXPECT_EQ(findPrefix("fine"), nullptr);
+}
+
+TEST(Registry, ADeletedNamespaceYieldsItsPrefixAndStaysUsable) {
+  const std::size_t count = countNamespaces();
+  const Namespace* gone = registerNamespace("http://gone.example/", "gone");
+  EXPECT_EQ(countNamespaces(), count + 1);
+  EXPECT_TRUE(deleteNamespace("http://gone.example/"));
+  EXPECT_FALSE(deleteNamespace("http://gone.example/"));
+  EXPECT_EQ(countNamespaces(), count);
+  EXPECT_EQ(findNamespace("http://gone.example/"), nullptr);
+  EXPECT_EQ(findPrefix("gone"), nullptr);
+
+  const Namespace* heir = registerNamespace("http://heir.example/", "gone");
+  EXPECT_EQ(heir->prefix, "gone");
+  EXPECT_EQ(findPrefix("gone"), heir);
+  // Nodes may still name it, and a packet needs two prefixes for the two.
+  EXPECT_NE(gone->prefix, "gone");
+  EXPECT_EQ(findPrefix(gone->prefix), nullptr);
+
+  EXPECT_EQ(registerNamespace("http://gone.example/", "back"), gone);
+  EXPECT_EQ(findPrefix("back"), gone);
+  EXPECT_THROW(deleteNamespace("http://purl.org/dc/elements/1.1/"), ToolkitError);
+}
+
+TEST(Registry, NamespacesAreListedOnceByPrefix) {
+  registerNamespace("http://listed.example/", "aaa");
+  std::set<std::string> uris;
+  std::string previous;
+  for (std::size_t at = 0; at < countNamespaces(); ++at) {
+    const Namespace* ns = namespaceAt(at);
+    ASSERT_NE(ns, nullptr);
+    EXPECT_LT(previous, ns->prefix);
+    EXPECT_TRUE(uris.insert(ns->uri).second) << ns->uri;
+    previous = ns->prefix;
+  }
+  EXPECT_EQ(namespaceAt(countNamespaces()), nullptr);
+  EXPECT_EQ(uris.count("http://listed.example/"), 1u);
+}
+
+}  // namespace
+}  // namespace velto::test
