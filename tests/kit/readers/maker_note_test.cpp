@@ -1,0 +1,576 @@
+// Maker notes: which dictionary, which layout, which origin of offsets; in both byte orders, built byte by byte and in
+// real photographs.
+#include <gtest/gtest.h>
+
+#include "kit/model/tables/tables.h"
+#include "kit/model/value.h"
+#include "kit/readers/read_file.h"
+#include "tests/support/image_builders.h"
+#include "tests/support/pool_support.h"
+
+using namespace lxtest;
+
+namespace {
+
+constexpr std::uint16_t kMakerNote = 0x927C;
+
+// A photograph with that maker note; what stands behind the note in the Exif IFD shows whether it was left as it should
+// be. In a JPEG file, so that the origin of its offsets is not the file's start.
+Bytes Photo(Order order, std::string_view make, std::string_view model, const TiffEntry& note) {
+  return JpegBuilder().App1Exif(
+      TiffBuilder(order).Ifd0({Ascii(0x010F, make), Ascii(0x0110, model)}).Exif({note, Short(0xA001, 1)}));
+}
+
+// As UndefIfd, in a byte order of its own and with offsets that are by so much too high.
+TiffEntry Note(Order noteOrder, const Bytes& prefix, const TiffEntries& entries, std::uint32_t tooHigh = 0) {
+  const auto make = [=](Order, std::uint32_t at) {
+    return prefix + EncodeIfd(noteOrder, entries, at + static_cast<std::uint32_t>(prefix.size()) + tooHigh);
+  };
+  return {kMakerNote, 7, static_cast<std::uint32_t>(make(kBig, 0).size()), make};
+}
+
+// With offsets that count from `origin` bytes behind the note's first byte.
+TiffEntry NoteOfOwnOrigin(Order noteOrder, const Bytes& prefix, const TiffEntries& entries, std::uint32_t origin = 0) {
+  const std::uint32_t at = static_cast<std::uint32_t>(prefix.size()) - origin;
+  return Undef(kMakerNote, prefix + EncodeIfd(noteOrder, entries, at));
+}
+
+Bytes TiffHeader(Order order, std::uint32_t firstIfd = 8) {
+  return Text(order == kBig ? "MM" : "II") + Put16(42, order) + Put32(firstIfd, order);
+}
+
+// An entry of each kind that offsets and byte order matter to.
+TiffEntries SomeEntries() {
+  return {Short(0x0005, 0x0102), Ascii(0x0009, "a text of the maker"), Long(0x000C, 0x01020304),
+          Ratl(0x0084, {18, 1, 55, 1, 35, 10, 56, 10}), Undef(0x0090, Text("raw bytes"))};
+}
+
+std::string Entries(const LxMetadataPool& pool, const char* nameSpace = "generic") {
+  EXPECT_TRUE(IsWellFormed(pool));
+  EXPECT_NE(Find(pool, "exif", "MakerNote"), nullptr);
+  return DumpPool(pool, nameSpace);
+}
+
+constexpr char kSomeEntries[] =
+    "generic  0005 short 258\n"
+    "generic  0009 ascii a text of the maker\n"
+    "generic  000c long 16909060\n"
+    "generic  0084 ratl 18 55 7/2(3.50) 28/5(5.60)\n"
+    "generic  0090 undef raw bytes\n";
+
+// The header item's bytes; a failed test where there is none.
+Bytes HeaderOf(const LxMetadataPool& pool) {
+  const LxMetadataItem* header = Find(pool, "makerh", "MakerNoteHeader");
+  EXPECT_NE(header, nullptr);
+  return header != nullptr ? ValueOf(*header) : Bytes();
+}
+
+TEST(MakerNote, ABareIfdIsReadInTheFilesOrderOrItsOwn) {
+  for (const Order order : {kLittle, kBig}) {
+    for (const Order noteOrder : {kLittle, kBig}) {
+      SCOPED_TRACE(testing::Message() << order << noteOrder);
+      const PoolPtr pool = ParsePool(Photo(order, "SONY", "DSC-F1", Note(noteOrder, {}, SomeEntries())));
+      EXPECT_EQ(Entries(*pool), kSomeEntries);
+      EXPECT_EQ(HeaderOf(*pool), Bytes());
+      const bool big = noteOrder == kBig;
+      EXPECT_EQ((Find(*pool, "generic", " 0009")->flags & kLxBigEndianValue) != 0, big);
+      // The order was the note's only.
+      EXPECT_STREQ(Find(*pool, "exif", "ColorSpace")->displayText, "sRGB");
+      EXPECT_EQ((Find(*pool, "exif", "ColorSpace")->flags & kLxBigEndianValue) != 0, order == kBig);
+    }
+    // Of the models whose layout is known, nothing is guessed: the file's order holds, with a single entry too.
+    for (const Order noteOrder : {kLittle, kBig}) {
+      const PoolPtr known = ParsePool(Photo(order, "Nikon", "E990", Note(noteOrder, {}, {Short(0x0005, 3)})));
+      EXPECT_EQ(DumpPool(*known, "nikon"), noteOrder == order ? "nikon WhiteBalance short 3\n" : "");
+      EXPECT_EQ(HeaderOf(*known), Bytes());
+      const PoolPtr guessed = ParsePool(Photo(order, "Nikon", "E900", Note(noteOrder, {}, {Short(0x0005, 3)})));
+      EXPECT_EQ(AllItems(*guessed, "makerh").size(), 0u);
+    }
+  }
+}
+
+TEST(MakerNote, ASignatureOfUpTo23BytesIsPassedOver) {
+  const struct {
+    const char* make;
+    const char* nameSpace;
+    Bytes signature;
+    const char* first;
+  } cases[] = {
+      {"OLYMPUS OPTICAL CO.,LTD", "olymp", Text("OLYMP") + Hex("00 01 00"), "SpecialMode"},
+      {"SIGMA", "sigma", Text("SIGMA") + Hex("00 00 00 01 00"), " 0200"},
+      {"Foveon", "foveon", Text("FOVEON") + Hex("00 00 01 00"), " 0200"},
+      {"Minolta Co., Ltd.", "minolta", {}, " 0200"},
+      {"Panasonic", "generic", Text("Panasonic") + Hex("00 00 00"), " 0200"},
+      {"Some maker", "generic", Text("twenty-two characters!") + Hex("00"), " 0200"},
+  };
+  const TiffEntries entries = {Long(0x0200, {1, 2, 3}), Ascii(0x0F07, "a text"), Short(0x0F08, 7)};
+  for (const auto& c : cases) {
+    for (const Order order : {kLittle, kBig}) {
+      for (const Order noteOrder : {kLittle, kBig}) {
+        SCOPED_TRACE(std::string(c.make) + (order == kBig ? " MM" : " II") + (noteOrder == kBig ? " MM" : " II"));
+        const std::string space = c.nameSpace;
+        const PoolPtr pool = ParsePool(Photo(order, c.make, "model", Note(noteOrder, c.signature, entries)));
+        EXPECT_EQ(Entries(*pool, c.nameSpace), space + " " + c.first + " long 1 2 3\n" + space +
+                                                   "  0f07 ascii a text\n" + space + "  0f08 short 7\n");
+        EXPECT_EQ(HeaderOf(*pool), c.signature);
+        EXPECT_EQ((Find(*pool, "makerh", "")->flags & kLxBigEndianValue) != 0, order == kBig);
+        EXPECT_STREQ(Find(*pool, "exif", "ColorSpace")->displayText, "sRGB");
+      }
+    }
+  }
+  const PoolPtr tooLong = ParsePool(Photo(kBig, "Some maker", "model", Note(kBig, Filled(24, 'x'), SomeEntries())));
+  EXPECT_EQ(Entries(*tooLong), "");
+  EXPECT_EQ(AllItems(*tooLong, "makerh").size(), 0u);
+}
+
+TEST(MakerNote, ATiffHeaderOfItsOwnGivesOrderAndOrigin) {
+  const Bytes signature = Text("Nikon") + Hex("00 02 10 00 00");
+  for (const Order order : {kLittle, kBig}) {
+    for (const Order noteOrder : {kLittle, kBig}) {
+      SCOPED_TRACE(testing::Message() << order << noteOrder);
+      const Bytes prefix = signature + TiffHeader(noteOrder);
+      const PoolPtr pool = ParsePool(
+          Photo(order, "NIKON CORPORATION", "NIKON D100 ", NoteOfOwnOrigin(noteOrder, prefix, SomeEntries(), 10)));
+      EXPECT_EQ(Entries(*pool, "nikon"),
+                "nikon WhiteBalance short 258\n"
+                "nikon AutoFlash ascii a text of the maker\n"
+                "nikon  000c long 16909060\n"
+                "nikon LensInfo ratl 18-55mm f3.5-5.6\n"
+                "nikon Lighting undef raw bytes\n");
+      EXPECT_EQ(HeaderOf(*pool), signature);
+      const LxMetadataItem* header = Find(*pool, "makerh", "MakerNoteHeader")->firstChild;
+      EXPECT_STREQ(header->name, "IFDHeader");
+      EXPECT_EQ(ValueOf(*header), TiffHeader(noteOrder));
+      EXPECT_STREQ(header->firstChild->name, "IFD");
+      // A header's order stays in force behind it, where the Exif IFD's own entries are not readable in another one.
+      EXPECT_EQ(Find(*pool, "exif", "ColorSpace") != nullptr, order == noteOrder);
+    }
+  }
+  for (const Order order : {kLittle, kBig}) {
+    for (const std::uint32_t at : {0u, 1u, 16u, 23u, 24u}) {
+      const Bytes prefix = Filled(at) + TiffHeader(order);
+      const PoolPtr pool =
+          ParsePool(Photo(kBig, "Some maker", "model", NoteOfOwnOrigin(order, prefix, SomeEntries(), at)));
+      EXPECT_EQ(Entries(*pool), at < 24 ? kSomeEntries : "") << at;
+    }
+    // An IFD that has a header as its last value: the header is preferred.
+    const Bytes ifd = EncodeIfd(order, {Short(1, 1), Undef(2, Truncated(TiffHeader(order), 4))}, 0, 8);
+    const PoolPtr both =
+        ParsePool(Photo(order, "Some maker", "model", Undef(kMakerNote, ifd + EncodeIfd(order, SomeEntries(), 8))));
+    EXPECT_EQ(Entries(*both), kSomeEntries);
+    EXPECT_EQ(HeaderOf(*both), Truncated(ifd, 22));
+  }
+}
+
+TEST(MakerNote, OffsetsCountFromWhereTheirValuesMakeSense) {
+  // The note was moved within the file, or its maker counts from elsewhere: values stand right behind the IFD, their
+  // offsets do not say so.
+  const Bytes signature = Text("FUJIFILM") + Hex("0C 00 00 00");
+  const auto read = [](const TiffEntry& note, Order order) {
+    return Entries(*ParsePool(Photo(order, "Some maker", "model", note)));
+  };
+  for (const Order order : {kLittle, kBig}) {
+    for (const Order noteOrder : {kLittle, kBig}) {
+      SCOPED_TRACE(testing::Message() << order << noteOrder);
+      EXPECT_EQ(read(NoteOfOwnOrigin(noteOrder, signature, SomeEntries()), order), kSomeEntries);
+      EXPECT_EQ(read(NoteOfOwnOrigin(noteOrder, signature, SomeEntries(), 6), order), kSomeEntries);
+      for (const std::int64_t tooHigh : {0, 2, 20, 1000, 100000, 0x40000000, -2, -20, -70}) {
+        EXPECT_EQ(read(Note(noteOrder, signature, SomeEntries(), static_cast<std::uint32_t>(tooHigh)), order),
+                  kSomeEntries)
+            << tooHigh;
+      }
+    }
+    // Of a TIFF file, offsets that are too high lead to an origin in front of the file.
+    const PoolPtr tiff = ParsePool(TiffBuilder(order)
+                                       .Ifd0({Ascii(0x010F, "Some maker"), Ascii(0x0110, "model")})
+                                       .Exif({Note(order, {}, SomeEntries(), 5000)}));
+    EXPECT_EQ(Entries(*tiff), kSomeEntries);
+  }
+}
+
+TEST(MakerNote, OffsetsStayAsTheyAreUnlessAShiftMakesMoreSense) {
+  // One opaque value with a gap before it: under the shift it would stand in the gap, and any bytes below 127 make
+  // equal sense.
+  const auto note = [](const Bytes& gap, const Bytes& value) {
+    const auto make = [=](Order order, std::uint32_t at) {
+      return Truncated(EncodeIfd(order, {Short(0x0001, 1), Undef(0x0002, value)}, at + 8), 30) + gap + value;
+    };
+    return TiffEntry{kMakerNote, 7, static_cast<std::uint32_t>(make(kBig, 0).size()), make};
+  };
+  const auto valueOf = [](const TiffEntry& entry, Order order) {
+    return ValueOf(*Find(*ParsePool(Photo(order, "Some maker", "model", entry)), "generic", " 0002"));
+  };
+  for (const Order order : {kLittle, kBig}) {
+    const Bytes value = Text("VALUE OF"), odd = Filled(8, 0xF0);
+    EXPECT_EQ(valueOf(note(Text("THE GAP "), value), order), value);           // Equal.
+    EXPECT_EQ(valueOf(note(odd, value), order), value);                        // Less.
+    EXPECT_EQ(valueOf(note(Text("THE GAP "), odd), order), Text("THE GAP "));  // More.
+    // What counts is how many elements make sense: all, all but one, half, fewer.
+    EXPECT_EQ(valueOf(note(Text("THE GAP "), Hex("F0 01 01 01 01 01 01 01")), order), Text("THE GAP "));
+    EXPECT_EQ(valueOf(note(Hex("F0 02 02 02 02 02 02 02"), Hex("F0 F0 01 01 01 01 01 01")), order),
+              Hex("F0 02 02 02 02 02 02 02"));
+    EXPECT_EQ(valueOf(note(Hex("F0 F0 F0 F0 02 02 02 02"), Hex("F0 F0 01 01 01 01 01 01")), order),
+              Hex("F0 F0 01 01 01 01 01 01"));
+    EXPECT_EQ(valueOf(note(Hex("F0 F0 F0 F0 02 02 02 02"), Hex("F0 F0 F0 F0 F0 01 01 01")), order),
+              Hex("F0 F0 F0 F0 02 02 02 02"));
+    // Without any value out of line there is nothing to shift.
+    EXPECT_EQ(Entries(*ParsePool(Photo(order, "Some maker", "model", Note(order, {}, {Short(1, 2), Long(2, 70000)})))),
+              "generic  0001 short 2\ngeneric  0002 long 70000\n");
+  }
+}
+
+// How plausible elements look, type by type: the shift is taken only when the value right behind the IFD scores higher
+// than the one that its offset names. Each sense is the longest run that still counts in full, each nonsense the next
+// thing.
+TEST(MakerNote, EachTypeHasItsOwnPlausibility) {
+  const struct {
+    const char* what;
+    TiffEntry sense;
+    TiffEntry nonsense;
+  } cases[] = {
+      {"bytes below 16", Byte(2, Filled(8, 15)), Byte(2, Filled(8, 16))},
+      {"signed bytes below 16", Numbers(2, 6, {1, 2, 3, 4, 5, 6, 7, 15}),
+       Numbers(2, 6, {-1, -1, -1, -1, -1, -1, -1, 1})},
+      {"a text with its end", Ascii(2, "printed"), AsciiBytes(2, "printed ")},
+      {"a text and zeros", AsciiBytes(2, std::string_view("text\0\0\0\0", 8)),
+       AsciiBytes(2, std::string_view("text\0\0\0t", 8))},
+      {"printable texts", Ascii(2, "printed"), Ascii(2, "\x01\x01\x01\x7F\x80\xFF\xFF")},
+      {"shorts below 256", Short(2, {255, 0, 1, 2}), Short(2, {256, 257, 0x1000, 1})},
+      {"signed shorts below 256", Numbers(2, 8, {255, 0, 1, 2}), Numbers(2, 8, {-1, -2, -3, 1})},
+      {"longs below 65536", Long(2, {65535, 0, 1}), Long(2, {65536, 0x1000000, 1})},
+      {"signed longs below 65536", Numbers(2, 9, {65535, 0, 1}), Numbers(2, 9, {-1, -1, 1})},
+      {"numerators below 65536", Ratl(2, {65535, 70000, 1, 0, 2, 70000}), Ratl(2, {65536, 1, 70000, 1, 1, 1})},
+      {"signed numerators", Numbers(2, 10, {1, -1, 2, -1, 3, -1}), Numbers(2, 10, {-1, 1, -1, 1, -1, 1})},
+  };
+  for (const auto& c : cases) {
+    for (const Order order : {kLittle, kBig}) {
+      for (const bool shifted : {true, false}) {
+        SCOPED_TRACE(std::string(c.what) + (order == kBig ? " MM" : " II") + (shifted ? " behind" : " as named"));
+        const TiffEntry& behind = shifted ? c.sense : c.nonsense;
+        const TiffEntry& named = shifted ? c.nonsense : c.sense;
+        const Bytes first = behind.value(order, 0), second = named.value(order, 0);
+        ASSERT_EQ(first.size(), second.size());
+        const auto size = static_cast<std::uint32_t>(first.size());
+        const auto make = [&](Order o, std::uint32_t at) {
+          const TiffEntry entry = {2, behind.type, behind.count, [&](Order, std::uint32_t) { return first; }};
+          return Truncated(EncodeIfd(o, {Short(1, 1), entry}, at + size), 30) + first + second;
+        };
+        const PoolPtr pool = ParsePool(Photo(order, "Some maker", "model", {kMakerNote, 7, 30 + 2 * size, make}));
+        ASSERT_NE(Find(*pool, "generic", " 0002"), nullptr);
+        EXPECT_EQ(ValueOf(*Find(*pool, "generic", " 0002")), shifted ? first : second);
+      }
+    }
+  }
+}
+
+TEST(MakerNote, WhatIsNoPlausibleIfdIsLeftAlone) {
+  const TiffEntries two = {Short(1, 1), Short(2, 2)};
+  // Zeros around it, so that no other offset looks like an IFD.
+  for (const Order order : {kLittle, kBig}) {
+    const Bytes good = EncodeIfd(order, two, 0);
+    const auto isRead = [&](const Bytes& note) {
+      const PoolPtr pool = ParsePool(Photo(order, "Some maker", "model", Undef(kMakerNote, note)));
+      EXPECT_TRUE(IsWellFormed(*pool));
+      const LxMetadataItem* item = Find(*pool, "exif", "MakerNote");
+      EXPECT_NE(item, nullptr);  // It stays whatever it holds.
+      EXPECT_STREQ(Find(*pool, "exif", "ColorSpace")->displayText, "sRGB");
+      return item != nullptr && item->firstChild != nullptr;
+    };
+    const auto withType = [&](std::uint32_t type) { return WithBytes(good, 14 + 2, Put16(type, order)); };
+    const auto withCount = [&](std::uint32_t count) { return WithBytes(good, 14 + 4, Put32(count, order)); };
+    EXPECT_TRUE(isRead(good));
+    EXPECT_TRUE(isRead(Truncated(good, 26)));  // The next IFD's offset is not looked for.
+    EXPECT_FALSE(isRead(Truncated(good, 25)));
+    EXPECT_TRUE(isRead(withType(14)));
+    EXPECT_FALSE(isRead(withType(15)));
+    EXPECT_FALSE(isRead(withType(0)));
+    EXPECT_TRUE(isRead(withCount(65535)));
+    EXPECT_FALSE(isRead(withCount(65536)));
+    EXPECT_FALSE(isRead(WithBytes(good, 0, Put16(1, order))));
+    EXPECT_FALSE(isRead(WithBytes(good, 0, Put16(3, order))));
+    EXPECT_FALSE(isRead(Filled(64)));
+    TiffEntries many;
+    for (std::uint16_t i = 0; i < 255; ++i) many.push_back(Short(static_cast<std::uint16_t>(0x100 + i), 1));
+    EXPECT_TRUE(isRead(EncodeIfd(order, many, 0)));
+    many.push_back(Short(0x200, 1));
+    EXPECT_FALSE(isRead(EncodeIfd(order, many, 0)));
+
+    // A header of its own, with an IFD that only it can lead to.
+    const Bytes gap = Filled(40);
+    const Bytes own = TiffHeader(order, 48) + gap + EncodeIfd(order, two, 48);
+    EXPECT_TRUE(isRead(own));
+    EXPECT_TRUE(isRead(Truncated(own, 48 + 26)));
+    EXPECT_FALSE(isRead(Truncated(own, 48 + 25)));
+    EXPECT_FALSE(isRead(WithByte(own, 0, order == kBig ? 'I' : 'M')));
+    EXPECT_FALSE(isRead(WithBytes(own, 2, Put16(43, order))));
+    for (const std::uint32_t offset : {47u, 0x7FFFFFFEu, 0xFFFFFFFEu, 0xFFFFFFF8u}) {
+      EXPECT_FALSE(isRead(WithBytes(own, 4, Put32(offset, order)))) << offset;
+    }
+    EXPECT_FALSE(isRead(TiffHeader(order, 49) + gap + Filled(1) + EncodeIfd(order, two, 49)));  // Odd.
+  }
+}
+
+TEST(MakerNote, TheDictionaryIsChosenByMakeAndModelAsTheyAreWritten) {
+  const struct {
+    const char* make;
+    const char* model;
+    const char* nameSpace;  // Of the entries.
+    const char* name;       // Of tag 0x0002.
+  } cases[] = {
+      {"Nikon", "E990", "nikon", "ISOSetting"},
+      {"Nikon", "E700", "nikon", "ISOSetting"},
+      {"NIKON CORPORATION", "NIKON D1X", "nikon", "ISOSetting"},
+      {"NIKON CORPORATION", "NIKON D100 ", "nikon", "ISOSetting"},
+      {"NIKON CORPORATION", "NIKON D100", "nikon", " 0002"},
+      {"NIKON CORPORATION", "NIKON D1X ", "nikon", " 0002"},
+      {"NIKON", "E990", "generic", " 0002"},
+      {"nikon", "E990", "generic", " 0002"},
+      {"NIKON CORPORATION ", "NIKON D1X", "generic", " 0002"},
+      {"Canon", "Canon PowerShot S300", "canon", " 0002"},
+      {"Canon", "Canon EOS-1DS", "generic", " 0002"},
+      {"Canon", "Canon EOS-1Ds", "canon", " 0002"},
+      {"CANON", "Canon EOS-1Ds", "generic", " 0002"},
+      {"FUJIFILM", "any model", "fuji", " 0002"},
+      {"OLYMPUS OPTICAL CO.,LTD", "any model", "olymp", " 0002"},
+      {"OLYMPUS CORPORATION", "any model", "generic", " 0002"},
+      {"SIGMA", "SIGMA SD10", "sigma", "CameraSerialNumber"},
+      {"SIGMA", "any model", "sigma", "CameraSerialNumber"},
+      {"FOVEON", "any model", "foveon", "CameraSerialNumber"},
+      {"Foveon", "any model", "foveon", "CameraSerialNumber"},
+      {"Minolta Co., Ltd.", "any model", "minolta", " 0002"},
+      {"KONICA MINOLTA ", "any model", "generic", " 0002"},
+      {"PENTAX Corporation ", "PENTAX Optio S ", "pentax", "ThumbnailWH"},
+      {"PENTAX Corporation ", "PENTAX Optio S", "generic", " 0002"},
+      {"PENTAX Corporation", "PENTAX Optio S ", "generic", " 0002"},
+      {"SONY", "", "generic", " 0002"},
+      {"any maker", "any model", "generic", " 0002"},
+  };
+  for (const auto& c : cases) {
+    for (const Order order : {kLittle, kBig}) {
+      SCOPED_TRACE(std::string(c.make) + "|" + c.model + "|");
+      const TiffEntry note = Note(order, {}, {Short(0x0002, {7, 9}), Short(0x7001, 1)});
+      const PoolPtr pool = ParsePool(Photo(order, c.make, c.model, note));
+      const LxMetadataItem* entry = Find(*pool, c.nameSpace, c.name);
+      ASSERT_NE(entry, nullptr) << DumpPool(*pool);
+      EXPECT_EQ(entry->tagId, 2);
+      EXPECT_EQ(ValueOf(*entry), Put16(7, order) + Put16(9, order));
+      EXPECT_EQ(AllItems(*pool, c.nameSpace).size(), 2u);
+    }
+  }
+  // A text without its zero byte is as long as its value, one with more behind it as long as the text.
+  for (const std::string_view model : {std::string_view("NIKON D1X"), std::string_view("NIKON D1X\0 II", 13)}) {
+    const Bytes tiff = TiffBuilder(kBig)
+                           .Ifd0({AsciiBytes(0x010F, "NIKON CORPORATION"), AsciiBytes(0x0110, model)})
+                           .Exif({Note(kBig, {}, {Short(0x0002, {7, 9}), Short(0x7001, 1)})});
+    EXPECT_STREQ(Find(*ParsePool(tiff), "nikon", "ISOSetting")->displayText, "9");
+  }
+}
+
+TEST(MakerNote, WithoutMakeAndModelBeforeItANoteIsNotRead) {
+  const TiffEntry make = Ascii(0x010F, "Canon"), model = Ascii(0x0110, "Canon EOS"), artist = Ascii(0x013B, "somebody");
+  const TiffEntries exif = {Note(kBig, {}, SomeEntries()), Short(0xA001, 1)};
+  const TiffEntry pointer = SubIfd(0x8769, exif);
+  const struct {
+    const char* what;
+    TiffEntries ifd0;
+    bool isRead;
+  } cases[] = {{"both", {make, model, pointer}, true},
+               {"no make", {model, artist, pointer}, false},
+               {"no model", {make, artist, pointer}, false},
+               {"model behind", {make, pointer, model}, false},
+               {"neither", {artist, pointer}, false}};
+  for (const auto& c : cases) {
+    const PoolPtr pool = ParsePool(TiffBuilder(kBig).Ifd0(c.ifd0));
+    ASSERT_NE(Find(*pool, "exif", "MakerNote"), nullptr) << c.what;
+    EXPECT_EQ(Find(*pool, "exif", "MakerNote")->firstChild != nullptr, c.isRead) << c.what;
+    EXPECT_EQ(Find(*pool, "canon", "OwnerName") != nullptr, c.isRead) << c.what;
+    EXPECT_NE(Find(*pool, "exif", "ColorSpace"), nullptr) << c.what;
+  }
+}
+
+TEST(MakerNote, ThumbnailsAreJoinedInEitherTagOrder) {
+  const Bytes jpeg = JpegBuilder().Comment("small").Sos().Eoi().Bare();
+  const struct {
+    const char* make;
+    const char* model;
+    const char* nameSpace;
+    const char* name;
+    std::uint16_t start;
+    std::uint16_t length;
+  } cases[] = {{"PENTAX Corporation ", "PENTAX Optio S ", "pentax", "Thumbnail", 0x0004, 0x0003},
+               {"Minolta Co., Ltd.", "DiMAGE", "minolta", "ThumbnailOffset", 0x0088, 0x0089}};
+  for (const auto& c : cases) {
+    for (const Order order : {kLittle, kBig}) {
+      for (const bool lengthFirst : {false, true}) {
+        SCOPED_TRACE(std::string(c.nameSpace) + (order == kBig ? " MM" : " II"));
+        const TiffEntry start = {c.start, 4, 1, [&](Order o, std::uint32_t at) { return Put32(at, o) + jpeg; }};
+        const TiffEntry length = Long(c.length, static_cast<std::int64_t>(jpeg.size()));
+        const TiffEntries entries = lengthFirst ? TiffEntries{length, start} : TiffEntries{start, length};
+        const PoolPtr pool = ParsePool(Photo(order, c.make, c.model, Note(order, {}, entries)));
+        EXPECT_TRUE(IsWellFormed(*pool));
+        const LxMetadataItem* entry = Find(*pool, c.nameSpace, c.name);
+        ASSERT_NE(entry, nullptr);
+        ASSERT_NE(entry->firstChild, nullptr);
+        EXPECT_STREQ(entry->firstChild->nameSpace, "jpegh");
+        EXPECT_EQ(ValueOf(*entry->firstChild), jpeg);
+        EXPECT_STREQ(Find(*pool, "jpegt", "COM")->displayText, "small");
+      }
+      // No stream there: of the pointer that the dictionary takes for one to an IFD, nothing is left to see.
+      const PoolPtr bad =
+          ParsePool(Photo(order, c.make, c.model, Note(order, {}, {Long(c.start, 2), Long(c.length, 40)})));
+      EXPECT_EQ(Find(*bad, c.nameSpace, c.name) == nullptr, std::string(c.nameSpace) == "pentax");
+    }
+  }
+}
+
+TEST(MakerNote, AThumbnailIfdIsClosedAndRotationTurnsThePicture) {
+  Bytes rotation = Filled(1371);
+  rotation[1369] = 90;
+  const Bytes prefix = Text("Nikon") + Hex("00 02 10 00 00");
+  for (const char* model : {"NIKON D1X", "NIKON D100 "}) {
+    const bool bare = std::string(model) == "NIKON D1X";
+    for (const Order order : {kLittle, kBig}) {
+      SCOPED_TRACE(std::string(model) + (order == kBig ? " MM" : " II"));
+      const TiffEntries entries = {SubIfd(0x0011, {Short(0x0103, 6), Short(0x0112, 1)}),
+                                   Ratl(0x0084, {18, 1, 55, 1, 35, 10, 56, 10}), Undef(0x0E01, rotation)};
+      const auto photo = [&](const TiffEntries& of) {
+        return Photo(order, "NIKON CORPORATION", model,
+                     bare ? Note(order, {}, of) : NoteOfOwnOrigin(order, prefix + TiffHeader(order), of, 10));
+      };
+      const PoolPtr pool = ParsePool(photo(entries));
+      EXPECT_TRUE(IsWellFormed(*pool));
+      const LxMetadataItem* thumbnail = Find(*pool, "nikon", "ThumbSubIFD");
+      ASSERT_NE(thumbnail, nullptr);
+      EXPECT_EQ(thumbnail->flags & kLxClosed, kLxClosed);
+      ASSERT_NE(thumbnail->firstChild, nullptr);
+      EXPECT_STREQ(thumbnail->firstChild->name, "Compression");
+      EXPECT_EQ(Find(*pool, "tiff", "Compression"), nullptr);  // Searches do not enter it.
+      EXPECT_STREQ(Find(*pool, "nikon", "LensInfo")->displayText, "18-55mm f3.5-5.6");
+      EXPECT_STREQ(Find(*pool, "nikon", "NikonRotate")->displayText, "90");
+      EXPECT_EQ(pool->orientation, kLxRot270Cw);
+      EXPECT_STREQ(Find(*pool, "tiff", "Orientation")->displayText, "8");
+
+      // A thumbnail that is the note's own IFD, or no IFD, is none.
+      const auto pointsTo = [&](std::uint32_t offset) {
+        const PoolPtr bent = ParsePool(photo({Raw(0x0011, 4, 1, offset), Short(0x0002, {0, 200})}));
+        EXPECT_TRUE(IsWellFormed(*bent));
+        EXPECT_STREQ(Find(*bent, "nikon", "ISOSetting")->displayText, "200");
+        return Find(*bent, "nikon", "ThumbSubIFD") != nullptr;
+      };
+      if (!bare) {
+        EXPECT_FALSE(pointsTo(8));
+      }
+      EXPECT_FALSE(pointsTo(0xFFFFFF00));
+      EXPECT_FALSE(pointsTo(0x7FFFFFFF));
+    }
+  }
+}
+
+TEST(MakerNote, AChainOfIfdsIsReadToTheEighth) {
+  for (const Order order : {kLittle, kBig}) {
+    // Twelve IFDs, each right behind the one before; offsets count from the note, which has no value out of line.
+    Bytes note;
+    for (std::uint16_t i = 0; i < 12; ++i) {
+      note += EncodeIfd(order, {Short(i, 1), Short(0x7000, 2)}, 0, 0);
+    }
+    const TiffEntry chain = {kMakerNote, 7, static_cast<std::uint32_t>(note.size()), [&](Order o, std::uint32_t at) {
+                               Bytes out = note;
+                               for (std::uint32_t i = 0; i < 11; ++i)
+                                 out = WithBytes(out, 30 * i + 26, Put32(at + 30 * (i + 1), o));
+                               return out;
+                             }};
+    const PoolPtr pool = ParsePool(Photo(order, "Some maker", "model", chain));
+    EXPECT_TRUE(IsWellFormed(*pool));
+    EXPECT_EQ(AllItems(*pool, "generic", " 7000").size(), 8u);
+    EXPECT_NE(Find(*pool, "generic", " 0000"), nullptr);
+    EXPECT_EQ(Find(*pool, "generic", " 0001"), nullptr);  // The first ends the run.
+  }
+}
+
+// Entries of four bytes name notes that go on to the file's end.
+Bytes ShortNotes(std::size_t count, const Bytes& behind) {
+  TiffEntries exif;
+  for (std::size_t i = 0; i < count; ++i) {
+    exif.push_back({kMakerNote, 7, 4, [](Order o, std::uint32_t) { return Put32(0x4000, o); }});
+  }
+  Bytes file = TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "Some maker"), Ascii(0x0110, "model")}).Exif(exif);
+  file.resize(0x4000);
+  return file + behind;
+}
+
+TEST(MakerNote, LookingForALayoutReadsAndCostsLittle) {
+  // Of a note that goes on through a large file, only what tells its layout is loaded.
+  FailingStream stream(ShortNotes(1, EncodeIfd(kLittle, SomeEntries(), 0x4000) + Filled(20'000'000)));
+  const PoolPtr pool = NewPool();
+  ASSERT_EQ(LxParseImageFile(&stream, pool.get()), kLxOk);
+  EXPECT_EQ(Entries(*pool), kSomeEntries);
+  std::int64_t bytes = 0;
+  for (const StreamRead& read : stream.reads()) bytes += read.bytes;
+  EXPECT_LT(bytes, 100'000);
+
+  // Bytes that look like an IFD of 255 entries from several offsets on, and are none: that is paid for.
+  Bytes looksLike;
+  for (int i = 0; i < 254; ++i) looksLike += Hex("FF00 FF00 0100 0100 0000 0000");
+  looksLike += Filled(100);
+  OpenedFile costly(ShortNotes(1000, looksLike));
+  const std::int64_t before = costly.context()->budget.valueBytes;
+  (void)costly.Parse(kLxTiffSpace);
+  EXPECT_EQ(AllItems(costly.pool(), "exif", "MakerNote").size(), 1000u);
+  EXPECT_EQ(AllItems(costly.pool(), "makerh").size(), 0u);
+  EXPECT_GT(before - costly.context()->budget.valueBytes, before / 2);
+}
+
+// What an independent reader sees in the real photographs: how many entries, and one whose value tells that the layout,
+// the byte order and the origin of the offsets are right.
+class MakerNoteCorpus : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (CorpusFiles().empty()) GTEST_SKIP() << "no real photographs here";
+  }
+};
+
+TEST_F(MakerNoteCorpus, EntriesAreThoseThatAnIndependentReaderSees) {
+  const struct {
+    const char* file;
+    const char* nameSpace;  // "": not read.
+    std::size_t entries;
+    std::int32_t headerLength;
+    const char* name;
+    const char* text;
+  } cases[] = {
+      {"45-gps_ifd.jpg", "generic", 8, 0, " 0302", "5500"},
+      {"Canon_PowerShot_S330.jpg", "canon", 12, 0, "ImageNumber", "1070758"},
+      {"Casio_EX-S1.jpg", "generic", 32, 6, " 0002", "320 240"},
+      {"Fujifilm_FinePix6900ZOOM.jpg", "fuji", 17, 12, " 1000", "FINE   "},
+      {"Fujifilm_FinePix_E500.jpg", "fuji", 21, 12, " 1023", "1152 864"},
+      {"Issue_508.jpg", "generic", 25, 14, " 001a", "q900n"},  // Was moved: its offsets are 84 too low.
+      {"Konica_Minolta_DiMAGE_Z3.jpg", "generic", 15, 0, " 0040", "1953682"},
+      {"Nikon_COOLPIX_P1.jpg", "generic", 30, 10, " 0007", "AF-S  "},
+      {"Nikon_E5000.jpg", "generic", 21, 0, " 0005", "AUTO        "},
+      {"Panasonic_DMC-FZ30.jpg", "generic", 30, 12, " 0029", "3303"},
+      {"Sanyo_SR662.jpg", "generic", 3, 8, " 0201", "4"},
+      // Texts, pictures, zeros, records of another kind; and one whose Exif IFD comes before the make.
+      {"HP_PhotoSmart_735.jpg", "", 0, 0, "", ""},
+      {"IMG_20180725_163423-tiny.jpg", "", 0, 0, "", ""},
+      {"JVC_GR-DC2000.jpg", "", 0, 0, "", ""},
+      {"Reconyx_HF2_Pro_Covert.jpg", "", 0, 0, "", ""},
+      {"Ricoh_DC-3Z_(low_res).jpg", "", 0, 0, "", ""},
+      {"Samsung_Digimax_i50_MP3.jpg", "", 0, 0, "", ""},
+      {"Traveler_SX330Z.jpg", "", 0, 0, "", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.file);
+    const PoolPtr pool = ReadPoolFromPath(CorpusFile(c.file));
+    const LxMetadataItem* note = Find(*pool, "exif", "MakerNote");
+    ASSERT_NE(note, nullptr);
+    EXPECT_EQ(note->firstChild != nullptr, c.entries > 0);
+    if (c.entries == 0) continue;
+    EXPECT_EQ(note->firstChild->valueLength, c.headerLength);
+    EXPECT_EQ(AllItems(*pool, c.nameSpace).size(), c.entries);
+    const LxMetadataItem* entry = Find(*pool, c.nameSpace, c.name);
+    ASSERT_NE(entry, nullptr);
+    EXPECT_STREQ(entry->displayText, c.text);
+  }
+}
+
+}  // namespace
