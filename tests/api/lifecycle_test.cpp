@@ -1,0 +1,249 @@
+// The library's start and stop, and what a host meets when a neighbour lacks something or refuses it.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "api/include/lxbridge/lxbridge.h"
+#include "clients/broker/tal_error.h"
+#include "clients/xmp/xmp_abi.h"
+#include "tests/api/neighbours.h"
+#include "tests/api/sample_file.h"
+#include "tests/support/failing_new.h"
+#include "tests/support/xmp_dump.h"
+
+namespace lxtest {
+namespace {
+
+using Calls = std::vector<std::string>;
+const Calls kStart = {"TAL 5", "TAL 5", "XMP 1 3010000"};
+const Calls kStop = {"XMP 2"};
+
+Calls TakeCalls() {
+  Calls calls;
+  calls.swap(EntryCalls());
+  return calls;
+}
+
+// "nothing" or what was raised.
+template <typename Call>
+std::string Raised(Call call) {
+  try {
+    call();
+    return "nothing";
+  } catch (const TAL_T_NMT::CTALError& error) {
+    return std::string("CTALError ") + error.what();
+  } catch (const std::logic_error& error) {
+    return std::string("logic_error ") + error.what();
+  } catch (const std::bad_alloc&) {
+    return "bad_alloc";
+  }
+}
+
+const char kNotStarted[] = "logic_error ZXMPMeta Client initialization failure";
+
+class LifecycleTest : public testing::Test {
+ protected:
+  void SetUp() override { EntryCalls().clear(); }
+  void TearDown() override {
+    LxInterchangeTerm();
+    Straighten();
+  }
+  static std::string ImportRaises(const char* path) {
+    return Raised([path] { LxInterchangeDelete(LxInterchangeNew(path)); });
+  }
+  // What the sample file becomes in a started library with straight neighbours.
+  std::string ImportedText() {
+    const lxbridge::HostSession session;
+    const LxInterchangeHandle handle = LxInterchangeNew(sample.path().c_str());
+    const std::string text = DumpXmp(LxInterchangeGetXMP(handle));
+    LxInterchangeDelete(handle);
+    return text;
+  }
+
+  const TempFile sample{SampleFile()};
+};
+
+TEST_F(LifecycleTest, StartsBrokerAndToolkitOnceAndStopsInReverse) {
+  EXPECT_EQ(TakeCalls(), Calls{});  // Loading the library has started nothing.
+  LxInterchangeTerm();
+  EXPECT_EQ(TakeCalls(), Calls{});
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_TRUE(LxInterchangeInit());
+    EXPECT_EQ(TakeCalls(), kStart);
+    EXPECT_TRUE(LxInterchangeInit());
+    EXPECT_EQ(TakeCalls(), Calls{});
+    EXPECT_EQ(ImportRaises(sample.path().c_str()), "nothing");
+    LxInterchangeTerm();
+    EXPECT_EQ(TakeCalls(), kStop);
+    LxInterchangeTerm();
+    EXPECT_EQ(TakeCalls(), Calls{});
+  }
+}
+
+TEST_F(LifecycleTest, HandlesAreIndependentAndGiveTheSameObjectEachTime) {
+  ASSERT_TRUE(LxInterchangeInit());
+  const Alive before = CountAlive();
+  LxInterchangeDelete(nullptr);
+  const LxInterchangeHandle none = LxInterchangeNew("/nowhere/at/all.jpg");
+  const LxInterchangeHandle some = LxInterchangeNew(sample.path().c_str());
+  ASSERT_NE(none, nullptr);
+  ASSERT_NE(some, nullptr);
+  CXMPMeta* const xmp = LxInterchangeGetXMP(some);
+  EXPECT_EQ(LxInterchangeGetXMP(some), xmp);
+  EXPECT_NE(LxInterchangeGetXMP(none), xmp);
+  const std::string expected = ImportedText();
+  {
+    const lxbridge::HostSession session;
+    EXPECT_EQ(DumpXmp(LxInterchangeGetXMP(none)), "");
+    LxInterchangeDelete(none);
+    EXPECT_EQ(DumpXmp(xmp), expected);
+    lxbridge::XmpView(xmp).Set("http://ns.adobe.com/tiff/1.0/", "Make", "changed");
+    EXPECT_NE(DumpXmp(xmp), expected);
+  }
+  LxInterchangeDelete(some);
+  EXPECT_EQ(CountAlive(), before);
+}
+
+TEST_F(LifecycleTest, OutsideOfInitAndTermNewRaisesAndDeleteStillFrees) {
+  EXPECT_EQ(ImportRaises(sample.path().c_str()), kNotStarted);
+  ASSERT_TRUE(LxInterchangeInit());
+  const LxInterchangeHandle handle = LxInterchangeNew(sample.path().c_str());
+  CXMPMeta* const xmp = LxInterchangeGetXMP(handle);
+  LxInterchangeTerm();
+  EXPECT_EQ(ImportRaises(sample.path().c_str()), kNotStarted);
+  EXPECT_EQ(LxInterchangeGetXMP(handle), xmp);
+  LxInterchangeDelete(handle);
+}
+
+TEST_F(LifecycleTest, ABrokerWithoutMemoryOrContainersMakesInitRaiseAndStayUndone) {
+  for (const char* const name : {kTALMemoryInterface, kTALContainerInterface}) {
+    HideInterface(name);
+    EXPECT_EQ(Raised([] { (void)LxInterchangeInit(); }).substr(0, 9), "CTALError") << name;
+    EXPECT_EQ(TakeCalls(), Calls{"TAL 5"}) << name;
+    Straighten();
+  }
+  HideInterface(kTALMemoryInterface);
+  EXPECT_EQ(Raised([] { (void)LxInterchangeInit(); }), "CTALError Missing Interface");
+  Straighten();
+  EXPECT_TRUE(LxInterchangeInit());
+  EXPECT_EQ(ImportRaises(sample.path().c_str()), "nothing");
+}
+
+TEST_F(LifecycleTest, ABrokerThatDoesNotStartShowsInNew) {
+  const char* const interfaces[] = {kTALInterface, kTALErrorInterface, kTALStringInterface};
+  for (const char* const name : interfaces) {
+    HideInterface(name);
+    EXPECT_TRUE(LxInterchangeInit()) << name;
+    EXPECT_EQ(TakeCalls(), kStart) << name;
+    EXPECT_EQ(ImportRaises(sample.path().c_str()), kNotStarted) << name;
+    LxInterchangeTerm();
+    EXPECT_EQ(TakeCalls(), kStop) << name;
+    Straighten();
+  }
+}
+
+TEST_F(LifecycleTest, EveryMissingProcedureOfTheToolkitMakesNewRaiseAndLeavesNothing) {
+  const auto check = [this](const TALProcName& name) {
+    SCOPED_TRACE(name.qualifiedName);
+    Hide(name.shortName);
+    ASSERT_TRUE(LxInterchangeInit());
+    const Alive before = CountAlive();
+    EXPECT_EQ(ImportRaises(sample.path().c_str()).substr(0, 9), "CTALError");
+    EXPECT_EQ(CountAlive(), before);
+    LxInterchangeTerm();
+    Straighten();
+  };
+  for (const TALProcName& name : kXMPMetaStaticNames) check(name);
+  for (const TALProcName& name : kXMPMetaMethodNames) check(name);
+  for (const TALProcName& name : kXMPUtilsStaticNames) check(name);
+  ASSERT_TRUE(LxInterchangeInit());
+  EXPECT_EQ(ImportRaises(sample.path().c_str()), "nothing");
+}
+
+TEST_F(LifecycleTest, WhatTheToolkitRefusesEndsTheImportOnlyWhereNothingGuardsIt) {
+  ASSERT_TRUE(LxInterchangeInit());
+  const std::string whole = ImportedText();
+  LxInterchangeTerm();
+  const struct {
+    const char* name;
+    bool ends;
+    const char* lost;  // Else: a property that the import then lacks.
+  } cases[] = {
+      {"NewWithBuffer", true, nullptr},
+      {"AddRef", true, nullptr},
+      {"GetMethod", true, nullptr},
+      {"RemoveProperties", true, nullptr},
+      {"ComposeStructFieldPath", true, nullptr},
+      {"DeleteProperty", true, nullptr},     // Of Flash.
+      {"SetProperty", true, nullptr},        // Of a dataset.
+      {"AppendArrayItem", true, nullptr},    // Of a keyword.
+      {"DoesPropertyExist", true, nullptr},  // Of the keywords.
+      {"ParseFromBuffer", false, "xmp:Rating=3\n"},
+      {"SetStructField", false, "exif:Flash="},
+      {"SetLocalizedText", false, "tiff:Copyright="},
+      {"SetProperty_Date", false, "exif:GPSTimeStamp="},
+      {"SetTimeZone", false, "tiff:DateTime="},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Fail(c.name);
+    ASSERT_TRUE(LxInterchangeInit());
+    const Alive before = CountAlive();
+    if (c.ends) {
+      EXPECT_EQ(ImportRaises(sample.path().c_str()).substr(0, 9), "CTALError");
+    } else {
+      const LxInterchangeHandle handle = LxInterchangeNew(sample.path().c_str());
+      Straighten();
+      {
+        const lxbridge::HostSession session;
+        const std::string text = DumpXmp(LxInterchangeGetXMP(handle));
+        EXPECT_NE(whole.find(c.lost), std::string::npos) << whole;
+        EXPECT_EQ(text.find(c.lost), std::string::npos) << text;
+        EXPECT_NE(text.find("exif:ExposureTime=1/250\n"), std::string::npos) << text;
+      }
+      LxInterchangeDelete(handle);
+    }
+    EXPECT_EQ(CountAlive(), before);
+    LxInterchangeTerm();
+    Straighten();
+  }
+  ASSERT_TRUE(LxInterchangeInit());
+  EXPECT_EQ(ImportedText(), whole);
+}
+
+TEST_F(LifecycleTest, ExhaustedMemoryLeavesNewAsAnExceptionOrLessMetadataAndNothingBehind) {
+  const std::string path = sample.path();
+  ASSERT_TRUE(LxInterchangeInit());
+  const std::string whole = ImportedText();
+  const Alive before = CountAlive();
+  for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
+    bool isThrough = false;
+    for (int nth = 1; !isThrough; ++nth) {
+      ASSERT_LT(nth, 100'000);
+      FailingNew failingNew(nth, failing);
+      const char* outcome = "";
+      try {
+        LxInterchangeDelete(LxInterchangeNew(path.c_str()));
+        outcome = "handle";
+      } catch (const std::bad_alloc&) {
+        outcome = "bad_alloc";
+      } catch (const TAL_T_NMT::CTALError&) {
+        outcome = "CTALError";
+      } catch (const std::logic_error&) {
+        outcome = "logic_error";
+      }
+      failingNew.Stop();
+      isThrough = !failingNew.hasFailed();
+      ASSERT_STRNE(outcome, "logic_error") << "allocation " << nth;
+      ASSERT_EQ(failingNew.liveBlocks(), 0) << "allocation " << nth << ", " << outcome;
+      ASSERT_EQ(CountAlive(), before) << "allocation " << nth << ", " << outcome;
+    }
+  }
+  EXPECT_EQ(ImportedText(), whole);
+}
+
+}  // namespace
+}  // namespace lxtest

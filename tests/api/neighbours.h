@@ -1,0 +1,35 @@
+// The broker and the toolkit as the shared library under test meets them: this program's entry points stand in front of
+// the real ones, note each call, and can hide procedures or make them fail. Uses the two boundaries.
+#ifndef LXBRIDGE_TESTS_API_NEIGHBOURS_H_
+#define LXBRIDGE_TESTS_API_NEIGHBOURS_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "clients/broker/broker_abi.h"
+
+namespace lxtest {
+
+// The calls of entry points since it was last cleared: "TAL 5", "XMP 1 3010000", "XMP 2".
+std::vector<std::string>& EntryCalls();
+
+// Of all interfaces and of the toolkit objects' methods. Bends hold until Straighten. A failing procedure reports the
+// error "refused" from its first call on; only procedures that give an error reference may be made to fail.
+void Hide(const std::string& shortName);
+void HideInterface(const std::string& interfaceName);
+void Fail(const std::string& shortName);
+void Straighten();
+
+// What is alive in the broker and the toolkit; compared before and after. The toolkit must have been started once.
+struct Alive {
+  std::uint32_t containers;
+  std::uint32_t errors;
+  std::uint32_t objects;
+  bool operator==(const Alive&) const = default;
+};
+Alive CountAlive();
+
+}  // namespace lxtest
+
+#endif  // LXBRIDGE_TESTS_API_NEIGHBOURS_H_
