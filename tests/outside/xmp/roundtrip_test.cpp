@@ -148,7 +148,7 @@ TEST(RoundTrip, RandomObjectsReadBackEqual) {
       {.options = kXMPSerializeReadOnly, .newline = "\r", .baseIndent = 3},
   };
   std::uint32_t deepest = 0;
-  for (std::uint32_t seed = 0; seed < 3000; seed++) {
+  for (std::uint32_t seed = 0; seed < 2000; seed++) {
     Object object;
     Builder(seed).fill(object);
     deepest = std::max(deepest, heightOf(object.root()));
