@@ -46,6 +46,18 @@ function(lx_room name)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE $<BUILD_INTERFACE:lx_options>)
 endfunction()
 
+# lx_exports(TARGET NAME): a shared library exports what NAME.def lists (names and ordinals) on Windows, NAME.map elsewhere.
+function(lx_exports target name)
+  if(WIN32)
+    target_sources(${target} PRIVATE ${name}.def)
+    set_target_properties(${target} PROPERTIES PREFIX "")
+  else()
+    set(script "${CMAKE_CURRENT_SOURCE_DIR}/${name}.map")
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${script}")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${script}")
+  endif()
+endfunction()
+
 # lx_kit_room: the same for the kit, which never raises.
 function(lx_kit_room name)
   lx_room(${name} ${ARGN})

@@ -1,7 +1,5 @@
-// Dates. May use the errors and the texts.
+// Dates. May use the errors, the texts and the machine's zone.
 #include "outside/xmp/dates.h"
-
-#include <time.h>
 
 #include <charconv>
 #include <chrono>
@@ -9,6 +7,7 @@
 #include <cstdlib>
 
 #include "outside/xmp/errors.h"
+#include "outside/xmp/machine_zone.h"
 #include "outside/xmp/text.h"
 
 namespace velto {
@@ -80,16 +79,6 @@ void setZone(XMPDateTime& date, std::int64_t offset) noexcept {
   date.zoneSign = minutes == 0 ? 0 : (offset < 0 ? -1 : 1);
   date.zoneHour = static_cast<std::int32_t>(minutes / 60);
   date.zoneMinute = static_cast<std::int32_t>(minutes % 60);
-}
-
-// How far the machine's clock is ahead of UTC at an instant. localtime_r looks up the zone once only where localtime
-// and mktime ask the file system each time; so a changed TZ counts from the next start of the process.
-std::int64_t machineOffset(std::int64_t instant) noexcept {
-  static const bool zoneIsRead = (tzset(), true);
-  static_cast<void>(zoneIsRead);
-  const time_t time = static_cast<time_t>(instant);
-  tm fields{};
-  return localtime_r(&time, &fields) != nullptr ? fields.tm_gmtoff : 0;
 }
 
 std::int64_t machineOffsetAtShown(std::int64_t shown) noexcept {

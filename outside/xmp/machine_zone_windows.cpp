@@ -1,0 +1,42 @@
+// The machine's zone on Windows: the one of the system's settings, with the rules of the year in question. The C
+// runtime knows no rules of other years and no instant before 1970. Touches nothing of the tree.
+#include <windows.h>
+
+#include <algorithm>
+
+#include "outside/xmp/machine_zone.h"
+
+namespace velto {
+
+namespace {
+
+// FILETIME counts units of 100 ns from 1601 on.
+constexpr std::int64_t kUnits = 10'000'000;
+constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
+// A day within that range, so that the local time is in it too. No system has rules for the years before.
+constexpr std::int64_t kEarliest = 86'400;
+
+std::int64_t Seconds(const SYSTEMTIME& time) noexcept {
+  FILETIME units{};
+  if (SystemTimeToFileTime(&time, &units) == 0) return 0;
+  return static_cast<std::int64_t>((std::uint64_t{units.dwHighDateTime} << 32 | units.dwLowDateTime) / kUnits);
+}
+
+}  // namespace
+
+std::int64_t machineOffset(std::int64_t instant) noexcept {
+  const std::int64_t seconds = std::max(instant + kSecondsFrom1601To1970, kEarliest);
+  const auto count = static_cast<std::uint64_t>(seconds * kUnits);
+  const FILETIME units = {static_cast<DWORD>(count & 0xFFFFFFFF), static_cast<DWORD>(count >> 32)};
+  SYSTEMTIME utc{};
+  SYSTEMTIME local{};
+  TIME_ZONE_INFORMATION zone{};
+  // The year is UTC's: a zone that changes its rules in the hours between two years is wrong for these hours at most.
+  if (FileTimeToSystemTime(&units, &utc) == 0 || GetTimeZoneInformationForYear(utc.wYear, nullptr, &zone) == 0 ||
+      SystemTimeToTzSpecificLocalTime(&zone, &utc, &local) == 0) {
+    return 0;
+  }
+  return Seconds(local) - seconds;
+}
+
+}  // namespace velto
