@@ -1,12 +1,17 @@
-// What differs between systems: opening a file by path, binary mode, terminals, positions beyond 2 GiB. One
-// implementation a system (platform_posix.cpp, platform_windows.cpp), chosen by the build; nothing else in the tree asks what
-// system it is on.
+// What differs between systems: the command line, opening a file by path, binary mode, terminals, positions beyond 2
+// GiB. One implementation a system (platform_posix.cpp, platform_windows.cpp), chosen by the build; nothing else in the
+// tree asks what system it is on.
 #ifndef LXBRIDGE_KIT_BASE_PLATFORM_H_
 #define LXBRIDGE_KIT_BASE_PLATFORM_H_
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+
+// The texts of the command line as UTF-8, in place of the ones that main() was given; called once. Where main() gets
+// them as bytes of no known encoding, as paths are there, they stay. Status 0, or -1 when they cannot be had and stay,
+// too.
+int LxPlatformArguments(int* count, char*** arguments) noexcept;
 
 // Opens the file of a path given both ways; null when it cannot be opened. Windows opens by the UTF-16 text. POSIX file
 // names are bytes: the path is used as it was given.
@@ -21,8 +26,8 @@ void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept;
 [[nodiscard]] int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept;
 [[nodiscard]] std::int64_t LxPlatformTell(std::FILE* file) noexcept;
 
-// Reading by position, without moving the file's own: the length of a regular file that can be read so (-1: it cannot), and
-// up to `length` bytes from `offset` (fewer at the file's end or at a failure).
+// Reading by position, without moving the file's own: the length of a regular file that can be read so (-1: it cannot),
+// and up to `length` bytes from `offset` (fewer at the file's end or at a failure).
 [[nodiscard]] std::int64_t LxPlatformDirectLength(std::FILE* file) noexcept;
 [[nodiscard]] std::size_t LxPlatformReadAt(std::FILE* file, void* buffer, std::size_t length,
                                            std::int64_t offset) noexcept;

@@ -14,6 +14,10 @@
 
 static_assert(sizeof(off_t) >= 8);
 
+int LxPlatformArguments(int*, char***) noexcept {
+  return 0;
+}
+
 std::FILE* LxPlatformOpen(const char* path, const char16_t*, const char* mode) noexcept {
   return std::fopen(path, mode);
 }

@@ -3,7 +3,9 @@
 #include <io.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <windows.h>
 
+#include <cstdlib>
 #include <cwchar>
 
 #include "kit/base/memory.h"
@@ -17,7 +19,40 @@ const wchar_t* AsWide(const char16_t* text) noexcept {
   return reinterpret_cast<const wchar_t*>(text);
 }
 
+// The C runtime's own parsing of the command line, as it does it for a main() of wide characters.
+struct StartupInfo {
+  int newMode;
+};
+extern "C" int __wgetmainargs(int* count, wchar_t*** arguments, wchar_t*** environment, int expandWildcards,
+                              StartupInfo* startup);
+
+// Not through the kit's memory procedures: nothing is installed yet, and the text lives until the process ends.
+char* NewUtf8(const wchar_t* text) noexcept {
+  const int length = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+  auto* utf8 = length > 0 ? static_cast<char*>(std::malloc(static_cast<std::size_t>(length))) : nullptr;
+  if (utf8 != nullptr) (void)WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8, length, nullptr, nullptr);
+  return utf8;
+}
+
 }  // namespace
+
+int LxPlatformArguments(int* count, char*** arguments) noexcept {
+  int wideCount = 0;
+  wchar_t** wide = nullptr;
+  wchar_t** environment = nullptr;
+  StartupInfo startup = {0};
+  // Wildcards are expanded, since no shell does it there.
+  if (__wgetmainargs(&wideCount, &wide, &environment, 1, &startup) < 0) return -1;
+  auto** utf8 = static_cast<char**>(std::calloc(static_cast<std::size_t>(wideCount) + 1, sizeof(char*)));
+  if (utf8 == nullptr) return -1;
+  for (int i = 0; i < wideCount; ++i) {
+    utf8[i] = NewUtf8(wide[i]);
+    if (utf8[i] == nullptr) return -1;
+  }
+  *count = wideCount;
+  *arguments = utf8;
+  return 0;
+}
 
 std::FILE* LxPlatformOpen(const char*, const char16_t* widePath, const char* mode) noexcept {
   char16_t* wideMode = LxUtf8ToUtf16(mode);
@@ -39,7 +74,10 @@ int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept {
   return _fseeki64(file, offset, whence);
 }
 
+// The C runtime may report a position of a pipe, which counts nothing.
 std::int64_t LxPlatformTell(std::FILE* file) noexcept {
+  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+  if (GetFileType(handle) != FILE_TYPE_DISK) return -1;
   return _ftelli64(file);
 }
 

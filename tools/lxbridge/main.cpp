@@ -1,7 +1,10 @@
-// The `lxbridge` command: the command line, and what its results are as exit status. Uses the command's own files only.
+// The `lxbridge` command: the command line, and what its results are as exit status. Uses the command's own files and
+// kit/base/platform.h.
+#include <cstdio>
 #include <exception>
 #include <string>
 
+#include "kit/base/platform.h"
 #include "tools/lxbridge/commands.h"
 #include "tools/lxbridge/options.h"
 #include "tools/lxbridge/output.h"
@@ -33,6 +36,8 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  (void)LxPlatformArguments(&argc, &argv);
+  LxPlatformSetTextMode(stdout, false);
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {
