@@ -55,9 +55,8 @@ LxMetadataItem* LxReadResourceBlocks(LxBlockCache* cache, const LxParseRange& ra
 
 LxMetadataItem* LxReadThumbnailResource(LxBlockCache* cache, const LxParseRange& range,
                                         LxParseContext* context) noexcept {
-  if (range.end - range.start < kThumbnailHeader) return nullptr;
   LxParseRange inner = range;
-  inner.base = inner.start = range.start + kThumbnailHeader;
+  inner.base = inner.start = range.start + kThumbnailHeader;  // Behind the end of a resource that is too short.
   context->currentItem = nullptr;
   return LxParseWithDescriptor(cache, inner, context, kLxThumbnailSpace);
 }

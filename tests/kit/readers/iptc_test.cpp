@@ -1,8 +1,6 @@
 // IPTC datasets: which become items, where the walk ends, and the same from a TIFF tag and from a resource.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <chrono>
 #include <functional>
 
 #include "kit/model/value.h"
@@ -140,34 +138,6 @@ TEST(Iptc, ATiffTagOfLongsIsReadAsItsBytes) {
     const PoolPtr empty = ParsePool(TiffBuilder(order).Ifd0({Undef(0x83BB, Filled(40))}));
     ASSERT_NE(Find(*empty, "tiff", "IptcNaa"), nullptr);
     EXPECT_EQ(Find(*empty, "tiff", "IptcNaa")->firstChild, nullptr);
-  }
-}
-
-// The least time of several runs.
-double SecondsToRead(const Bytes& file, std::size_t items, int runs) {
-  double least = 1e9;
-  for (int run = 0; run < runs; ++run) {
-    const auto start = std::chrono::steady_clock::now();
-    const PoolPtr pool = ParsePool(file);
-    least = std::min(least, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    EXPECT_EQ(AllItems(*pool, "iptc").size(), items);
-  }
-  return least;
-}
-
-TEST(Iptc, AMillionDatasetsCostInProportion) {
-  const auto datasets = [](std::size_t count) {
-    Bytes out;
-    const Bytes dataset = IptcBuilder().Add(25, "");
-    out.reserve(count * dataset.size() + 1);
-    for (std::size_t i = 0; i < count; ++i) out.insert(out.end(), dataset.begin(), dataset.end());
-    return out + Filled(1);
-  };
-  // Eight times the datasets: a quadratic cost would be 64 times as high.
-  for (const Container& container : {kContainers[1], kContainers[2]}) {
-    const double few = SecondsToRead(container.around(datasets(125000)), 125000, 3);
-    const double many = SecondsToRead(container.around(datasets(1000000)), 1000000, 1);
-    EXPECT_LT(many, 24 * few + 0.1) << container.name;
   }
 }
 
