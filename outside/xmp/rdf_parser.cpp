@@ -167,12 +167,13 @@ using Attributes = const XML_Char**;
 }  // namespace
 
 struct PacketParser::State {
-  State() : parser(parserSlot().take()) {
+  State() {
+    frames.reserve(16);
+    parser = parserSlot().take();  // Last: nothing gives it back when the construction fails behind this.
     XML_SetUserData(parser, this);
     XML_SetElementHandler(parser, onStart, onEnd);
     XML_SetCharacterDataHandler(parser, onText);
     XML_SetStartDoctypeDeclHandler(parser, onDoctype);
-    frames.reserve(16);
   }
   State(const State&) = delete;
   State& operator=(const State&) = delete;
@@ -233,7 +234,7 @@ struct PacketParser::State {
   static void finishFields(const Frame& frame) noexcept;
 
  public:
-  XML_Parser parser;
+  XML_Parser parser = nullptr;
   Object object;
 
  private:
