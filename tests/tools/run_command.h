@@ -22,6 +22,7 @@ struct Surroundings {
   std::string output = "";          // Standard output instead of Outcome::out: a path to open for writing.
   bool outputIsClosedPipe = false;  // A pipe whose reader has gone.
   bool ignoresBrokenPipe = false;   // SIGPIPE is ignored, as some parents leave it.
+  bool asNobody = false;            // With no user's rights, when the super-user runs the tests.
   std::string folder = "";          // The working folder; "": as it is.
 };
 

@@ -2,9 +2,10 @@
 // host would get it. The kit serves only to tell beforehand whether a file can be opened, which the exports do not say.
 #include <cstdint>
 #include <exception>
-#include <memory>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "api/include/lxbridge/lxbridge.h"
@@ -124,24 +125,25 @@ std::string JsonLine(const char* file, const XmpView& xmp) {
   return out;
 }
 
-struct StreamCloser {
-  void operator()(LxStream* stream) const { (void)LxCloseStream(stream); }
-};
-using StreamPtr = std::unique_ptr<LxStream, StreamCloser>;
-
-// Whether the library will find a file to read there; says on standard error why not. The file stays open in *held for
-// as long as the library reads it: a named pipe whose only reader had gone again would never open a second time.
-bool CanBeOpened(const char* file, const char* path, StreamPtr* held) {
+// Whether the library will find a file to read there; says on standard error why not.
+bool CanBeOpened(const char* file, const char* path) {
   if (*path == '\0') return true;
   if (LxPlatformIsDirectory(path)) {
     ReportFile(file, "is a directory");
     return false;
   }
+  // A named pipe opens once: its writer is gone when a first reader has come and left. The library reads nothing from a
+  // pipe anyhow, so one that it may not open gives the same empty object.
+  std::error_code ignored;
+  if (std::filesystem::is_fifo(path, ignored)) return true;
   LxStream* stream = nullptr;
   const LxResult result = LxOpenFileStream(path, &stream);
-  held->reset(stream);
-  if (result != kLxOk) ReportFile(file, LxResultName(result));
-  return result == kLxOk;
+  if (result != kLxOk) {
+    ReportFile(file, LxResultName(result));
+    return false;
+  }
+  (void)LxCloseStream(stream);
+  return true;
 }
 
 }  // namespace
@@ -153,8 +155,7 @@ int RunXmp(const Options& options) {
   int exitStatus = kExitOk;
   for (const char* file : options.files) {
     const char* path = LibraryPath(file);
-    StreamPtr held;
-    if (!CanBeOpened(file, path, &held)) {
+    if (!CanBeOpened(file, path)) {
       exitStatus = kExitFileFailed;
       continue;
     }
