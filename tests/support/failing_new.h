@@ -36,14 +36,15 @@ class FailingNew {
   // Blocks made less blocks freed in its time.
   [[nodiscard]] int liveBlocks() const { return liveBlocks_; }
 
-  static void* Allocate(std::size_t size) noexcept {
+  // Not inlined: the compiler would see free meet what operator new has given and warn of it.
+  [[gnu::noinline]] static void* Allocate(std::size_t size) noexcept {
     FailingNew* const self = active_;
     if (self != nullptr && self->Fails()) return nullptr;
     void* const block = std::malloc(size != 0 ? size : 1);
     if (self != nullptr && block != nullptr) ++self->liveBlocks_;
     return block;
   }
-  static void Free(void* block) noexcept {
+  [[gnu::noinline]] static void Free(void* block) noexcept {
     if (active_ != nullptr && block != nullptr) --active_->liveBlocks_;
     std::free(block);
   }

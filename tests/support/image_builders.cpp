@@ -70,7 +70,8 @@ ResourceBuilder& ResourceBuilder::Block(std::uint16_t id, const Bytes& data, std
   Bytes padded = Bytes({static_cast<std::uint8_t>(name.size())}) + Text(name);
   if (padded.size() % 2 != 0) padded.push_back(0);
   Raw(Text("8BIM") + Put16(id) + padded + Put32(data.size()) + data);
-  return data.size() % 2 != 0 ? Raw(Filled(1)) : *this;
+  if (data.size() % 2 != 0) Raw(Filled(1));
+  return *this;
 }
 
 ResourceBuilder& ResourceBuilder::Raw(const Bytes& bytes) {

@@ -124,7 +124,7 @@ std::string DumpPool(const LxMetadataPool& pool, std::string_view nameSpace) {
     if (!nameSpace.empty() && nameSpace != item.nameSpace) return;
     if (nameSpace.empty()) out.append(2 * depth, ' ');
     out += std::string(item.nameSpace) + " " + item.name + " " + item.typeName;
-    if (item.displayText[0] != '\0') out += " " + Shown(item.displayText);
+    if (item.displayText[0] != '\0') out.append(1, ' ').append(Shown(item.displayText));
     if ((item.flags & kLxDeleted) != 0) out += " (deleted)";
     out += "\n";
   });
