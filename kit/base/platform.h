@@ -1,6 +1,6 @@
-// What differs between systems: the command line, opening a file by path, binary mode, terminals, positions beyond 2
-// GiB. One implementation a system (platform_posix.cpp, platform_windows.cpp), chosen by the build; nothing else in the
-// tree asks what system it is on.
+// What differs between systems: the command line, opening a file by path, binary mode, terminals, pipes, positions
+// beyond 2 GiB. One implementation a system (platform_posix.cpp, platform_windows.cpp), chosen by the build; nothing
+// else in the tree asks what system it is on.
 #ifndef LXBRIDGE_KIT_BASE_PLATFORM_H_
 #define LXBRIDGE_KIT_BASE_PLATFORM_H_
 
@@ -19,6 +19,9 @@ int LxPlatformArguments(int* count, char*** arguments) noexcept;
 
 // Whether reads and writes of the file translate line ends (no effect where nothing is translated).
 void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept;
+
+// Whether the errno of a failed write says that whoever read the pipe has gone.
+[[nodiscard]] bool LxPlatformIsClosedPipe(int error) noexcept;
 
 [[nodiscard]] bool LxPlatformIsTerminal(std::FILE* file) noexcept;
 

@@ -24,6 +24,10 @@ std::FILE* LxPlatformOpen(const char* path, const char16_t*, const char* mode) n
 
 void LxPlatformSetTextMode(std::FILE*, bool) noexcept {}
 
+bool LxPlatformIsClosedPipe(int error) noexcept {
+  return error == EPIPE;
+}
+
 bool LxPlatformIsTerminal(std::FILE* file) noexcept {
   return isatty(fileno(file)) == 1;
 }

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 #include <windows.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cwchar>
 
@@ -64,6 +65,11 @@ std::FILE* LxPlatformOpen(const char*, const char16_t* widePath, const char* mod
 
 void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept {
   (void)_setmode(_fileno(file), text ? _O_TEXT : _O_BINARY);
+}
+
+// Its C runtime knows no errno for "the pipe is being closed", and takes the one of all errors that it does not know.
+bool LxPlatformIsClosedPipe(int error) noexcept {
+  return error == EPIPE || error == EINVAL;
 }
 
 bool LxPlatformIsTerminal(std::FILE* file) noexcept {

@@ -15,7 +15,32 @@ void FreeText(const char* text) noexcept {
 
 void FreeOne(LxMetadataItem* item) noexcept {
   LxReleaseOwned(item);
-  LxFree(item);
+  LxItemSlab* slab = item->slab;
+  if (slab == nullptr) {
+    LxFree(item);
+  } else if (--slab->live == 0) {
+    LxFree(slab);
+  }
+}
+
+void Fill(LxMetadataItem* item, LxItemSlab* slab, const char* nameSpace, const char* name, std::uint32_t flags,
+          std::uint16_t tagId, std::uint16_t typeCode, std::int32_t valueLength, const std::uint8_t* value) noexcept {
+  *item = LxMetadataItem{
+      .nameSpace = nameSpace,
+      .name = name,
+      .label = nullptr,
+      .typeName = LxTypeName(typeCode),
+      .displayText = "",
+      .valueLabel = nullptr,
+      .next = nullptr,
+      .firstChild = nullptr,
+      .flags = flags,
+      .tagId = tagId,
+      .typeCode = typeCode,
+      .valueLength = valueLength,
+      .value = value,
+      .slab = slab,
+  };
 }
 
 bool Empty(const char* text) noexcept {
@@ -43,22 +68,22 @@ LxMetadataItem* LxNewMetadataItem(const char* nameSpace, const char* name, std::
                                   std::uint16_t typeCode, std::int32_t valueLength,
                                   const std::uint8_t* value) noexcept {
   auto* item = static_cast<LxMetadataItem*>(LxAlloc(sizeof(LxMetadataItem)));
-  if (item == nullptr) return nullptr;
-  *item = LxMetadataItem{
-      .nameSpace = nameSpace,
-      .name = name,
-      .label = nullptr,
-      .typeName = LxTypeName(typeCode),
-      .displayText = "",
-      .valueLabel = nullptr,
-      .next = nullptr,
-      .firstChild = nullptr,
-      .flags = flags,
-      .tagId = tagId,
-      .typeCode = typeCode,
-      .valueLength = valueLength,
-      .value = value,
-  };
+  if (item != nullptr) Fill(item, nullptr, nameSpace, name, flags, tagId, typeCode, valueLength, value);
+  return item;
+}
+
+LxMetadataItem* LxNewSlabItem(LxItemSlab** slab, const char* nameSpace, const char* name, std::uint32_t flags,
+                              std::uint16_t tagId, std::uint16_t typeCode, std::int32_t valueLength,
+                              const std::uint8_t* value) noexcept {
+  if (*slab == nullptr || (*slab)->used == kLxItemsPerSlab) {
+    auto* fresh = static_cast<LxItemSlab*>(LxAlloc(sizeof(LxItemSlab)));
+    if (fresh == nullptr) return nullptr;
+    fresh->used = fresh->live = 0;
+    *slab = fresh;
+  }
+  LxMetadataItem* item = &(*slab)->items[(*slab)->used++];
+  ++(*slab)->live;
+  Fill(item, *slab, nameSpace, name, flags, tagId, typeCode, valueLength, value);
   return item;
 }
 

@@ -1,5 +1,5 @@
-// The metadata pool: the in-memory picture of all metadata of one file, a tree of items, with the file's image attributes
-// and the blocks that the items' values point into. Uses kit/base and tag_record.h.
+// The metadata pool: the in-memory picture of all metadata of one file, a tree of items, with the file's image
+// attributes and the blocks that the items' values point into. Uses kit/base and tag_record.h.
 #ifndef LXBRIDGE_KIT_MODEL_POOL_H_
 #define LXBRIDGE_KIT_MODEL_POOL_H_
 
@@ -14,19 +14,19 @@ inline constexpr std::uint32_t kLxOwnsName = 0x002;
 inline constexpr std::uint32_t kLxOwnsTypeName = 0x004;
 inline constexpr std::uint32_t kLxOwnsDisplayText = 0x008;
 inline constexpr std::uint32_t kLxOwnsValue = 0x010;
-inline constexpr std::uint32_t kLxEndOfRun = 0x020;       // Searches and display walks stop behind this item.
-inline constexpr std::uint32_t kLxClosed = 0x040;         // Searches and display walks do not enter its children.
+inline constexpr std::uint32_t kLxEndOfRun = 0x020;  // Searches and display walks stop behind this item.
+inline constexpr std::uint32_t kLxClosed = 0x040;    // Searches and display walks do not enter its children.
 inline constexpr std::uint32_t kLxBigEndianValue = 0x080;
-inline constexpr std::uint32_t kLxChanged = 0x100;        // Made or changed after reading.
-inline constexpr std::uint32_t kLxDeleted = 0x200;        // Stays in the tree; everything passes over it.
-inline constexpr std::uint32_t kLxHidden = 0x400;         // Never a display item.
+inline constexpr std::uint32_t kLxChanged = 0x100;  // Made or changed after reading.
+inline constexpr std::uint32_t kLxDeleted = 0x200;  // Stays in the tree; everything passes over it.
+inline constexpr std::uint32_t kLxHidden = 0x400;   // Never a display item.
 
 // One item. Texts that its flags do not say it owns are static or the caller's, and outlive the pool. The value points
 // into the pool's block cache unless owned, has `valueLength` bytes, keeps the file's byte order and has no terminator.
 struct LxMetadataItem {
   const char* nameSpace;
   const char* name;
-  const char* label;        // Display key, or null.
+  const char* label;  // Display key, or null.
   const char* typeName;
   const char* displayText;  // Never null; "" until set. May point into the value (then zero-terminated within it).
   const char* valueLabel;   // Display key of a single named value, or null.
@@ -37,45 +37,90 @@ struct LxMetadataItem {
   std::uint16_t typeCode;
   std::int32_t valueLength;
   const std::uint8_t* value;  // Null: none.
+  struct LxItemSlab* slab;  // The block that the record itself lies in, or null: one of its own. Never copied with it.
 };
 
 // Image attributes, as their readers set them. The enumerations' names are in attribute_names.h.
 enum LxColourModel : std::int32_t {
-  kLxColourUnknown = 0, kLxColourGray, kLxColourRgb, kLxColourRgbIcc, kLxColourCmyk, kLxColourGrayAlpha, kLxColourRgbAlpha,
-  kLxColourRgbIccAlpha, kLxColourCmykAlpha, kLxColourBitWhiteZero, kLxColourBitBlackZero, kLxColourIndexedRgb,
-  kLxColourMask, kLxColourYCbCr, kLxColourCfa, kLxColourIccLab, kLxColourCieLab, kLxColourMulti, kLxColourDuo,
+  kLxColourUnknown = 0,
+  kLxColourGray,
+  kLxColourRgb,
+  kLxColourRgbIcc,
+  kLxColourCmyk,
+  kLxColourGrayAlpha,
+  kLxColourRgbAlpha,
+  kLxColourRgbIccAlpha,
+  kLxColourCmykAlpha,
+  kLxColourBitWhiteZero,
+  kLxColourBitBlackZero,
+  kLxColourIndexedRgb,
+  kLxColourMask,
+  kLxColourYCbCr,
+  kLxColourCfa,
+  kLxColourIccLab,
+  kLxColourCieLab,
+  kLxColourMulti,
+  kLxColourDuo,
   kLxColourSrgb,
 };
 enum LxCompression : std::int32_t {
-  kLxCompressionUnknown = 0, kLxCompressionJpeg0 = 1, kLxCompressionJpeg12 = 13, kLxCompressionFlate = 14,
-  kLxCompressionLzw, kLxCompressionCcitt6, kLxCompressionCcitt4, kLxCompressionCcitt1d, kLxCompressionPack,
+  kLxCompressionUnknown = 0,
+  kLxCompressionJpeg0 = 1,
+  kLxCompressionJpeg12 = 13,
+  kLxCompressionFlate = 14,
+  kLxCompressionLzw,
+  kLxCompressionCcitt6,
+  kLxCompressionCcitt4,
+  kLxCompressionCcitt1d,
+  kLxCompressionPack,
   kLxCompressionNone,
 };
 enum LxOrientation : std::int32_t {
-  kLxRot0 = 0, kLxRot90Cw, kLxRot180, kLxRot270Cw, kLxRotM0, kLxRotM90Cw, kLxRotM180, kLxRotM270Cw,
+  kLxRot0 = 0,
+  kLxRot90Cw,
+  kLxRot180,
+  kLxRot270Cw,
+  kLxRotM0,
+  kLxRotM90Cw,
+  kLxRotM180,
+  kLxRotM270Cw,
 };
 enum LxFileKind : std::int32_t {
-  kLxFileUnknown = 0, kLxFileAvi, kLxFileBmp, kLxFileGif, kLxFileJpeg, kLxFileMov, kLxFileMp3, kLxFileMpeg, kLxFilePdd,
-  kLxFilePdf, kLxFilePng, kLxFilePsd, kLxFileTiff, kLxFileWav, kLxFileWma, kLxFileWmv,
+  kLxFileUnknown = 0,
+  kLxFileAvi,
+  kLxFileBmp,
+  kLxFileGif,
+  kLxFileJpeg,
+  kLxFileMov,
+  kLxFileMp3,
+  kLxFileMpeg,
+  kLxFilePdd,
+  kLxFilePdf,
+  kLxFilePng,
+  kLxFilePsd,
+  kLxFileTiff,
+  kLxFileWav,
+  kLxFileWma,
+  kLxFileWmv,
 };
 
 struct LxMetadataPool {
-  std::int32_t width;         // Pixels.
+  std::int32_t width;  // Pixels.
   std::int32_t height;
-  std::int32_t samples;       // Per pixel.
-  std::int32_t bits;          // Per sample.
-  std::int32_t colourModel;   // LxColourModel
-  std::int32_t mcuWidth;      // JPEG only: 8, 16 or 32.
+  std::int32_t samples;      // Per pixel.
+  std::int32_t bits;         // Per sample.
+  std::int32_t colourModel;  // LxColourModel
+  std::int32_t mcuWidth;     // JPEG only: 8, 16 or 32.
   std::int32_t mcuHeight;
-  std::int32_t hasLayers;     // 0 or 1.
-  std::int32_t hasMetadata;   // 0 or 1: at least one display item exists.
-  std::int32_t orientation;   // LxOrientation
-  std::int32_t fileKind;      // LxFileKind
-  std::int32_t compression;   // LxCompression
+  std::int32_t hasLayers;    // 0 or 1.
+  std::int32_t hasMetadata;  // 0 or 1: at least one display item exists.
+  std::int32_t orientation;  // LxOrientation
+  std::int32_t fileKind;     // LxFileKind
+  std::int32_t compression;  // LxCompression
   std::int32_t furtherAttributes[3];
   std::int32_t readerOption;
-  LxBlockCache* blocks;       // Owned; null when nothing of the file is mapped.
-  LxMetadataItem* root;       // First of the top-level list.
+  LxBlockCache* blocks;  // Owned; null when nothing of the file is mapped.
+  LxMetadataItem* root;  // First of the top-level list.
 };
 
 // Names of the four enumerations as they are shown ("jpeg", "sRGB", "rot90cw", "jpeg8"); null outside the enumeration.
@@ -91,6 +136,21 @@ struct LxMetadataPool {
 
 // Frees the texts and the value that the item's flags say it owns, and takes those flags away.
 void LxReleaseOwned(LxMetadataItem* item) noexcept;
+
+// Records in blocks: a file has a hundred items and more, all freed together, and making each by itself costs as much
+// as reading it. A block goes when its last item does.
+inline constexpr std::int32_t kLxItemsPerSlab = 32;
+struct LxItemSlab {
+  std::int32_t used;  // Items handed out, from the front.
+  std::int32_t live;  // Of these, not freed yet.
+  LxMetadataItem items[kLxItemsPerSlab];
+};
+
+// As LxNewMetadataItem, the record out of *slab, which may be null and is replaced by a new one when it is full.
+// REQUIRES: an item of *slab lives, or it is null.
+[[nodiscard]] LxMetadataItem* LxNewSlabItem(LxItemSlab** slab, const char* nameSpace, const char* name,
+                                            std::uint32_t flags, std::uint16_t tagId, std::uint16_t typeCode,
+                                            std::int32_t valueLength, const std::uint8_t* value) noexcept;
 
 // Frees the item, its following siblings, everything below them and what they own. Takes null. Needs no stack in
 // proportion to the tree's depth.

@@ -3,6 +3,7 @@
 #include "kit/model/pool_edit.h"
 
 #include <cstring>
+#include <utility>
 
 #include "kit/base/byte_order.h"
 #include "kit/base/memory.h"
@@ -210,6 +211,7 @@ LxResult LxNewItemInNamespace(LxMetadataPool* pool, const char* nameSpace, LxMet
     const LxMetadataItem empty = *fresh;
     *moved = *first;
     *first = empty;
+    std::swap(moved->slab, first->slab);  // The records stay where they are.
     first->flags = order;
     first->next = moved;
     *out = first;

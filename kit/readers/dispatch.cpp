@@ -102,7 +102,7 @@ LxMetadataItem* LxAppendNewItem(LxParseContext* context, LxItemList* list, const
                                 std::uint32_t flags, std::uint16_t tagId, std::uint16_t typeCode,
                                 std::int32_t valueLength, const std::uint8_t* value) noexcept {
   if (context->budget.items <= 0) return nullptr;
-  LxMetadataItem* item = LxNewMetadataItem(nameSpace, name, flags, tagId, typeCode, valueLength, value);
+  LxMetadataItem* item = LxNewSlabItem(&context->slab, nameSpace, name, flags, tagId, typeCode, valueLength, value);
   if (item == nullptr) {
     LxNoteError(kLxOutOfMemory);
     return nullptr;

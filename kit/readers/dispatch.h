@@ -56,6 +56,7 @@ struct LxParseContext {
   const LxMetadataItem* make;            // The most recent Make entry read, or null: its value is the text.
   const LxMetadataItem* model;
   LxMetadataItem* pendingThumbnailItem;
+  LxItemSlab* slab;  // The block that the next item's record comes from. Readers never free an item.
   LxParseBudget budget;
   std::uint32_t ifdsOnPath[kLxMaxIfdsOnPath];  // Offsets of the IFDs being read, outermost first.
   std::int32_t ifdCount;

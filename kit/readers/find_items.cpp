@@ -7,6 +7,7 @@ namespace {
 
 // Two letters tell nearly all names apart, without a comparison of texts.
 std::uint16_t FirstLetters(const char* name) noexcept {
+  if (name == nullptr) return 0;  // An item made by hand; no name that is searched for begins so.
   const auto first = static_cast<std::uint8_t>(name[0]);
   const std::uint8_t second = first != 0 ? static_cast<std::uint8_t>(name[1]) : std::uint8_t{0};
   return static_cast<std::uint16_t>(first << 8 | second);
