@@ -92,8 +92,8 @@ bool MapRationalSeq(LxConversion& conversion, const LxMetadataItem* item, const 
 }
 
 // partner: the fraction of the second. Exif 2.2 has no zone, so the date is taken as the machine's local time. A date
-// that names no instant ("0000:00:00", or blanks for an unset clock) is refused by the toolkit: the property stays
-// deleted, so that nothing false stands there.
+// that names no instant ("0000:00:00", or blanks for an unset clock) is refused by the toolkit, so that nothing false
+// is written; it has no zone either, so that it is refused before a packet's own date is touched.
 bool MapDateTime(LxConversion& conversion, const LxMetadataItem* item, const char* schema, LxPartner partner) {
   if (!item->value || item->typeCode != kLxTypeAscii || item->valueLength != kDateTimeLength) return false;
   XMPDateTime date{};
@@ -260,6 +260,7 @@ constexpr bool IsSortedByTag(const Row (&rows)[kCount]) {
 static_assert(std::size(kTiffRows) == 25 && IsSortedByTag(kTiffRows));
 static_assert(std::size(kExifRows) == 26 + 53 && IsSortedByTag(kExifRows));
 static_assert(std::size(kRawRows) == 16 && IsSortedByTag(kRawRows));
+static_assert(kExifRows[std::size(kExifRows) - 1].tag < kRawRows[0].tag);  // So one of the tables is enough to look in.
 
 template <typename Row, std::size_t kCount>
 const Row* FindRow(const Row (&rows)[kCount], std::uint16_t tag) noexcept {
@@ -285,7 +286,9 @@ bool LxConvertTiffItem(LxConversion& conversion, const LxMetadataItem* item) {
 }
 
 bool LxConvertExifItem(LxConversion& conversion, const LxMetadataItem* item) {
-  if (const RawRow* const raw = FindRow(kRawRows, item->tagId); raw && item->valueLength != 0) {
+  if (item->tagId >= kRawRows[0].tag && item->valueLength != 0) {
+    const RawRow* const raw = FindRow(kRawRows, item->tagId);
+    if (!raw) return false;
     (void)LxSetXMPPrefixedText(conversion.Xmp(), raw->schema, raw->property, raw->label, item->displayText);
     return false;
   }

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -45,7 +45,7 @@ inline Bytes Elements(std::uint16_t type, std::initializer_list<std::int64_t> nu
 inline LxMetadataItem* ValueItem(const char* nameSpace, const char* name, std::uint16_t tag, std::uint16_t type,
                                  const Bytes& value, Order order = kBig, const char* displayText = "") {
   auto* const copy = static_cast<std::uint8_t*>(LxAlloc(value.size() + 1));
-  std::memcpy(copy, value.data(), value.size());
+  std::copy(value.begin(), value.end(), copy);
   const std::uint32_t flags = kLxOwnsValue | (order == kBig ? kLxBigEndianValue : 0);
   LxMetadataItem* const item =
       LxNewMetadataItem(nameSpace, name, flags, tag, type, static_cast<std::int32_t>(value.size()), copy);

@@ -53,7 +53,8 @@ TEST_F(ExifStructsTest, VersionsCodesAndCommentsAreTextsAndNumbers) {
 TEST_F(ExifStructsTest, AValueTooShortForItsLayoutWritesNothing) {
   EXPECT_FALSE(Convert("ExifVersion", 0x9000, Text("022")));
   EXPECT_FALSE(Convert("ComponentsConfiguration", 0x9101, {1, 2, 3}));
-  for (const std::uint16_t tag : {0x8828, 0xA20C, 0xA302, 0xA40B}) EXPECT_FALSE(Convert("A", tag, {0, 1, 0}));
+  constexpr std::uint16_t kMatrices[] = {0x8828, 0xA20C, 0xA302, 0xA40B};
+  for (const std::uint16_t tag : kMatrices) EXPECT_FALSE(Convert("A", tag, {0, 1, 0}));
   EXPECT_EQ(Dump(), "");
 }
 

@@ -86,9 +86,14 @@ TEST_F(TiffExifTest, ARefusedItemLeavesThePacketsValueAndAnEmptyOneDeletesIt) {
   xmp.SetProperty(kLxTiffSchema, "Orientation", "3");
   xmp.SetProperty(kLxExifSchema, "Gamma", "2.2");
   xmp.SetProperty(kLxTiffSchema, "Gamma", "2.2");
+  xmp.SetProperty(kLxTiffSchema, "DateTime", "2004");
   EXPECT_FALSE(
       LxConvertTiffItem(conversion, Add(ValueItem("tiff", "Orientation", 0x0112, kLxTypeShort, {0, 6, 0, 6}))));
   EXPECT_EQ(Dump("tiff:Orientation"), "tiff:Orientation=3\n");
+  LxMetadataItem* const date = ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, ZText("0000:00:00 00:00:00"));
+  EXPECT_FALSE(LxConvertTiffItem(conversion, Add(date)));  // A clock that was not set knows no better.
+  EXPECT_EQ(Dump("tiff:DateTime"), "tiff:DateTime=2004\n");
+  xmp.DeleteProperty(kLxTiffSchema, "DateTime");
   EXPECT_FALSE(LxConvertTiffItem(conversion, Add(ValueItem("tiff", "Orientation", 0x0112, kLxTypeShort, {}))));
   EXPECT_FALSE(LxConvertExifItem(conversion, Add(ValueItem("exif", "Gamma", 0xA500, kLxTypeRational, {}))));
   EXPECT_FALSE(LxConvertExifItem(conversion, Add(ValueItem("exif", " fde8", 0xFDE8, kLxTypeAscii, {}))));
