@@ -275,6 +275,9 @@ bool MapByTag(const TagRow (&rows)[kCount], LxConversion& conversion, const LxMe
     conversion.Xmp().DeleteProperty(schema, item->name);
     return false;
   }
+  // A generated name begins with a space and can be the name of no XML element (Namespaces in XML 1.0, 3). The toolkit
+  // would say so by an error for each such tag, and raising it costs more than the rest of a tag's conversion.
+  if (item->name[0] == ' ') return false;
   const TagRow* const row = FindRow(rows, item->tagId);
   return row && row->rule(conversion, item, schema, row->partner);
 }
