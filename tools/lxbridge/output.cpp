@@ -1,4 +1,4 @@
-// Standard output and standard error. Touches nothing else of the tree.
+// Standard output and standard error. Uses kit/base/platform.h.
 #include "tools/lxbridge/output.h"
 
 #include <cerrno>
@@ -6,12 +6,14 @@
 #include <cstring>
 #include <string>
 
+#include "kit/base/platform.h"
+
 namespace lxbridge::command {
 
 bool WriteResult(std::string_view text) {
   errno = 0;
   if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return true;
-  if (errno != EPIPE) ReportFile("standard output", std::strerror(errno));
+  if (!LxPlatformIsClosedPipe(errno)) ReportFile("standard output", std::strerror(errno));
   return false;
 }
 

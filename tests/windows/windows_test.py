@@ -1,0 +1,179 @@
+#!/usr/bin/env python3
+"""What the Windows build is, and whether it does what this machine's own build does.
+
+windows_test.py --built FOLDER --native FOLDER --wine PROGRAM --corpus FOLDER layout|load|example|command|same_output
+Status 77: what the test needs is not there.
+"""
+import argparse
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+SKIPPED = 77
+EXPORTS = ["LxInterchangeDelete", "LxInterchangeGetXMP", "LxInterchangeInit", "LxInterchangeNew", "LxInterchangeTerm"]
+SYSTEM = {"kernel32.dll", "msvcrt.dll", "shell32.dll"}
+
+faults = []
+
+
+def expect(holds, what):
+    if not holds:
+        faults.append(what)
+
+
+def run(command, **options):
+    environment = dict(os.environ, TZ=options.pop("zone", "Asia/Kolkata"))
+    return subprocess.run(command, capture_output=True, env=environment, timeout=100, check=False, **options)
+
+
+def lines(data):
+    return data.replace(b"\r\n", b"\n")
+
+
+def headers(objdump, file):
+    """The exports by ordinal (name or None) and the imported ordinals or names by DLL."""
+    text = run([objdump, "-p", str(file)]).stdout.decode()
+    expect("file format pei-i386" in text, f"{file.name}: is a PE32 file for i386")
+    base = int((re.search(r"Ordinal Base\s+(\d+)", text) or [0, "0"])[1])
+    addresses = re.findall(r"^\t\[ *\d+\] \+base\[ *(\d+)\] [0-9a-f]+ Export RVA", text, re.MULTILINE)
+    exports = {int(ordinal): None for ordinal in addresses}
+    names = text.partition("[Ordinal/Name Pointer] Table")[2].split("\n\n")[0] + "\n"
+    names = text.rpartition("[Ordinal/Name Pointer] Table")[2]
+    for index, name in re.findall(r"^\t\[ *(\d+)\] (\w+)$", names, re.MULTILINE):
+        exports[base + int(index)] = name
+    imports = {}
+    for block in text.split("DLL Name: ")[1:]:
+        dll, _, table = block.partition("\n")
+        entries = []
+        for line in table.splitlines()[1:]:
+            entry = re.match(r"^\t([0-9a-f]+)\s+(\d+)\s+(\S+)", line)
+            if not entry:
+                break
+            entries.append(int(entry[2]) if entry[3] == "<none>" else entry[3])
+        imports[dll.strip()] = sorted(entries, key=str)
+    return exports, imports
+
+
+def layout(options):
+    files = {name: headers(options.objdump, options.built / name)
+             for name in ["LxBridge.dll", "TAL.dll", "VeltoXMP.dll", "lxbridge.exe", "print_xmp.exe"]}
+    expect(files["LxBridge.dll"][0] == dict(enumerate(EXPORTS, 1)), "LxBridge.dll exports its five functions, undecorated")
+    expect(files["TAL.dll"][0] == {5: None}, "TAL.dll exports its entry point by ordinal only")
+    expect(files["VeltoXMP.dll"][0] == {1: None, 2: None}, "VeltoXMP.dll exports its entry points by ordinal only")
+    own = {"LxBridge.dll": {"TAL.dll": [5], "VeltoXMP.dll": [1, 2]},
+           "lxbridge.exe": {"TAL.dll": [5], "VeltoXMP.dll": [1, 2], "LxBridge.dll": EXPORTS}}
+    for name, (_, imports) in files.items():
+        others = {dll: entries for dll, entries in imports.items() if dll.lower() not in SYSTEM}
+        expect(others == own.get(name, {}), f"{name}: imports {others} besides the system's own")
+    imports = files["LxBridge.dll"][1]
+    expect("DisableThreadLibraryCalls" in imports.get("KERNEL32.dll", []), "LxBridge.dll is not told of threads")
+    expect({"_wfopen", "_setmode", "_isatty"} <= set(imports.get("msvcrt.dll", [])), "files are opened by wide paths")
+
+
+def pictures(options, folder):
+    """Copies of the pictures to compare over: built ones and, where they are there, real ones. By name, in order."""
+    for program, argument in [("lx_make_sample", folder / "sample.jpg"), ("lx_fuzz_seeds", folder / "seeds")]:
+        if (options.native / program).is_file():
+            expect(run([options.native / program, argument]).returncode == 0, f"{program} runs")
+    for file in sorted((folder / "seeds" / "file_to_xmp").glob("*")):
+        shutil.move(file, folder / f"built-{file.name}")
+    shutil.rmtree(folder / "seeds", ignore_errors=True)
+    if options.corpus.is_dir():
+        for file in options.corpus.iterdir():
+            if file.is_file():
+                shutil.copy(file, folder)
+    # A name beyond every code page of one byte.
+    shutil.copy(folder / "sample.jpg", folder / "Hafen \u65e5\u672c \U0001f4f7.jpg")
+    return sorted(file.name for file in folder.iterdir())
+
+
+def same(options, folder, arguments, what, **settings):
+    ours = run([options.native / "lxbridge", *arguments], cwd=folder, **settings)
+    if settings.get("stdin"):
+        settings["stdin"].seek(0)
+    theirs = run([options.wine, options.built / "lxbridge.exe", *arguments], cwd=folder, **settings)
+    expect(theirs.stdout == ours.stdout, f"{what}: writes the same ({len(ours.stdout)} bytes, not {len(theirs.stdout)})")
+    expect(lines(theirs.stderr) == ours.stderr, f"{what}: says {ours.stderr!r}, not {theirs.stderr!r}")
+    expect(theirs.returncode == ours.returncode, f"{what}: ends with {ours.returncode}, not {theirs.returncode}")
+    return ours
+
+
+def load(options, folder):
+    result = run([options.wine, options.built / "lx_load_test.exe", "sample.jpg"], cwd=folder)
+    expect(result.returncode == 0, f"lx_load_test: {result.returncode}\n{result.stdout.decode(errors='replace')}")
+
+
+def example(options, folder):
+    for name in ["sample.jpg", "Hafen \u65e5\u672c \U0001f4f7.jpg"]:
+        ours = run([options.native / "lxbridge", name], cwd=folder)
+        theirs = run([options.wine, options.built / "print_xmp.exe", name], cwd=folder)
+        expect(lines(theirs.stdout) == ours.stdout and theirs.returncode == 0, f"print_xmp prints the packet of {name}")
+
+
+def command(options, folder):
+    with open(folder / "sample.jpg", "rb") as photo:
+        same(options, folder, ["-"], "standard input", stdin=photo)
+    with open(folder / "sample.jpg", "rb") as photo:
+        same(options, folder, ["pool", "--format", "json", "-"], "the pool of standard input", stdin=photo)
+    same(options, folder, ["-"], "a pipe as standard input", input=(folder / "sample.jpg").read_bytes())
+    same(options, folder, ["sample.jpg", "not there \u65e5.jpg", ".", "sample.jpg"], "files that cannot be opened")
+    same(options, folder, ["--fromat", "sample.jpg"], "an unknown option")
+    same(options, folder, ["--help"], "--help")
+    # Whoever reads may go before the end.
+    with subprocess.Popen([options.wine, options.built / "lxbridge.exe", "pool", "--format", "json"] + 400 * ["sample.jpg"],
+                          cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
+        process.stdout.read(10)
+        process.stdout.close()
+        expect(process.stderr.read() == b"", "a closed pipe ends it quietly")
+    # No shell expands wildcards there.
+    expect(run([options.wine, options.built / "lxbridge.exe", "samp*.jpg"], cwd=folder).stdout ==
+           run([options.native / "lxbridge", "sample.jpg"], cwd=folder).stdout, "a wildcard is expanded")
+    # Positions beyond what 31 bits hold: a photograph whose file is longer than 2 GiB is read as here.
+    shutil.copy(folder / "sample.jpg", folder / "long.jpg")
+    os.truncate(folder / "long.jpg", 3 << 30)
+    same(options, folder, ["long.jpg"], "a file of 3 GiB")
+
+
+def same_output(options, folder):
+    names = pictures(options, folder)
+    expect(len(names) > 5, "there are pictures to compare")
+    # Dates take the machine's zone: one without and one with daylight saving time.
+    for zone in ["Asia/Kolkata", "America/New_York"]:
+        for form in [["xmp"], ["xmp", "--format", "json"], ["pool", "--format", "json"], ["pool", "--all"]]:
+            if form[0] == "xmp" or zone == "Asia/Kolkata":
+                same(options, folder, form + names, " ".join(form + [zone]), zone=zone)
+    print(f"{len(names)} pictures")
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    for option in ["--built", "--native", "--wine", "--corpus"]:
+        parser.add_argument(option, type=lambda path: pathlib.Path(path).resolve(), required=True)
+    parser.add_argument("--objdump")
+    parser.add_argument("test", choices=["layout", "load", "example", "command", "same_output"])
+    options = parser.parse_args()
+    if options.test == "layout":
+        layout(options)
+    else:
+        if run([options.wine, "--works"]).returncode != 0:
+            print("no Wine here that runs 32-bit programs")
+            return SKIPPED
+        if not (options.native / "lxbridge").is_file() or not (options.native / "lx_make_sample").is_file():
+            print("this machine's own build, to compare with, is not there")
+            return SKIPPED
+        with tempfile.TemporaryDirectory() as name:
+            folder = pathlib.Path(name)
+            run([options.native / "lx_make_sample", folder / "sample.jpg"])
+            shutil.copy(folder / "sample.jpg", folder / "Hafen \u65e5\u672c \U0001f4f7.jpg")
+            {"load": load, "example": example, "command": command, "same_output": same_output}[options.test](options, folder)
+    for fault in faults:
+        print("not so:", fault)
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
