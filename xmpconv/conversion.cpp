@@ -1,40 +1,34 @@
 #include "xmpconv/conversion.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
-struct PartnerName {
-  const char* nameSpace;
-  const char* name;
-};
-
 // clang-format off
-constexpr PartnerName kPartnerNames[] = {  // In the order of LxPartner.
-    {"",     ""},
-    {"exif", "SubSecTime"},
-    {"exif", "SubSecTimeOriginal"},
-    {"exif", "SubSecTimeDigitized"},
-    {"gps",  "GPSLatitudeRef"},
-    {"gps",  "GPSLongitudeRef"},
-    {"gps",  "GPSDestLatitudeRef"},
-    {"gps",  "GPSDestLongitudeRef"},
-    {"gps",  "GPSDateStamp"},
+constexpr LxWantedItem kPartners[] = {  // In the order of LxPartner, behind kNone.
+    {"exif", "SubSecTime", nullptr},
+    {"exif", "SubSecTimeOriginal", nullptr},
+    {"exif", "SubSecTimeDigitized", nullptr},
+    {"gps",  "GPSLatitudeRef", nullptr},
+    {"gps",  "GPSLongitudeRef", nullptr},
+    {"gps",  "GPSDestLatitudeRef", nullptr},
+    {"gps",  "GPSDestLongitudeRef", nullptr},
+    {"gps",  "GPSDateStamp", nullptr},
 };
 // clang-format on
-static_assert(sizeof(kPartnerNames) / sizeof(PartnerName) == static_cast<std::size_t>(LxPartner::kCount));
+static_assert(std::size(kPartners) + 1 == static_cast<std::size_t>(LxPartner::kCount));
 
 }  // namespace
 
 const LxMetadataItem* LxConversion::Find(LxPartner partner) noexcept {
-  const auto index = static_cast<std::size_t>(partner);
-  auto& entry = partners_[index];
-  if (!entry.searched) {
-    LxMetadataItem* found = nullptr;
-    if (LxFindMetadata(&pool_, kPartnerNames[index].nameSpace, kPartnerNames[index].name, "", "", &found) == kLxOk) {
-      entry.item = found;
-    }
-    entry.searched = true;
+  if (partner == LxPartner::kNone) return nullptr;
+  if (!searched_) {
+    std::copy(std::begin(kPartners), std::end(kPartners), partners_);
+    LxFindItems(pool_.root, partners_, std::size(partners_));
+    searched_ = true;
   }
-  return entry.item;
+  return partners_[static_cast<std::size_t>(partner) - 1].found;
 }
 
 bool LxConversion::TakeArrayItems(std::uint64_t count) noexcept {

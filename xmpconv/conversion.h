@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "clients/xmp/xmp_meta.h"
+#include "kit/model/find_items.h"
 #include "kit/model/pool.h"
 #include "xmpconv/keyword_set.h"
 
@@ -32,8 +33,8 @@ class LxConversion {
 
   [[nodiscard]] XMPMetaHolder& Xmp() noexcept { return xmp_; }
 
-  // The first live item of the partner's name in tree order, or null. Each is searched for once: the walk deletes no
-  // item and makes none, so that the answer holds to its end. Not to be asked before the walk.
+  // The first live item of the partner's name in tree order, or null. All are searched for at once and once: the walk
+  // deletes no item and makes none, so that the answers hold to its end. Not to be asked before the walk.
   [[nodiscard]] const LxMetadataItem* Find(LxPartner partner) noexcept;
 
   // Whether an array of that many items may still be made for this file; takes them off its allowance when so.
@@ -51,10 +52,8 @@ class LxConversion {
 
   const LxMetadataPool& pool_;
   XMPMetaHolder& xmp_;
-  struct {
-    bool searched = false;
-    const LxMetadataItem* item = nullptr;
-  } partners_[static_cast<std::size_t>(LxPartner::kCount)];
+  bool searched_ = false;
+  LxWantedItem partners_[static_cast<std::size_t>(LxPartner::kCount) - 1] = {};
   std::uint64_t arrayItemsLeft_ = kArrayItemsOfAFile;
   std::optional<LxKeywordSet> keywords_;
 };

@@ -9,7 +9,7 @@
 #include "kit/model/tables/tables.h"
 #include "kit/model/value.h"
 #include "kit/readers/dispatch.h"
-#include "kit/readers/find_items.h"
+#include "kit/model/find_items.h"
 #include "kit/readers/jpeg_quality.h"
 
 namespace {

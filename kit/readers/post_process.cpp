@@ -8,7 +8,7 @@
 #include "kit/model/pool_edit.h"
 #include "kit/model/pool_walk.h"
 #include "kit/model/value.h"
-#include "kit/readers/find_items.h"
+#include "kit/model/find_items.h"
 
 namespace {
 

@@ -212,6 +212,9 @@ TALErrorRef removeProperties(XMPObjectRef object, const char* schema, const char
     const std::string_view property = name != nullptr ? name : "";
     if (!property.empty()) {
       if (uri.empty()) throw ToolkitError(ErrorId::kBadParameter, "a property without a schema");
+      const Namespace* ns = findNamespace(uri);
+      if (ns == nullptr || model.findSchema(ns) == nullptr)
+        return;  // Nothing of the schema is there, whatever the path.
       Path path;
       Node* node = parsePath(schema, name, path) == nullptr ? findNode(model, path) : nullptr;
       if (node != nullptr) deleteNode(model, node);

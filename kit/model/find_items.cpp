@@ -1,5 +1,5 @@
-// One walk in search order for several searches. Touches kit/model only.
-#include "kit/readers/find_items.h"
+// One walk in search order for several searches. Touches pool.h only.
+#include "kit/model/find_items.h"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
-// Several searches of a pool in one walk: what each would find alone. Readers ask a finished pool for a dozen items,
+// Several searches of a pool in one walk: what each would find alone. A finished pool is asked for two dozen items,
 // most of which are not there, and a search for one of those looks at every item. Uses pool.h.
-#ifndef LXBRIDGE_KIT_READERS_FIND_ITEMS_H_
-#define LXBRIDGE_KIT_READERS_FIND_ITEMS_H_
+#ifndef LXBRIDGE_KIT_MODEL_FIND_ITEMS_H_
+#define LXBRIDGE_KIT_MODEL_FIND_ITEMS_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -19,4 +19,4 @@ struct LxWantedItem {
 // Sets `found` of each to what LxFindItemInTree gives for it (null: nothing).
 void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count) noexcept;
 
-#endif  // LXBRIDGE_KIT_READERS_FIND_ITEMS_H_
+#endif  // LXBRIDGE_KIT_MODEL_FIND_ITEMS_H_
