@@ -64,9 +64,9 @@ LxKeywordSet ReadKeywords(XMPMetaHolder& xmp) {
 void AddKeyword(LxConversion& conversion, const char* keyword) {
   std::optional<LxKeywordSet>& keywords = conversion.Keywords();
   if (!keywords) keywords.emplace(ReadKeywords(conversion.Xmp()));
-  if (keywords->Contains(keyword)) return;
+  // Not copied: the item's display text outlives the conversion.
+  if (!keywords->Add(keyword)) return;
   conversion.Xmp().AppendArrayItem(kLxPicturistSchema, kKeywords, kXMPPropIsArray, keyword);
-  keywords->Add(keyword);  // Not copied: the item's display text outlives the conversion.
 }
 
 }  // namespace

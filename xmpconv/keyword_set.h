@@ -14,31 +14,36 @@
 
 class LxKeywordSet {
  public:
-  [[nodiscard]] bool Contains(std::string_view keyword) const { return keywords_.contains(keyword); }
-  // The text is not copied: it must outlive the set.
-  void Add(std::string_view keyword) { keywords_.insert(keyword); }
+  // Whether the keyword was not in the set before. The text is not copied: it must outlive the set.
+  bool Add(std::string_view keyword) { return keywords_.insert({keyword, HashOf(keyword)}).second; }
   void AddCopy(std::string keyword) { Add(copies_.emplace_front(std::move(keyword))); }
 
  private:
+  struct Entry {
+    std::string_view text;
+    std::size_t hash;
+    bool operator==(const Entry& other) const noexcept { return hash == other.hash && text == other.text; }
+  };
+  struct KeptHash {
+    std::size_t operator()(const Entry& entry) const noexcept { return entry.hash; }
+  };
+
   // A polynomial of the bytes at a point that the file cannot know: for any two texts of n bytes at most n in 2^31
   // points collide, so no file can be made whose keywords all fall into one bucket.
-  struct Hash {
-    std::uint64_t point;
-    std::size_t operator()(std::string_view text) const noexcept {
-      std::uint64_t sum = 1;
-      for (const char character : text) sum = (sum * point + static_cast<unsigned char>(character)) % kPrime;
-      return static_cast<std::size_t>(sum);
-    }
-  };
   static constexpr std::uint64_t kPrime = 0x7FFFFFFF;
-
+  std::size_t HashOf(std::string_view text) const noexcept {
+    std::uint64_t sum = 1;
+    for (const char character : text) sum = (sum * point_ + static_cast<unsigned char>(character)) % kPrime;
+    return static_cast<std::size_t>(sum);
+  }
   static std::uint64_t SecretPoint(const void* address) noexcept {
     const auto now = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
     const auto place = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(address));
     return 256 + (now ^ (place >> 4) * 0x9E3779B97F4A7C15u) % (kPrime - 256);
   }
 
-  std::unordered_set<std::string_view, Hash> keywords_{0, Hash{SecretPoint(this)}};
+  std::uint64_t point_ = SecretPoint(this);
+  std::unordered_set<Entry, KeptHash> keywords_;
   std::forward_list<std::string> copies_;
 };
 
