@@ -22,7 +22,8 @@ class Bytes : public std::vector<std::uint8_t> {
   }
 };
 inline Bytes operator+(Bytes left, const Bytes& right) {
-  return left += right;
+  left += right;  // Moved out, where the sum itself would be copied.
+  return left;
 }
 
 // The characters of a text, without a terminating zero.

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <functional>
 #include <new>
+#include <utility>
+#include <vector>
 
 #include "kit/base/memory.h"
 #include "kit/model/pool_walk.h"
@@ -45,22 +47,34 @@ std::string Shown(const char* text) {
   return out;
 }
 
-bool LiesInBlocks(const LxMetadataPool& pool, const LxMetadataItem& item) {
-  if (pool.blocks == nullptr) return false;
-  for (const LxBlock* block = pool.blocks->blocks; block != nullptr; block = block->next) {
-    const std::uint8_t* end = block->data + block->length;
-    if (!std::less<>()(item.value, block->data) && !std::less<>()(end, item.value)) {
-      if (item.valueLength <= end - item.value) return true;
-    }
+// The pool's blocks by address: values of hostile files are many, and so may the blocks be.
+class Blocks {
+ public:
+  explicit Blocks(const LxMetadataPool& pool) {
+    const LxBlock* block = pool.blocks != nullptr ? pool.blocks->blocks : nullptr;
+    for (; block != nullptr; block = block->next) ranges_.emplace_back(block->data, block->data + block->length);
+    std::sort(ranges_.begin(), ranges_.end(),
+              [](const Range& a, const Range& b) { return std::less<>()(a.first, b.first); });
   }
-  return false;
-}
+  [[nodiscard]] bool Hold(const LxMetadataItem& item) const {
+    const auto behind = std::upper_bound(
+        ranges_.begin(), ranges_.end(), item.value,
+        [](const std::uint8_t* value, const Range& range) { return std::less<>()(value, range.first); });
+    if (behind == ranges_.begin()) return false;
+    const Range& range = *(behind - 1);
+    return !std::less<>()(range.second, item.value) && item.valueLength <= range.second - item.value;
+  }
 
-std::string Fault(const LxMetadataPool& pool, const LxMetadataItem& item, std::size_t depth) {
+ private:
+  using Range = std::pair<const std::uint8_t*, const std::uint8_t*>;
+  std::vector<Range> ranges_;
+};
+
+std::string Fault(const Blocks& blocks, const LxMetadataItem& item, std::size_t depth) {
   if (item.nameSpace == nullptr || item.name == nullptr || item.typeName == nullptr) return "a text is missing";
   if (item.displayText == nullptr) return "no display text";
   if (item.valueLength < 0) return "a negative length";
-  if (item.value != nullptr && (item.flags & kLxOwnsValue) == 0 && !LiesInBlocks(pool, item)) {
+  if (item.value != nullptr && (item.flags & kLxOwnsValue) == 0 && !blocks.Hold(item)) {
     return "a value outside the file's blocks";
   }
   if (depth >= static_cast<std::size_t>(kLxMaxWalkDepth)) return "a level that walks cannot reach";
@@ -151,10 +165,11 @@ Bytes ValueOf(const LxMetadataItem& item) {
 }
 
 testing::AssertionResult IsWellFormed(const LxMetadataPool& pool) {
+  const Blocks blocks(pool);
   std::string fault;
   Visit(pool, [&](const LxMetadataItem& item, std::size_t depth) {
     if (!fault.empty()) return;
-    fault = Fault(pool, item, depth);
+    fault = Fault(blocks, item, depth);
     if (!fault.empty()) fault += std::string(" in ") + (item.name != nullptr ? item.name : "an item without name");
   });
   if (!fault.empty()) return testing::AssertionFailure() << fault;
