@@ -1,12 +1,13 @@
 // What does a file's metadata cost, beside opening and reading the file? For the camera JPEGs of a folder, in one run:
 //   Road      LxInterchangeNew to LxInterchangeDelete, one file after the other
 //   OpenRead  open, fstat, one pread of the first 64 KiB, close, of the same files
-// Both with a warm cache, on one thread, repetitions of the two interleaved; the medians and their ratio are printed last.
+// Both with a warm cache, on one thread, repetitions of the two interleaved; the medians and their ratio are printed
+// last.
 //
 //   road_bench [--files=FOLDER-OR-FILE] [Google Benchmark's options]
 //
-// FOLDER is ../shared/corpus beside the tree unless it is given. A camera JPEG is a JPEG file whose first 64 KiB hold an
-// EXIF segment. Uses the library's public header only.
+// FOLDER is ../shared/corpus beside the tree unless it is given. A camera JPEG is a JPEG file whose first 64 KiB hold
+// an EXIF segment. Uses the library's public header only.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,12 +19,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "api/include/lxbridge/lxbridge.h"
+#include "bench/medians.h"
 
 namespace {
 
@@ -79,29 +80,6 @@ void OpenRead(benchmark::State& state, const std::vector<std::string>& files) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(files.size()));
 }
 
-// The console's table, and the medians kept for the ratio.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
-        medians_[run.run_name.function_name] = run.GetAdjustedRealTime();
-      }
-    }
-  }
-  void PrintRatio(std::size_t files) const {
-    const auto road = medians_.find("Road"), openRead = medians_.find("OpenRead");
-    if (road == medians_.end() || openRead == medians_.end() || openRead->second <= 0) return;
-    const auto count = static_cast<double>(files);
-    std::printf("\n%zu files; medians a file: Road %.2f us, OpenRead %.2f us, ratio %.2f\n", files, road->second / count,
-                openRead->second / count, road->second / openRead->second);
-  }
-
- private:
-  std::map<std::string, double> medians_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -115,10 +93,7 @@ int main(int argc, char** argv) {
       arguments.push_back(argv[i]);
     }
   }
-  // Both benchmarks see the machine in the same state: many short repetitions, in random order.
-  char repetitions[] = "--benchmark_repetitions=21", interleaving[] = "--benchmark_enable_random_interleaving=true",
-       aggregates[] = "--benchmark_report_aggregates_only=true", time[] = "--benchmark_min_time=0.1";
-  arguments.insert(arguments.begin() + 1, {repetitions, interleaving, aggregates, time});
+  arguments = lxbench::WithRepetitions(static_cast<int>(arguments.size()), arguments.data());
   int count = static_cast<int>(arguments.size());
 
   const std::vector<std::string> files = CameraJpegs(place);
@@ -131,9 +106,10 @@ int main(int argc, char** argv) {
   benchmark::RegisterBenchmark("OpenRead", OpenRead, files)->Unit(benchmark::kMicrosecond);
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
-  RatioReporter reporter;
+  lxbench::MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintRatio(files.size());
+  std::printf("\n%zu files; a file:\n", files.size());
+  reporter.PrintRatio("Road", "OpenRead", "us", static_cast<double>(files.size()));
   LxInterchangeTerm();
   return 0;
 }

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "kit/model/find_items.h"
 #include "kit/model/value.h"
-#include "kit/readers/find_items.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/item_tree.h"
 #include "tests/support/pool_support.h"

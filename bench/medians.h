@@ -1,0 +1,52 @@
+// What the benchmarks share: many short repetitions in random order, so that all see the machine in the same state, and
+// the medians' ratios, which are what is asked for. Uses Google Benchmark only.
+#ifndef LXBRIDGE_BENCH_MEDIANS_H_
+#define LXBRIDGE_BENCH_MEDIANS_H_
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace lxbench {
+
+// The command line with the repetitions in front, so that options given on it win.
+inline std::vector<char*> WithRepetitions(int argc, char** argv) {
+  static char repetitions[] = "--benchmark_repetitions=21";
+  static char interleaving[] = "--benchmark_enable_random_interleaving=true";
+  static char aggregates[] = "--benchmark_report_aggregates_only=true";
+  static char time[] = "--benchmark_min_time=0.1";
+  std::vector<char*> arguments(argv, argv + argc);
+  arguments.insert(arguments.begin() + 1, {repetitions, interleaving, aggregates, time});
+  return arguments;
+}
+
+// The console's table, and the medians kept for the ratios.
+class MedianReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& run : runs) {
+      if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
+        medians_[run.run_name.function_name] = run.GetAdjustedRealTime();
+      }
+    }
+  }
+
+  // `perIteration`: how many things one iteration handles.
+  void PrintRatio(const std::string& name, const std::string& base, const char* unit, double perIteration) const {
+    const auto measured = medians_.find(name), against = medians_.find(base);
+    if (measured == medians_.end() || against == medians_.end() || against->second <= 0) return;
+    std::printf("medians: %s %.2f %s, %s %.2f %s, ratio %.2f\n", name.c_str(), measured->second / perIteration, unit,
+                base.c_str(), against->second / perIteration, unit, measured->second / against->second);
+  }
+
+ private:
+  std::map<std::string, double> medians_;
+};
+
+}  // namespace lxbench
+
+#endif  // LXBRIDGE_BENCH_MEDIANS_H_
