@@ -14,6 +14,9 @@
 
 namespace {
 
+// Of what is shown element by element, each of 256 elements may have a name.
+constexpr std::size_t kLongestShown = 256 * 128;
+
 struct Tag {
   const char* nameSpace;
   const LxTagRecord* record;
@@ -111,7 +114,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t plain = std::strlen(item->displayText);
   LxFormatTaggedValue(how & 1, item, tag.record->display);
   const std::size_t tagged = std::strlen(item->displayText);
-  lxfuzz::Require(plain <= 4 * rest.size() + 4096 && tagged <= 4 * rest.size() + 4096, "a text in proportion");
+  if (std::max(plain, tagged) > 4 * rest.size() + kLongestShown) {
+    lxfuzz::Fail("a text in proportion to its value", std::string(tag.nameSpace) + " " + tag.record->name + ": " +
+                                                          std::to_string(plain) + ", " + std::to_string(tagged));
+  }
   (void)LxGetFirstValue(item);
   (void)LxGetValueAt(item, -1);
   (void)LxGetValueAt(item, length);
