@@ -38,13 +38,12 @@ def headers(objdump, file):
     """The exports by ordinal (name or None) and the imported ordinals or names by DLL."""
     text = run([objdump, "-p", str(file)]).stdout.decode()
     expect("file format pei-i386" in text, f"{file.name}: is a PE32 file for i386")
-    base = int((re.search(r"Ordinal Base\s+(\d+)", text) or [0, "0"])[1])
+    base = re.search(r"Ordinal Base\s+(\d+)", text)
     addresses = re.findall(r"^\t\[ *\d+\] \+base\[ *(\d+)\] [0-9a-f]+ Export RVA", text, re.MULTILINE)
     exports = {int(ordinal): None for ordinal in addresses}
-    names = text.partition("[Ordinal/Name Pointer] Table")[2].split("\n\n")[0] + "\n"
     names = text.rpartition("[Ordinal/Name Pointer] Table")[2]
     for index, name in re.findall(r"^\t\[ *(\d+)\] (\w+)$", names, re.MULTILINE):
-        exports[base + int(index)] = name
+        exports[int(base[1]) + int(index)] = name
     imports = {}
     for block in text.split("DLL Name: ")[1:]:
         dll, _, table = block.partition("\n")
