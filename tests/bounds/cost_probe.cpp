@@ -1,0 +1,82 @@
+// Imports one hostile file and says what it cost: lx_cost_probe NAME SIZE prints "seconds peak-bytes file-bytes items"
+// (of the processor);
+// without arguments it lists the names. A process of its own, so that no file pays for the memory of another, and so
+// that a profiler can count the instructions of LxProbedImport alone.
+#include <malloc.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <fstream>
+#include <string>
+
+#include "api/interchange.h"
+#include "clients/broker/broker_client.h"
+#include "clients/xmp/xmp_client.h"
+#include "kit/base/memory.h"
+#include "tests/bounds/hostile_files.h"
+#include "tests/support/pool_support.h"
+
+namespace {
+
+// A line of /proc/self/status, in bytes; 0 where there is no such file.
+std::size_t StatusBytes(const char* line) {
+  std::ifstream status("/proc/self/status");
+  for (std::string text; std::getline(status, text);) {
+    if (text.starts_with(line)) return 1024 * std::strtoul(text.c_str() + std::strlen(line), nullptr, 10);
+  }
+  return 0;
+}
+
+void ResetPeak() {
+  malloc_trim(0);
+  std::ofstream("/proc/self/clear_refs") << "5";
+}
+
+}  // namespace
+
+// The name and the linkage are what the profiler is told.
+extern "C" [[gnu::noinline]] void LxProbedImport(const char* path) {
+  LxInterchange interchange(path);
+}
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    for (const lxtest::HostileFile& file : lxtest::HostileFiles()) std::puts(file.name);
+    return 0;
+  }
+  for (const lxtest::HostileFile& file : lxtest::HostileFiles()) {
+    if (std::strcmp(file.name, argv[1]) != 0) continue;
+    std::size_t size = 0;
+    std::string path;
+    {
+      const lxtest::Bytes bytes = file.make(std::strtoul(argv[2], nullptr, 10));
+      size = bytes.size();
+      path = std::string(std::getenv("TMPDIR") != nullptr ? std::getenv("TMPDIR") : "/tmp") + "/lx-hostile-XXXXXX";
+      const int descriptor = mkstemp(path.data());
+      if (descriptor < 0) return 1;
+      std::ofstream(path, std::ios::binary)
+          .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(size));
+    }
+    LxInstallMemProcs(LxRuntimeMemProcs());
+    if (!TAL_T_NMT::StartBrokerClient(TALOrdinal5()) || !StartXMPClient(TALOrdinal5())) return 1;
+    ResetPeak();
+    const std::size_t before = StatusBytes("VmRSS:");
+    const std::clock_t begin = std::clock();
+    LxProbedImport(path.c_str());
+    const double took = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+    const std::size_t peak = StatusBytes("VmHWM:");
+    const lxtest::PoolPtr pool = lxtest::ReadPoolFromPath(path);
+    const testing::AssertionResult sound = lxtest::IsWellFormed(*pool);
+    if (!sound) std::fprintf(stderr, "%s\n", sound.message());
+    std::remove(path.c_str());
+    std::printf("%.3f %zu %zu %zu\n", took, peak > before ? peak - before : 0, size, lxtest::AllItems(*pool).size());
+    if (!sound) return 1;
+    StopXMPClient();
+    TAL_T_NMT::ShutDownBrokerClient();
+    return 0;
+  }
+  std::fprintf(stderr, "no hostile file is called %s\n", argv[1]);
+  return 2;
+}

@@ -1,0 +1,449 @@
+#include "tests/bounds/hostile_files.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "tests/support/image_builders.h"
+#include "tests/support/tiff_builder.h"
+
+namespace lxtest {
+namespace {
+
+constexpr std::size_t kLongestSegment = 65533;
+constexpr std::size_t kEntriesOfIfd = 1000;  // More, and readers take no IFD for one.
+
+std::uint32_t At(std::size_t offset) {
+  return static_cast<std::uint32_t>(offset);
+}
+
+// --- TIFF structures, written without the cost of a builder
+// -----------------------------------------------------------
+
+struct BareEntry {
+  std::uint16_t tag;
+  std::uint16_t type;
+  std::uint32_t count;
+  std::uint32_t field;
+};
+
+constexpr std::size_t LengthOfIfd(std::size_t entries) {
+  return 12 * entries + 6;
+}
+
+Bytes TiffHeader() {
+  return Text("MM") + Put16(42) + Put32(8);
+}
+
+void AppendIfd(Bytes* out, const std::vector<BareEntry>& entries, std::uint32_t next = 0) {
+  *out += Put16(At(entries.size()));
+  for (const BareEntry& entry : entries) {
+    *out += Put16(entry.tag);
+    *out += Put16(entry.type);
+    *out += Put32(entry.count);
+    *out += Put32(entry.field);
+  }
+  *out += Put32(next);
+}
+
+// IFDs of `width` entries, whose entry i of IFD n is what `entry` says.
+template <typename Entry>
+Bytes Ifds(std::size_t size, std::size_t width, Entry entry) {
+  const std::size_t ifds = std::max<std::size_t>(size / LengthOfIfd(width), 2);
+  Bytes file = TiffHeader();
+  file.reserve(size + LengthOfIfd(width));
+  std::vector<BareEntry> entries(width);
+  for (std::size_t n = 0; n < ifds; ++n) {
+    for (std::size_t i = 0; i < width; ++i) entries[i] = entry(n, i, ifds);
+    AppendIfd(&file, entries, At(8 + LengthOfIfd(width) * ((n + 1) % ifds)));
+  }
+  return file;
+}
+
+// One Exif IFD with these entries, whose values all begin behind it; `data` is the rest of the file.
+Bytes ExifFile(std::vector<BareEntry> entries, const Bytes& data) {
+  Bytes file = TiffHeader();
+  AppendIfd(&file, {{0x8769, 4, 1, At(8 + LengthOfIfd(1))}});
+  const std::size_t place = file.size() + LengthOfIfd(entries.size());
+  for (BareEntry& entry : entries) entry.field += At(place);
+  AppendIfd(&file, entries);
+  return file + data;
+}
+
+// One entry whose value is `data`, in IFD0 or the Exif IFD.
+Bytes OneValue(std::uint16_t tag, std::uint16_t type, const Bytes& data, std::size_t unit = 1, bool inExif = true) {
+  const BareEntry entry = {tag, type, At(data.size() / unit), 0};
+  if (inExif) return ExifFile({entry}, data);
+  Bytes file = TiffHeader();
+  AppendIfd(&file, {{tag, type, entry.count, At(8 + LengthOfIfd(1))}});
+  return file + data;
+}
+
+Bytes Repeated(std::size_t size, const Bytes& part) {
+  Bytes out;
+  out.reserve(size + part.size());
+  while (out.size() < size) out += part;
+  return out;
+}
+Bytes Repeated(std::size_t size, std::string_view text) {
+  return Repeated(size, Text(text));
+}
+
+// --- graphs of IFDs
+// -----------------------------------------------------------------------------------------------------
+
+constexpr std::uint16_t kPointers[] = {0x014A, 0x8769, 0x8825, 0xA005};
+
+Bytes PointersToEveryIfd(std::size_t size) {
+  return Ifds(size, 50, [](std::size_t n, std::size_t i, std::size_t ifds) {
+    return BareEntry{kPointers[i % 4], 4, 1, At(8 + LengthOfIfd(50) * ((n + i) % ifds))};
+  });
+}
+
+Bytes WideIfdsThatPointOn(std::size_t size) {
+  return Ifds(size, kEntriesOfIfd, [](std::size_t n, std::size_t i, std::size_t ifds) {
+    return BareEntry{0x014A, 4, 1, At(8 + LengthOfIfd(kEntriesOfIfd) * ((n + 1 + i % 3) % ifds))};
+  });
+}
+
+Bytes ListsOfOneSubIfd(std::size_t size) {
+  Bytes offsets = Repeated(size, Put32(8 + LengthOfIfd(1)));
+  Bytes file = TiffHeader();
+  AppendIfd(&file, {{0x014A, 4, At(offsets.size() / 4), At(8 + 2 * LengthOfIfd(1))}});
+  AppendIfd(&file, {{0x0103, 3, 1, 0x00070000}});
+  return file + offsets;
+}
+
+// --- values over the same bytes
+// -----------------------------------------------------------------------------------------
+
+template <std::uint16_t kTag, std::uint16_t kType, std::size_t kUnit>
+Bytes OneValueInEveryEntry(std::size_t size) {
+  const std::size_t half = size / 2;
+  Bytes file = Ifds(half, kEntriesOfIfd, [&](std::size_t, std::size_t, std::size_t ifds) {
+    return BareEntry{kTag, kType, At(half / kUnit), At(8 + ifds * LengthOfIfd(kEntriesOfIfd))};
+  });
+  return file + Filled(half, 0xE9);
+}
+
+// Each range reaches a page further than the one before, and begins a page later: no block covers two of them.
+Bytes RangesShiftedByAPage(std::size_t size) {
+  const std::size_t length = size / 2;
+  return Ifds(size, kEntriesOfIfd, [&](std::size_t n, std::size_t i, std::size_t) {
+    return BareEntry{static_cast<std::uint16_t>(0xC000 + i), 7, At(length),
+                     At((n * kEntriesOfIfd + i) * 4096 % (size - length))};
+  });
+}
+
+Bytes ManyTextsConvertedAgain(std::size_t size) {
+  // The text of a property that the conversion sets anew for each entry.
+  const std::size_t half = size / 2;
+  Bytes file = Ifds(half, kEntriesOfIfd, [&](std::size_t, std::size_t, std::size_t ifds) {
+    return BareEntry{0x8298, 2, 20000, At(8 + ifds * LengthOfIfd(kEntriesOfIfd))};
+  });
+  return file + Repeated(half, "caf\xC3\xA9 ");
+}
+
+// --- JPEG
+// ---------------------------------------------------------------------------------------------------------------
+
+// A frame in front: a JPEG file without one gives no pool.
+Bytes JpegWith(const Bytes& segments) {
+  return JpegBuilder().Dqt().Sof0().Raw(segments).Bare();
+}
+
+Bytes Segment(std::uint8_t marker, const Bytes& payload) {
+  return Bytes({0xFF, marker}) + Put16(At(payload.size() + 2)) + payload;
+}
+
+template <std::uint8_t kMarker>
+Bytes SmallestSegments(std::size_t size) {
+  return JpegWith(Repeated(size, Segment(kMarker, Bytes())));
+}
+Bytes SegmentsWithIdentifiers(std::size_t size) {
+  return JpegWith(Repeated(size, Segment(0xE5, Text("identifier") + Filled(90))));
+}
+Bytes Comments(std::size_t size) {
+  return JpegWith(Repeated(size, Segment(0xFE, Filled(kLongestSegment, 'x'))));
+}
+
+// Every segment's Exif block has a thumbnail that begins in it and goes on to the end of the file.
+Bytes StreamsInSegments(std::size_t size) {
+  const Bytes tiff = TiffBuilder(kBig).Ifd0({Short(0x0112, 1)}).Ifd1({{0x0201, 4, 1, [](Order o, std::uint32_t at) {
+                                                                         return Put32(at, o) + Hex("FFD8");
+                                                                       }}});
+  return JpegWith(Repeated(size, Segment(0xE1, Text("Exif") + Filled(2) + tiff)));
+}
+
+// Resources with a thumbnail with resources with a thumbnail ...
+Bytes StreamsInResources(std::size_t size) {
+  Bytes inner = Hex("FFD8");
+  while (inner.size() < kLongestSegment - 200) {
+    const Bytes resources = ResourceBuilder().Thumbnail(inner);
+    inner = Hex("FFD8") + Segment(0xED, Text("Picturist 3.0") + Filled(1) + resources) + Filled(inner.size() / 2);
+  }
+  inner.resize(kLongestSegment - 60);
+  return JpegWith(
+      Repeated(size, Segment(0xED, Text("Picturist 3.0") + Filled(1) + Bytes(ResourceBuilder().Thumbnail(inner)))));
+}
+
+// --- maker notes
+// --------------------------------------------------------------------------------------------------------
+
+// Exif IFDs, each with a maker note that is the next IFD, whose values have to be looked at to find their origin.
+Bytes MakerNotesThatLeadOn(std::size_t size) {
+  return Ifds(size, 100, [&](std::size_t n, std::size_t i, std::size_t ifds) {
+    const std::uint32_t next = At(8 + LengthOfIfd(100) * ((n + 1) % ifds));
+    if (i == 0) return BareEntry{0x010F, 2, 6, 8};
+    if (i < 4) return BareEntry{0x8769, 4, 1, next};
+    if (i < 8) return BareEntry{0x927C, 7, At(LengthOfIfd(100)), next};
+    return BareEntry{static_cast<std::uint16_t>(i), static_cast<std::uint16_t>(i % 2 == 0 ? 3 : 7), 60000, At(i)};
+  });
+}
+
+// --- IPTC and resources
+// -------------------------------------------------------------------------------------------------
+
+Bytes PsdWith(const Bytes& resources) {
+  return PsdBuilder().Resources(resources).Build();
+}
+
+Bytes EmptyDatasets(std::size_t size) {
+  return PsdWith(ResourceBuilder().Iptc(IptcBuilder().Raw(Repeated(size, Hex("1C 02 19 0000")))));
+}
+Bytes UnknownDatasets(std::size_t size) {
+  return PsdWith(ResourceBuilder().Iptc(IptcBuilder().Raw(Repeated(size, Hex("1C 02 DD 0002 6161")))));
+}
+Bytes DistinctKeywords(std::size_t size) {
+  Bytes datasets;
+  for (std::size_t i = 0; datasets.size() < size; ++i) {
+    const std::string keyword = std::to_string(i);
+    datasets += Hex("1C 02 19") + Put16(At(keyword.size())) + Text(keyword);
+  }
+  return PsdWith(ResourceBuilder().Iptc(datasets));
+}
+// In TIFF, where the two blocks compete, and each is long.
+Bytes LongDatasets(std::size_t size) {
+  const Bytes datasets = Repeated(size / 2, Hex("1C 02 78 7FFF") + Filled(0x7FFF, 0xE9));
+  const TiffBuilder tiff =
+      TiffBuilder(kBig).Ifd0({Undef(0x83BB, datasets), Undef(0x8649, ResourceBuilder().Iptc(datasets))});
+  return tiff;
+}
+Bytes EmptyResources(std::size_t size) {
+  return PsdWith(Repeated(size, Bytes(ResourceBuilder().Block(0x0404, Bytes()))));
+}
+
+// --- texts
+// --------------------------------------------------------------------------------------------------------------
+
+Bytes Comment(std::size_t size, std::string_view code, const Bytes& part) {
+  Bytes value = Text(code);
+  value.resize(8);
+  return OneValue(0x9286, 7, value + Repeated(size, part));
+}
+Bytes AsciiComment(std::size_t size) {
+  return Comment(size, "ASCII", Text("text "));
+}
+Bytes UnicodeComment(std::size_t size) {
+  return Comment(size, "UNICODE", Hex("30A2 D83D DE00 0041"));
+}
+Bytes JisComment(std::size_t size) {
+  return Comment(size, "JIS", Hex("1B2442 252B 1B2842"));
+}
+Bytes NoCodeComment(std::size_t size) {
+  return Comment(size, "", Hex("E9 41"));
+}
+template <std::uint16_t kTag, std::size_t kSize>
+Bytes TextOf(std::size_t size, const char (&part)[kSize]) {
+  return OneValue(kTag, 2, Repeated(size, std::string_view(part, kSize - 1)) + Filled(1), 1, false);
+}
+Bytes Utf8Text(std::size_t size) {
+  return TextOf<0x010E>(size, "caf\xC3\xA9 ");
+}
+Bytes Latin1Text(std::size_t size) {
+  return TextOf<0x010E>(size, "caf\xE9 ");
+}
+Bytes ShiftJisText(std::size_t size) {
+  return TextOf<0x8298>(size, "\x83\x4A\x83\x81");
+}
+Bytes EucText(std::size_t size) {
+  return TextOf<0x010E>(size, "\xA5\xAB\xA5\xE1");
+}
+Bytes IsoText(std::size_t size) {
+  return TextOf<0x010E>(size, "\x1B$B%+\x1B(B");
+}
+Bytes BinaryText(std::size_t size) {
+  return TextOf<0x8298>(size, "\xFF\x80\x01\xC0");
+}
+Bytes ListOfNames(std::size_t size) {
+  return TextOf<0x013B>(size, "a;");
+}
+Bytes WideText(std::size_t size) {
+  return OneValue(0x9C9B, 1, Repeated(size, Hex("A230 3DD8 00DE")), 1, false);
+}
+
+// --- arrays and structures
+// ----------------------------------------------------------------------------------------------
+
+// 16 bits for columns and rows each: the most elements that a structure can claim.
+template <std::uint16_t kTag>
+Bytes LargestTable(std::size_t size) {
+  return OneValue(kTag, 7, Put16(0xFFFF) + Put16(0xFFFF) + Repeated(size, Hex("41 00 42 00")));
+}
+template <std::uint16_t kTag>
+Bytes WideTable(std::size_t size) {
+  const std::uint32_t rows = At(std::min<std::size_t>(size / 8, 0xFFFF));
+  return OneValue(kTag, 7, Put16(1) + Put16(rows) + Hex("0041 0000") + Repeated(size, Put32(1) + Put32(0)));
+}
+Bytes ZeroDenominators(std::size_t size) {
+  return OneValue(0x829A, 5, Repeated(size, Put32(1) + Put32(0)), 8);
+}
+Bytes ZeroDenominatorsInGps(std::size_t size) {
+  const Bytes data = Repeated(size, Put32(7) + Put32(0));
+  Bytes file = TiffHeader();
+  AppendIfd(&file, {{0x8825, 4, 1, At(8 + LengthOfIfd(1))}});
+  const std::uint32_t place = At(file.size() + LengthOfIfd(7));
+  std::vector<BareEntry> entries;
+  for (const std::uint8_t tag : Bytes({2, 4, 6, 7, 11, 13, 15})) {
+    entries.push_back({tag, 5, At(data.size() / 8), place});
+  }
+  AppendIfd(&file, entries);
+  return file + data;
+}
+template <std::uint16_t kTag, std::uint16_t kType, std::size_t kUnit, bool kInExif>
+Bytes LongArray(std::size_t size) {
+  return OneValue(kTag, kType, Repeated(size, Hex("0001 0002 0003 0004")), kUnit, kInExif);
+}
+// Exif IFDs that each append the same array.
+Bytes ArraysAppendedAgain(std::size_t size) {
+  return Ifds(size, 100, [](std::size_t n, std::size_t i, std::size_t ifds) {
+    const std::uint32_t next = At(8 + LengthOfIfd(100) * ((n + 1 + i) % ifds));
+    return i % 2 == 0 ? BareEntry{0x8769, 4, 1, next} : BareEntry{0x8827, 3, 30000, 8};
+  });
+}
+
+// --- packets
+// ------------------------------------------------------------------------------------------------------------
+
+// A packet of one description, in a tag.
+Bytes PacketFile(std::string_view attributes, std::string_view properties) {
+  std::string packet =
+      "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+      "<rdf:Description rdf:about='' xmlns:a='http://a/'";
+  packet.append(attributes).append(">").append(properties).append("</rdf:Description></rdf:RDF></x:xmpmeta>");
+  return OneValue(0x02BC, 1, Text(packet), 1, false);
+}
+// The property a:p with that content.
+Bytes PropertyFile(std::string_view front, std::string_view content, std::string_view back) {
+  return PacketFile("", std::string("<a:p>").append(front).append(content).append(back).append("</a:p>"));
+}
+// `front`, a number of its own and `back`, again and again.
+std::string Numbered(std::size_t size, std::string_view front, std::string_view back) {
+  std::string text;
+  for (std::size_t i = 0; text.size() < size; ++i) text.append(front).append(std::to_string(i)).append(back);
+  return text;
+}
+std::string Again(std::size_t size, std::string_view part) {
+  std::string text;
+  while (text.size() < size) text += part;
+  return text;
+}
+
+Bytes PacketOfProperties(std::size_t size) {
+  return PacketFile("", Numbered(size, "<a:p", "/>"));
+}
+Bytes PacketOfAttributes(std::size_t size) {
+  return PacketFile(Numbered(size, " a:p", "=''"), "");
+}
+Bytes PacketOfNamespaces(std::size_t size) {
+  return PacketFile("", Numbered(size, "<b:p xmlns:b='http://", "/'/>"));
+}
+Bytes PacketOfOneProperty(std::size_t size) {
+  return PacketFile("", Again(size, "<a:p>x</a:p>"));
+}
+Bytes PacketOfItems(std::size_t size) {
+  return PropertyFile("<rdf:Bag>", Again(size, "<rdf:li/>"), "</rdf:Bag>");
+}
+Bytes PacketOfLanguages(std::size_t size) {
+  return PropertyFile("<rdf:Alt>", Numbered(size, "<rdf:li xml:lang='x-", "'>t</rdf:li>"), "</rdf:Alt>");
+}
+Bytes PacketOfOneText(std::size_t size) {
+  return PropertyFile("", Again(size, "text &amp; "), "");
+}
+Bytes PacketOfNesting(std::size_t size) {
+  return PacketFile("", Again(size, "<a:p rdf:parseType='Resource'>"));
+}
+Bytes PacketOfBadBytes(std::size_t size) {
+  return PropertyFile("", Again(size, "\x80\xFF"), "");
+}
+
+}  // namespace
+
+const std::vector<HostileFile>& HostileFiles() {
+  static const std::vector<HostileFile> kFiles = {
+      {"pointers-to-every-ifd", PointersToEveryIfd},
+      {"wide-ifds-that-point-on", WideIfdsThatPointOn},
+      {"lists-of-one-sub-ifd", ListsOfOneSubIfd},
+      {"one-text-in-every-entry", OneValueInEveryEntry<0x010E, 2, 1>},
+      {"one-opaque-value-in-every-entry", OneValueInEveryEntry<0xC123, 7, 1>},
+      {"one-array-in-every-entry", OneValueInEveryEntry<0xC123, 3, 2>},
+      {"one-packet-in-every-entry", OneValueInEveryEntry<0x02BC, 1, 1>},
+      {"one-profile-in-every-entry", OneValueInEveryEntry<0x8773, 7, 1>},
+      {"one-iptc-block-in-every-entry", OneValueInEveryEntry<0x83BB, 7, 1>},
+      {"ranges-shifted-by-a-page", RangesShiftedByAPage},
+      {"many-texts-converted-again", ManyTextsConvertedAgain},
+      {"smallest-app-segments", SmallestSegments<0xE1>},
+      {"smallest-comments", SmallestSegments<0xFE>},
+      {"segments-with-identifiers", SegmentsWithIdentifiers},
+      {"comments", Comments},
+      {"streams-in-segments", StreamsInSegments},
+      {"streams-in-resources", StreamsInResources},
+      {"maker-notes-that-lead-on", MakerNotesThatLeadOn},
+      {"empty-datasets", EmptyDatasets},
+      {"unknown-datasets", UnknownDatasets},
+      {"distinct-keywords", DistinctKeywords},
+      {"long-datasets", LongDatasets},
+      {"empty-resources", EmptyResources},
+      {"ascii-comment", AsciiComment},
+      {"unicode-comment", UnicodeComment},
+      {"jis-comment", JisComment},
+      {"comment-without-code", NoCodeComment},
+      {"utf8-text", Utf8Text},
+      {"latin1-text", Latin1Text},
+      {"shift-jis-text", ShiftJisText},
+      {"euc-text", EucText},
+      {"iso-2022-text", IsoText},
+      {"binary-text", BinaryText},
+      {"list-of-names", ListOfNames},
+      {"wide-text", WideText},
+      {"largest-oecf", LargestTable<0x8828>},
+      {"wide-oecf", WideTable<0x8828>},
+      {"largest-frequency-response", LargestTable<0xA20C>},
+      {"wide-frequency-response", WideTable<0xA20C>},
+      {"largest-cfa-pattern", LargestTable<0xA302>},
+      {"largest-device-settings", LargestTable<0xA40B>},
+      {"wide-device-settings", WideTable<0xA40B>},
+      {"zero-denominators", ZeroDenominators},
+      {"zero-denominators-in-gps", ZeroDenominatorsInGps},
+      {"long-speed-ratings", LongArray<0x8827, 3, 2, true>},
+      {"long-components", LongArray<0x9101, 7, 1, true>},
+      {"long-bits-per-sample", LongArray<0x0102, 3, 2, false>},
+      {"long-reference-black-white", LongArray<0x0214, 5, 8, false>},
+      {"long-transfer-function", LongArray<0x012D, 3, 2, false>},
+      {"long-subject-area", LongArray<0x9214, 3, 2, true>},
+      {"arrays-appended-again", ArraysAppendedAgain},
+      {"packet-of-properties", PacketOfProperties},
+      {"packet-of-attributes", PacketOfAttributes},
+      {"packet-of-namespaces", PacketOfNamespaces},
+      {"packet-of-one-property", PacketOfOneProperty},
+      {"packet-of-items", PacketOfItems},
+      {"packet-of-languages", PacketOfLanguages},
+      {"packet-of-one-text", PacketOfOneText},
+      {"packet-of-nesting", PacketOfNesting},
+      {"packet-of-bad-bytes", PacketOfBadBytes},
+  };
+  return kFiles;
+}
+
+}  // namespace lxtest
