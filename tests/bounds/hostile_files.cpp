@@ -19,7 +19,6 @@ std::uint32_t At(std::size_t offset) {
 }
 
 // --- TIFF structures, written without the cost of a builder
-// -----------------------------------------------------------
 
 struct BareEntry {
   std::uint16_t tag;
@@ -91,7 +90,6 @@ Bytes Repeated(std::size_t size, std::string_view text) {
 }
 
 // --- graphs of IFDs
-// -----------------------------------------------------------------------------------------------------
 
 constexpr std::uint16_t kPointers[] = {0x014A, 0x8769, 0x8825, 0xA005};
 
@@ -116,7 +114,6 @@ Bytes ListsOfOneSubIfd(std::size_t size) {
 }
 
 // --- values over the same bytes
-// -----------------------------------------------------------------------------------------
 
 template <std::uint16_t kTag, std::uint16_t kType, std::size_t kUnit>
 Bytes OneValueInEveryEntry(std::size_t size) {
@@ -146,7 +143,6 @@ Bytes ManyTextsConvertedAgain(std::size_t size) {
 }
 
 // --- JPEG
-// ---------------------------------------------------------------------------------------------------------------
 
 // A frame in front: a JPEG file without one gives no pool.
 Bytes JpegWith(const Bytes& segments) {
@@ -189,7 +185,6 @@ Bytes StreamsInResources(std::size_t size) {
 }
 
 // --- maker notes
-// --------------------------------------------------------------------------------------------------------
 
 // Exif IFDs, each with a maker note that is the next IFD, whose values have to be looked at to find their origin.
 Bytes MakerNotesThatLeadOn(std::size_t size) {
@@ -203,7 +198,6 @@ Bytes MakerNotesThatLeadOn(std::size_t size) {
 }
 
 // --- IPTC and resources
-// -------------------------------------------------------------------------------------------------
 
 Bytes PsdWith(const Bytes& resources) {
   return PsdBuilder().Resources(resources).Build();
@@ -235,7 +229,6 @@ Bytes EmptyResources(std::size_t size) {
 }
 
 // --- texts
-// --------------------------------------------------------------------------------------------------------------
 
 Bytes Comment(std::size_t size, std::string_view code, const Bytes& part) {
   Bytes value = Text(code);
@@ -284,7 +277,6 @@ Bytes WideText(std::size_t size) {
 }
 
 // --- arrays and structures
-// ----------------------------------------------------------------------------------------------
 
 // 16 bits for columns and rows each: the most elements that a structure can claim.
 template <std::uint16_t kTag>
@@ -324,7 +316,6 @@ Bytes ArraysAppendedAgain(std::size_t size) {
 }
 
 // --- packets
-// ------------------------------------------------------------------------------------------------------------
 
 // A packet of one description, in a tag.
 Bytes PacketFile(std::string_view attributes, std::string_view properties) {
