@@ -87,7 +87,8 @@ struct XMPMetaStatics {
   TALErrorRef (*getVersion)(std::uint32_t* version);
   TALErrorRef (*getVersionText)(XMPTextOut* text);
   // Makes the prefix known for the URI. A URI that is known keeps its prefix; a prefix that is taken gets a number
-  // behind it. *registered is the prefix that the URI has now.
+  // behind it. *registered is the prefix that the URI has now. The namespace stays until it is deleted, whereas one that
+  // only packets have brought may be forgotten when no object uses it.
   TALErrorRef (*registerNamespace)(const char* uri, const char* suggestedPrefix, XMPTextOut* registered);
   TALErrorRef (*deleteNamespace)(const char* uri);  // The standard's own cannot be deleted: an error.
   TALErrorRef (*getNamespacePrefix)(const char* uri, XMPTextOut* prefix, std::uint8_t* found);

@@ -57,7 +57,7 @@ TALErrorRef registerNamespaceProc(const char* uri, const char* suggestedPrefix, 
   return guarded([&] {
     required(uri, "the namespace is null");
     required(suggestedPrefix, "the prefix is null");
-    giveText(texts(), registered, registerNamespace(uri, suggestedPrefix)->prefix);
+    giveText(texts(), registered, keepNamespace(uri, suggestedPrefix)->prefix);
   });
 }
 

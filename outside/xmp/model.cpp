@@ -295,11 +295,13 @@ NodePtr makeNode(const Namespace* ns, std::string_view name, std::uint32_t optio
   node->options = options;
   node->nameLength = static_cast<std::uint32_t>(name.size());
   node->hash = nameHash(ns, name);
+  useNamespace(ns);
   return NodePtr(node);
 }
 
 void NodeDeleter::operator()(Node* node) const noexcept {
   const std::size_t size = blockSize(node->nameLength);
+  releaseNamespace(node->ns);
   node->~Node();
   blockPool.give(node, size);
 }

@@ -69,7 +69,7 @@ class NodeList {
 
 // A node and its name are one block of memory; the name never changes. Make nodes with makeNode.
 struct Node {
-  const Namespace* ns;  // Null for the root and for array items.
+  const Namespace* ns;  // Null for the root and for array items. The node uses it.
   Node* parent = nullptr;
   Node* previous = nullptr;
   Node* next = nullptr;

@@ -25,9 +25,18 @@ void PacketPrefixes::restore(std::size_t mark) noexcept {
     } else {
       place->second = binding.shadowed;
     }
+    releaseNamespace(binding.ns);
     bindings_.pop_back();
     recent_ = nullptr;
   }
+}
+
+const Namespace* PacketPrefixes::namespaceOf(PrefixBinding& binding) {
+  if (binding.ns == nullptr) {
+    binding.ns = registerNamespace(binding.uri, binding.prefix);
+    useNamespace(binding.ns);
+  }
+  return binding.ns;
 }
 
 PrefixBinding* PacketPrefixes::find(std::string_view prefix) noexcept {

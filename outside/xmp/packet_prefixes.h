@@ -16,13 +16,21 @@ namespace velto {
 struct PrefixBinding {
   std::string prefix;
   std::string uri;
-  const Namespace* ns = nullptr;      // Null until the prefix is used: what is only declared is not registered.
+  const Namespace* ns = nullptr;      // Null until the prefix is used: what is only declared is not registered. The
+                                      // binding uses it from then on.
   PrefixBinding* shadowed = nullptr;  // The outer binding of the same prefix.
 };
 
 // Takes the same time for a name whether ten prefixes are declared or a hundred thousand.
 class PacketPrefixes {
  public:
+  PacketPrefixes() = default;
+  PacketPrefixes(const PacketPrefixes&) = delete;
+  PacketPrefixes& operator=(const PacketPrefixes&) = delete;
+  ~PacketPrefixes() {
+    for (const PrefixBinding& binding : bindings_) releaseNamespace(binding.ns);
+  }
+
   // Before the declarations of an element, to be restored at its end.
   std::size_t mark() const noexcept { return bindings_.size(); }
   void restore(std::size_t mark) noexcept;
@@ -30,6 +38,8 @@ class PacketPrefixes {
   void declare(std::string_view prefix, std::string_view uri);
   // The innermost binding, or null.
   PrefixBinding* find(std::string_view prefix) noexcept;
+  // The binding's namespace, registered when this is the first time. REQUIRES: a URI.
+  static const Namespace* namespaceOf(PrefixBinding& binding);
 
  private:
   struct Hash {

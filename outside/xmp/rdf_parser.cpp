@@ -336,8 +336,7 @@ Name PacketParser::State::resolve(std::string_view qualified, bool isAttribute) 
       fail(ErrorId::kBadXML, "the prefix of " + shown(qualified) + " is not declared");
     return {usual, local};
   }
-  if (binding->ns == nullptr) binding->ns = registerNamespace(binding->uri, binding->prefix);
-  return {binding->ns, local};
+  return {PacketPrefixes::namespaceOf(*binding), local};
 }
 
 // RDF's own attributes are also taken without prefix, as RDF had them at first.

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <deque>
 #include <functional>
 #include <iterator>
+#include <list>
 #include <random>
 #include <unordered_map>
 #include <vector>
@@ -142,6 +142,10 @@ constexpr Standard kStandards[] = {
 // Namespaces in XML 1.0, section 3: bound to the prefix xmlns, and must not be declared.
 constexpr std::string_view kDeclarationURI = "http://www.w3.org/2000/xmlns/";
 
+// False when the process ends and the registry is gone. Objects that a program's own static destructors release are
+// later than that.
+constinit bool recordsLive = false;
+
 class Registry {
  public:
   static Registry& instance() {
@@ -156,7 +160,11 @@ class Registry {
     }
     wellKnown_ = {find(kStandards[0].uri), find(kStandards[1].uri), find(kStandards[2].uri), find(kStandards[3].uri),
                   find(kStandards[4].uri)};
+    recordsLive = true;
   }
+  Registry(const Registry&) = delete;
+  Registry& operator=(const Registry&) = delete;
+  ~Registry() { recordsLive = false; }
 
   const WellKnown& wellKnown() const noexcept { return wellKnown_; }
   std::size_t count() const noexcept { return count_; }
@@ -181,13 +189,15 @@ class Registry {
     return place != byPrefix_.end() && place->second->known ? place->second : nullptr;
   }
 
-  const Namespace* intern(std::string_view uri, std::string_view suggestedPrefix) {
-    if (const Namespace* known = find(uri)) return known;
+  Namespace* intern(std::string_view uri, std::string_view suggestedPrefix) {
+    const auto known = byURI_.find(uri);
+    if (known != byURI_.end() && known->second->known) return known->second;
     if (uri.empty() || uri == kDeclarationURI || !isCleanText(uri)) {
       throw ToolkitError(ErrorId::kBadSchema, "'" + repairText(uri) + "' cannot be a namespace");
     }
     if (!suggestedPrefix.empty() && suggestedPrefix.back() == ':') suggestedPrefix.remove_suffix(1);
     if (!isXMLName(suggestedPrefix) || suggestedPrefix == "xmlns") suggestedPrefix = {};
+    if (fresh_ >= std::max(kForgetAfter, records_.size() / 2)) forgetUnused();
     const auto place = byURI_.find(uri);
     if (place == byURI_.end()) return add(uri, freePrefix(suggestedPrefix, nullptr));
     Namespace* record = place->second;
@@ -206,6 +216,7 @@ class Registry {
     }
     sorted_.clear();
     place->second->known = false;
+    place->second->kept = false;
     --count_;
     return true;
   }
@@ -226,6 +237,27 @@ class Registry {
   }
 
  private:
+  // New records between two looks for those that nobody uses. At least as many as there are old ones, so that looking
+  // costs each a fixed time, however many are in use.
+  static constexpr std::size_t kForgetAfter = 4096;
+
+  void forgetUnused() noexcept {
+    for (auto record = records_.begin(); record != records_.end();) {
+      if (record->standard || record->kept || record->uses != 0) {
+        ++record;
+        continue;
+      }
+      if (record->known) --count_;
+      byURI_.erase(byURI_.find(std::string_view(record->uri)));
+      byPrefix_.erase(byPrefix_.find(std::string_view(record->prefix)));
+      record = records_.erase(record);
+    }
+    std::fill(std::begin(recent_), std::end(recent_), nullptr);
+    sorted_.clear();
+    lastNumber_.clear();
+    fresh_ = 0;
+  }
+
   Namespace* add(std::string_view uri, std::string_view prefix) {
     Namespace* record =
         &records_.emplace_back(Namespace{std::string(uri), std::string(prefix), hashText(uri), true, false});
@@ -239,6 +271,7 @@ class Registry {
     }
     sorted_.clear();
     ++count_;
+    ++fresh_;
     return record;
   }
 
@@ -267,13 +300,14 @@ class Registry {
     }
   }
 
-  std::deque<Namespace> records_;
+  std::list<Namespace> records_;
   std::unordered_map<std::string, Namespace*, TextHash, std::equal_to<>> byURI_;
   std::unordered_map<std::string, Namespace*, TextHash, std::equal_to<>> byPrefix_;
   // Where to go on counting, so that a packet of ten thousand namespaces that want one prefix takes no longer for it.
   std::unordered_map<std::string, std::uint32_t> lastNumber_;
   std::vector<const Namespace*> sorted_;  // Empty when it has to be made anew.
   std::size_t count_ = 0;
+  std::size_t fresh_ = 0;  // Made since the last look for unused ones.
   WellKnown wellKnown_{};
   const Namespace* recent_[4] = {};
   std::size_t nextRecent_ = 0;
@@ -305,6 +339,20 @@ const Namespace* findPrefix(std::string_view prefix) noexcept {
 
 const Namespace* registerNamespace(std::string_view uri, std::string_view suggestedPrefix) {
   return Registry::instance().intern(uri, suggestedPrefix);
+}
+
+const Namespace* keepNamespace(std::string_view uri, std::string_view suggestedPrefix) {
+  Namespace* record = Registry::instance().intern(uri, suggestedPrefix);
+  record->kept = true;
+  return record;
+}
+
+void useNamespace(const Namespace* ns) noexcept {
+  if (ns != nullptr) ++ns->uses;
+}
+
+void releaseNamespace(const Namespace* ns) noexcept {
+  if (ns != nullptr && recordsLive) --ns->uses;
 }
 
 bool deleteNamespace(std::string_view uri) {

@@ -1,6 +1,9 @@
-// The namespace registry: each namespace URI that the process has met is one record that lives as long as the process,
-// so that nodes name their namespace by a pointer and two names are compared without looking at a URI. Includes nothing
-// of the tree. One thread at a time.
+// The namespace registry: each namespace URI that the process has met is one record, so that nodes name their namespace
+// by a pointer and two names are compared without looking at a URI. Includes nothing of the tree. One thread at a time.
+//
+// A record lives while anything uses it, and beyond that until some thousand others have come: a host that runs for
+// months reads packets of any number of namespaces, and nobody asks for most of them again. The standard's own, and
+// those that a client has registered, stay.
 #ifndef LXBRIDGE_OUTSIDE_XMP_REGISTRY_H_
 #define LXBRIDGE_OUTSIDE_XMP_REGISTRY_H_
 
@@ -19,7 +22,14 @@ struct Namespace {
   std::uint32_t hash;  // Of the URI.
   bool known;          // False after deletion: the URI and the prefix are found no more.
   bool standard;       // Cannot be deleted, keeps its prefix.
+  bool kept = false;   // A client wants it, whether or not it is used.
+  mutable std::size_t uses = 0;
 };
+
+// Between these two a record stays where it is. Null: nothing. What neither uses a record nor keeps it must not hold it
+// over a registerNamespace.
+void useNamespace(const Namespace* ns) noexcept;
+void releaseNamespace(const Namespace* ns) noexcept;
 
 // The record of a URI that is known, or null.
 const Namespace* findNamespace(std::string_view uri) noexcept;
@@ -29,6 +39,8 @@ const Namespace* findPrefix(std::string_view prefix) noexcept;
 // number behind it; one that is empty or no XML name is replaced by a generated one. Raises kBadSchema for an empty
 // URI.
 const Namespace* registerNamespace(std::string_view uri, std::string_view suggestedPrefix);
+// The same for a client: the namespace stays until it is deleted.
+const Namespace* keepNamespace(std::string_view uri, std::string_view suggestedPrefix);
 // False when there is no such URI. Raises kStandardNamespace for the standard's own.
 bool deleteNamespace(std::string_view uri);
 std::size_t countNamespaces() noexcept;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "outside/xmp/errors.h"
+#include "outside/xmp/rdf.h"
 
 namespace velto::test {
 namespace {
@@ -73,6 +74,60 @@ TEST(Registry, NamespacesAreListedOnceByPrefix) {
   }
   EXPECT_EQ(namespaceAt(countNamespaces()), nullptr);
   EXPECT_EQ(uris.count("http://listed.example/"), 1u);
+}
+
+// What stands before and behind the properties of a packet, and those of so many namespaces of a kind.
+constexpr char kStart[] =
+    "<r:RDF xmlns:r='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><r:Description xmlns:u='http://used.example/'>";
+constexpr char kEnd[] = "</r:Description></r:RDF>";
+
+std::string propertiesOfManyNamespaces(const std::string& kind, int count) {
+  std::string text;
+  for (int at = 0; at < count; ++at) {
+    text += "<n:p xmlns:n='http://" + kind + ".example/" + std::to_string(at) + "'>1</n:p>";
+  }
+  return text;
+}
+
+void parse(PacketParser& parser, const std::string& packet, bool last = true) {
+  parser.feed(packet.data(), packet.size(), last);
+}
+
+TEST(Registry, WhatOnlyPacketsOfThePastHaveUsedIsForgottenAfterSomeThousand) {
+  PacketParser living;
+  parse(living, kStart + std::string("<u:a>1</u:a>") + kEnd);
+  PacketParser halfFed;  // The blanks, so that this is parsed now.
+  parse(halfFed,
+        kStart + std::string("<u:a>1</u:a><h:s xmlns:h='http://half.example/' r:parseType='Resource'><h:f/>") +
+            std::string(5000, ' '),
+        false);
+  const std::string prefix = findNamespace("http://half.example/")->prefix;
+  const Namespace* kept = keepNamespace("http://kept.example/", "kept");
+  registerNamespace("http://unused.example/", "unused");
+
+  const std::size_t before = countNamespaces();
+  for (int packet = 0; packet < 6; ++packet) {
+    PacketParser parser;
+    parse(parser, kStart + propertiesOfManyNamespaces(std::to_string(packet), 5000) + kEnd);
+    EXPECT_EQ(parser.result().root()->children.size(), 5000u) << packet;
+  }
+  EXPECT_LT(countNamespaces(), before + 3 * 5000);
+  EXPECT_EQ(findNamespace("http://unused.example/"), nullptr);
+  EXPECT_EQ(findNamespace("http://0.example/0"), nullptr);
+  EXPECT_EQ(findPrefix("unused"), nullptr);
+  EXPECT_EQ(findPrefix("kept"), kept);
+
+  const Namespace* used = findNamespace("http://used.example/");
+  ASSERT_NE(used, nullptr);
+  EXPECT_NE(living.result().findSchema(used), nullptr);
+  parse(halfFed, std::string("<h:g>2</h:g></h:s><h:t xmlns:h='http://half.example/'/>") + kEnd);
+  const Namespace* half = findNamespace("http://half.example/");
+  ASSERT_NE(half, nullptr);
+  EXPECT_EQ(half->prefix, prefix);
+  const Node* schema = halfFed.result().findSchema(half);
+  ASSERT_NE(schema, nullptr);
+  EXPECT_EQ(schema->children.size(), 2u);
+  EXPECT_EQ(schema->children.first()->children.size(), 2u);
 }
 
 }  // namespace

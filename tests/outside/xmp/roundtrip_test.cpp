@@ -34,7 +34,7 @@ class Builder {
     for (const char* uri :
          {"http://purl.org/dc/elements/1.1/", "http://ns.adobe.com/exif/1.0/", "http://test.example/t/",
           "http://test.example/a?b&c<d>\"'\t#", "\xC3\xA4:\xF0\x9F\x93\xB7"}) {
-      namespaces_.push_back(registerNamespace(uri, "t"));
+      namespaces_.push_back(keepNamespace(uri, "t"));
     }
   }
 
@@ -176,7 +176,7 @@ TEST(RoundTrip, RandomObjectsReadBackEqual) {
 
 // Whatever code point the toolkit takes in a name or keeps in a value, the reader takes too.
 TEST(RoundTrip, EveryCharacterThatIsTakenReadsBack) {
-  const Namespace* ns = registerNamespace("http://test.example/t/", "t");
+  const Namespace* ns = keepNamespace("http://test.example/t/", "t");
   Object object;
   Node* const schema = object.ensureSchema(ns);
   std::string value;
