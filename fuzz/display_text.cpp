@@ -98,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   lxfuzz::InstallMemory();
   lxfuzz::Input in(data, size);
   const std::uint8_t how = in.Byte();
-  const std::uint16_t type = in.Byte() % (kLxTypeCount + 1);
+  const auto type = static_cast<std::uint16_t>(in.Byte() % (kLxTypeCount + 1));
   const std::size_t page = in.Byte();
   const Tag& tag = kTags[(page << 8 | in.Byte()) % kTags.size()];
   // Bytes of exactly the value's length, so that AddressSanitizer sees a read behind it.

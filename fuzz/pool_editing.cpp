@@ -26,7 +26,7 @@ const char* NameIn(const char* nameSpace, std::uint8_t which) {
   if (entry == nullptr) return "Make";
   std::size_t count = 0;
   while (entry->dictionary[count].name != nullptr) ++count;
-  return entry->dictionary[which % count].name;
+  return count != 0 ? entry->dictionary[which % count].name : "";
 }
 
 const char* TypeOf(std::uint8_t which) {
