@@ -1,4 +1,5 @@
 // The methods of a toolkit object. May use all of the toolkit.
+#include <cassert>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -370,6 +371,7 @@ class Visit {
 
   bool run(const Node* node, std::uint32_t depth, const Namespace* context) {
     const Namespace* ns = node->ns != nullptr ? node->ns : context;
+    assert(ns != nullptr);  // A schema and a property have one of their own.
     const XMPVisitedNode seen = {depth,
                                  reportedOptions(node),
                                  ns->uri.c_str(),
