@@ -25,7 +25,10 @@ void FormatVersionInfo(LxMetadataItem* item) noexcept {
   while (last < length && item->value[last] != 0) last += 2;
   const auto count = static_cast<std::size_t>((last - first) / 2);
   auto* text = static_cast<char*>(LxAlloc(count + 1));
-  if (text == nullptr) return;
+  if (text == nullptr) {
+    LxNoteError(kLxOutOfMemory);
+    return;
+  }
   for (std::size_t i = 0; i < count; ++i) {
     text[i] = static_cast<char>(item->value[first + 2 * static_cast<std::int64_t>(i)]);
   }
@@ -62,7 +65,11 @@ void FormatByNames(int order, LxMetadataItem* item, const LxValueName* names) no
 }  // namespace
 
 void LxShowOwned(LxMetadataItem* item, char* text) noexcept {
-  if (text != nullptr) LxSetDisplayText(item, text, true);
+  if (text != nullptr) {
+    LxSetDisplayText(item, text, true);
+  } else {
+    LxNoteError(kLxOutOfMemory);
+  }
 }
 
 void LxShowBuffer(LxMetadataItem* item, const LxDisplayBuffer& buffer) noexcept {

@@ -231,7 +231,10 @@ void LxFormatNamedValue(int order, LxMetadataItem* item, const LxValueName* name
   if (item->valueLength / size == 1) item->valueLabel = element.entry != nullptr ? element.entry->label : nullptr;
 
   auto* text = static_cast<char*>(LxAlloc(total));
-  if (text == nullptr) return;
+  if (text == nullptr) {
+    LxNoteError(kLxOutOfMemory);
+    return;
+  }
   char* end = text;
   for (std::int32_t at = 0; shown - at >= size; at += size) {
     NameElement(LowBits(item->value + at, size, order), names, &element);

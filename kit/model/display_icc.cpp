@@ -3,6 +3,8 @@
 #include <cstring>
 
 #include "kit/base/byte_order.h"
+#include "kit/base/memory.h"
+#include "kit/base/result.h"
 #include "kit/model/display.h"
 #include "kit/model/display_parts.h"
 #include "kit/model/text_encoding.h"
@@ -100,7 +102,10 @@ bool LxFindIccDescription(const std::uint8_t* profile, std::int32_t length, std:
 
 char* LxIccDescription(const std::uint8_t* profile, std::int32_t length) noexcept {
   Description description;
-  return FindDescription(profile, length, &description) ? ToUtf8(description) : nullptr;
+  if (!FindDescription(profile, length, &description)) return nullptr;
+  char* text = ToUtf8(description);
+  if (text == nullptr) LxNoteError(kLxOutOfMemory);
+  return text;
 }
 
 // A description that cannot be read is treated as one that is not there: the caller then shows the bytes.

@@ -76,7 +76,7 @@ inline void LxAppendFixed(LxDisplayBuffer* out, double value, int digits) noexce
 
 // Gives the item a copy of the buffer as its own display text. Without memory the display text stays.
 void LxShowBuffer(LxMetadataItem* item, const LxDisplayBuffer& buffer) noexcept;
-// Gives the item a text from LxAlloc, which becomes its own; null (no memory) changes nothing.
+// Gives the item a text from LxAlloc, which becomes its own; null (no memory) changes nothing but the first-error slot.
 void LxShowOwned(LxMetadataItem* item, char* text) noexcept;
 // Gives the item a copy of the bytes up to their first zero byte.
 void LxShowCopy(LxMetadataItem* item, const std::uint8_t* bytes, std::size_t length) noexcept;

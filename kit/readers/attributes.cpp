@@ -6,10 +6,11 @@
 #include <iterator>
 
 #include "kit/base/byte_order.h"
+#include "kit/base/memory.h"
+#include "kit/model/find_items.h"
 #include "kit/model/tables/tables.h"
 #include "kit/model/value.h"
 #include "kit/readers/dispatch.h"
-#include "kit/model/find_items.h"
 #include "kit/readers/jpeg_quality.h"
 
 namespace {
@@ -18,7 +19,10 @@ namespace {
 LxResult ReadWholeFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool,
                        const LxNamespaceDescriptor& descriptor) noexcept {
   pool->blocks = LxNewBlockCache(stream, fileSize);
-  if (pool->blocks == nullptr) return kLxOutOfMemory;
+  if (pool->blocks == nullptr) {
+    LxNoteError(kLxOutOfMemory);
+    return kLxOutOfMemory;
+  }
   const auto size = static_cast<std::uint32_t>(fileSize);
   LxParseContext context;
   LxInitParseContext(&context, fileSize);

@@ -5,10 +5,10 @@
 
 #include <iterator>
 
+#include "kit/model/find_items.h"
 #include "kit/model/pool_edit.h"
 #include "kit/model/pool_walk.h"
 #include "kit/model/value.h"
-#include "kit/model/find_items.h"
 
 namespace {
 

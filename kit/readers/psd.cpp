@@ -57,7 +57,10 @@ bool ReadLength(LxBlockCache* cache, std::uint64_t position, std::uint32_t* leng
 
 LxResult LxReadPsdFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept {
   LxBlockCache* cache = LxNewBlockCache(stream, fileSize);
-  if (cache == nullptr) return kLxOutOfMemory;
+  if (cache == nullptr) {
+    LxNoteError(kLxOutOfMemory);
+    return kLxOutOfMemory;
+  }
   pool->blocks = cache;
   if (!ReadHeader(cache, pool)) return kLxBadReadFormat;
 

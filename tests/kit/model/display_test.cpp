@@ -578,6 +578,7 @@ TEST_F(Display, WithoutMemoryOrValueTheDisplayTextStays) {
     item.record().valueLength = static_cast<std::int32_t>(c.bytes.size());
     EXPECT_NE(item.Show(0, c.descriptor), "before");
   }
+  EXPECT_EQ(LxFirstError(), kLxOutOfMemory);
 }
 
 TEST_F(Display, AnyBytesInAnyFormatGiveATextOfTheirOwnOrOneWithinTheValue) {
