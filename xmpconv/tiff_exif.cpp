@@ -276,7 +276,8 @@ bool MapByTag(const TagRow (&rows)[kCount], LxConversion& conversion, const LxMe
     return false;
   }
   // A generated name begins with a space and can be the name of no XML element (Namespaces in XML 1.0, 3). The toolkit
-  // would say so by an error for each such tag, and raising it costs more than the rest of a tag's conversion.
+  // would say so by an error for each such tag, and raising it costs more than the rest of a tag's conversion; and for
+  // a struct, whose field paths are composed unguarded, that error would end the import of a file with one stray tag.
   if (item->name[0] == ' ') return false;
   const TagRow* const row = FindRow(rows, item->tagId);
   return row && row->rule(conversion, item, schema, row->partner);

@@ -64,8 +64,9 @@ TEST_F(TiffExifTest, ItemsAreMappedWhenTypeAndLengthFitTheirRule) {
       {"tiff", "ImageDescription", 0x010E, kLxTypeUndefined, {'s', 'e', 'a', 0}, ""},
       {"exif", "Gamma", 0xA500, kLxTypeRational, {22, 10}, ""},  // In no table.
       {"exif", "SubSecTime", 0x9290, kLxTypeAscii, {'1', 0}, ""},
-      {"tiff", "ExposureTime", 0x829A, kLxTypeRational, {1, 250}, ""},  // Not in this namespace.
-      {"exif", " 9214", 0x9214, kLxTypeShort, {1, 2}, ""},              // No name that XMP can hold.
+      {"tiff", "ExposureTime", 0x829A, kLxTypeRational, {1, 250}, ""},      // Not in this namespace.
+      {"exif", " 9214", 0x9214, kLxTypeShort, {1, 2}, ""},                  // No name that XMP can hold.
+      {"gps", " a302", 0xA302, kLxTypeByte, {0, 2, 0, 2, 0, 1, 1, 2}, ""},  // Nor the path of a struct's field.
   };
   for (const auto& c : cases) {
     for (const Order order : {kBig, kLittle}) {
