@@ -17,7 +17,7 @@ constexpr PathProblem kNotAName = {ErrorId::kBadName, "a name is no XML name"};
 constexpr PathProblem kNoPrefix = {ErrorId::kBadPath, "the name of a field or qualifier needs a prefix"};
 constexpr PathProblem kNoStep = {ErrorId::kBadPath, "a name can be followed by '/' or '[' only"};
 constexpr PathProblem kBadSelector = {ErrorId::kBadPath, "in '[]' stands an index, last() or a name with its value"};
-constexpr PathProblem kOutsideArray = {ErrorId::kBadIndex, "array indexes count from 1"};
+constexpr PathProblem kOutsideArray = {ErrorId::kBadIndex, "an array index is 1 to 2147483647"};
 constexpr PathProblem kNotALanguage = {ErrorId::kBadLanguage, "the value of xml:lang is no language tag"};
 constexpr PathProblem kBelowLimit = {ErrorId::kTooDeep, "the path leads too deep"};
 
