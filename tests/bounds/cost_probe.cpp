@@ -1,13 +1,13 @@
-// Imports one hostile file and says what it cost: lx_cost_probe NAME SIZE prints "seconds peak-bytes file-bytes items"
-// (of the processor);
-// without arguments it lists the names. A process of its own, so that no file pays for the memory of another, and so
-// that a profiler can count the instructions of LxProbedImport alone.
+// Imports one hostile file and says what it cost: lx_cost_probe NAME SIZE prints "seconds peak-bytes file-bytes items",
+// the seconds being the processor's. Without arguments it lists the names. A process of its own, so that no file pays
+// for the memory of another, and so that a profiler can count the instructions of LxProbedImport alone.
 #include <malloc.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -16,6 +16,7 @@
 #include "clients/xmp/xmp_client.h"
 #include "kit/base/memory.h"
 #include "tests/bounds/hostile_files.h"
+#include "tests/support/bytes.h"
 #include "tests/support/pool_support.h"
 
 namespace {
@@ -48,17 +49,8 @@ int main(int argc, char** argv) {
   }
   for (const lxtest::HostileFile& file : lxtest::HostileFiles()) {
     if (std::strcmp(file.name, argv[1]) != 0) continue;
-    std::size_t size = 0;
-    std::string path;
-    {
-      const lxtest::Bytes bytes = file.make(std::strtoul(argv[2], nullptr, 10));
-      size = bytes.size();
-      path = std::string(std::getenv("TMPDIR") != nullptr ? std::getenv("TMPDIR") : "/tmp") + "/lx-hostile-XXXXXX";
-      const int descriptor = mkstemp(path.data());
-      if (descriptor < 0) return 1;
-      std::ofstream(path, std::ios::binary)
-          .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(size));
-    }
+    const lxtest::TempFile saved(file.make(std::strtoul(argv[2], nullptr, 10)));
+    const std::string& path = saved.path();
     LxInstallMemProcs(LxRuntimeMemProcs());
     if (!TAL_T_NMT::StartBrokerClient(TALOrdinal5()) || !StartXMPClient(TALOrdinal5())) return 1;
     ResetPeak();
@@ -70,8 +62,8 @@ int main(int argc, char** argv) {
     const lxtest::PoolPtr pool = lxtest::ReadPoolFromPath(path);
     const testing::AssertionResult sound = lxtest::IsWellFormed(*pool);
     if (!sound) std::fprintf(stderr, "%s\n", sound.message());
-    std::remove(path.c_str());
-    std::printf("%.3f %zu %zu %zu\n", took, peak > before ? peak - before : 0, size, lxtest::AllItems(*pool).size());
+    std::printf("%.3f %zu %zu %zu\n", took, peak > before ? peak - before : 0,
+                static_cast<std::size_t>(std::filesystem::file_size(path)), lxtest::AllItems(*pool).size());
     if (!sound) return 1;
     StopXMPClient();
     TAL_T_NMT::ShutDownBrokerClient();
