@@ -1,5 +1,5 @@
-/* LxBridge: the metadata of an image file as one XMP object. This header is all that a host includes, from C or C++; the
- * library exports these five functions, with C linkage, and nothing else.
+/* LxBridge: the metadata of an image file as one XMP object. This header is all that a host includes, from C or C++;
+ * the library exports these five functions, with C linkage, and nothing else.
  *
  *   LxInterchangeInit();
  *   LxInterchangeHandle handle = LxInterchangeNew("photo.jpg");
@@ -11,8 +11,8 @@
  * independent of each other. Delete every handle before LxInterchangeTerm. After LxInterchangeTerm the library can be
  * initialised again. Nothing is started when the library is loaded.
  *
- * Threads. The library has no locks and starts no threads. It may be called from any thread, but from one at a time; the
- * same holds for what is reached through a CXMPMeta.
+ * Threads. The library has no locks and starts no threads. It may be called from any thread, but from one at a time;
+ * the same holds for what is reached through a CXMPMeta.
  *
  * Errors. A file that is missing, unreadable, damaged or of an unknown kind is no error: the XMP object then holds what
  * could be read, which may be nothing. What is an error leaves as a C++ exception, and only from LxInterchangeInit and
@@ -24,8 +24,8 @@
  *                          not start.
  * A host in C, or one that is built without exceptions, cannot catch them: they end the program.
  *
- * The library works on two others, the interface broker (TAL) and the XMP toolkit (VeltoXMP), which the host provides and
- * uses itself to work with the XMP object. No file is ever written.
+ * The library works on two others, the interface broker (TAL) and the XMP toolkit (VeltoXMP), which the host provides
+ * and uses itself to work with the XMP object. No file is ever written.
  */
 #ifndef LXBRIDGE_LXBRIDGE_H_
 #define LXBRIDGE_LXBRIDGE_H_
@@ -38,28 +38,31 @@ extern "C" {
 typedef struct CXMPMeta CXMPMeta;
 #endif
 
-/* CXMPMeta: the XMP object of one file, as the host's own client of the toolkit sees it. In memory it is three pointers:
- * a table of virtual functions whose only function is the destructor, the reference to the toolkit's object (a container
- * of the broker), and the table of that object's methods as this library has bound them. The host passes the object
- * reference to methods that its own client has bound. It never destroys the CXMPMeta and never gives the reference back;
- * to keep the object longer than its handle, it adds a reference of its own through the broker. */
+/* CXMPMeta: the XMP object of one file, as the host's own client of the toolkit sees it. In memory it is three
+ * pointers: a table of virtual functions whose only function is the destructor, the reference to the toolkit's object
+ * (a container of the broker), and the table of that object's methods as this library has bound them. The host passes
+ * the object reference to methods that its own client has bound. It never destroys the CXMPMeta and never gives the
+ * reference back; to keep the object longer than its handle, it adds a reference of its own through the broker. */
 
 /* One import. Opaque. */
 typedef struct LxInterchangeCell* LxInterchangeHandle;
 
 /* Starts the broker client, the toolkit client and the metadata kit. Always true; does nothing when the library is
- * initialised already. That the broker or the toolkit did not start is not told here: LxInterchangeNew then raises. Raises
- * CTALError "Missing Interface" when the broker has no memory interface; the library is not initialised then. */
+ * initialised already. That the broker or the toolkit did not start is not told here: LxInterchangeNew then raises.
+ * Raises CTALError "Missing Interface" when the broker has no memory or no container interface; the library is not
+ * initialised then. */
 bool LxInterchangeInit(void);
 
-/* Stops them in reverse order. Does nothing when the library is not initialised. */
+/* Stops them in reverse order, however often LxInterchangeInit was called: calls are not counted, so parts of a program
+ * that share the library agree on who calls it last. Does nothing when the library is not initialised. */
 void LxInterchangeTerm(void);
 
 /* Reads the file of a path and converts its metadata; the file is closed again when this returns. The path is
- * zero-terminated UTF-8, never null, on every system, and is copied. An empty path reads standard input, which has to be
- * seekable (from a pipe nothing is read) and stays open.
+ * zero-terminated UTF-8, never null, on every system, and is copied. An empty path reads standard input, which has to
+ * be seekable (from a pipe nothing is read) and stays open.
  *
- * Never null. The handle is the caller's, to be given to LxInterchangeDelete. Not initialised: raises std::logic_error. */
+ * Never null. The handle is the caller's, to be given to LxInterchangeDelete.
+ * Not initialised: raises std::logic_error. */
 LxInterchangeHandle LxInterchangeNew(const char* path);
 
 /* The handle's XMP object: the same address each time. It belongs to the handle and is valid until LxInterchangeDelete;
