@@ -80,8 +80,8 @@ constexpr char kBase64Digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrst
 constexpr std::array<std::int8_t, 256> makeBase64Values() {
   std::array<std::int8_t, 256> values{};
   for (std::int8_t& value : values) value = -1;
-  for (std::int8_t i = 0; i < 64; ++i) {
-    values[static_cast<std::uint8_t>(kBase64Digits[static_cast<std::size_t>(i)])] = i;
+  for (std::size_t i = 0; i < 64; ++i) {
+    values[static_cast<std::uint8_t>(kBase64Digits[i])] = static_cast<std::int8_t>(i);
   }
   return values;
 }
