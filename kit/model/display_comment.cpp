@@ -11,13 +11,6 @@ namespace {
 
 constexpr std::int32_t kCodeLength = 8;
 
-bool IsBlank(const LxMetadataItem* item) noexcept {
-  for (std::int32_t i = 0; i < item->valueLength; ++i) {
-    if (item->value[i] != 0 && item->value[i] != ' ') return false;
-  }
-  return true;
-}
-
 // Exif 2.2, table 6: the code is padded with zero bytes to 8. What stands behind its first zero byte tells nothing.
 bool HasCode(const LxMetadataItem* item, const char* code) noexcept {
   return std::strncmp(reinterpret_cast<const char*>(item->value), code, kCodeLength) == 0;
@@ -25,7 +18,7 @@ bool HasCode(const LxMetadataItem* item, const char* code) noexcept {
 
 // Exif 2.2, 4.6.5: the first eight bytes of UserComment name its character code.
 void FormatUserComment(int order, LxMetadataItem* item) noexcept {
-  if (IsBlank(item)) item->flags |= kLxDeleted;
+  if (LxIsBlank(item->value, static_cast<std::size_t>(item->valueLength))) item->flags |= kLxDeleted;
   if (item->valueLength <= kCodeLength) {
     LxFormatGenericValue(order, item);
     return;

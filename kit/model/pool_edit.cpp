@@ -1,5 +1,6 @@
 // The editing operations. Everything is allocated before anything is linked or changed, so a failure leaves the tree as
-// it was but for containers that stay empty. Touches pool.h, pool_walk.h, value.h, lookup.h and the constant tables.
+// it was but for containers that stay empty. Touches pool.h, pool_walk.h, value.h, lookup.h, text_scan.h and the
+// constant tables.
 #include "kit/model/pool_edit.h"
 
 #include <cstring>
@@ -10,6 +11,7 @@
 #include "kit/model/lookup.h"
 #include "kit/model/pool_walk.h"
 #include "kit/model/tables/tables.h"
+#include "kit/model/text_scan.h"
 #include "kit/model/value.h"
 
 namespace {
@@ -142,20 +144,13 @@ const LxStructureEntry* StructureOf(const LxMetadataItem* root) noexcept {
   return Same(root->nameSpace, "psdh") ? kLxPsdStructure : nullptr;
 }
 
-bool Blank(const std::uint8_t* bytes, std::int32_t length) noexcept {
-  for (std::int32_t i = 0; i < length; ++i) {
-    if (bytes[i] != 0 && bytes[i] != ' ') return false;
-  }
-  return true;
-}
-
 bool IsBlankText(const LxMetadataItem* item) noexcept {
-  constexpr std::int32_t kCharacterCode = 8;  // Exif 2.2, 4.6.5: UserComment begins with the code of its characters.
-  const std::int32_t length = item->value != nullptr ? item->valueLength : 0;
-  if (item->typeCode == kLxTypeAscii) return Blank(item->value, length);
+  constexpr std::size_t kCharacterCode = 8;  // Exif 2.2, 4.6.5: UserComment begins with the code of its characters.
+  const std::size_t length = item->value != nullptr ? static_cast<std::size_t>(item->valueLength) : 0;
+  if (item->typeCode == kLxTypeAscii) return LxIsBlank(item->value, length);
   if (item->typeCode != kLxTypeUndefined || item->nameSpace == nullptr) return false;
   if (!Same(item->nameSpace, "exif") || !Same(item->name, "UserComment")) return false;
-  return length <= kCharacterCode || Blank(item->value + kCharacterCode, length - kCharacterCode);
+  return length <= kCharacterCode || LxIsBlank(item->value + kCharacterCode, length - kCharacterCode);
 }
 
 }  // namespace
@@ -198,8 +193,8 @@ LxResult LxSetMetadataFromText(LxMetadataItem* item, const char* nameSpace, cons
 
 LxResult LxNewItemInNamespace(LxMetadataPool* pool, const char* nameSpace, LxMetadataItem** out) noexcept {
   *out = nullptr;
-  if (!Given(nameSpace))
-    return kLxBadParameter;  // A search for it would find the header and put the new item above it.
+  // A search for no namespace would find the header, and the new item would stand above it.
+  if (!Given(nameSpace)) return kLxBadParameter;
   LxMetadataItem* fresh = NewEmptyItem(0);
   if (fresh == nullptr) return kLxOutOfMemory;
 

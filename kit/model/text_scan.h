@@ -1,5 +1,4 @@
-// Fast scans over bytes that are perhaps text, for the text encodings and the display texts. Touches nothing else of
-// the tree.
+// Scans over bytes that are perhaps text. Touches nothing else of the tree.
 #ifndef LXBRIDGE_KIT_MODEL_TEXT_SCAN_H_
 #define LXBRIDGE_KIT_MODEL_TEXT_SCAN_H_
 
@@ -41,6 +40,14 @@
   }
   while (at < length && bytes[at] == 0) ++at;
   return at == length;
+}
+
+// Nothing but zero bytes and spaces, as cameras fill texts that nobody has written.
+[[nodiscard]] inline bool LxIsBlank(const std::uint8_t* bytes, std::size_t length) noexcept {
+  for (std::size_t i = 0; i < length; ++i) {
+    if (bytes[i] != 0 && bytes[i] != ' ') return false;
+  }
+  return true;
 }
 
 // The bytes in front of the first zero byte, or all.

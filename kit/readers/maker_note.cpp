@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "kit/base/byte_cursor.h"
+#include "kit/model/text_scan.h"
 #include "kit/model/value.h"
 #include "kit/readers/readers.h"
 
@@ -122,11 +123,10 @@ std::uint64_t CountBytesBelow(const std::uint8_t* bytes, std::uint64_t count, st
 
 // A text is plausible when zero bytes stand behind it only.
 std::uint64_t CountTextBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept {
-  const std::uint8_t* end = bytes + count;
-  const std::uint8_t* zero = std::find(bytes, end, std::uint8_t{0});
-  if (zero == end || std::any_of(zero, end, [](std::uint8_t b) { return b != 0; })) return 0;
-  const auto isText = [](std::uint8_t b) { return b == 0 || (b >= 0x20 && b <= 0x7E); };
-  return static_cast<std::uint64_t>(std::count_if(bytes, end, isText));
+  const auto length = static_cast<std::size_t>(count);
+  const std::size_t text = LxTextLength(bytes, length);
+  if (text == length || !LxIsZeroFilled(bytes + text, length - text)) return 0;
+  return static_cast<std::uint64_t>(std::count_if(bytes, bytes + text, LxIsPrintableByte)) + (length - text);
 }
 
 // How many elements look like what cameras write; false for a type that says nothing.
@@ -212,10 +212,8 @@ std::uint32_t LxChooseMakerNoteBase(LxBlockCache* cache, const LxParseRange& ran
 // The text of a Make or Model item: up to its zero byte or, where it has none, to its end.
 bool TextOf(const LxMetadataItem* item, const char** text, std::size_t* length) noexcept {
   if (item == nullptr || item->value == nullptr || item->valueLength < 0) return false;
-  const auto size = static_cast<std::size_t>(item->valueLength);
-  const void* zero = size == 0 ? nullptr : std::memchr(item->value, 0, size);
   *text = reinterpret_cast<const char*>(item->value);
-  *length = zero == nullptr ? size : static_cast<std::size_t>(static_cast<const std::uint8_t*>(zero) - item->value);
+  *length = LxTextLength(item->value, static_cast<std::size_t>(item->valueLength));
   return true;
 }
 
