@@ -1,5 +1,5 @@
 // The metadata pool: the in-memory picture of all metadata of one file, a tree of items, with the file's image
-// attributes and the blocks that the items' values point into. Uses kit/base and tag_record.h.
+// attributes and the blocks that the items' values point into. Uses kit/base.
 #ifndef LXBRIDGE_KIT_MODEL_POOL_H_
 #define LXBRIDGE_KIT_MODEL_POOL_H_
 
@@ -40,7 +40,7 @@ struct LxMetadataItem {
   struct LxItemSlab* slab;  // The block that the record itself lies in, or null: one of its own. Never copied with it.
 };
 
-// Image attributes, as their readers set them. The enumerations' names are in attribute_names.h.
+// Image attributes, as their readers set them.
 enum LxColourModel : std::int32_t {
   kLxColourUnknown = 0,
   kLxColourGray,

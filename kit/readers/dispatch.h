@@ -27,12 +27,10 @@ struct LxParseRange {
 // the bytes that their values name are bounded, far above any honest file; behind a bound a reader stops as on a failed
 // allocation and keeps what it has.
 // - Items: the smallest things that become items take 5 (an empty IPTC dataset) to 12 bytes (an IFD entry), and markers
-// of 2
-//   bytes do not come in thousands, so an item for each 4 bytes of the file is out of reach; small files, whose blocks
-//   may be read twice (IPTC in a TIFF tag and in a resource), have the constant.
+//   of 2 bytes do not come in thousands, so an item for each 4 bytes of the file is out of reach; small files, whose
+//   blocks may be read twice (IPTC in a TIFF tag and in a resource), have the constant.
 // - Value bytes: a block is named by its segment, by the entry that holds it and by the entries inside; nested blocks
-// are named
-//   at most five times (Exif in a resource in a TIFF tag), and no file consists of those alone.
+//   are named at most five times (Exif in a resource in a TIFF tag), and no file consists of those alone.
 // - Levels: a pool walk reaches 30. Honest nesting ends at 14 (a thumbnail's segments below a maker note's sub-IFD).
 struct LxParseBudget {
   std::int64_t items;       // Items that may still be made.
@@ -110,8 +108,8 @@ void LxAppendItems(LxItemList* list, LxMetadataItem* first) noexcept;
 [[nodiscard]] bool LxEnterLevel(LxParseContext* context) noexcept;
 void LxLeaveLevel(LxParseContext* context) noexcept;
 
-// Gives an item its name, label, flags and display text: by the record when there is one, else by the generated name "
-// %04x" of its tag id (`decimalName`: " %d") and its type. The record's type code is not applied. The display text
+// Gives an item its name, label, flags and display text: by the record when there is one, else by its type, with the
+// generated name " %04x" of its tag id (`decimalName`: " %d"). The record's type code is not applied. The display text
 // reads numbers in the context's byte order.
 void LxApplyTagRecord(const LxParseContext* context, LxMetadataItem* item, const LxTagRecord* record,
                       bool decimalName) noexcept;
