@@ -90,6 +90,18 @@ HostSession::~HostSession() {
   TAL_T_NMT::ShutDownBrokerClient();
 }
 
+bool SchemaOfPrefix(const char* prefix, std::string* schema) {
+  const XMPMetaStatics& statics = XMPStatics();
+  XMPTextOut text = {nullptr, 0};
+  std::uint8_t found = 0;
+  ThrowIfError(statics.getNamespaceURI(prefix, &text, &found));
+  std::string copy;
+  TakeText(text, &copy, [&] { return statics.unlockStatics(0); });
+  if (found == 0) return false;
+  *schema = std::move(copy);
+  return true;
+}
+
 XmpView::XmpView(CXMPMeta* meta) : object_(meta->Object()) {}
 
 // Asked for each call, since a broker whose interfaces change gives other procedures.

@@ -32,6 +32,10 @@ class HostSession {
   HostSession& operator=(const HostSession&) = delete;
 };
 
+// The namespace URI that a prefix ("tiff", without colon) stands for among those that the toolkit knows. False: it
+// knows no such prefix. Raises as a view does.
+[[nodiscard]] bool SchemaOfPrefix(const char* prefix, std::string* schema);
+
 // A copy of one node of the XMP data model (ISO 16684-1, 6.3) and all that belongs to it.
 struct XmpNode {
   std::string schema;         // Namespace URI of the name; "" for an array item.

@@ -1,5 +1,4 @@
-// The work of the command, one function a subcommand. Each goes through the files in order and returns the exit status.
-// Uses options.h.
+// The work of the command: all files of a call. Uses options.h.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_COMMANDS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_COMMANDS_H_
 
@@ -11,16 +10,8 @@ inline constexpr int kExitOk = 0;
 inline constexpr int kExitFileFailed = 1;
 inline constexpr int kExitUsage = 2;
 
-// Through the library's exported functions; xmp_command.cpp.
-[[nodiscard]] int RunXmp(const Options& options);
-
-// Through the kit; pool_command.cpp.
-[[nodiscard]] int RunPool(const Options& options);
-
-// The library's path of a FILE of the command line: "-" is the empty path, standard input.
-[[nodiscard]] inline const char* LibraryPath(const char* file) {
-  return file[0] == '-' && file[1] == '\0' ? "" : file;
-}
+// Does the files in order, here or in worker processes, prints what they give and returns the exit status.
+[[nodiscard]] int RunFiles(const Options& options);
 
 }  // namespace lxbridge::command
 

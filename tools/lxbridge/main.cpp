@@ -26,11 +26,10 @@ int Run(int argc, char** argv) {
     case command::Action::kVersion:
       return command::WriteResult(command::VersionText()) ? command::kExitOk : command::kExitFileFailed;
     case command::Action::kPool:
-      return command::RunPool(options);
     case command::Action::kXmp:
       break;
   }
-  return command::RunXmp(options);
+  return command::RunFiles(options);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Standard output and standard error. Uses kit/base/platform.h.
+// Standard output and standard error. Uses kit/base/platform.h and system.h.
 #include "tools/lxbridge/output.h"
 
 #include <cerrno>
@@ -7,26 +7,31 @@
 #include <string>
 
 #include "kit/base/platform.h"
+#include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
 
 bool WriteResult(std::string_view text) {
-  errno = 0;
-  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return true;
-  if (!LxPlatformIsClosedPipe(errno)) ReportFile("standard output", std::strerror(errno));
+  if (WriteStandardOutput(text)) return true;
+  const int error = errno;
+  if (!LxPlatformIsClosedPipe(error)) WriteMessages(FileMessage("standard output", std::strerror(error)));
   return false;
 }
 
-void ReportFile(std::string_view file, std::string_view what) {
-  std::string line(file);
-  ReportLines(line.append(": ").append(what));
+std::string FileMessage(std::string_view file, std::string_view what) {
+  std::string line = "lxbridge: " + OnOneLine(file);
+  return line.append(": ").append(OnOneLine(what)).append("\n");
+}
+
+void WriteMessages(std::string_view lines) {
+  // Where it cannot be written there is nobody left to tell.
+  (void)std::fwrite(lines.data(), 1, lines.size(), stderr);
 }
 
 void ReportLines(std::string_view line, std::string_view nextLine) {
   std::string lines = "lxbridge: " + OnOneLine(line) + '\n';
   if (!nextLine.empty()) lines.append(nextLine).push_back('\n');
-  // One call, so that lines of several processes do not mix. Where it cannot be written there is nobody left to tell.
-  (void)std::fwrite(lines.data(), 1, lines.size(), stderr);
+  WriteMessages(lines);
 }
 
 std::string OnOneLine(std::string_view text) {

@@ -1,4 +1,4 @@
-// Where results and messages go. Touches nothing else of the tree.
+// Where results and messages go. Uses system.h.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 
@@ -7,12 +7,15 @@
 
 namespace lxbridge::command {
 
-// Writes the whole text to standard output and flushes it, so that what one file gives is out before the next is read.
-// False: it could not be written, which is said on standard error unless the reader of a pipe has gone.
+// Writes the whole text to standard output. False: it could not be written, which is said on standard error unless the
+// reader of a pipe has gone.
 [[nodiscard]] bool WriteResult(std::string_view text);
 
-// One line "lxbridge: FILE: WHAT" on standard error.
-void ReportFile(std::string_view file, std::string_view what);
+// The line "lxbridge: FILE: WHAT", with its end.
+[[nodiscard]] std::string FileMessage(std::string_view file, std::string_view what);
+
+// On standard error, in one write, so that lines of several processes do not mix.
+void WriteMessages(std::string_view lines);
 
 // The lines "lxbridge: LINE" on standard error, in one write.
 void ReportLines(std::string_view line, std::string_view nextLine = "");

@@ -7,13 +7,13 @@
 #include <string_view>
 
 #include "kit/base/memory.h"
-#include "kit/base/platform.h"
 #include "kit/base/result.h"
 #include "kit/model/pool.h"
 #include "kit/readers/read_file.h"
-#include "tools/lxbridge/commands.h"
+#include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/json_writer.h"
 #include "tools/lxbridge/output.h"
+#include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
 
@@ -180,36 +180,43 @@ void WriteText(std::string* out, const char* file, const LxMetadataPool& pool, b
   AppendTree(out, pool.root, 1, all);
 }
 
-}  // namespace
+class PoolWork : public FileWork {
+ public:
+  explicit PoolWork(const Options& options) : options_(options) { LxInstallMemProcs(LxRuntimeMemProcs()); }
 
-int RunPool(const Options& options) {
-  LxInstallMemProcs(LxRuntimeMemProcs());
-  int exitStatus = kExitOk;
-  std::string out;
-  for (const char* file : options.files) {
-    const char* path = LibraryPath(file);
-    if (*path != '\0' && LxPlatformIsDirectory(path)) {
-      ReportFile(file, "is a directory");
-      exitStatus = kExitFileFailed;
-      continue;
+  void Do(const Input& input, FileResult* result) override {
+    const char* file = input.name.c_str();
+    const char* path = LibraryPath(input.name);
+    if (*path != '\0') {
+      const PathFacts facts = LookAtPath(path);
+      result->bytes = facts.bytes;
+      if (facts.kind == PathFacts::Kind::kFolder) return result->Fail(file, "is a directory");
+      if (input.walked && !HasReader(path, &result->kind)) {
+        result->passedOver = true;
+        return;
+      }
     }
     const PoolPtr pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
     const LxResult status = LxReadFileIntoPool(pool.get(), path);
-    if (status < 0) {
-      ReportFile(file, StatusName(status));
-      exitStatus = kExitFileFailed;
-    }
-    if (status == kLxNotFound) continue;
-    out.clear();
-    if (options.format == Format::kJson) {
-      WriteJson(&out, file, status, *pool);
+    if (status < 0) result->Fail(file, StatusName(status));
+    if (status == kLxNotFound) return;
+    result->kind = static_cast<std::uint8_t>(pool->fileKind);
+    if (options_.format == Format::kJson) {
+      WriteJson(&result->out, file, status, *pool);
     } else {
-      WriteText(&out, file, *pool, options.all);
+      WriteText(&result->out, file, *pool, options_.all);
     }
-    if (!WriteResult(out)) return kExitFileFailed;
   }
-  return exitStatus;
+
+ private:
+  const Options& options_;
+};
+
+}  // namespace
+
+std::unique_ptr<FileWork> MakePoolWork(const Options& options) {
+  return std::make_unique<PoolWork>(options);
 }
 
 }  // namespace lxbridge::command

@@ -11,12 +11,12 @@
 #include "api/include/lxbridge/lxbridge.h"
 #include "host/xmp_view.h"
 #include "kit/base/memory.h"
-#include "kit/base/platform.h"
 #include "kit/base/result.h"
 #include "kit/base/stream.h"
-#include "tools/lxbridge/commands.h"
+#include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/json_writer.h"
-#include "tools/lxbridge/output.h"
+#include "tools/lxbridge/system.h"
+#include "tools/lxbridge/table.h"
 
 namespace lxbridge::command {
 
@@ -26,6 +26,7 @@ namespace {
 class Library {
  public:
   Library() {
+    LxInstallMemProcs(LxRuntimeMemProcs());
     if (!LxInterchangeInit()) throw std::runtime_error("the library did not start");
   }
   ~Library() { LxInterchangeTerm(); }
@@ -99,9 +100,8 @@ void WriteNode(JsonWriter* json, const XmpNode& node) {
   json->EndObject();
 }
 
-std::string JsonLine(const char* file, const XmpView& xmp) {
-  std::string out;
-  JsonWriter json(&out);
+void WriteLine(std::string* out, const char* file, const XmpView& xmp) {
+  JsonWriter json(out);
   json.BeginObject();
   json.Key("file");
   json.String(file);
@@ -121,62 +121,97 @@ std::string JsonLine(const char* file, const XmpView& xmp) {
   }
   json.EndArray();
   json.EndObject();
-  out.push_back('\n');
-  return out;
+  out->push_back('\n');
 }
 
-// Whether the library will find a file to read there; says on standard error why not.
-bool CanBeOpened(const char* file, const char* path) {
-  if (*path == '\0') return true;
-  if (LxPlatformIsDirectory(path)) {
-    ReportFile(file, "is a directory");
-    return false;
-  }
-  // A named pipe opens once: its writer is gone when a first reader has come and left. The library reads nothing from a
-  // pipe anyhow, so one that it may not open gives the same empty object.
+bool IsPipe(const char* path) {
   std::error_code ignored;
-  if (std::filesystem::is_fifo(path, ignored)) return true;
+  return std::filesystem::is_fifo(path, ignored);
+}
+
+bool CanBeOpened(const char* path) {
   LxStream* stream = nullptr;
   const LxResult result = LxOpenFileStream(path, &stream);
-  if (result != kLxOk) {
-    ReportFile(file, LxResultName(result));
-    return false;
-  }
-  (void)LxCloseStream(stream);
-  return true;
+  if (stream != nullptr) (void)LxCloseStream(stream);
+  return result == kLxOk;
 }
 
-}  // namespace
+// Whether the library will find a file to read there; else the result says why not, or that the file is passed over.
+bool CanBeRead(const Input& input, const char* path, bool kindWanted, FileResult* result) {
+  if (*path == '\0') return true;
+  const PathFacts facts = LookAtPath(path);
+  result->bytes = facts.bytes;
+  bool found = facts.readable;
+  switch (facts.kind) {
+    case PathFacts::Kind::kFolder:
+      result->Fail(input.name, "is a directory");
+      return false;
+    case PathFacts::Kind::kOther:
+      // A named pipe opens once: its writer is gone when a first reader has come and left. The library reads nothing
+      // from a pipe anyhow, so one that it may not open gives the same empty object.
+      found = IsPipe(path) || CanBeOpened(path);
+      break;
+    case PathFacts::Kind::kRegular:
+      if (!found || !(kindWanted || input.walked)) break;
+      if (!HasReader(path, &result->kind) && input.walked) {
+        result->passedOver = true;
+        return false;
+      }
+      break;
+    case PathFacts::Kind::kMissing:
+      break;
+  }
+  if (!found) result->Fail(input.name, LxResultName(kLxNotFound));
+  return found;
+}
 
-int RunXmp(const Options& options) {
-  LxInstallMemProcs(LxRuntimeMemProcs());
-  const Library library;
-  const HostSession session;
-  int exitStatus = kExitOk;
-  for (const char* file : options.files) {
-    const char* path = LibraryPath(file);
-    if (!CanBeOpened(file, path)) {
-      exitStatus = kExitFileFailed;
-      continue;
-    }
-    std::string out;
+class XmpWork : public FileWork {
+ public:
+  explicit XmpWork(const Options& options) : options_(options) {
+    if (!options.IsTable()) return;
+    std::string error;
+    if (!columns_.Resolve(options.fields, &error)) throw std::runtime_error(error);
+  }
+
+  void Do(const Input& input, FileResult* result) override {
+    const char* path = LibraryPath(input.name);
+    if (!CanBeRead(input, path, options_.summary, result)) return;
     try {
       const Interchange interchange(path);
       const XmpView xmp(interchange.Xmp());
-      if (options.format == Format::kJson) {
-        out = JsonLine(file, xmp);
+      if (options_.IsTable()) {
+        columns_.WriteRow(input.name, xmp, options_, &result->out);
+      } else if (options_.format == Format::kJson) {
+        WriteLine(&result->out, input.name.c_str(), xmp);
       } else {
-        out = xmp.Serialize();
-        if (!out.empty() && out.back() != '\n') out.push_back('\n');
+        result->out = xmp.Serialize();
+        if (!result->out.empty() && result->out.back() != '\n') result->out.push_back('\n');
       }
     } catch (const std::exception& error) {
-      ReportFile(file, error.what());
-      exitStatus = kExitFileFailed;
-      continue;
+      result->out.clear();
+      result->Fail(input.name, error.what());
+      result->status = "failed";
     }
-    if (!WriteResult(out)) return kExitFileFailed;
   }
-  return exitStatus;
+
+ private:
+  const Library library_;
+  const HostSession session_;
+  const Options& options_;
+  Columns columns_;
+};
+
+}  // namespace
+
+std::unique_ptr<FileWork> MakeXmpWork(const Options& options) {
+  return std::make_unique<XmpWork>(options);
+}
+
+bool KnowsFields(const Options& options, std::string* error) {
+  const Library library;
+  const HostSession session;
+  Columns columns;
+  return columns.Resolve(options.fields, error);
 }
 
 }  // namespace lxbridge::command

@@ -1,0 +1,75 @@
+// From the command line to its files: who works on them, and how it ends.
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "tools/lxbridge/commands.h"
+#include "tools/lxbridge/file_work.h"
+#include "tools/lxbridge/inputs.h"
+#include "tools/lxbridge/output.h"
+#include "tools/lxbridge/report.h"
+#include "tools/lxbridge/system.h"
+#include "tools/lxbridge/table.h"
+#include "tools/lxbridge/workers.h"
+
+namespace lxbridge::command {
+
+namespace {
+
+// Fewer files are done sooner than a worker starts.
+constexpr std::size_t kFewFiles = 16;
+
+// 0: none.
+int WorkersFor(const Options& options) {
+  if (!HasWorkers()) return 0;
+  if (options.workers > 0) return options.workers;
+  const bool many = options.recursive || options.filesFrom != nullptr || options.files.size() > kFewFiles;
+  if (!many && options.timeoutSeconds <= 0) return 0;
+  const auto processors = static_cast<int>(std::thread::hardware_concurrency());
+  return processors < 1 ? 1 : processors > kMostWorkers ? kMostWorkers : processors;
+}
+
+void RunHere(const Options& options, InputSource* source, Report* report) {
+  const std::unique_ptr<FileWork> work = MakeWork(options);
+  Input input;
+  FileResult result;
+  for (std::uint64_t number = 0; source->Take(true, &input) == InputSource::Next::kInput; ++number) {
+    result.Clear();
+    if (input.problem.empty()) {
+      work->Do(input, &result);
+    } else {
+      result.Fail(input.name, input.problem);
+      result.status = "failed";
+    }
+    // Each file's result is out before the next is read.
+    if (!report->Add(number, std::move(result)) || !report->Flush()) return;
+    report->ShowProgress();
+  }
+}
+
+}  // namespace
+
+int RunFiles(const Options& options) {
+  if (options.IsTable()) {
+    std::string error;
+    if (!KnowsFields(options, &error)) {
+      ReportLines(error, "Try 'lxbridge --help' for more information.");
+      return kExitUsage;
+    }
+  }
+  EndWholeAtSignals();
+  InputSource source(options);
+  Report report(options, source.total());
+  if (options.header && !WriteResult(HeaderRow(options))) return kExitFileFailed;
+  const int workers = WorkersFor(options);
+  if (workers > 0) {
+    RunInWorkers(options, workers, &source, &report);
+  } else {
+    RunHere(options, &source, &report);
+  }
+  report.End(source.passedOver());
+  return report.exitStatus();
+}
+
+}  // namespace lxbridge::command

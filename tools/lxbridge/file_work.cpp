@@ -1,0 +1,53 @@
+// What both commands share about a file. Uses kit/readers and kit/base.
+#include "tools/lxbridge/file_work.h"
+
+#include "kit/base/stream.h"
+#include "kit/readers/file_kind.h"
+#include "tools/lxbridge/output.h"
+
+namespace lxbridge::command {
+
+void FileResult::Clear() {
+  out.clear();
+  messages.clear();
+  status = "OK";
+  kind = kNoKind;
+  failed = passedOver = false;
+  bytes = 0;
+}
+
+void FileResult::Fail(std::string_view file, std::string_view what) {
+  failed = true;
+  status = what;
+  messages.append(FileMessage(file, what));
+}
+
+std::unique_ptr<FileWork> MakeWork(const Options& options) {
+  return options.action == Action::kPool ? MakePoolWork(options) : MakeXmpWork(options);
+}
+
+const char* LibraryPath(const std::string& name) {
+  return name == "-" ? "" : name.c_str();
+}
+
+bool HasReader(const char* path, std::uint8_t* kind) {
+  LxStream* stream = nullptr;
+  if (LxOpenFileStream(path, &stream) != kLxOk) return true;
+  std::uint8_t header[kLxFileHeaderSize];
+  const bool whole = stream->methods->read(header, 1, kLxFileHeaderSize, stream) == kLxFileHeaderSize;
+  (void)LxCloseStream(stream);
+  *kind = static_cast<std::uint8_t>(whole ? LxDetectFileKind(header) : kLxFileUnknown);
+  switch (*kind) {
+    case kLxFileJpeg:
+    case kLxFileTiff:
+    case kLxFilePsd:
+    case kLxFilePng:
+    case kLxFileBmp:
+    case kLxFileGif:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace lxbridge::command

@@ -1,0 +1,185 @@
+// Walking folders and lists. Uses system.h.
+#include "tools/lxbridge/inputs.h"
+
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace lxbridge::command {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kListBlock = 64 * 1024;
+// Longer than any system's paths: what is longer is no list of names, and must not fill memory.
+constexpr std::size_t kLongestName = 32 * 1024;
+// Each level of the walk holds a folder open.
+constexpr std::size_t kDeepestFolder = 400;
+
+// Both ways without conversion where names are bytes, and by UTF-8 where they are not.
+fs::path PathOf(const std::string& name) {
+  return fs::path(std::u8string(name.begin(), name.end()));
+}
+
+std::string NameOf(const fs::path& path) {
+  const std::u8string name = path.u8string();
+  return std::string(name.begin(), name.end());
+}
+
+}  // namespace
+
+InputSource::InputSource(const Options& options) : options_(options) {}
+
+std::int64_t InputSource::total() const {
+  if (options_.recursive || options_.filesFrom != nullptr) return -1;
+  return static_cast<std::int64_t>(options_.files.size());
+}
+
+bool InputSource::ReadsStandardInput() const {
+  return options_.filesFrom != nullptr && std::string_view(options_.filesFrom) == "-";
+}
+
+InputSource::Next InputSource::Take(bool mayWait, Input* input) {
+  for (;;) {
+    input->walked = false;
+    input->problem.clear();
+    if (!folders_.empty()) {
+      if (TakeWalked(input)) return Next::kInput;
+    } else if (nextFile_ < options_.files.size()) {
+      input->name = options_.files[nextFile_++];
+      if (!EntersFolder(input)) return Next::kInput;
+    } else if (options_.filesFrom != nullptr) {
+      const Next next = TakeListed(mayWait, input);
+      if (next != Next::kInput || !input->problem.empty() || !EntersFolder(input)) return next;
+    } else {
+      return Next::kEnd;
+    }
+  }
+}
+
+// Whether the input is a folder to walk and its walk has begun. A folder that cannot be opened is an input with a
+// problem.
+bool InputSource::EntersFolder(Input* input) {
+  if (!options_.recursive || input->name == "-") return false;
+  if (LookAtPath(input->name.c_str()).kind != PathFacts::Kind::kFolder) return false;
+  return OpensFolder(input);
+}
+
+bool InputSource::OpensFolder(Input* input) {
+  if (folders_.size() == kDeepestFolder) {
+    input->problem = "too deep a folder";
+    return false;
+  }
+  std::error_code error;
+  fs::directory_iterator at(PathOf(input->name), error);
+  if (error) {
+    input->problem = error.message();
+    return false;
+  }
+  folders_.push_back({input->name, std::move(at), ""});
+  return true;
+}
+
+// The next file below the folders, in the order in which the system gives them; false: the walk has ended.
+bool InputSource::TakeWalked(Input* input) {
+  while (!folders_.empty()) {
+    Folder& folder = folders_.back();
+    if (folder.at == fs::directory_iterator()) {
+      input->name = std::move(folder.name);
+      input->problem = std::move(folder.problem);
+      folders_.pop_back();
+      if (!input->problem.empty()) return true;
+      continue;
+    }
+    const fs::directory_entry entry = *folder.at;
+    std::error_code error;
+    const fs::file_type type = entry.symlink_status(error).type();
+    folder.at.increment(error);  // At an error the folder has come to its end.
+    if (error) folder.problem = error.message();
+    input->name = NameOf(entry.path());
+    switch (type) {
+      case fs::file_type::directory:
+        if (!OpensFolder(input)) return true;
+        break;
+      case fs::file_type::regular:
+      case fs::file_type::not_found:  // Gone since it was listed; whoever opens it says so.
+      case fs::file_type::none:
+        input->walked = true;
+        return true;
+      default:
+        ++passedOver_;
+    }
+  }
+  return false;
+}
+
+InputSource::Next InputSource::TakeListed(bool mayWait, Input* input) {
+  if (listEnded_) return Next::kEnd;
+  if (bytes_.empty()) {
+    bytes_.resize(kListBlock);
+    if (!list_.Open(options_.filesFrom)) return EndList(std::strerror(errno), input);
+  }
+  for (;;) {
+    if (from_ == to_) {
+      if (!mayWait && !list_.IsReady()) return Next::kNotYet;
+      const std::ptrdiff_t got = list_.Read(bytes_.data(), bytes_.size());
+      if (got < 0) return EndList(std::strerror(errno), input);
+      if (got == 0) {  // What stands behind the last end is a name too.
+        listEnded_ = true;
+        return partial_.empty() && !tooLong_ ? Next::kEnd : TakeEntry(input);
+      }
+      from_ = 0;
+      to_ = static_cast<std::size_t>(got);
+    }
+    const char* begin = bytes_.data() + from_;
+    const void* end = std::memchr(begin, options_.zeroEnds ? '\0' : '\n', to_ - from_);
+    const std::size_t length =
+        end == nullptr ? to_ - from_ : static_cast<std::size_t>(static_cast<const char*>(end) - begin);
+    tooLong_ = tooLong_ || partial_.size() + length > kLongestName;
+    if (tooLong_) {
+      partial_.clear();
+    } else {
+      partial_.append(begin, length);
+    }
+    from_ += length;
+    if (end == nullptr) continue;
+    ++from_;
+    return TakeEntry(input);
+  }
+}
+
+// The gathered entry as an input. An entry that is no name is a problem of the list's: the library's empty path would
+// be standard input, and a name with a zero byte in it another file.
+InputSource::Next InputSource::TakeEntry(Input* input) {
+  ++entry_;
+  input->name = std::move(partial_);
+  partial_.clear();
+  const char* problem = nullptr;
+  if (tooLong_) {
+    problem = " is too long for a name";
+  } else if (input->name.empty()) {
+    problem = " is empty";
+  } else if (input->name.find('\0') != std::string::npos) {
+    problem = " holds a zero byte (see -0)";
+  }
+  tooLong_ = false;
+  if (problem != nullptr) {
+    input->name = ReadsStandardInput() ? "standard input" : options_.filesFrom;
+    input->problem = (options_.zeroEnds ? "entry " : "line ") + std::to_string(entry_) + problem;
+  } else if (ReadsStandardInput() && input->name == "-") {
+    input->problem = "standard input holds the list";
+  }
+  return Next::kInput;
+}
+
+InputSource::Next InputSource::EndList(const char* problem, Input* input) {
+  listEnded_ = true;
+  input->name = ReadsStandardInput() ? "standard input" : options_.filesFrom;
+  input->problem = problem;
+  return Next::kInput;
+}
+
+}  // namespace lxbridge::command

@@ -1,0 +1,187 @@
+// Results and counts on their way out. Uses kit/model (the names of kinds) and kit/base/platform.h.
+#include "tools/lxbridge/report.h"
+
+#include <cstdio>
+#include <string_view>
+#include <utility>
+
+#include "kit/base/platform.h"
+#include "kit/model/pool.h"
+#include "tools/lxbridge/commands.h"
+#include "tools/lxbridge/output.h"
+
+namespace lxbridge::command {
+
+namespace {
+
+// A call is not begun for less while more is coming.
+constexpr std::size_t kOutBlock = 64 * 1024;
+constexpr std::chrono::milliseconds kFirstProgress(1000);
+constexpr std::chrono::milliseconds kTerminalProgress(200);
+constexpr std::chrono::milliseconds kLineProgress(1000);
+
+std::size_t SizeOf(const FileResult& result) {
+  return sizeof result + result.out.size() + result.messages.size();
+}
+
+std::string Decimal(double value) {
+  char text[32];
+  (void)std::snprintf(text, sizeof text, "%.1f", value);
+  return text;
+}
+
+std::string Duration(double seconds) {
+  const auto whole = static_cast<long long>(seconds < 0 ? 0 : seconds > 1e9 ? 1e9 : seconds);
+  char text[48];
+  if (whole >= 3600) {
+    (void)std::snprintf(text, sizeof text, "%lld:%02lld:%02lld", whole / 3600, whole / 60 % 60, whole % 60);
+  } else {
+    (void)std::snprintf(text, sizeof text, "%lld:%02lld", whole / 60, whole % 60);
+  }
+  return text;
+}
+
+}  // namespace
+
+Report::Report(const Options& options, std::int64_t total)
+    : options_(options), total_(total), nextProgress_(began_ + kFirstProgress) {}
+
+bool Report::Add(std::uint64_t number, FileResult&& result) {
+  if (options_.unordered) return Emit(result);
+  if (number != next_) {
+    heldBytes_ += SizeOf(result);
+    held_.emplace(number, std::move(result));
+    return true;
+  }
+  ++next_;
+  if (!Emit(result)) return false;
+  while (!held_.empty() && held_.begin()->first == next_) {
+    const auto first = held_.begin();
+    heldBytes_ -= SizeOf(first->second);
+    ++next_;
+    const bool emitted = Emit(first->second);
+    held_.erase(first);
+    if (!emitted) return false;
+  }
+  return true;
+}
+
+bool Report::Emit(const FileResult& result) {
+  Count(result);
+  if (!result.messages.empty()) {
+    if (!Flush()) return false;
+    ClearProgress();
+    WriteMessages(result.messages);
+  }
+  if (result.out.size() >= kOutBlock) {  // Not copied first.
+    if (!Flush()) return false;
+    ClearProgress();
+    return Write(result.out);
+  }
+  out_.append(result.out);
+  return out_.size() < kOutBlock || Flush();
+}
+
+bool Report::Flush() {
+  if (out_.empty()) return true;
+  ClearProgress();
+  const bool written = Write(out_);
+  out_.clear();
+  return written;
+}
+
+bool Report::Write(std::string_view text) {
+  if (WriteResult(text)) return true;
+  exitStatus_ = kExitFileFailed;
+  broken_ = true;
+  return false;
+}
+
+void Report::Count(const FileResult& result) {
+  if (result.failed) exitStatus_ = kExitFileFailed;
+  ++done_;
+  doneBytes_ += result.bytes;
+  if (!options_.summary) return;
+  if (result.passedOver) {
+    ++passedOver_;
+    return;
+  }
+  ++statuses_[result.status];
+  if (result.kind != kNoKind) ++kinds_[result.kind];
+}
+
+void Report::Fault(const std::string& what) {
+  exitStatus_ = kExitFileFailed;
+  (void)Flush();
+  ClearProgress();
+  ReportLines(what);
+}
+
+void Report::ShowProgress() {
+  if (shown_ == Shown::kNever) return;
+  const Clock::time_point now = Clock::now();
+  if (now < nextProgress_) return;
+  if (shown_ == Shown::kNotAsked) {
+    const bool terminal = LxPlatformIsTerminal(stderr);
+    // A line that comes and goes between the results would be in nobody's way only where they go elsewhere.
+    if (!options_.progress && (!terminal || LxPlatformIsTerminal(stdout))) {
+      shown_ = Shown::kNever;
+      return;
+    }
+    shown_ = terminal ? Shown::kTerminal : Shown::kLines;
+  }
+  nextProgress_ = now + (shown_ == Shown::kTerminal ? kTerminalProgress : kLineProgress);
+  const std::string text = "lxbridge: " + ProgressText(std::chrono::duration<double>(now - began_).count());
+  if (shown_ == Shown::kLines) {
+    WriteMessages(text + '\n');
+    return;
+  }
+  WriteMessages("\r" + text + "\x1B[K");
+  lineStands_ = true;
+}
+
+std::string Report::ProgressText(double seconds) const {
+  const double rate = seconds > 0 ? static_cast<double>(done_) / seconds : 0;
+  std::string text = std::to_string(done_);
+  if (total_ >= 0) text.append(" of ").append(std::to_string(total_));
+  text.append(" files, ").append(Decimal(rate)).append(" files/s, ");
+  text.append(Decimal(seconds > 0 ? static_cast<double>(doneBytes_) / seconds / 1e6 : 0)).append(" MB/s");
+  if (total_ >= 0 && rate > 0) {
+    const double left = static_cast<double>(total_) - static_cast<double>(done_);
+    text.append(", ").append(Duration(left / rate)).append(" left");
+  }
+  return text;
+}
+
+void Report::ClearProgress() {
+  if (!lineStands_) return;
+  WriteMessages("\r\x1B[K");
+  lineStands_ = false;
+}
+
+void Report::End(std::uint64_t passedOver) {
+  ClearProgress();
+  if (broken_) return;
+  if (options_.progress) {
+    ReportLines(ProgressText(std::chrono::duration<double>(Clock::now() - began_).count()));
+  }
+  if (!options_.summary) return;
+  const auto append = [](std::string* line, std::uint64_t count, std::string_view what) {
+    if (line->back() != ':') line->push_back(',');
+    line->append(" ").append(std::to_string(count)).append(" ").append(what);
+  };
+  std::string files = std::to_string(done_ - passedOver_) + " files:";
+  for (const auto& [status, count] : statuses_) append(&files, count, status);
+  std::string kinds = "kinds:";
+  for (const auto& [kind, count] : kinds_) {
+    const char* name = LxFileKindName(kind);
+    append(&kinds, count, name == nullptr ? "?" : name);
+  }
+  if (kinds_.empty()) kinds.append(" none");
+  if (statuses_.empty()) files.pop_back();
+  ReportLines(files);
+  ReportLines(kinds);
+  ReportLines("passed over: " + std::to_string(passedOver_ + passedOver));
+}
+
+}  // namespace lxbridge::command

@@ -1,0 +1,21 @@
+// Working on the files in several processes. One implementation a system (workers_posix.cpp, workers_windows.cpp). Uses
+// inputs.h and report.h.
+#ifndef LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
+#define LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
+
+#include "tools/lxbridge/inputs.h"
+#include "tools/lxbridge/options.h"
+#include "tools/lxbridge/report.h"
+
+namespace lxbridge::command {
+
+// Whether the system has what they take.
+[[nodiscard]] bool HasWorkers();
+
+// All of the source's files in up to `count` processes; their results go to the report. The library must not have been
+// started: its state is the process's, so each worker starts it for itself.
+void RunInWorkers(const Options& options, int count, InputSource* source, Report* report);
+
+}  // namespace lxbridge::command
+
+#endif  // LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_

@@ -1,0 +1,498 @@
+// Worker processes on POSIX: forked before the library is started, each with a socket for jobs and results, and a few
+// words of shared memory that tell which file it is at. Uses posix_children.h and worker_protocol.h.
+//
+// A worker is given some jobs ahead and answers in their order, several results in one write where they come fast. When
+// it dies, the shared words say which file it was at: that one is reported, and the others that it has not answered are
+// done again by another.
+#include "tools/lxbridge/workers.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <deque>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tools/lxbridge/file_work.h"
+#include "tools/lxbridge/posix_children.h"
+#include "tools/lxbridge/worker_protocol.h"
+
+namespace lxbridge::command {
+
+namespace {
+
+// Jobs that a worker holds: given so many at once, when it has no more than that left.
+constexpr std::size_t kJobsAtOnce = 8;
+// A worker is followed by a fresh one after so many files: what packets of strangers leave behind in it, as the
+// namespaces that they register for the life of a process, does not add up.
+constexpr std::uint64_t kJobsOfALife = 4096;
+// Results that wait for an earlier file: so many files ahead of it, and so many bytes. Beyond, nothing more is read of
+// the workers but of the one that holds the earliest.
+constexpr std::uint64_t kMostAhead = 8192;
+constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
+constexpr std::size_t kSocketBlock = 128 * 1024;
+constexpr std::size_t kResultBlock = 64 * 1024;
+constexpr std::int64_t kResultDelayNs = 10'000'000;  // Results are gathered no longer than this.
+constexpr int kWakeMs = 200;                         // For the progress.
+constexpr int kDeathsAtStart = 3;
+
+std::int64_t NowNs() {
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+// Where a worker is, written by it and read by the command.
+struct alignas(64) Place {
+  std::atomic<std::uint64_t> begun;
+  std::atomic<std::uint64_t> finished;
+  std::atomic<std::int64_t> sinceNs;  // When the last one begun was.
+};
+static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
+
+// --- in the worker -------------------------------------------------------------------------------------------------
+
+void SendAll(int socket, std::string* bytes) {
+  std::size_t sent = 0;
+  while (sent < bytes->size()) {
+    const ssize_t done = ::send(socket, bytes->data() + sent, bytes->size() - sent, MSG_NOSIGNAL);
+    if (done < 0 && errno == EINTR) continue;
+    if (done < 0) ::_exit(0);  // Nobody is left to work for.
+    sent += static_cast<std::size_t>(done);
+  }
+  bytes->clear();
+  if (bytes->capacity() > 4 * kResultBlock) bytes->shrink_to_fit();
+}
+
+void DoJob(FileWork* work, const Input& input, FileResult* result) {
+  result->Clear();
+  try {
+    work->Do(input, result);
+  } catch (const std::exception& error) {
+    result->Clear();
+    result->Fail(input.name, error.what());
+    result->status = "failed";
+  }
+}
+
+[[noreturn]] void BeWorker(const Options& options, int socket, Place* place) {
+  std::string out;
+  std::unique_ptr<FileWork> work;
+  try {
+    work = MakeWork(options);
+  } catch (const std::exception& error) {
+    AppendFault(error.what(), &out);
+    SendAll(socket, &out);
+    ::_exit(0);
+  }
+  std::string in;
+  std::size_t at = 0;
+  Input input;
+  FileResult result;
+  std::int64_t sentNs = NowNs();
+  for (;;) {
+    if (TakeJob(in, &at, &input) != Taken::kOne) {
+      SendAll(socket, &out);
+      in.erase(0, at);
+      at = 0;
+      const std::size_t had = in.size();
+      in.resize(had + kSocketBlock);
+      const ssize_t got = ::recv(socket, in.data() + had, kSocketBlock, 0);
+      if (got == 0 || (got < 0 && errno != EINTR)) ::_exit(0);
+      in.resize(had + static_cast<std::size_t>(got < 0 ? 0 : got));
+      continue;
+    }
+    const std::int64_t beganNs = NowNs();
+    place->sinceNs.store(beganNs, std::memory_order_relaxed);
+    place->begun.fetch_add(1, std::memory_order_release);
+    DoJob(work.get(), input, &result);
+    place->finished.fetch_add(1, std::memory_order_release);
+    if (out.empty()) sentNs = beganNs;
+    AppendResult(result, &out);
+    if (out.size() >= kResultBlock || NowNs() - sentNs >= kResultDelayNs) SendAll(socket, &out);
+  }
+}
+
+// --- in the command ------------------------------------------------------------------------------------------------
+
+struct Job {
+  std::uint64_t number;
+  Input input;
+};
+
+struct Worker {
+  std::size_t slot = 0;  // Of its process and its place.
+  int socket = -1;
+  std::deque<Job> jobs;  // Given and not answered.
+  std::uint64_t given = 0;
+  std::uint64_t answered = 0;
+  bool leaving = false;        // Gets no more jobs and ends when it has done those it has.
+  std::uint64_t killedIn = 0;  // It was killed for taking too long in its file of that number, from 1.
+  std::string toSend;
+  std::string received;
+};
+
+class Pool {
+ public:
+  Pool(const Options& options, int count, InputSource* source, Report* report)
+      : options_(options), count_(static_cast<std::size_t>(count)), source_(*source), report_(*report) {
+    const std::size_t size = kMostChildren * sizeof(Place);
+    void* shared = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    places_ = shared == MAP_FAILED ? nullptr : static_cast<Place*>(shared);
+    block_.resize(kSocketBlock);
+  }
+
+  ~Pool() {
+    if (stopped_) KillChildren();
+    for (Worker& worker : workers_) {
+      (void)::close(worker.socket);
+      (void)Wait(&worker);
+    }
+    if (places_ != nullptr) (void)::munmap(places_, kMostChildren * sizeof(Place));
+  }
+  Pool(const Pool&) = delete;
+  Pool& operator=(const Pool&) = delete;
+
+  void Run() {
+    if (places_ == nullptr) return Stop("no memory to share with workers");
+    stopped_ = true;  // Until the end is reached, leaving means to stop.
+    for (;;) {
+      GiveJobs();
+      if (failed_ || !report_.Flush()) return;
+      if (ended_ && again_.empty() && std::all_of(workers_.begin(), workers_.end(), HasNoJobs)) break;
+      Wait();
+      if (failed_) return;
+      report_.ShowProgress();
+    }
+    stopped_ = false;
+  }
+
+ private:
+  static bool HasNoJobs(const Worker& worker) { return worker.jobs.empty(); }
+
+  void Stop(const std::string& what) {
+    failed_ = true;
+    report_.Fault(what);
+  }
+
+  void Done(std::uint64_t number, FileResult&& result) {
+    if (!report_.Add(number, std::move(result))) failed_ = true;
+  }
+
+  // --- jobs
+
+  void GiveJobs() {
+    waitsForList_ = false;
+    while (!failed_ && !again_.empty()) {
+      // At once and to anybody: it may be what all results wait for.
+      Worker* worker = StartOrFind(true);
+      if (worker == nullptr) return;
+      Give(worker, std::move(again_.front()));
+      again_.pop_front();
+      Send(worker);
+    }
+    while (!failed_ && MayGoOn()) {
+      Worker* worker = StartOrFind(false);
+      if (worker == nullptr) return;
+      const std::size_t until = worker->jobs.size() + kJobsAtOnce;
+      while (worker->jobs.size() < until && MayGoOn()) {
+        if (!GiveNext(worker)) break;
+        if (failed_) return;
+      }
+      Send(worker);
+    }
+  }
+
+  bool MayGoOn() const {
+    if (ended_ || waitsForList_) return false;
+    return options_.unordered || (number_ - report_.next() < kMostAhead && report_.heldBytes() < kMostHeldBytes);
+  }
+
+  // False: the worker has been given up for these.
+  bool GiveNext(Worker* worker) {
+    Input input;
+    switch (source_.Take(false, &input)) {
+      case InputSource::Next::kEnd:
+        ended_ = true;
+        return true;
+      case InputSource::Next::kNotYet:
+        waitsForList_ = true;
+        return true;
+      case InputSource::Next::kInput:
+        break;
+    }
+    if (!input.problem.empty()) {
+      FileResult result;
+      result.Fail(input.name, input.problem);
+      result.status = "failed";
+      Done(number_++, std::move(result));
+      return true;
+    }
+    Worker* taker = worker;
+    if (input.name == "-") {
+      // Standard input's position belongs to all workers, so one of them at a time has to do with it.
+      for (Worker& other : workers_) {
+        if (std::any_of(other.jobs.begin(), other.jobs.end(), [](const Job& job) { return job.input.name == "-"; })) {
+          taker = &other;
+        }
+      }
+    }
+    Give(taker, {number_++, std::move(input)});
+    return !worker->leaving;
+  }
+
+  void Give(Worker* worker, Job job) {
+    AppendJob(job.input, &worker->toSend);
+    worker->jobs.push_back(std::move(job));
+    if (++worker->given >= kJobsOfALife) worker->leaving = true;
+    if (worker->leaving || worker->jobs.size() > kJobsAtOnce) Send(worker);
+  }
+
+  void Send(Worker* worker) {
+    std::size_t sent = 0;
+    while (sent < worker->toSend.size()) {
+      const ssize_t done = ::send(worker->socket, worker->toSend.data() + sent, worker->toSend.size() - sent,
+                                  MSG_NOSIGNAL | MSG_DONTWAIT);
+      if (done < 0 && errno == EINTR) continue;
+      if (done < 0) {
+        // It has died, which reading from it will show.
+        if (errno != EAGAIN && errno != EWOULDBLOCK) sent = worker->toSend.size();
+        break;
+      }
+      sent += static_cast<std::size_t>(done);
+    }
+    worker->toSend.erase(0, sent);
+    if (worker->leaving && worker->toSend.empty()) (void)::shutdown(worker->socket, SHUT_WR);
+  }
+
+  // --- workers
+
+  // The worker with the fewest jobs, a new one when all that there are have some; null: all have enough.
+  Worker* StartOrFind(bool urgent) {
+    Worker* least = nullptr;
+    std::size_t staying = 0;
+    for (Worker& worker : workers_) {
+      if (worker.leaving) continue;
+      ++staying;
+      if (least == nullptr || worker.jobs.size() < least->jobs.size()) least = &worker;
+    }
+    if ((least == nullptr || !least->jobs.empty()) && staying < count_ && workers_.size() < kMostChildren) {
+      if (Worker* started = Start()) return started;
+      if (failed_) return nullptr;
+    }
+    if (least == nullptr) return nullptr;
+    return urgent || least->jobs.size() <= kJobsAtOnce ? least : nullptr;
+  }
+
+  Worker* Start() {
+    int ends[2];
+    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0) return CannotStart();
+    std::size_t slot = 0;
+    while (children[slot].load(std::memory_order_relaxed) != 0) ++slot;
+    Place* place = new (&places_[slot]) Place{};
+    // Until the process is entered, or in it nothing of ours is left to run, no signal may come.
+    sigset_t all, before;
+    (void)::sigfillset(&all);
+    (void)::sigprocmask(SIG_SETMASK, &all, &before);
+    const pid_t id = ::fork();
+    if (id == 0) {
+      ForgetEndingSignals();
+      // An interruption is for the command, which ends its workers.
+      (void)::signal(SIGINT, SIG_IGN);
+      (void)::sigprocmask(SIG_SETMASK, &before, nullptr);
+      (void)::close(ends[0]);
+      for (const Worker& other : workers_) (void)::close(other.socket);
+      if (source_.ReadsStandardInput()) {
+        const int nothing = ::open("/dev/null", O_RDONLY);
+        if (nothing >= 0) (void)::dup2(nothing, STDIN_FILENO);
+      }
+      BeWorker(options_, ends[1], place);
+    }
+    const int error = errno;
+    if (id > 0) children[slot].store(id, std::memory_order_relaxed);
+    (void)::sigprocmask(SIG_SETMASK, &before, nullptr);
+    (void)::close(ends[1]);
+    if (id < 0) {
+      (void)::close(ends[0]);
+      errno = error;
+      return CannotStart();
+    }
+    Worker& worker = workers_.emplace_back();
+    worker.slot = slot;
+    worker.socket = ends[0];
+    return &worker;
+  }
+
+  // The others do it.
+  Worker* CannotStart() {
+    if (workers_.empty()) {
+      Stop(std::string("cannot start a worker: ") + std::strerror(errno));
+    } else {
+      count_ = workers_.size();
+    }
+    return nullptr;
+  }
+
+  int Wait(Worker* worker) {
+    const pid_t id = children[worker->slot].exchange(0, std::memory_order_relaxed);
+    int status = 0;
+    while (::waitpid(id, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+  }
+
+  // --- results
+
+  bool MayRead(const Worker& worker) const {
+    if (options_.unordered || report_.heldBytes() < kMostHeldBytes) return true;
+    return std::any_of(worker.jobs.begin(), worker.jobs.end(),
+                       [this](const Job& job) { return job.number == report_.next(); });
+  }
+
+  void Wait() {
+    polled_.clear();
+    for (const Worker& worker : workers_) {
+      const int events = (MayRead(worker) ? POLLIN : 0) | (worker.toSend.empty() ? 0 : POLLOUT);
+      polled_.push_back({events != 0 ? worker.socket : -1, static_cast<short>(events), 0});
+    }
+    if (waitsForList_) polled_.push_back({source_.WaitDescriptor(), POLLIN, 0});
+    if (::poll(polled_.data(), static_cast<nfds_t>(polled_.size()), EndLate()) < 0 && errno != EINTR) {
+      return Stop(std::string("cannot wait for workers: ") + std::strerror(errno));
+    }
+    std::size_t at = 0;
+    for (auto worker = workers_.begin(); worker != workers_.end() && !failed_; ++at) {
+      const short events = polled_[at].revents;
+      if ((events & POLLOUT) != 0) Send(&*worker);
+      if ((events & (POLLIN | POLLHUP | POLLERR)) != 0 && !Receive(&*worker)) {
+        Bury(&*worker);
+        worker = workers_.erase(worker);
+      } else {
+        ++worker;
+      }
+    }
+  }
+
+  // Kills what has taken too long; for how long to wait for the rest, in milliseconds.
+  int EndLate() {
+    if (options_.timeoutSeconds <= 0) return kWakeMs;
+    const auto limit = static_cast<std::int64_t>(options_.timeoutSeconds * 1e9);
+    const std::int64_t now = NowNs();
+    std::int64_t least = std::int64_t{kWakeMs} * 1'000'000;
+    for (Worker& worker : workers_) {
+      const Place& place = places_[worker.slot];
+      const std::uint64_t begun = place.begun.load(std::memory_order_acquire);
+      if (worker.killedIn != 0 || place.finished.load(std::memory_order_acquire) >= begun) continue;
+      const std::int64_t left = place.sinceNs.load(std::memory_order_relaxed) + limit - now;
+      if (left > 0) {
+        least = std::min(least, left);
+        continue;
+      }
+      worker.killedIn = begun;
+      (void)::kill(children[worker.slot].load(std::memory_order_relaxed), SIGKILL);
+    }
+    return static_cast<int>(least / 1'000'000) + 1;
+  }
+
+  // False: it has ended.
+  bool Receive(Worker* worker) {
+    const ssize_t got = ::recv(worker->socket, block_.data(), block_.size(), MSG_DONTWAIT);
+    if (got < 0) return errno == EINTR || errno == EAGAIN || errno == EWOULDBLOCK;
+    if (got == 0) return false;
+    worker->received.append(block_.data(), static_cast<std::size_t>(got));
+    std::size_t at = 0;
+    for (;;) {
+      FileResult result;
+      const Taken taken = TakeResult(worker->received, &at, &result);
+      if (taken == Taken::kNothing) break;
+      if (taken == Taken::kFault) {
+        Stop(result.messages);
+        return true;
+      }
+      if (taken == Taken::kNonsense || worker->jobs.empty()) {
+        (void)::kill(children[worker->slot].load(std::memory_order_relaxed), SIGKILL);
+        return false;
+      }
+      const std::uint64_t number = worker->jobs.front().number;
+      worker->jobs.pop_front();
+      ++worker->answered;
+      deathsAtStart_ = 0;
+      Done(number, std::move(result));
+      if (failed_) return true;
+    }
+    worker->received.erase(0, at);
+    if (worker->received.capacity() > 4 * kSocketBlock && worker->received.size() < kSocketBlock) {
+      worker->received.shrink_to_fit();
+    }
+    return true;
+  }
+
+  // A worker has ended: what it was at is lost, what it had not come to is done again.
+  void Bury(Worker* worker) {
+    (void)::close(worker->socket);
+    const int status = Wait(worker);
+    const Place& place = places_[worker->slot];
+    const std::uint64_t begun = place.begun.load(std::memory_order_acquire);
+    const bool within = begun > place.finished.load(std::memory_order_acquire);
+    // Killed for its last file, it may have come to the next one meanwhile, which has done nothing wrong.
+    const bool blamed = within && (worker->killedIn == 0 || worker->killedIn == begun);
+    const std::uint64_t index = begun - 1 - worker->answered;
+    if (blamed && begun > worker->answered && index < worker->jobs.size()) {
+      const auto at = worker->jobs.begin() + static_cast<std::ptrdiff_t>(index);
+      FileResult result;
+      result.Fail(at->input.name, worker->killedIn != 0 ? "timed out" : Cause(status));
+      if (worker->killedIn == 0) result.status = "crashed";
+      const std::uint64_t number = at->number;
+      worker->jobs.erase(at);
+      deathsAtStart_ = 0;
+      Done(number, std::move(result));
+    } else if (begun == 0 && !worker->jobs.empty() && ++deathsAtStart_ == kDeathsAtStart) {
+      Stop("workers do not start: " + Cause(status));
+    }
+    for (Job& job : worker->jobs) again_.push_back(std::move(job));
+    std::sort(again_.begin(), again_.end(), [](const Job& a, const Job& b) { return a.number < b.number; });
+  }
+
+  static std::string Cause(int status) {
+    if (WIFSIGNALED(status)) return "crashed (signal " + std::to_string(WTERMSIG(status)) + ")";
+    return "crashed (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
+  }
+
+  const Options& options_;
+  std::size_t count_;
+  InputSource& source_;
+  Report& report_;
+  Place* places_ = nullptr;
+  std::deque<Worker> workers_;
+  std::deque<Job> again_;     // Of workers that have died, by number.
+  std::uint64_t number_ = 0;  // Of the next input.
+  bool ended_ = false;        // The source has.
+  bool waitsForList_ = false;
+  bool failed_ = false;  // All is to end.
+  bool stopped_ = false;
+  int deathsAtStart_ = 0;
+  std::vector<pollfd> polled_;
+  std::string block_;
+};
+
+}  // namespace
+
+bool HasWorkers() {
+  return true;
+}
+
+void RunInWorkers(const Options& options, int count, InputSource* source, Report* report) {
+  Pool(options, count, source, report).Run();
+}
+
+}  // namespace lxbridge::command
