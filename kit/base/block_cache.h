@@ -1,7 +1,7 @@
-// Byte ranges of one open file, kept in memory so that values can point into them. Offsets and lengths are bytes from the
-// start of the file. The cache borrows the stream and owns its blocks; a mapped pointer is valid until LxFreeBlockCache, also
-// after later loads and after the stream is closed. This is the one way in which readers reach the bytes of a file.
-// Uses memory.h, result.h and stream.h.
+// Byte ranges of one open file, kept in memory so that values can point into them. Offsets and lengths are bytes from
+// the start of the file. The cache borrows the stream and owns its blocks; a mapped pointer is valid until
+// LxFreeBlockCache, also after later loads and after the stream is closed. This is the one way in which readers reach
+// the bytes of a file. Uses memory.h, result.h and stream.h.
 #ifndef LXBRIDGE_KIT_BASE_BLOCK_CACHE_H_
 #define LXBRIDGE_KIT_BASE_BLOCK_CACHE_H_
 
@@ -20,18 +20,18 @@ struct LxBlock {
 struct LxBlockCache {
   LxStream* stream;
   std::int32_t fileSize;
-  std::int32_t highWater;   // No block ends beyond it (rounded up to whole pages).
-  LxBlock* blocks;          // Most recently loaded first.
+  std::int32_t highWater;  // No block ends beyond it (rounded up to whole pages).
+  LxBlock* blocks;         // Most recently loaded first.
   LxBlock* current;
   std::int32_t currentStart;
   std::int32_t currentLength;
-  // Bytes that may still be loaded. Ranges that overlap shifted by a page each load a block of their own; an honest file
-  // does that at its segment borders only, a hostile one for every value, so what all blocks together hold is bounded by
-  // a small multiple of the file's size. A load beyond it fails as one without memory does.
+  // Bytes that may still be loaded. Ranges that overlap shifted by a page each load a block of their own; an honest
+  // file does that at its segment borders only, a hostile one for every value, so what all blocks together hold is
+  // bounded by a small multiple of the file's size. A load beyond it fails as one without memory does.
   std::int64_t loadBudget;
   std::int32_t blockCount;
-  // By page number (offset / 4096): of the blocks that reach this page, the one that ends last. Null while blocks are so
-  // few that looking through the list is cheaper.
+  // By page number (offset / 4096): of the blocks that reach this page, the one that ends last. Null while blocks are
+  // so few that looking through the list is cheaper.
   LxBlock** pages;
 };
 

@@ -1,6 +1,6 @@
 // Reading and writing 16- and 32-bit numbers in a file's byte order, one byte at a time, so that alignment and the
-// machine's own order play no part. Order 1 is big-endian ("MM"); every other value is little-endian ("II"). Touches nothing
-// else of the tree.
+// machine's own order play no part. Order 1 is big-endian ("MM"); every other value is little-endian ("II"). Touches
+// nothing else of the tree.
 #ifndef LXBRIDGE_KIT_BASE_BYTE_ORDER_H_
 #define LXBRIDGE_KIT_BASE_BYTE_ORDER_H_
 
@@ -40,8 +40,7 @@ inline void LxPut32(std::uint8_t* bytes, std::uint32_t value, int order) noexcep
 }
 [[nodiscard]] constexpr std::uint32_t LxSwap32(std::uint32_t value, int order) noexcept {
   const bool same = (std::endian::native == std::endian::big) == (order == kLxBigEndian);
-  return same ? value
-              : (value >> 24) | ((value >> 8) & 0x0000FF00u) | ((value << 8) & 0x00FF0000u) | (value << 24);
+  return same ? value : (value >> 24) | ((value >> 8) & 0x0000FF00u) | ((value << 8) & 0x00FF0000u) | (value << 24);
 }
 
 #endif  // LXBRIDGE_KIT_BASE_BYTE_ORDER_H_

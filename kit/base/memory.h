@@ -1,6 +1,6 @@
 // The kit's allocator: every block of the kit comes from the memory procedures that the process has installed, so that
-// tests and hosts can watch it or make it fail. Touches nothing else of the tree. Process-wide state, no locks: one thread
-// uses the kit at a time.
+// tests and hosts can watch it or make it fail. Touches nothing else of the tree. Process-wide state, no locks: one
+// thread uses the kit at a time.
 #ifndef LXBRIDGE_KIT_BASE_MEMORY_H_
 #define LXBRIDGE_KIT_BASE_MEMORY_H_
 
@@ -14,12 +14,12 @@ struct LxMemProcTable {
   void* (*allocate)(LxMemProcs* procs, std::size_t size);
   void* (*allocateZeroed)(LxMemProcs* procs, std::size_t count, std::size_t size);
   void (*release)(LxMemProcs* procs, void* block);
-  void* (*allocateAgain)(LxMemProcs* procs, std::size_t size);  // As allocate.
+  void* (*allocateAgain)(LxMemProcs* procs, std::size_t size);                           // As allocate.
   void* (*allocateZeroedAgain)(LxMemProcs* procs, std::size_t count, std::size_t size);  // As allocateZeroed.
   void* (*reallocate)(LxMemProcs* procs, void* block, std::size_t size);
   void* (*reallocateAgain)(LxMemProcs* procs, void* block, std::size_t size);  // As reallocate.
-  std::int32_t (*unused7)(LxMemProcs* procs);  // Always 0.
-  std::int32_t (*unused8)(LxMemProcs* procs);  // Always 0.
+  std::int32_t (*unused7)(LxMemProcs* procs);                                  // Always 0.
+  std::int32_t (*unused8)(LxMemProcs* procs);                                  // Always 0.
 };
 
 struct LxMemProcs {

@@ -1,5 +1,5 @@
-// A buffered byte stream over a C runtime FILE, with a table of methods so that tests and other stream kinds can stand in
-// for it. Uses memory.h, result.h, utf16.h and platform.h.
+// A buffered byte stream over a C runtime FILE, with a table of methods so that tests and other stream kinds can stand
+// in for it. Uses memory.h, result.h, utf16.h and platform.h.
 #ifndef LXBRIDGE_KIT_BASE_STREAM_H_
 #define LXBRIDGE_KIT_BASE_STREAM_H_
 
@@ -16,16 +16,17 @@ struct LxStreamMethods {
   std::int32_t (*fill)(LxStream* stream) noexcept;  // The next byte behind the buffer, or -1.
   std::int32_t (*flushAndPut)(std::int32_t byte, LxStream* stream) noexcept;
   std::int32_t (*read)(void* buffer, std::int32_t size, std::int32_t count, LxStream* stream) noexcept;  // Bytes.
-  std::int32_t (*write)(const void* buffer, std::int32_t size, std::int32_t count, LxStream* stream) noexcept;  // Elements.
+  std::int32_t (*write)(const void* buffer, std::int32_t size, std::int32_t count,
+                        LxStream* stream) noexcept;  // Elements.
   std::int32_t (*unget)(std::int32_t byte, LxStream* stream) noexcept;
   std::int32_t (*flush)(LxStream* stream) noexcept;
   std::int32_t (*close)(LxStream* stream) noexcept;
   std::int32_t (*buffered)(LxStream* stream) noexcept;
-  std::int32_t (*unused8)(LxStream* stream) noexcept;   // Always -1.
-  std::int32_t (*unused9)(LxStream* stream) noexcept;   // Always -1.
+  std::int32_t (*unused8)(LxStream* stream) noexcept;                                         // Always -1.
+  std::int32_t (*unused9)(LxStream* stream) noexcept;                                         // Always -1.
   std::int32_t (*seek)(LxStream* stream, std::int32_t offset, std::int32_t whence) noexcept;  // 0: done.
-  std::int32_t (*tell)(LxStream* stream) noexcept;      // -1: no position.
-  std::int32_t (*unused12)(LxStream* stream) noexcept;  // Always 0.
+  std::int32_t (*tell)(LxStream* stream) noexcept;                                            // -1: no position.
+  std::int32_t (*unused12)(LxStream* stream) noexcept;                                        // Always 0.
 };
 
 inline constexpr std::uint32_t kLxStreamReadable = 0x01;
@@ -37,15 +38,15 @@ inline constexpr std::uint32_t kLxStreamSeekable = 0x40;
 inline constexpr std::int32_t kLxStreamBufferSize = 4096;
 
 struct LxStream {
-  std::int32_t count;       // Reading: bytes left behind cursor. Writing: room left.
-  std::uint8_t* cursor;     // Next byte to read or write in the buffer.
-  std::uint8_t* base;       // First byte of pending written data.
-  std::uint32_t flags;      // kLxStream...
+  std::int32_t count;    // Reading: bytes left behind cursor. Writing: room left.
+  std::uint8_t* cursor;  // Next byte to read or write in the buffer.
+  std::uint8_t* base;    // First byte of pending written data.
+  std::uint32_t flags;   // kLxStream...
   const LxStreamMethods* methods;
-  LxMemProcs* procs;        // Allocated the stream and frees it at close.
+  LxMemProcs* procs;  // Allocated the stream and frees it at close.
   std::FILE* file;
-  std::uint16_t unbuffered; // 1: not seekable, or a terminal; reads go to the file directly.
-  std::uint16_t borrowed;   // 1: the FILE is the caller's and stays open at close.
+  std::uint16_t unbuffered;  // 1: not seekable, or a terminal; reads go to the file directly.
+  std::uint16_t borrowed;    // 1: the FILE is the caller's and stays open at close.
   std::uint8_t buffer[kLxStreamBufferSize];
   // A regular file that we opened for reading only is read by position, so that seeking and telling are no calls of the
   // system: they are most of what opening a photograph and looking at its first pages would cost.
@@ -57,12 +58,13 @@ struct LxStream {
 // The method table of all file streams.
 extern const LxStreamMethods kLxFileStreamMethods;
 
-// A stream for the file of a UTF-8 path; a null or empty path takes the default file, which stays open at close. Mode as
-// for fopen. Null: no procs, no memory, or the file cannot be opened.
+// A stream for the file of a UTF-8 path; a null or empty path takes the default file, which stays open at close. Mode
+// as for fopen. Null: no procs, no memory, or the file cannot be opened.
 [[nodiscard]] LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode,
                                         LxMemProcs* procs) noexcept;
 
-// Opens for reading with the installed memory procedures; an empty path is standard input. kLxOk, or kLxNotFound and null.
+// Opens for reading with the installed memory procedures; an empty path is standard input. kLxOk, or kLxNotFound and
+// null.
 [[nodiscard]] LxResult LxOpenFileStream(const char* path, LxStream** out) noexcept;
 
 // Always kLxOk: what closing reports is of no use to a reader. Takes null.

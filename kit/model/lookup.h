@@ -1,4 +1,5 @@
-// Lookups in the constant tables. All compare texts byte for byte and return the entry found, or null. Uses tag_record.h only.
+// Lookups in the constant tables. All compare texts byte for byte and return the entry found, or null. Uses
+// tag_record.h only.
 #ifndef LXBRIDGE_KIT_MODEL_LOOKUP_H_
 #define LXBRIDGE_KIT_MODEL_LOOKUP_H_
 

@@ -12,7 +12,7 @@ struct LxPoolIterator {
   const LxMetadataPool* pool;
   std::int32_t depth;  // -1: broken or finished.
   LxMetadataItem* stack[kLxMaxWalkDepth];
-  bool wentDown;       // Whether the last advance went into the children of the item given out last.
+  bool wentDown;  // Whether the last advance went into the children of the item given out last.
 };
 
 // Null: no memory. Not to be used after the pool is freed. The free takes null.
@@ -26,8 +26,8 @@ void LxStartPoolWalk(LxPoolIterator* iterator, const LxMetadataPool* pool) noexc
 // item given out last are passed over.
 [[nodiscard]] LxResult LxNextPoolItem(LxPoolIterator* iterator, LxMetadataItem** out, bool skip) noexcept;
 
-// The next display item: live, childless, not hidden, with a name that is not generated and a display text; closed items are
-// not entered and siblings behind an end of run not visited. kLxOk, kLxEnd, kLxInternalError.
+// The next display item: live, childless, not hidden, with a name that is not generated and a display text; closed
+// items are not entered and siblings behind an end of run not visited. kLxOk, kLxEnd, kLxInternalError.
 [[nodiscard]] LxResult LxNextDisplayItem(LxPoolIterator* iterator, LxMetadataItem** out) noexcept;
 
 #endif  // LXBRIDGE_KIT_MODEL_POOL_WALK_H_

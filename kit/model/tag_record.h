@@ -1,5 +1,6 @@
-// The shapes of the constant tables that name what files hold: tag records and dictionaries, namespace descriptors, value
-// names, structure tables. Data only; the tables themselves are in tables/, the lookups in lookup.h. Touches nothing else.
+// The shapes of the constant tables that name what files hold: tag records and dictionaries, namespace descriptors,
+// value names, structure tables. Data only; the tables themselves are in tables/, the lookups in lookup.h. Touches
+// nothing else.
 #ifndef LXBRIDGE_KIT_MODEL_TAG_RECORD_H_
 #define LXBRIDGE_KIT_MODEL_TAG_RECORD_H_
 
@@ -24,12 +25,12 @@ enum LxDisplayFormat : std::uint32_t {
 struct LxValueName {
   std::uint32_t value;  // Compared as 16 bits.
   const char* name;
-  const char* label;    // Display key, or null.
+  const char* label;  // Display key, or null.
 };
 
 struct LxDisplayDescriptor {
-  std::uint32_t format;            // LxDisplayFormat
-  const LxValueName* valueNames;   // Format 0 only, else null.
+  std::uint32_t format;           // LxDisplayFormat
+  const LxValueName* valueNames;  // Format 0 only, else null.
 };
 
 // Which routine reads the metadata that a descriptor describes.
@@ -56,8 +57,8 @@ enum LxReaderCode : std::uint32_t {
 
 struct LxTagRecord;
 
-// What the metadata behind a tag is: the namespace of its items, the routine that reads it, the dictionary that names its
-// tags, and a number for that routine.
+// What the metadata behind a tag is: the namespace of its items, the routine that reads it, the dictionary that names
+// its tags, and a number for that routine.
 struct LxNamespaceDescriptor {
   const char* nameSpace;
   std::uint32_t readerCode;       // LxReaderCode
@@ -73,7 +74,7 @@ inline constexpr std::uint16_t kLxRecordHidden = 0x0400;
 // One entry of a dictionary. A dictionary ends at the record whose name is null; an empty name is a catch-all.
 struct LxTagRecord {
   std::uint16_t id;
-  std::uint16_t flags;                        // kLxRecord...
+  std::uint16_t flags;  // kLxRecord...
   const char* name;
   std::uint16_t typeCode;                     // The expected type; where a file carries the type, the file's holds.
   std::int16_t count;                         // n: exactly n values; -n: up to n; 0: not fixed.
@@ -106,7 +107,7 @@ struct LxStructureEntry {
   const char* nameSpace;  // Null ends the table (kind 3 there).
   const char* parent;
   const char* key;
-  std::uint32_t kind;     // LxContainerKind
+  std::uint32_t kind;  // LxContainerKind
 };
 
 #endif  // LXBRIDGE_KIT_MODEL_TAG_RECORD_H_

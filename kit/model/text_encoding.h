@@ -1,5 +1,6 @@
-// What encoding a text of a file has, and how it becomes UTF-8. All functions stay within the bytes that they are given.
-// New texts are zero-terminated, from LxAlloc, the caller's to free; null when there is no memory. Uses kit/base.
+// What encoding a text of a file has, and how it becomes UTF-8. All functions stay within the bytes that they are
+// given. New texts are zero-terminated, from LxAlloc, the caller's to free; null when there is no memory. Uses
+// kit/base.
 #ifndef LXBRIDGE_KIT_MODEL_TEXT_ENCODING_H_
 #define LXBRIDGE_KIT_MODEL_TEXT_ENCODING_H_
 
@@ -9,7 +10,11 @@
 [[nodiscard]] bool LxIsUtf8Value(const std::uint8_t* bytes, std::int32_t length) noexcept;
 
 enum LxTextEncoding : std::int32_t {
-  kLxTextUtf8, kLxTextLatin1, kLxTextIso2022Jp, kLxTextEucJp, kLxTextShiftJis,
+  kLxTextUtf8,
+  kLxTextLatin1,
+  kLxTextIso2022Jp,
+  kLxTextEucJp,
+  kLxTextShiftJis,
 };
 // The encoding under which the fewest bytes are errors.
 [[nodiscard]] LxTextEncoding LxGuessEncoding(const std::uint8_t* bytes, std::int32_t length) noexcept;

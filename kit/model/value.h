@@ -8,9 +8,22 @@
 #include "kit/model/pool.h"
 
 enum LxType : std::uint16_t {
-  kLxTypeNone = 0, kLxTypeByte = 1, kLxTypeAscii = 2, kLxTypeShort = 3, kLxTypeLong = 4, kLxTypeRational = 5,
-  kLxTypeSByte = 6, kLxTypeUndefined = 7, kLxTypeSShort = 8, kLxTypeSLong = 9, kLxTypeSRational = 10,
-  kLxTypeFloat = 11, kLxTypeDouble = 12, kLxTypeOffset = 13, kLxTypeUnicode = 14, kLxTypeComplex = 15,
+  kLxTypeNone = 0,
+  kLxTypeByte = 1,
+  kLxTypeAscii = 2,
+  kLxTypeShort = 3,
+  kLxTypeLong = 4,
+  kLxTypeRational = 5,
+  kLxTypeSByte = 6,
+  kLxTypeUndefined = 7,
+  kLxTypeSShort = 8,
+  kLxTypeSLong = 9,
+  kLxTypeSRational = 10,
+  kLxTypeFloat = 11,
+  kLxTypeDouble = 12,
+  kLxTypeOffset = 13,
+  kLxTypeUnicode = 14,
+  kLxTypeComplex = 15,
 };
 inline constexpr std::uint16_t kLxTypeCount = 16;
 inline constexpr std::uint16_t kLxNoTypeCode = 0xFFFF;
@@ -27,15 +40,14 @@ inline constexpr std::uint16_t kLxNoTypeCode = 0xFFFF;
   return (item->flags & kLxBigEndianValue) != 0 ? 1 : 0;
 }
 
-// The first element, or element `index`, unsigned and not sign-extended; 0 when it does not lie wholly in the value. For
-// sizes 4 and 8 the index counts 32-bit words, so of a rational 2k is the numerator and 2k + 1 the denominator.
+// The first element, or element `index`, unsigned and not sign-extended; 0 when it does not lie wholly in the value.
+// For sizes 4 and 8 the index counts 32-bit words, so of a rational 2k is the numerator and 2k + 1 the denominator.
 [[nodiscard]] std::uint32_t LxGetFirstValue(const LxMetadataItem* item) noexcept;
 [[nodiscard]] std::uint32_t LxGetValueAt(const LxMetadataItem* item, std::int32_t index) noexcept;
 
-// Builds value bytes from text: 0; -1 for a type without a text form; -2 without memory. The bytes are the caller's, to be
-// freed with LxFree. A null or empty text gives length 0 and a block of 8 zero bytes.
+// Builds value bytes from text: 0; -1 for a type without a text form; -2 without memory. The bytes are the caller's, to
+// be freed with LxFree. A null or empty text gives length 0 and a block of 8 zero bytes.
 [[nodiscard]] LxResult LxParseValueText(const char* text, std::uint16_t typeCode, int bigEndian,
-                                        std::int32_t* outLength, std::uint8_t** outBytes,
-                                        int withTerminator) noexcept;
+                                        std::int32_t* outLength, std::uint8_t** outBytes, int withTerminator) noexcept;
 
 #endif  // LXBRIDGE_KIT_MODEL_VALUE_H_

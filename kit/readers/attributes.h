@@ -10,13 +10,14 @@
 
 [[nodiscard]] LxResult LxReadJpegFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 [[nodiscard]] LxResult LxReadTiffFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
-[[nodiscard]] LxResult LxReadPsdFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;  // psd.cpp
+[[nodiscard]] LxResult LxReadPsdFile(LxStream* stream, std::int32_t fileSize,
+                                     LxMetadataPool* pool) noexcept;  // psd.cpp
 [[nodiscard]] LxResult LxReadPngFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 [[nodiscard]] LxResult LxReadBmpFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 [[nodiscard]] LxResult LxReadGifFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 
-// The quality level of a JPEG by its luminance quantisation table (LxCompression; 0 when it cannot be told). `payload` is
-// the DQT segment behind its length field.
+// The quality level of a JPEG by its luminance quantisation table (LxCompression; 0 when it cannot be told). `payload`
+// is the DQT segment behind its length field.
 [[nodiscard]] std::int32_t LxEstimateJpegQuality(const std::uint8_t* payload, std::int32_t length,
                                                  std::int32_t mcuWidth, std::int32_t mcuHeight) noexcept;
 

@@ -1,5 +1,5 @@
-// The reading routines, one for each reader code, as dispatch.cpp calls them, and the parts of them that other readers use.
-// Each takes a valid range and gives the first item of a sibling list, or null. Uses dispatch.h.
+// The reading routines, one for each reader code, as dispatch.cpp calls them, and the parts of them that other readers
+// use. Each takes a valid range and gives the first item of a sibling list, or null. Uses dispatch.h.
 #ifndef LXBRIDGE_KIT_READERS_READERS_H_
 #define LXBRIDGE_KIT_READERS_READERS_H_
 
@@ -9,8 +9,8 @@
 [[nodiscard]] LxMetadataItem* LxReadJpegStream(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                                                const LxNamespaceDescriptor& descriptor) noexcept;
 // The walk over marker segments from `position` on: up to SOS, the file's end or bad data.
-[[nodiscard]] LxMetadataItem* LxReadJpegSegments(LxBlockCache* cache, const LxParseRange& range,
-                                                 std::uint32_t position, LxParseContext* context,
+[[nodiscard]] LxMetadataItem* LxReadJpegSegments(LxBlockCache* cache, const LxParseRange& range, std::uint32_t position,
+                                                 LxParseContext* context,
                                                  const LxNamespaceDescriptor& descriptor) noexcept;
 struct LxJpegSegment {
   std::uint16_t marker;
@@ -38,8 +38,7 @@ struct LxJpegSegment {
                                                       const LxNamespaceDescriptor& descriptor) noexcept;
 // `offset` counts from the range's base; at most 8 IFDs.
 [[nodiscard]] LxMetadataItem* LxReadIfdChain(std::uint32_t offset, LxBlockCache* cache, const LxParseRange& range,
-                                             LxParseContext* context,
-                                             const LxNamespaceDescriptor& descriptor) noexcept;
+                                             LxParseContext* context, const LxNamespaceDescriptor& descriptor) noexcept;
 [[nodiscard]] LxMetadataItem* LxReadIfdEntries(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                                                const LxNamespaceDescriptor& descriptor) noexcept;
 

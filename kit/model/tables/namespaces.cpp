@@ -1,5 +1,5 @@
-// The namespaces: what the readers start from and switch to, the way from a name to a dictionary and to a display key, and
-// where each namespace lives in the three layouts. Data only.
+// The namespaces: what the readers start from and switch to, the way from a name to a dictionary and to a display key,
+// and where each namespace lives in the three layouts. Data only.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>

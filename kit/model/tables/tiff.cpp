@@ -1,6 +1,6 @@
 // The tags of TIFF directories: TIFF 6.0, TIFF/EP and later registered ones. Data only.
-// Label groups, here and in exif.cpp and gps.cpp: Tiff6 for the tags of TIFF 6.0, Exif2 for those new in Exif 2.2, Exif21 for
-// those new in Exif 2.21, Exif for all others.
+// Label groups, here and in exif.cpp and gps.cpp: Tiff6 for the tags of TIFF 6.0, Exif2 for those new in Exif 2.2,
+// Exif21 for those new in Exif 2.21, Exif for all others.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>

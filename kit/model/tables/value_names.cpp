@@ -1,5 +1,5 @@
-// How tagged values become display texts: the named values of TIFF and Exif tags, and the descriptors of all formats. Data
-// only. The first entry of a value names it.
+// How tagged values become display texts: the named values of TIFF and Exif tags, and the descriptors of all formats.
+// Data only. The first entry of a value names it.
 #include "kit/model/tables/value_names.h"
 
 #include "kit/model/tables/table_row.h"

@@ -1,5 +1,5 @@
-// Which maker-note dictionary a camera's notes are read with: first by the text of Make, then by that of Model, each compared
-// whole, spaces included. The first row that matches holds; an empty text matches any. Data only.
+// Which maker-note dictionary a camera's notes are read with: first by the text of Make, then by that of Model, each
+// compared whole, spaces included. The first row that matches holds; an empty text matches any. Data only.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>
