@@ -63,6 +63,7 @@ bool MapInteger(LxConversion& conversion, const LxMetadataItem* item, const char
   if (!item->value || !IsIntegerType(item->typeCode) || item->valueLength != size) return false;
   std::uint32_t value = LxGetFirstValue(item);
   const bool isSigned = IsSignedType(item->typeCode);
+  // NOLINTNEXTLINE(bugprone-signed-char-misuse): the sign is to be extended.
   if (isSigned && size == 1) value = static_cast<std::uint32_t>(static_cast<std::int8_t>(value));
   if (isSigned && size == 2) value = static_cast<std::uint32_t>(static_cast<std::int16_t>(value));
   return LxSetXMPInteger(conversion.Xmp(), schema, item->name, value, isSigned);
