@@ -16,9 +16,4 @@
 [[nodiscard]] LxResult LxReadBmpFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 [[nodiscard]] LxResult LxReadGifFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 
-// The quality level of a JPEG by its luminance quantisation table (LxCompression; 0 when it cannot be told). `payload`
-// is the DQT segment behind its length field.
-[[nodiscard]] std::int32_t LxEstimateJpegQuality(const std::uint8_t* payload, std::int32_t length,
-                                                 std::int32_t mcuWidth, std::int32_t mcuHeight) noexcept;
-
 #endif  // LXBRIDGE_KIT_READERS_ATTRIBUTES_H_

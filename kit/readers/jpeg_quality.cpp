@@ -2,6 +2,8 @@
 // last entries tell the level. Touches kit/model only.
 #include "kit/readers/jpeg_quality.h"
 
+#include "kit/model/pool.h"
+
 namespace {
 
 constexpr std::int32_t kTableLength = 65;  // Precision and destination, 64 entries of 8 bits.

@@ -10,8 +10,8 @@
 // when it cannot be opened, else what LxParseImageFile gives. The items' values stay valid until the pool is freed.
 [[nodiscard]] LxResult LxReadFileIntoPool(LxMetadataPool* pool, const char* path) noexcept;
 
-// Reads an open stream from its position's file on and puts the position back: kLxOk; a failure, after which the pool
-// is empty; 1 when the stream cannot tell or restore its position (pool empty).
+// Reads the file of an open stream and puts the stream's position back: kLxOk; a failure, after which the pool is
+// empty; 1 when the stream cannot tell or restore its position (pool empty).
 [[nodiscard]] LxResult LxParseImageFile(LxStream* stream, LxMetadataPool* pool) noexcept;
 
 #endif  // LXBRIDGE_KIT_READERS_READ_FILE_H_
