@@ -5,6 +5,8 @@
 #include <exception>
 #include <new>
 
+#include "outside/xmp/registry.h"
+
 namespace velto {
 namespace {
 
@@ -103,7 +105,7 @@ bool startToolkit(TALLookupProc lookup) noexcept {
     ++state.starts;
     return true;
   }
-  if (lookup == nullptr) return false;
+  if (lookup == nullptr || !prepareRegistry()) return false;
   // Objects of another broker that still live keep their kind there.
   if (lookup != state.lookup) state.kind = nullptr;
   BoundState fresh;

@@ -38,7 +38,7 @@ struct Instance {
 };
 
 // Binds what the toolkit uses of the broker, registers its interfaces and the kind of its objects; false, with nothing
-// left registered, when the broker lacks something. Starts are counted.
+// left registered, when the broker lacks something or there is no memory. Starts are counted.
 bool startToolkit(TALLookupProc lookup) noexcept;
 // Takes the interfaces back on the last stop. Objects that still live go on working: they are bound to the kind, which
 // is kept for them, and not to the interfaces.

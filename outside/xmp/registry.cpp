@@ -7,6 +7,7 @@
 #include <functional>
 #include <iterator>
 #include <list>
+#include <new>
 #include <random>
 #include <unordered_map>
 #include <vector>
@@ -327,6 +328,15 @@ std::uint32_t hashText(std::string_view text) noexcept {
     hash = fold(hash ^ load8(bytes + left - 8), keys.first);
   }
   return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+}
+
+bool prepareRegistry() noexcept {
+  try {
+    static_cast<void>(Registry::instance());
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
 }
 
 const Namespace* findNamespace(std::string_view uri) noexcept {

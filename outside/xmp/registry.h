@@ -31,6 +31,10 @@ struct Namespace {
 void useNamespace(const Namespace* ns) noexcept;
 void releaseNamespace(const Namespace* ns) noexcept;
 
+// Makes the registry; false when there is no memory for that. Everything below makes it too when it is the first to
+// need it, but most of it could not tell of a failure.
+bool prepareRegistry() noexcept;
+
 // The record of a URI that is known, or null.
 const Namespace* findNamespace(std::string_view uri) noexcept;
 // The record of a prefix (without colon) that is known, or null.

@@ -55,6 +55,37 @@ namespace {
 const char* const kDC = "http://purl.org/dc/elements/1.1/";
 const char* const kXMP = "http://ns.adobe.com/xap/1.0/";
 
+// First in this file: what is made once in a process has to be made here.
+TEST(ToolkitStartWithoutMemory, IsANoAndTheFirstPacketAnErrorUntilThereIsEnough) {
+  const TALLookupProc lookup = TALOrdinal5();
+  const BrokerProcs broker{lookup};
+  std::uint32_t started = 0;
+  for (long nth = 1; started == 0; ++nth) {
+    ASSERT_LT(nth, 2000);
+    untilFailure = nth;
+    isCounting = true;
+    started = VeltoXMPOrdinal1(lookup, kXMPClientVersion, nullptr);
+    isCounting = false;
+  }
+  const auto meta = LookUpAll<XMPMetaStatics>(lookup, kXMPMetaStaticInterface, kXMPMetaStaticNames);
+  const std::string packet =
+      "<r:RDF "
+      "xmlns:r='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><r:Description><dc:a>1</dc:a></r:Description></r:RDF>";
+  XMPObjectRef made = nullptr;
+  for (long nth = 1; made == nullptr; ++nth) {
+    ASSERT_LT(nth, 2000);
+    untilFailure = nth;
+    isCounting = true;
+    const TALErrorRef error = meta.newWithBuffer(packet.data(), static_cast<std::uint32_t>(packet.size()), &made);
+    isCounting = false;
+    EXPECT_EQ(error == nullptr, made != nullptr);
+    EXPECT_TRUE(error == nullptr || error == broker.errors.getCoreError(0));
+    broker.errors.release(error);
+  }
+  EXPECT_EQ(broker.containers.release(made), nullptr);
+  VeltoXMPOrdinal2();
+}
+
 class ToolkitWithoutMemory : public testing::Test {
  protected:
   void SetUp() override {
