@@ -94,7 +94,7 @@ constexpr LxTagRecord kLxTiffTags[] = {
   {0x0211, kPlain,  "YCbCrCoefficients",           kRatl,    3, nullptr,                            nullptr,                  "$$$/Tiff6/YCbCrCoefficients=YCbCr Coefficients"},
   {0x0212, kPlain,  "YCbCrSubSampling",            kShort,   2, nullptr,                            nullptr,                  "$$$/Tiff6/YCbCrSubSampling=YCbCr Sub Sampling"},
   {0x0213, kPlain,  "YCbCrPositioning",            kShort,   1, &kLxYCbCrPositioningNames,          nullptr,                  "$$$/Tiff6/YCbCrPositioning=YCbCr Positioning"},
-  {0x0214, kPlain,  "ReferenceBlackWhite",         kRatl,    6, nullptr,                            nullptr,                  "$$$/Tiff6/ReferenceBlackWhite=Reference Black White"},
+  {0x0214, kPlain,  "ReferenceBlackWhite",         kLong,    6, nullptr,                            nullptr,                  "$$$/Tiff6/ReferenceBlackWhite=Reference Black White"},  // sic: TIFF 6.0's list of tags; rational in its section 20
   {0x8298, kPlain,  "Copyright",                   kAscii,   0, nullptr,                            nullptr,                  "$$$/Tiff6/Copyright=Copyright"},
 
   // TIFF/EP, Exif, and registered tags

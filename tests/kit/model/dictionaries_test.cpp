@@ -387,8 +387,9 @@ TEST(Dictionaries, GiveTheTypesThatReadersRelyOn) {
   EXPECT_EQ(ofType(kLxGpsTags, kLxTypeUndefined), "GPSProcessingMethod GPSAreaInformation");
   EXPECT_EQ(ofType(kLxTiffTags, kLxTypeRational),
             "XResolution YResolution XPosition YPosition WhitePoint PrimaryChromaticities YCbCrCoefficients "
-            "ReferenceBlackWhite ExposureTime FNumber CompressedBitsPerPixel ApertureValue MaxApertureValue "
+            "ExposureTime FNumber CompressedBitsPerPixel ApertureValue MaxApertureValue "
             "SubjectDistance FocalLength FlashEnergy FocalPlaneXResolution FocalPlaneYResolution ExposureIndex");
+  EXPECT_EQ(LxFindTagById(532, kLxTiffTags)->typeCode, kLxTypeLong);  // As in the list of tags of TIFF 6.0.
   for (const Dictionary& dictionary : kNamed) {
     for (const LxTagRecord* record : Records(dictionary.records)) {
       EXPECT_LT(record->typeCode, kLxTypeCount) << dictionary.title << " " << record->name;

@@ -37,17 +37,21 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 void* operator new[](std::size_t size) {
   return operator new(size);
 }
-void operator delete(void* block) noexcept {
+// Out of line: seen beside a `new`, free() looks like the wrong way to give a block back.
+[[gnu::noinline]] static void Release(void* block) noexcept {
   std::free(block);
+}
+void operator delete(void* block) noexcept {
+  Release(block);
 }
 void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
+  Release(block);
 }
 void operator delete[](void* block) noexcept {
-  std::free(block);
+  Release(block);
 }
 void operator delete[](void* block, std::size_t) noexcept {
-  std::free(block);
+  Release(block);
 }
 
 namespace {
