@@ -72,6 +72,18 @@ TEST(Options, EveryMistakeIsNamed) {
       {{"pool", "--format=", "a.jpg"}, "unknown format ''"},
       {{"--format", "JSON", "a.jpg"}, "unknown format 'JSON'"},
       {{"a.jpg", "--format"}, "option '--format' needs a value"},
+      {{"-j", "0", "a.jpg"}, "not a number of workers from 1 to 256: '0'"},
+      {{"-jx", "a.jpg"}, "not a number of workers from 1 to 256: 'x'"},
+      {{"--timeout=1s", "a.jpg"}, "not a number of seconds: '1s'"},
+      {{"--timeout", "nan", "a.jpg"}, "not a number of seconds: 'nan'"},
+      {{"-0", "a.jpg"}, "option '-0' needs '--files-from'"},
+      {{"--files-from=", "a.jpg"}, "empty name of a list"},
+      {{"--files-from", "-", "-"}, "standard input is a FILE or the list, not both"},
+      {{"--format", "csv", "a.jpg"}, "a table needs '--fields'"},
+      {{"--fields", "tiff:Make", "a.jpg"}, "'--fields', '--separator' and '--header' need '--format csv' or 'tsv'"},
+      {{"--format=csv", "--fields", "tiff:Make,Model", "a.jpg"}, "not a field 'Model'"},
+      {{"--format=csv", "--fields", "exif:Flash/", "a.jpg"}, "not a field 'exif:Flash/'"},
+      {{"pool", "--fields", "tiff:Make", "a.jpg"}, "unknown option '--fields'"},
   };
   for (const auto& c : kCases) EXPECT_EQ(Parsed(c.words), c.error);
 }

@@ -1,0 +1,291 @@
+// The command over folders, lists and worker processes, from outside.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tests/support/image_builders.h"
+#include "tests/support/tiff_builder.h"
+#include "tests/tools/output_checks.h"
+#include "tests/tools/run_command.h"
+
+namespace lxtest {
+namespace {
+
+const std::vector<std::string> kMakes = {"--format", "csv", "--fields", "tiff:Make"};
+
+Bytes Photo(std::string_view make) {
+  return JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Ascii(0x010F, make)}));
+}
+
+Bytes Text(std::string_view text) {
+  return Bytes(text.begin(), text.end());
+}
+
+std::vector<std::string> Plus(std::vector<std::string> front, const std::vector<std::string>& back) {
+  front.insert(front.end(), back.begin(), back.end());
+  return front;
+}
+
+std::vector<std::string> Sorted(std::vector<std::string> lines) {
+  std::sort(lines.begin(), lines.end());
+  return lines;
+}
+
+// A folder with so many photographs, every seventh of them missing or broken, and the list of their names.
+class Many {
+ public:
+  explicit Many(int count) {
+    for (int i = 0; i < count; ++i) {
+      const std::string name = "p" + std::to_string(i) + ".jpg";
+      names.push_back(name);
+      // Lengths differ so that slow files stand in front of fast ones.
+      if (i % 7 == 3) {
+        folder.Add(name, JpegBuilder().Comment("no frame").Bare());
+      } else if (i % 7 != 5) {
+        folder.Add(name, Photo("Make " + std::to_string(i) + std::string(i % 11 == 0 ? 30000 : 3, 'x')));
+      }
+    }
+    std::string list;
+    for (const std::string& name : names) list += name + "\n";
+    folder.Add("list", Text(list));
+  }
+
+  TempFolder folder;
+  std::vector<std::string> names;
+};
+
+// Runs a script of the shell in the folder with the command as $0.
+Outcome Script(const TempFolder& folder, const std::string& script) {
+  return RunProgram("/bin/sh", {"-c", script, LX_COMMAND}, {.folder = folder.path()});
+}
+
+TEST(ManyFiles, WorkersGiveWhatOneProcessGivesInTheSameOrder) {
+  const Many many(300);
+  const Surroundings there = {.folder = many.folder.path()};
+  for (const auto& form : kForms) {
+    Outcome one;
+    for (std::size_t i = 0; i < many.names.size(); i += 10) {  // So few at a time are done without workers.
+      const std::vector<std::string> some(many.names.begin() + static_cast<std::ptrdiff_t>(i),
+                                          many.names.begin() + static_cast<std::ptrdiff_t>(i) + 10);
+      const Outcome part = Lxbridge(Plus(form, some), there);
+      one.out += part.out;
+      one.err += part.err;
+    }
+    for (const char* workers : {"-j1", "-j2", "-j7"}) {
+      const Outcome outcome = Lxbridge(Plus(form, {workers, "--files-from", "list"}), there);
+      EXPECT_EQ(outcome.status, 1);
+      EXPECT_EQ(outcome.err, one.err) << workers;
+      EXPECT_TRUE(outcome.out == one.out) << workers << " " << form[2];
+    }
+    if (form[2] != "json") continue;
+    const Outcome loose = Lxbridge(Plus(form, {"--unordered", "-j3", "--files-from=list"}), there);
+    EXPECT_EQ(Sorted(Lines(loose.out)), Sorted(Lines(one.out)));
+    EXPECT_EQ(Sorted(Lines(loose.err)), Sorted(Lines(one.err)));
+  }
+}
+
+TEST(ManyFiles, FoldersAreWalkedWithoutLinksAndWhatNoReaderTakesIsPassedOver) {
+  const TempFolder folder;
+  ASSERT_EQ(::mkdir((folder.path() + "/a").c_str(), 0700), 0);
+  ASSERT_EQ(::mkdir((folder.path() + "/a/.hidden").c_str(), 0700), 0);
+  ASSERT_EQ(::mkdir((folder.path() + "/a/empty").c_str(), 0700), 0);
+  folder.Add("a/.hidden/.b.jpg", Photo("B"));
+  folder.Add("a/line\nend \xE9.jpg", Photo("A"));
+  folder.Add("a/notes.txt", Text("no picture at all, but long enough"));
+  folder.Add("a/short", Text(""));
+  ASSERT_EQ(::symlink("../a", (folder.path() + "/a/loop").c_str()), 0);
+  ASSERT_EQ(::symlink(".hidden/.b.jpg", (folder.path() + "/a/link.jpg").c_str()), 0);
+  ASSERT_EQ(::mkfifo((folder.path() + "/a/pipe").c_str(), 0600), 0);
+  const Surroundings there = {.folder = folder.path()};
+  const Outcome outcome = Lxbridge(Plus({"-r", "--summary", "--format=tsv", "--fields=tiff:Make"}, {"a"}), there);
+  EXPECT_EQ(outcome.status, 0);
+  const std::string quoted = "\"a/line\nend \xE9.jpg\"\tA\n";
+  const std::string hidden = "a/.hidden/.b.jpg\tB\n";
+  EXPECT_TRUE(outcome.out == quoted + hidden || outcome.out == hidden + quoted) << outcome.out;
+  EXPECT_EQ(outcome.err, "lxbridge: 2 files: 2 OK\nlxbridge: kinds: 2 jpeg\nlxbridge: passed over: 5\n");
+  // Named, a file of no kind is a file; and a folder is none without -r.
+  EXPECT_EQ(Lxbridge(Plus(kMakes, {"-r", "a/notes.txt"}), there).out, "a/notes.txt,\r\n");
+  EXPECT_EQ(Lxbridge(Plus(kMakes, {"-j2", "a"}), there).err, "lxbridge: a: is a directory\n");
+}
+
+TEST(ManyFiles, AFolderThatCannotBeReadHasALineAndTheOthersAreWalked) {
+  const TempFolder folder;
+  for (const char* name : {"/locked", "/open"}) ASSERT_EQ(::mkdir((folder.path() + name).c_str(), 0755), 0);
+  folder.Add("locked/a.jpg", Photo("A"));
+  folder.Add("open/b.jpg", Photo("B"));
+  ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+  ASSERT_EQ(::chmod((folder.path() + "/locked").c_str(), 0), 0);
+  const Outcome outcome =
+      Lxbridge(Plus(kMakes, {"-r", "gone", "locked", "open"}), {.asNobody = true, .folder = folder.path()});
+  ASSERT_EQ(::chmod((folder.path() + "/locked").c_str(), 0700), 0);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.out, "open/b.jpg,B\r\n");
+  EXPECT_EQ(outcome.err, "lxbridge: gone: NotFound\nlxbridge: locked: Permission denied\n");
+}
+
+TEST(ManyFiles, AFolderThatVanishesWhileItIsWalkedEndsNothing) {
+  const Many many(200);
+  for (int i = 0; i < 40; ++i) {
+    const std::string inner = many.folder.path() + "/d" + std::to_string(i);
+    ASSERT_EQ(::mkdir(inner.c_str(), 0700), 0);
+    many.folder.Add("d" + std::to_string(i) + "/x.jpg", Photo("X"));
+  }
+  const Outcome outcome =
+      Script(many.folder, "\"$0\" pool --format json -j2 -r . & rm -rf d1 d2 d3 d4 d5 d6 d7 d8 d9 d3?; wait $!");
+  EXPECT_LE(outcome.status, 1);
+  EXPECT_EQ(outcome.signal, 0);
+  for (const std::string& line : Lines(outcome.err)) {
+    EXPECT_TRUE(line.ends_with(": NotFound") || line.ends_with(": No such file or directory") ||
+                line.ends_with(": BadReadFormat"))
+        << line;
+  }
+  EXPECT_NE(outcome.out.find("./p198.jpg"), std::string::npos);
+}
+
+TEST(ManyFiles, AListIsNamesOfAnyBytesAndWhatIsNoNameHasALine) {
+  const TempFolder folder;
+  folder.Add("a.jpg", Photo("A"));
+  folder.Add("two\nlines \xE9.jpg", Photo("B"));
+  folder.Add("lines", Text("a.jpg\n\nmissing.jpg\n" + std::string(40000, 'x') + "\n-\na.jpg"));
+  folder.Add("zeros", Bytes(Text(std::string_view("two\nlines \xE9.jpg\0\0a.jpg", 22))));
+  const Outcome lines = Lxbridge(Plus(kMakes, {"--files-from", "-"}),
+                                 {.input = folder.path() + "/lines", .inputIsPipe = true, .folder = folder.path()});
+  EXPECT_EQ(lines.status, 1);
+  EXPECT_EQ(lines.out, "a.jpg,A\r\na.jpg,A\r\n");
+  EXPECT_EQ(lines.err,
+            "lxbridge: standard input: line 2 is empty\n"
+            "lxbridge: missing.jpg: NotFound\n"
+            "lxbridge: standard input: line 4 is too long for a name\n"
+            "lxbridge: -: standard input holds the list\n");
+  const Outcome zeros = Lxbridge(Plus(kMakes, {"-0", "--files-from", "zeros"}), {.folder = folder.path()});
+  EXPECT_EQ(zeros.out, "\"two\nlines \xE9.jpg\",B\r\na.jpg,A\r\n");
+  EXPECT_EQ(zeros.err, "lxbridge: zeros: entry 2 is empty\n");
+  EXPECT_EQ(Lxbridge(Plus(kMakes, {"--files-from", "gone"}), {.folder = folder.path()}).err,
+            "lxbridge: gone: No such file or directory\n");
+}
+
+// Results come while the list is still open; a request to end leaves whole lines and no process behind.
+TEST(ManyFiles, AListIsWorkedOnAsItComesAndAnEndIsAtOnce) {
+  const Many many(60);
+  const Outcome outcome = Script(many.folder, R"sh(
+    mkfifo names; exec 3<>names; head -20 list >&3
+    "$0" -j2 --files-from names --format json >out 2>err & p=$!
+    until [ "$(cat out err | wc -l)" -ge 20 ]; do sleep 0.05; done
+    workers=$(cat /proc/$p/task/$p/children); kill -TERM $p; wait $p; s=$?
+    sleep 0.1; for w in $workers; do ! [ -e /proc/$w/exe ] || echo "left: $w"; done
+    tail -c 1 out | od -An -c; exit $s)sh");
+  EXPECT_EQ(outcome.status, 128 + SIGTERM);
+  EXPECT_EQ(outcome.out, "  \\n\n");
+}
+
+TEST(ManyFiles, AWorkerThatDiesCostsTheFileThatItWasAt) {
+  const Many many(40);
+  ASSERT_EQ(::mkfifo((many.folder.path() + "/hangs").c_str(), 0600), 0);
+  const Outcome outcome = Script(many.folder, R"sh(
+    "$0" -j1 --format csv --fields tiff:Make p0.jpg p1.jpg hangs p2.jpg p4.jpg >out 2>err & p=$!
+    until grep -q crashed err; do
+      sleep 0.2; for w in $(cat /proc/$p/task/$p/children 2>/dev/null); do kill -KILL $w; done
+    done
+    wait $p; s=$?; cut -c 1-12 out; cat err >&2; exit $s)sh");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err, "lxbridge: hangs: crashed (signal 9)\n");
+  EXPECT_EQ(outcome.out, "p0.jpg,Make \np1.jpg,Make \np2.jpg,Make \np4.jpg,Make \n");
+}
+
+TEST(ManyFiles, AFileThatTakesTooLongIsGivenUpAlone) {
+  const Many many(40);
+  for (const char* name : {"/h1", "/h2"}) ASSERT_EQ(::mkfifo((many.folder.path() + name).c_str(), 0600), 0);
+  for (const char* workers : {"-j1", "-j3"}) {
+    const Outcome outcome =
+        Lxbridge(Plus(kMakes, {workers, "--timeout", "1.5", "--summary", "p1.jpg", "h1", "h2", "p2.jpg", "p4.jpg"}),
+                 {.folder = many.folder.path()});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "p1.jpg,Make 1xxx\r\np2.jpg,Make 2xxx\r\np4.jpg,Make 4xxx\r\n");
+    EXPECT_EQ(outcome.err,
+              "lxbridge: h1: timed out\nlxbridge: h2: timed out\nlxbridge: 5 files: 3 OK, 2 timed out\n"
+              "lxbridge: kinds: 3 jpeg\nlxbridge: passed over: 0\n");
+  }
+}
+
+TEST(ManyFiles, AClosedPipeAndAFullDiskEndTheWorkersToo) {
+  const Many many(200);
+  const std::vector<std::string> arguments = {"-j2", "--format", "json", "--files-from", "list"};
+  const Outcome pipe = Lxbridge(arguments, {.outputIsClosedPipe = true, .folder = many.folder.path()});
+  EXPECT_EQ(pipe.signal, SIGPIPE);
+  const Outcome told =
+      Lxbridge(arguments, {.outputIsClosedPipe = true, .ignoresBrokenPipe = true, .folder = many.folder.path()});
+  EXPECT_EQ(told.status, 1);
+  const Outcome full = Lxbridge(arguments, {.output = "/dev/full", .folder = many.folder.path()});
+  EXPECT_EQ(full.status, 1);
+  EXPECT_EQ(full.err.substr(full.err.find("lxbridge: standard")),
+            "lxbridge: standard output: No space left on device\n");
+}
+
+TEST(ManyFiles, StandardInputIsReadWholeWhicheverWorkerHasIt) {
+  const Many many(40);
+  std::vector<std::string> files;
+  for (int i = 0; i < 40; ++i) files.push_back("-");
+  std::string rows;
+  for (int i = 0; i < 40; ++i) rows += "-,Make 1xxx\r\n";
+  const Outcome outcome =
+      Lxbridge(Plus(Plus(kMakes, {"-j4"}), files), {.input = many.folder.path() + "/p1.jpg", .folder = ""});
+  EXPECT_EQ(outcome.out, rows);
+  EXPECT_EQ(outcome.err, "");
+}
+
+TEST(ManyFiles, ProgressIsSaidWhenAskedForAndWhenItTakesAWhile) {
+  const Many many(10);
+  ASSERT_EQ(::mkfifo((many.folder.path() + "/slow").c_str(), 0600), 0);
+  const std::vector<std::string> arguments = Plus(kMakes, {"-j1", "--timeout", "2", "p1.jpg", "slow"});
+  EXPECT_EQ(Lxbridge(arguments, {.folder = many.folder.path()}).err, "lxbridge: slow: timed out\n");
+  const Outcome asked = Lxbridge(Plus(arguments, {"--progress"}), {.folder = many.folder.path()});
+  EXPECT_NE(asked.err.find(" of 2 files, "), std::string::npos) << asked.err;
+  EXPECT_NE(asked.err.find("lxbridge: 2 of 2 files, "), std::string::npos) << asked.err;
+}
+
+TEST(Tables, CellsAreQuotedArraysJoinedAndWhatIsMissingIsEmpty) {
+  const TempFolder folder;
+  folder.Add("a,b.jpg", JpegBuilder()
+                            .App1Xmp(R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
+<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
+<rdf:Description rdf:about="" xmlns:dc="http://purl.org/dc/elements/1.1/" xmlns:own="http://ns.adobe.com/xap/1.0/"
+  own:Label="say &quot;a&quot;"><dc:subject><rdf:Bag><rdf:li>one</rdf:li><rdf:li>two, three</rdf:li></rdf:Bag></dc:subject>
+</rdf:Description></rdf:RDF></x:xmpmeta>)")
+                            .App1Exif(TiffBuilder(kBig).Exif({Short(0x9209, 1)})));
+  const Surroundings there = {.folder = folder.path()};
+  // A file may call a namespace what it likes.
+  const std::string fields = "dc:subject,xmp:Label,dc:nothing,exif:Flash/exif:Fired";
+  const Outcome csv = Lxbridge({"--format=csv", "--header", "--fields", fields, "a,b.jpg"}, there);
+  EXPECT_EQ(csv.err, "");
+  EXPECT_EQ(csv.out, "file," + fields + "\r\n\"a,b.jpg\",\"one; two, three\",\"say \"\"a\"\"\",,True\r\n");
+  const Outcome tsv =
+      Lxbridge({"--format", "tsv", "--separator", "|", "--fields", "dc:subject,exif:Flash", "a,b.jpg"}, there);
+  EXPECT_EQ(tsv.out.substr(0, 41), "a,b.jpg\tone|two, three\texif:Fired=True|ex");
+  const Outcome unknown = Lxbridge({"--format=csv", "--fields", "tiff:Make,nope:Make", "a,b.jpg"}, there);
+  EXPECT_EQ(unknown.status, 2);
+  EXPECT_EQ(unknown.out, "");
+  EXPECT_EQ(unknown.err, "lxbridge: unknown prefix 'nope'\nTry 'lxbridge --help' for more information.\n");
+}
+
+// Shards of a list by GNU parallel, one of them done again: joined they are what one call gives.
+TEST(Shards, ThroughParallelTheirResultsJoinToThoseOfOneCall) {
+  if (RunProgram("/bin/sh", {"-c", "command -v parallel"}).status != 0) GTEST_SKIP() << "no GNU parallel here";
+  const Many many(300);
+  const Outcome outcome = Script(many.folder, R"sh(
+    mkdir shards; split -l 64 -d list shards/
+    run='"'"$0"'" -j1 --format json --files-from {} >{}.part 2>{}.err; s=$?; [ $s -le 1 ] && mv {}.part {}.json'
+    ls shards/* | grep -v '\.' | parallel --will-cite -j2 --joblog log "$run" 
+    rm shards/02.json; ls shards/?? | while read s; do [ -e $s.json ] || echo $s; done | parallel --will-cite "$run"
+    cat shards/*.json >joined; "$0" -j1 --format json --files-from list >whole 2>err; cmp joined whole
+    cat shards/*.err | sort >errors; sort err | cmp - errors)sh");
+  EXPECT_EQ(outcome.status, 0) << outcome.out << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+}
+
+}  // namespace
+}  // namespace lxtest
