@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <memory>
 
 #include "api/interchange.h"
+#include "kit/model/find_items.h"
 #include "kit/model/lookup.h"
 #include "kit/model/pool_edit.h"
 #include "kit/model/pool_walk.h"
@@ -69,8 +71,10 @@ struct IptcChoice {
 // In a TIFF file the tag is the place for IPTC, in every other file the image resource is; a tag in the Exif block of a
 // JPEG file is a stray copy and is never used.
 IptcChoice ChooseIptc(LxMetadataPool* pool) noexcept {
-  const LxMetadataItem* const tag = Find(*pool, "tiff", kIptcBlock);
-  const LxMetadataItem* const resource = Find(*pool, "ir", kIptcBlock);
+  LxWantedItem blocks[] = {{"tiff", kIptcBlock, nullptr}, {"ir", kIptcBlock, nullptr}};
+  LxFindItems(pool->root, blocks, std::size(blocks));
+  const LxMetadataItem* const tag = blocks[0].found;
+  const LxMetadataItem* const resource = blocks[1].found;
   const bool isTiff = pool->fileKind == kLxFileTiff;
   if (tag && isTiff) {
     if (resource) LxDeleteMetadata(pool, "ir", kIptcBlock, "", "");
@@ -116,34 +120,51 @@ std::int32_t ImportIptc(LxConversion& conversion, const LxMetadataItem* source) 
   return converted;
 }
 
-std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
-  const char* const tiff = LxNamespaceName(0);
-  const char* const exif = LxNamespaceName(1);
-  const char* const gps = LxNamespaceName(2);
-  const char* const resources = LxNamespaceName(4);
+// Which conversion an item's namespace belongs to.
+enum class Room { kTiff, kExif, kResources, kTiffHeader, kOther };
 
+Room RoomOf(const char* nameSpace) noexcept {
+  if (Is(nameSpace, LxNamespaceName(0))) return Room::kTiff;
+  if (Is(nameSpace, LxNamespaceName(1)) || Is(nameSpace, LxNamespaceName(2))) return Room::kExif;
+  if (Is(nameSpace, LxNamespaceName(4))) return Room::kResources;
+  return Is(nameSpace, "tiffh") ? Room::kTiffHeader : Room::kOther;
+}
+
+std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
   std::int32_t converted = 0;
   const PoolIteratorPtr iterator(LxNewPoolIterator(&pool));
   if (!iterator) return converted;
   bool isPastFirstIfd = false;
   bool skip = false;
+  // The items of a directory share the text of their namespace, so it is compared once for all of them.
+  const char* nameSpace = nullptr;
+  Room room = Room::kOther;
   LxMetadataItem* item = nullptr;
   while (LxNextPoolItem(iterator.get(), &item, skip) == kLxOk) {
     skip = false;
     bool done = false;
-    if (Is(item->nameSpace, tiff)) {
-      if (Is(item->name, "SubIFDs")) {
-        skip = true;  // Other pictures of the file.
-      } else {
-        done = LxConvertTiffItem(conversion, item);
-      }
-    } else if (Is(item->nameSpace, exif) || Is(item->nameSpace, gps)) {
-      done = LxConvertExifItem(conversion, item);
-    } else if (Is(item->nameSpace, resources)) {
-      done = LxConvertIrItem(conversion, item);
-    } else if (Is(item->nameSpace, "tiffh") && Is(item->name, "IFD")) {
-      skip = isPastFirstIfd;  // The thumbnail's directory, or a further picture's.
-      isPastFirstIfd = true;
+    if (item->nameSpace != nameSpace) {
+      nameSpace = item->nameSpace;
+      room = RoomOf(nameSpace);
+    }
+    switch (room) {
+      case Room::kTiff:
+        skip = Is(item->name, "SubIFDs");  // Other pictures of the file.
+        if (!skip) done = LxConvertTiffItem(conversion, item);
+        break;
+      case Room::kExif:
+        done = LxConvertExifItem(conversion, item);
+        break;
+      case Room::kResources:
+        done = LxConvertIrItem(conversion, item);
+        break;
+      case Room::kTiffHeader:
+        if (!Is(item->name, "IFD")) break;
+        skip = isPastFirstIfd;  // The thumbnail's directory, or a further picture's.
+        isPastFirstIfd = true;
+        break;
+      case Room::kOther:
+        break;
     }
     if (done) ++converted;
   }

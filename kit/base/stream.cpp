@@ -44,10 +44,33 @@ bool WritePending(LxStream* stream) noexcept {
   return true;
 }
 
+// Fills the buffer from the position on, without moving it.
+std::size_t LoadPage(LxStream* stream) noexcept {
+  const std::size_t got = LxPlatformReadAt(stream->file, stream->buffer, sizeof(stream->buffer), stream->position);
+  stream->pageStart = stream->position;
+  stream->pageLength = static_cast<std::int32_t>(got);
+  return got;
+}
+
+// A file's first bytes tell its kind, and its first page is asked for next: one read of the file serves both.
+std::size_t ReadDirect(LxStream* stream, void* buffer, std::size_t length) noexcept {
+  const std::int64_t offset = stream->position - stream->pageStart;
+  const bool inPage =
+      offset >= 0 && offset <= stream->pageLength && length <= static_cast<std::size_t>(stream->pageLength - offset);
+  if (inPage) {
+    std::memcpy(buffer, stream->buffer + offset, length);
+    return length;
+  }
+  if (length >= sizeof(stream->buffer)) return LxPlatformReadAt(stream->file, buffer, length, stream->position);
+  const std::size_t got = std::min(LoadPage(stream), length);
+  std::memcpy(buffer, stream->buffer, got);
+  return got;
+}
+
 // From the file itself, behind what the buffer holds.
 std::size_t ReadFile(LxStream* stream, void* buffer, std::size_t length) noexcept {
   if (stream->direct == 0) return std::fread(buffer, 1, length, stream->file);
-  const std::size_t got = LxPlatformReadAt(stream->file, buffer, length, stream->position);
+  const std::size_t got = buffer == stream->buffer ? LoadPage(stream) : ReadDirect(stream, buffer, length);
   stream->position += static_cast<std::int64_t>(got);
   return got;
 }
@@ -118,11 +141,13 @@ std::int32_t Unget(std::int32_t byte, LxStream* stream) noexcept {
   if (stream->count < 1) {
     if (stream->direct == 0) return std::ungetc(byte, stream->file);
     stream->base = stream->cursor = stream->buffer;
+    stream->pageLength = 0;
     *stream->cursor = static_cast<std::uint8_t>(byte & 0xFF);
     stream->count = 1;
     return *stream->cursor;
   }
   if (stream->cursor == stream->buffer) return -1;  // More given back than was taken from this buffer.
+  stream->pageLength = 0;                           // The byte given back need not be the file's.
   *--stream->cursor = static_cast<std::uint8_t>(byte & 0xFF);
   ++stream->count;
   return *stream->cursor;

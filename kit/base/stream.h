@@ -53,6 +53,8 @@ struct LxStream {
   std::uint16_t direct;     // 1: read by position; the FILE's own position is not used.
   std::int64_t position;    // Direct: of the byte behind the buffer.
   std::int64_t fileLength;  // Direct: as it was when the file was opened.
+  std::int64_t pageStart;   // Direct: what the buffer was last filled with is still there after a seek, and
+  std::int32_t pageLength;  // serves reads of the same bytes.
 };
 
 // The method table of all file streams.
