@@ -81,11 +81,21 @@ void setZone(XMPDateTime& date, std::int64_t offset) noexcept {
   date.zoneMinute = static_cast<std::int32_t>(minutes % 60);
 }
 
-std::int64_t machineOffsetAtShown(std::int64_t shown) noexcept {
+std::int64_t findOffsetAtShown(std::int64_t shown) noexcept {
   const std::int64_t before = machineOffset(shown - kDay);
   if (machineOffset(shown - before) == before) return before;
   const std::int64_t after = machineOffset(shown + kDay);
   return machineOffset(shown - after) == after ? after : before;
+}
+
+// A photograph is mostly taken, digitised and written at one time, so the latest answer is kept.
+std::int64_t machineOffsetAtShown(std::int64_t shown) noexcept {
+  static std::int64_t latest = 0, latestOffset = findOffsetAtShown(0);
+  if (shown != latest) {
+    latestOffset = findOffsetAtShown(shown);
+    latest = shown;
+  }
+  return latestOffset;
 }
 
 class DateReader {

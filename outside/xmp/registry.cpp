@@ -149,10 +149,8 @@ constinit bool recordsLive = false;
 
 class Registry {
  public:
-  static Registry& instance() {
-    static Registry registry;
-    return registry;
-  }
+  // Asked for with every name: what stands already costs a comparison.
+  static Registry& instance() { return made_ != nullptr ? *made_ : make(); }
 
   Registry() {
     for (const Standard& standard : kStandards) {
@@ -238,6 +236,13 @@ class Registry {
   }
 
  private:
+  static Registry& make() {
+    static Registry registry;
+    made_ = &registry;
+    return registry;
+  }
+  static constinit inline Registry* made_ = nullptr;
+
   // New records between two looks for those that nobody uses. At least as many as there are old ones, so that looking
   // costs each a fixed time, however many are in use.
   static constexpr std::size_t kForgetAfter = 4096;
