@@ -34,7 +34,7 @@ namespace lxbridge::command {
 namespace {
 
 // Jobs that a worker holds: given so many at once, when it has no more than that left.
-constexpr std::size_t kJobsAtOnce = 8;
+constexpr std::size_t kJobsAtOnce = 16;
 // A worker is followed by a fresh one after so many files: what packets of strangers leave behind in it, as the
 // namespaces that they register for the life of a process, does not add up.
 constexpr std::uint64_t kJobsOfALife = 4096;
@@ -43,6 +43,7 @@ constexpr std::uint64_t kJobsOfALife = 4096;
 constexpr std::uint64_t kMostAhead = 8192;
 constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
 constexpr std::size_t kSocketBlock = 128 * 1024;
+constexpr std::size_t kJobBlock = 16 * 1024;
 constexpr std::size_t kResultBlock = 64 * 1024;
 constexpr std::int64_t kResultDelayNs = 10'000'000;  // Results are gathered no longer than this.
 constexpr int kWakeMs = 200;                         // For the progress.
@@ -96,7 +97,7 @@ void DoJob(FileWork* work, const Input& input, FileResult* result) {
     SendAll(socket, &out);
     ::_exit(0);
   }
-  std::string in;
+  std::string in, block(kJobBlock, '\0');
   std::size_t at = 0;
   Input input;
   FileResult result;
@@ -106,11 +107,9 @@ void DoJob(FileWork* work, const Input& input, FileResult* result) {
       SendAll(socket, &out);
       in.erase(0, at);
       at = 0;
-      const std::size_t had = in.size();
-      in.resize(had + kSocketBlock);
-      const ssize_t got = ::recv(socket, in.data() + had, kSocketBlock, 0);
+      const ssize_t got = ::recv(socket, block.data(), block.size(), 0);
       if (got == 0 || (got < 0 && errno != EINTR)) ::_exit(0);
-      in.resize(had + static_cast<std::size_t>(got < 0 ? 0 : got));
+      in.append(block, 0, static_cast<std::size_t>(got < 0 ? 0 : got));
       continue;
     }
     const std::int64_t beganNs = NowNs();
@@ -249,6 +248,7 @@ class Pool {
       }
     }
     Give(taker, {number_++, std::move(input)});
+    if (taker != worker) Send(taker);
     return !worker->leaving;
   }
 
@@ -256,7 +256,6 @@ class Pool {
     AppendJob(job.input, &worker->toSend);
     worker->jobs.push_back(std::move(job));
     if (++worker->given >= kJobsOfALife) worker->leaving = true;
-    if (worker->leaving || worker->jobs.size() > kJobsAtOnce) Send(worker);
   }
 
   void Send(Worker* worker) {

@@ -1,0 +1,165 @@
+// What does the command cost over many files, and for one? In one run, repetitions interleaved, of the same files:
+//   two workers beside one          files a second
+//   one worker beside the library   the library: LxInterchangeNew to LxInterchangeDelete in one process, once bare and
+//   once
+//                                   with the packet that the command prints
+//   memory                          the largest process of the command, over ten times the files too
+//   start-up                        the whole process for one file of 2 kB beside open_read's
+// Ratios are of medians; minima are printed beside them, since other work on the machine only ever adds.
+//
+//   batch_bench [FOLDER [FILES [REPETITIONS]]]
+//
+// FOLDER (../shared/corpus beside the tree) holds the files that are linked, FILES (4000) times in all, into a
+// temporary folder. Uses the library's public header, host/ and the built command.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "api/include/lxbridge/lxbridge.h"
+#include "host/xmp_view.h"
+
+extern char** environ;
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point begin) {
+  return std::chrono::duration<double>(Clock::now() - begin).count();
+}
+
+double SecondsOf(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
+// Runs a program with its output thrown away: its seconds, the memory of its largest process in kB, and the seconds of
+// processors that it and its children took.
+double Run(std::vector<std::string> words, long* memory = nullptr, double* processors = nullptr) {
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+  const Clock::time_point begin = Clock::now();
+  pid_t child = 0;
+  int status = 0;
+  rusage usage = {};
+  if (posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environ) != 0 ||
+      wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) || WEXITSTATUS(status) > 1) {
+    std::fprintf(stderr, "batch_bench: cannot run %s\n", argv[0]);
+    std::exit(1);
+  }
+  const double seconds = SecondsSince(begin);
+  posix_spawn_file_actions_destroy(&actions);
+  if (memory != nullptr) *memory = std::max(*memory, usage.ru_maxrss);
+  if (processors != nullptr) *processors = SecondsOf(usage.ru_utime) + SecondsOf(usage.ru_stime);
+  return seconds;
+}
+
+double RunLibrary(const std::vector<std::string>& files, bool packets) {
+  const Clock::time_point begin = Clock::now();
+  std::size_t bytes = 0;
+  for (const std::string& file : files) {
+    const LxInterchangeHandle handle = LxInterchangeNew(file.c_str());
+    if (packets) bytes += lxbridge::XmpView(LxInterchangeGetXMP(handle)).Serialize().size();
+    LxInterchangeDelete(handle);
+  }
+  return packets && bytes == 0 ? 0 : SecondsSince(begin);
+}
+
+struct Series {
+  std::vector<double> seconds;
+  double Median() {
+    std::sort(seconds.begin(), seconds.end());
+    return seconds[seconds.size() / 2];
+  }
+  double Least() const { return *std::min_element(seconds.begin(), seconds.end()); }
+};
+
+void Print(const char* what, Series* a, Series* b, const char* wanted) {
+  std::printf("%-44s medians %.2f, minima %.2f  (%s)\n", what, a->Median() / b->Median(), a->Least() / b->Least(),
+              wanted);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const fs::path corpus = argc > 1 ? argv[1] : LXBRIDGE_CORPUS;
+  const std::size_t count = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 4000;
+  const int repetitions = argc > 3 ? std::atoi(argv[3]) : 15;
+  std::string folder = (fs::temp_directory_path() / "batch_bench-XXXXXX").string();
+  if (::mkdtemp(folder.data()) == nullptr) return 1;
+  std::vector<fs::path> sources;
+  for (const auto& entry : fs::directory_iterator(corpus)) {
+    if (entry.is_regular_file()) sources.push_back(fs::absolute(entry.path()));
+  }
+  std::sort(sources.begin(), sources.end());
+  if (sources.empty()) return 1;
+  std::vector<std::string> files;
+  std::ofstream list(folder + "/list"), longList(folder + "/long");
+  for (std::size_t i = 0; i < count; ++i) {
+    files.push_back(folder + "/" + std::to_string(i));
+    fs::create_symlink(sources[i % sources.size()], files.back());
+    list << files.back() << '\n';
+  }
+  for (int i = 0; i < 10; ++i) {
+    for (const std::string& file : files) longList << file << '\n';
+  }
+  list.close();
+  longList.close();
+  const std::string small = folder + "/small.jpg";
+  Run({LX_MAKE_SAMPLE, small});
+
+  const std::string command = LX_COMMAND;
+  LxInterchangeInit();
+  Series one, two, halves, bare, packets, start, least;
+  long memory = 0, memoryOfMany = 0;
+  {
+    const lxbridge::HostSession session;
+    for (int i = 0; i < repetitions; ++i) {
+      one.seconds.push_back(Run({command, "-j1", "--files-from", folder + "/list"}, &memory));
+      double processors = 0;
+      two.seconds.push_back(Run({command, "-j2", "--files-from", folder + "/list"}, &memory, &processors));
+      halves.seconds.push_back(processors / 2);
+      bare.seconds.push_back(RunLibrary(files, false));
+      packets.seconds.push_back(RunLibrary(files, true));
+      for (int k = 0; k < 20; ++k) {
+        start.seconds.push_back(Run({command, small}));
+        least.seconds.push_back(Run({LX_OPEN_READ, small}));
+      }
+    }
+  }
+  LxInterchangeTerm();
+  Run({command, "-j2", "--files-from", folder + "/long"}, &memoryOfMany);
+
+  const double perSecond = static_cast<double>(count);
+  std::printf("%zu files: one worker %.0f files/s, two %.0f, library bare %.0f, with packets %.0f (of minima)\n", count,
+              perSecond / one.Least(), perSecond / two.Least(), perSecond / bare.Least(), perSecond / packets.Least());
+  Print("files a second, two workers / one", &one, &two, "at least 1.8");
+  // Where other work takes a part of the two processors, what it would be without: all the time of processors that two
+  // workers and the command took, on two.
+  Print("the same by time of processors", &one, &halves, "at least 1.8");
+  Print("time, one worker / library bare", &one, &bare, "at most 1.3");
+  Print("time, one worker / library with packets", &one, &packets, "at most 1.3");
+  std::printf("%-44s %.1f MB; ten times the files: %.1f MB  (below 64)\n", "largest process",
+              static_cast<double>(memory) / 1024, static_cast<double>(memoryOfMany) / 1024);
+  std::printf("start to end for one file: command %.0f us, open_read %.0f us (medians)\n", start.Median() * 1e6,
+              least.Median() * 1e6);
+  Print("time, command / open_read, one file", &start, &least, "at most 2");
+  std::error_code ignored;
+  fs::remove_all(folder, ignored);
+  return 0;
+}
