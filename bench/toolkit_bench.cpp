@@ -32,15 +32,15 @@ std::string TypicalPacket() {
       "  <rdf:Description rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\"\n"
       "    xmlns:exif=\"http://ns.adobe.com/exif/1.0/\" xmlns:xmpMM=\"http://ns.adobe.com/xap/1.0/mm/\"\n"
       "    xmlns:stEvt=\"http://ns.adobe.com/xap/1.0/sType/ResourceEvent#\">\n";
-  for (int i = 0; i < 60; ++i) {
+  for (int i = 0; i < 80; ++i) {
     const std::string name = "exif:Property" + std::to_string(i);
     packet += "   <" + name + ">" + std::to_string(i * 7919) + "/1000</" + name + ">\n";
   }
   packet += "   <dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">The harbour at dusk</rdf:li></rdf:Alt></dc:title>\n";
   packet += "   <dc:subject><rdf:Bag>\n";
-  for (int i = 0; i < 30; ++i) packet += "    <rdf:li>keyword " + std::to_string(i) + "</rdf:li>\n";
+  for (int i = 0; i < 40; ++i) packet += "    <rdf:li>keyword " + std::to_string(i) + "</rdf:li>\n";
   packet += "   </rdf:Bag></dc:subject>\n   <xmpMM:History><rdf:Seq>\n";
-  for (int i = 0; i < 20; ++i) {
+  for (int i = 0; i < 26; ++i) {
     packet +=
         "    <rdf:li rdf:parseType=\"Resource\"><stEvt:action>saved</stEvt:action><stEvt:when>2024-06-21T18:30:05Z"
         "</stEvt:when><stEvt:changed>/metadata</stEvt:changed></rdf:li>\n";
