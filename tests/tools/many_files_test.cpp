@@ -187,9 +187,10 @@ TEST(ManyFiles, AWorkerThatDiesCostsTheFileThatItWasAt) {
   const Many many(40);
   ASSERT_EQ(::mkfifo((many.folder.path() + "/hangs").c_str(), 0600), 0);
   const Outcome outcome = Script(many.folder, R"sh(
-    "$0" -j1 --format csv --fields tiff:Make p0.jpg p1.jpg hangs p2.jpg p4.jpg >out 2>err & p=$!
-    until grep -q crashed err; do
-      sleep 0.2; for w in $(cat /proc/$p/task/$p/children 2>/dev/null); do kill -KILL $w; done
+    touch err
+    "$0" -j1 --format csv --fields tiff:Make p0.jpg p1.jpg hangs p2.jpg p4.jpg >out 2>>err & p=$!
+    until sleep 1; grep -q crashed err; do  # A second is long for two files and for a line on standard error.
+      for w in $(cat /proc/$p/task/$p/children 2>/dev/null); do kill -KILL $w; done
     done
     wait $p; s=$?; cut -c 1-12 out; cat err >&2; exit $s)sh");
   EXPECT_EQ(outcome.status, 1);
