@@ -1,0 +1,261 @@
+#!/usr/bin/env python3
+"""Makes docs/mapping.md, or says where it differs from what it should be.
+
+mapping_page.py PROGRAM [--write]
+
+PROGRAM is the built lx_mapping_examples: it says for each tag of the dictionaries what the library makes of it. The rules
+are taken from the tables of xmpconv/. Both have to name the same tags, so no row can be missing here and none be wrong.
+"""
+import difflib
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+PAGE = ROOT / "docs" / "mapping.md"
+
+# What each rule does, by the name of its function; a rule without a line here stops the page.
+RULES = {
+    "MapText": "ASCII that has a zero byte: the text before it. Without one nothing is written",
+    "MapLangAlt": "ASCII as a language alternative with the one item `x-default`; without a zero byte, all of it",
+    "MapInteger": "one number of an integer type (BYTE, SHORT, LONG or their signed kin), in decimal; no other count",
+    "MapIntegerSeq": "any number of integers, as a `seq`",
+    "MapRational": "one RATIONAL or SRATIONAL, as `numerator/denominator`, not reduced; no other count",
+    "MapRationalSeq": "any number of rationals, as a `seq`",
+    "MapDateTime": "ASCII of 20 bytes, `YYYY:MM:DD HH:MM:SS`, as an ISO 8601 date with the zone of the machine, and the fraction "
+                   "of the partner tag; a date that names no instant is not written",
+    "LxMapGPSCoordinate": "three RATIONALs and the letter of the partner tag: `DDD,MM,SSk` when all denominators are 1, else "
+                          "`DDD,MM.mmk` with as many digits as the largest denominator tells apart",
+    "LxMapGPSTimeStamp": "three RATIONALs and the partner's date, as an ISO 8601 date in UTC; without the date nothing",
+    "MapGpsVersion": "four bytes, as four numbers between dots",
+    "MapDisplayText": "the item's display text, as `lxbridge pool` shows it",
+    "MapFourCharacters": "the four bytes as a text",
+    "MapFirstByte": "the first byte, as a number",
+    "MapComponents": "four bytes, as a `seq` of numbers",
+    "MapFlash": "the bits of a SHORT as the fields of a struct",
+    "MapNamedTable": "a record of columns, rows, the columns' names and the values, as a struct of these; OECF is signed",
+    "MapCfaPattern": "a record of columns, rows and bytes, as a struct of these",
+    "MapDeviceSettings": "a record of columns, rows and UTF-16 texts (least significant byte first), as a struct of these",
+    "LxSetXMPLangAlt": "the display text (its encoding is told by the value's first eight bytes) as a language alternative",
+    "LxSetXMPPrefixedText": "ASCII that begins with the row's label: what follows the label. Any other text changes nothing",
+    "kText": "the dataset's text, in UTF-8; of several datasets the last",
+    "kDate": "`CCYYMMDD` as `CCYY-MM-DD`; a text that is no such date as it is",
+    "kBagItem": "each dataset an item of the bag, each text once",
+}
+# Rows for tags that their block's dictionary does not name: an item with a generated name becomes no property.
+UNNAMED = {("exif", 0x9214)}
+PARTNERS = {
+    "kSubSecTime": "SubSecTime",
+    "kSubSecTimeOriginal": "SubSecTimeOriginal",
+    "kSubSecTimeDigitized": "SubSecTimeDigitized",
+    "kGpsLatitudeRef": "GPSLatitudeRef",
+    "kGpsLongitudeRef": "GPSLongitudeRef",
+    "kGpsDestLatitudeRef": "GPSDestLatitudeRef",
+    "kGpsDestLongitudeRef": "GPSDestLongitudeRef",
+    "kGpsDateStamp": "GPSDateStamp",
+}
+
+
+def fail(message):
+    sys.exit(f"mapping_page.py: {message}")
+
+
+def source(name):
+    return (ROOT / "xmpconv" / name).read_text(encoding="utf-8")
+
+
+def table(text, name):
+    """The rows of a constant table, as lines; every row of it has to be understood by the caller."""
+    found = re.search(r"\b" + name + r"\[\] = \{.*?\n(.*?)\n\};", text, re.DOTALL)
+    if not found:
+        fail(f"no table {name}")
+    return [line.strip() for line in found.group(1).splitlines() if line.strip().startswith("{")]
+
+
+def rows(text, name, pattern):
+    for line in table(text, name):
+        found = re.match(pattern, line)
+        if not found:
+            fail(f"cannot read this row of {name}: {line}")
+        yield found.groups()
+
+
+def special_rules():
+    """Tag id -> rule, from the switch of exif_structs.cpp."""
+    text = source("exif_structs.cpp")
+    ids = {name: int(number, 16) for name, number in re.findall(r"^  (k\w+) = (0x[0-9A-F]{4}),$", text, re.MULTILINE)}
+    switch = text[text.index("switch (item->tagId)"):]
+    rules = {}
+    for names, rule in re.findall(r"((?:\s*case k\w+:)+)\s*return (\w+)\(", switch):
+        for name in re.findall(r"k\w+", names):
+            rules[ids[name]] = rule
+    if len(rules) != len(ids):
+        fail("exif_structs.cpp has tags without a rule")
+    return rules
+
+
+def read_rules():
+    """(block, tag id) -> (rule, partner, tag's name where the source has it)."""
+    text = source("tiff_exif.cpp")
+    special = special_rules()
+    rules = {}
+    row = r"\{0x([0-9A-F]{4}), (\w+)(?:,\s+LxPartner::(\w+))?\},\s*// (\w+)$"
+    for block, name in (("tiff", "kTiffRows"), ("exif", "kExifRows")):
+        for tag, rule, partner, tag_name in rows(text, name, row):
+            tag = int(tag, 16)
+            if rule == "LxMapExifSpecial":
+                rule = special.pop(tag)
+            rules[("gps" if block == "exif" and tag < 0x100 else block, tag)] = (rule, partner, tag_name)
+    if special:
+        fail("exif_structs.cpp has rules for tags that tiff_exif.cpp does not send there")
+    for tag, _, _ in rows(text, "kRawRows", r'\{0x([0-9A-F]{4}), (\w+),\s+"\w+",\s+"([^"]+)"\},$'):
+        rules[("exif", int(tag, 16))] = ("LxSetXMPPrefixedText", None, None)
+    for name, form, dataset in rows(source("iptc.cpp"), "kDatasetRows",
+                                    r'\{"(\w+)",\s+[\w"]+,\s+Form::(\w+)\},\s*// 2:(\d+)$'):
+        rules[("iptc", int(dataset))] = (form, None, name)
+    return rules
+
+
+def rule_file(rule):
+    """The file of xmpconv/ that defines the rule."""
+    pattern = re.compile(r"^bool " + rule + r"\(", re.MULTILINE)
+    if rule in ("kText", "kDate", "kBagItem"):
+        return "iptc.cpp"
+    for path in sorted((ROOT / "xmpconv").glob("*.cpp")):
+        if pattern.search(path.read_text(encoding="utf-8")):
+            return path.name
+    fail(f"no file defines {rule}")
+
+
+def read_examples(program):
+    with tempfile.TemporaryDirectory() as folder:
+        scratch = os.path.join(folder, "example.jpg")
+        output = subprocess.run([program, scratch], env={**os.environ, "TZ": "Europe/Berlin"}, check=True, text=True,
+                                encoding="utf-8", stdout=subprocess.PIPE).stdout
+    examples = {}
+    for line in output.splitlines():
+        block, tag, name, value, prop, xmp = line.split("\t")
+        examples.setdefault((block, int(tag)), (name, value, prop, xmp))
+    return examples
+
+
+def code(text):
+    return "`" + text.replace("|", "\\|") + "`"
+
+
+def rule_cell(rule, partner):
+    short = re.sub(r"^(LxSetXMP|LxMap|Map|k)", "", rule)
+    return short + (f" + {PARTNERS[partner]}" if partner else "")
+
+
+def check(rules, examples):
+    landing = {key for key, example in examples.items() if example[2]}
+    for key in UNNAMED:
+        if key in examples or key not in rules:
+            fail(f"{key[0]} 0x{key[1]:04X} is named now, or has no rule any more")
+        del rules[key]
+    for key in sorted(landing ^ set(rules)):
+        where = "lands in XMP, and no table of xmpconv/ has it" if key in landing else \
+            "is in a table of xmpconv/, and no example of it lands in XMP"
+        fail(f"{key[0]} 0x{key[1]:04X} {where}")
+    for key, (_, _, name) in rules.items():
+        if name and name != examples[key][0]:
+            fail(f"{key[0]} 0x{key[1]:04X} is {name} in xmpconv/ and {examples[key][0]} in the dictionary")
+    for key, (rule, _, _) in rules.items():
+        if rule not in RULES:
+            fail(f"the rule {rule} is not described")
+
+
+def mapped(block, rules, examples, first=0, last=0xFFFF):
+    for (where, tag), (rule, partner, _) in sorted(rules.items(), key=lambda item: item[0][1]):
+        if where != block or not first <= tag <= last:
+            continue
+        name, value, prop, xmp = examples[(block, tag)]
+        number = f"2:{tag:02}" if block == "iptc" else f"0x{tag:04X}"
+        yield f"| {number} | {name} | {rule_cell(rule, partner)} | `{prop}` | {code(value)} | {code(xmp)} |"
+
+
+def unmapped(block, examples):
+    names = [name for (where, _), (name, _, prop, _) in sorted(examples.items()) if where == block and not prop]
+    lines, line = [], ""
+    for i, name in enumerate(names):
+        word = name + ("," if i + 1 < len(names) else ".")
+        if line and len(line) + 1 + len(word) > 128:
+            lines.append(line)
+            line = word
+        else:
+            line = f"{line} {word}" if line else word
+    return lines + [line]
+
+
+HEAD = """# What lands in XMP
+
+<!-- Made by tests/docs/mapping_page.py; `scripts/docs mapping` writes it anew. A test compares it with the code. -->
+
+Every tag that becomes an XMP property, with an example that the library itself has converted: a file with that value was
+built, read by `LxInterchangeNew`, and the object's property printed. Arrays are shown as `seq[…]`, `bag[…]` and `alt[…]`
+(with the language), structs as `{field=value, …}`. Dates were made on a machine in the zone of Berlin.
+
+Of the TIFF directories of a file the first one is converted, with the EXIF and GPS directories below it: sub-IFDs, IFD1 (the
+thumbnail), further directories of a chain and a second Exif block are read into the pool only. Of entries with the same tag
+the last one stays. An entry with no values removes the packet's property of its name; what a rule refuses writes nothing.
+All arrays of a file together have at most 4 · 65536 items ([limits.md](limits.md)).
+
+Order of the sources: the XMP packet is parsed first; then, if the IPTC datasets win ([formats/iptc.md](formats/iptc.md)), all
+`picturist:` properties are replaced; then each TIFF, EXIF and GPS tag replaces the property of its name."""
+
+COLUMNS = "| tag | name | rule | property | in the file | in XMP |\n|---|---|---|---|---|---|"
+
+
+def make_page(rules, examples):
+    page = [HEAD, "", "## Rules", "", "The name is the function's (without `Map`, `LxMap`, `LxSetXMP`); of the IPTC table, its form's.", "",
+            "| rule | file | what it writes |", "|---|---|---|"]
+    for rule, text in RULES.items():
+        if any(used == rule for used, _, _ in rules.values()):
+            page.append(f"| {rule_cell(rule, None)} | `xmpconv/{rule_file(rule)}` | {text} |")
+    page += ["", "`Rule + Tag`: the rule looks the second tag up, and writes nothing where that is missing or odd (a missing fraction of "
+             "a second is no fault).", ""]
+    page += ["## IFD0 (TIFF 6.0)", "", "ImageDescription is converted only where no IPTC block and no newer packet says it better "
+             "([formats/iptc.md](formats/iptc.md)).", "", COLUMNS, *mapped("tiff", rules, examples), ""]
+    page += ["## EXIF IFD (Exif 2.2, tables 4 and 5)", "",
+             "SubjectArea (0x9214) has a rule, and no name in the EXIF dictionary: an entry without a name becomes no property.",
+             "", COLUMNS, *mapped("exif", rules, examples, 0x100, 0xFDE7), ""]
+    page += ["## Raw-converter and aux tags (in the EXIF IFD)", "",
+             "Tags in which a raw converter notes its settings as texts with a label.", "", COLUMNS,
+             *mapped("exif", rules, examples, 0xFDE8), ""]
+    page += ["## GPS IFD (Exif 2.2, table 12)", "", COLUMNS, *mapped("gps", rules, examples), ""]
+    page += ["## IPTC-IIM, record 2", "", "Only where the datasets win over the packet. Texts come out of whatever encoding they are in as "
+             "UTF-8; empty ones are passed over.", "", COLUMNS, *mapped("iptc", rules, examples), ""]
+    page += ["## Maker notes", "", "The note as a whole is `exif:MakerNote`: its display text, which is long for a long note. Its entries are items of "
+             "the pool (`lxbridge pool`), and none of them is a property. One is heard all the same: NikonRotate sets the pool's "
+             "orientation and with it `tiff:Orientation` ([formats/maker-notes.md](formats/maker-notes.md)).", ""]
+    page += ["## Read, named, and not converted", "", "Shown by `lxbridge pool`. SubSecTime…, the GPS reference letters and GPSDateStamp are used by the rules "
+             "above.", ""]
+    for block, title in (("tiff", "TIFF"), ("exif", "EXIF"), ("gps", "GPS"), ("iptc", "IPTC")):
+        lines = unmapped(block, examples)
+        page += [f"**{title}**: " + lines[0], *lines[1:], ""]
+    return "\n".join(page).rstrip() + "\n"
+
+
+def main():
+    if len(sys.argv) not in (2, 3) or sys.argv[2:] not in ([], ["--write"]):
+        sys.exit("usage: mapping_page.py PROGRAM [--write]")
+    rules, examples = read_rules(), read_examples(sys.argv[1])
+    check(rules, examples)
+    page = make_page(rules, examples)
+    if sys.argv[2:]:
+        PAGE.write_text(page, encoding="utf-8")
+        return 0
+    old = PAGE.read_text(encoding="utf-8") if PAGE.is_file() else ""
+    for line in difflib.unified_diff(old.splitlines(), page.splitlines(), "docs/mapping.md", "made now", lineterm="", n=1):
+        print(line)
+    if old != page:
+        print("docs/mapping.md is not what it should be; `scripts/docs mapping` writes it anew")
+    return 0 if old == page else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
