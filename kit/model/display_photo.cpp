@@ -57,6 +57,18 @@ void AppendFNumber(LxDisplayBuffer* out, double number) noexcept {
   }
 }
 
+// 2^exponent, for exponents of a few dozen at most. A system's pow() may differ from another's in the last bit, and it
+// is the one thing that the library would need its mathematics library for.
+double PowerOfTwo(double exponent) noexcept {
+  int whole = static_cast<int>(exponent < 0 ? exponent - 0.5 : exponent + 0.5);
+  const double x = (exponent - whole) * 0.693147180559945309417;  // ln 2; at most 0.35, so 18 terms leave 1e-24.
+  double sum = 1;
+  for (int term = 18; term > 0; --term) sum = 1 + sum * x / term;
+  for (; whole > 0; --whole) sum *= 2;
+  for (; whole < 0; ++whole) sum /= 2;
+  return sum;
+}
+
 // APEX (Exif 2.2, annex C): the time is 2^-v. The factors bring the powers of two to the times that cameras name: 15/16
 // makes 1/16 and 1/64 the 1/15 and 1/60, 125/128 makes 1/128 to 1/1024 the 1/125 to 1/1000.
 void AppendShutterSpeed(LxDisplayBuffer* out, double apex) noexcept {
@@ -65,14 +77,14 @@ void AppendShutterSpeed(LxDisplayBuffer* out, double apex) noexcept {
   } else if (apex > 14) {
     LxAppendText(out, "< 1/16384s");
   } else if (apex < 2) {
-    LxAppendFixed(out, std::pow(2.0, -apex), 1);
+    LxAppendFixed(out, PowerOfTwo(-apex), 1);
     LxAppendChar(out, 's');
   } else if (apex < 3.5) {
-    AppendFraction(out, std::pow(2.0, apex));
+    AppendFraction(out, PowerOfTwo(apex));
   } else if (apex < 6.5) {
-    AppendFraction(out, std::pow(2.0, apex) * 0.9375);
+    AppendFraction(out, PowerOfTwo(apex) * 0.9375);
   } else {
-    AppendFraction(out, std::pow(2.0, apex) * 0.9765625);
+    AppendFraction(out, PowerOfTwo(apex) * 0.9765625);
   }
 }
 
@@ -85,9 +97,9 @@ void AppendAperture(LxDisplayBuffer* out, double apex) noexcept {
   } else {
     LxAppendChar(out, 'f');
     if (apex < 6) {
-      LxAppendFixed(out, std::pow(2.0, apex / 2), 1);
+      LxAppendFixed(out, PowerOfTwo(apex / 2), 1);
     } else {
-      AppendRounded(out, std::pow(2.0, apex / 2));
+      AppendRounded(out, PowerOfTwo(apex / 2));
     }
   }
 }
