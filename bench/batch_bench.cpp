@@ -27,7 +27,7 @@
 #include <vector>
 
 #include "api/include/lxbridge/lxbridge.h"
-#include "host/xmp_view.h"
+#include "host/include/lxbridge/xmp.hpp"
 
 extern char** environ;
 

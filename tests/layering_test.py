@@ -18,14 +18,17 @@ ALLOWED = {
     "api/": ["xmpconv/", "kit/readers/", "kit/model/", "kit/base/", "clients/xmp/", "clients/broker/"],
     "outside/broker/": ["clients/broker/broker_abi.h"],
     "outside/xmp/": ["clients/broker/broker_abi.h", "clients/xmp/xmp_abi.h"],
-    "host/": ["clients/xmp/", "clients/broker/"],
+    "host/": ["api/include/", "clients/xmp/", "clients/broker/"],
     "tools/": ["api/include/", "host/", "kit/readers/", "kit/model/", "kit/base/"],
     "bench/": ["api/include/", "host/", "kit/", "outside/", "clients/", "tests/support/"],
     "fuzz/": ["api/", "host/", "kit/", "xmpconv/", "outside/", "clients/", "tests/support/"],
-    "examples/": ["api/include/", "host/"],
+    "examples/": ["api/include/", "host/include/"],
     "tests/": [""],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
+# How public headers name each other, and programs that have nothing but an installed tree.
+PUBLIC = re.compile(r"^\s*#\s*include\s+<(lxbridge/[^>]+)>", re.MULTILINE)
+PUBLIC_FOLDERS = ["api/include/", "host/include/"]
 # What differs between systems is asked in one place; the build asks it once more to choose the file.
 SYSTEM = re.compile(r"\b(_WIN32|_WIN64|__linux__|__unix__|__APPLE__|__MINGW32__)\b")
 
@@ -40,7 +43,7 @@ def main():
     files = 0
     for file in sorted(ROOT.rglob("*")):
         path = file.relative_to(ROOT).as_posix()
-        if path.startswith("build") or file.suffix not in {".h", ".cpp", ".c"}:
+        if path.startswith("build") or file.suffix not in {".h", ".hpp", ".cpp", ".c"}:
             continue
         files += 1
         room = room_of(path)
@@ -50,7 +53,12 @@ def main():
         text = file.read_text(encoding="utf-8")
         if SYSTEM.search(text) and not path.startswith("kit/base/platform"):
             faults.append(f"{path}: asks what system it is on")
-        for target in INCLUDE.findall(text):
+        targets = INCLUDE.findall(text)
+        if targets and any(path.startswith(folder) for folder in PUBLIC_FOLDERS):
+            faults.append(f"{path}: a public header includes {targets}, which is not there where it is installed")
+        for name in PUBLIC.findall(text):
+            targets += [folder + name for folder in PUBLIC_FOLDERS if (ROOT / folder / name).is_file()] or [name]
+        for target in targets:
             if not (ROOT / target).is_file():
                 faults.append(f'{path}: "{target}" is not named from the root of the tree')
             elif not target.startswith(room) and not any(target.startswith(allowed) for allowed in ALLOWED[room]):

@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "api/include/lxbridge/lxbridge.h"
-#include "host/xmp_view.h"
+#include "host/include/lxbridge/xmp.hpp"
 #include "tests/support/pool_support.h"
 
 namespace lxtest {
@@ -26,10 +27,9 @@ class CorpusRoad : public testing::Test {
   static std::string Property(const char* file, const char* schema, const char* path) {
     const lxbridge::HostSession session;
     const LxInterchangeHandle handle = LxInterchangeNew(CorpusFile(file).c_str());
-    std::string value;
-    const bool found = lxbridge::XmpView(LxInterchangeGetXMP(handle)).Get(schema, path, &value);
+    const std::optional<std::string> value = lxbridge::XmpView(LxInterchangeGetXMP(handle)).Get(schema, path);
     LxInterchangeDelete(handle);
-    return found ? value : "(not there)";
+    return value.value_or("(not there)");
   }
 };
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/xmp_view.h"
+#include "host/include/lxbridge/xmp.hpp"
 
 namespace lxtest {
 

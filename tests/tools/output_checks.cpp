@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "clients/xmp/xmp_meta.h"
-#include "host/xmp_view.h"
+#include "host/include/lxbridge/xmp.hpp"
 #include "tests/tools/run_command.h"
 
 namespace lxtest {
@@ -239,7 +239,7 @@ OrderedJson PropertiesOfPacket(const std::string& packet) {
   OrderedJson properties = OrderedJson::array();
   for (const lxbridge::XmpNode& node : lxbridge::XmpView(object.Meta()).Properties()) {
     properties.push_back(
-        {{"schema", node.schema}, {"prefix", node.prefix}, {"name", node.name}, {"value", NodeJson(node)}});
+        {{"schema", node.namespaceUri}, {"prefix", node.prefix}, {"name", node.name}, {"value", NodeJson(node)}});
   }
   return properties;
 }

@@ -12,7 +12,7 @@
 #include <string_view>
 
 #include "clients/xmp/xmp_meta.h"
-#include "host/xmp_view.h"
+#include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
 #include "kit/model/pool.h"
 #include "kit/model/value.h"

@@ -1,13 +1,16 @@
 // Rows of tables. Uses host/.
 #include "tools/lxbridge/table.h"
 
+#include <optional>
+#include <utility>
+
 namespace lxbridge::command {
 
 namespace {
 
 const XmpNode* Find(const std::vector<XmpNode>& nodes, const std::string& schema, const std::string& name) {
   for (const XmpNode& node : nodes) {
-    if (node.name == name && node.schema == schema) return &node;
+    if (node.name == name && node.namespaceUri == schema) return &node;
   }
   return nullptr;
 }
@@ -60,12 +63,12 @@ bool Columns::Resolve(const std::vector<std::string_view>& fields, std::string* 
       const std::string_view step = rest.substr(0, end);
       const std::size_t colon = step.find(':');
       const std::string prefix(step.substr(0, colon));
-      std::string schema;
-      if (!SchemaOfPrefix(prefix.c_str(), &schema)) {
+      std::optional<std::string> schema = NamespaceOfPrefix(prefix.c_str());
+      if (!schema) {
         *error = "unknown prefix '" + prefix + "'";
         return false;
       }
-      path.push_back({std::move(schema), std::string(step.substr(colon + 1))});
+      path.push_back({std::move(*schema), std::string(step.substr(colon + 1))});
       if (end == std::string_view::npos) break;
       rest.remove_prefix(end + 1);
     }

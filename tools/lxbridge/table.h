@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/xmp_view.h"
+#include "host/include/lxbridge/xmp.hpp"
 #include "tools/lxbridge/options.h"
 
 namespace lxbridge::command {

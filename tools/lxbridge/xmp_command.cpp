@@ -8,8 +8,7 @@
 #include <system_error>
 #include <vector>
 
-#include "api/include/lxbridge/lxbridge.h"
-#include "host/xmp_view.h"
+#include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
 #include "kit/base/result.h"
 #include "kit/base/stream.h"
@@ -21,34 +20,6 @@
 namespace lxbridge::command {
 
 namespace {
-
-// The library between its two ends, and the host's client within them.
-class Library {
- public:
-  Library() {
-    LxInstallMemProcs(LxRuntimeMemProcs());
-    if (!LxInterchangeInit()) throw std::runtime_error("the library did not start");
-  }
-  ~Library() { LxInterchangeTerm(); }
-  Library(const Library&) = delete;
-  Library& operator=(const Library&) = delete;
-};
-
-class Interchange {
- public:
-  explicit Interchange(const char* path) : handle_(LxInterchangeNew(path)) {}
-  ~Interchange() { LxInterchangeDelete(handle_); }
-  Interchange(const Interchange&) = delete;
-  Interchange& operator=(const Interchange&) = delete;
-  [[nodiscard]] CXMPMeta* Xmp() const { return LxInterchangeGetXMP(handle_); }
-
- private:
-  LxInterchangeHandle handle_;
-};
-
-std::string QualifiedName(const XmpNode& node) {
-  return node.prefix.empty() ? node.name : node.prefix + ':' + node.name;
-}
 
 void WriteNode(JsonWriter* json, const XmpNode& node);
 
@@ -65,7 +36,7 @@ void WriteNamed(JsonWriter* json, const char* key, const std::vector<XmpNode>& n
   json->Key(key);
   json->BeginObject();
   for (const XmpNode& node : nodes) {
-    json->Key(QualifiedName(node));
+    json->Key(node.QualifiedName());
     WriteNode(json, node);
   }
   json->EndObject();
@@ -110,7 +81,7 @@ void WriteLine(std::string* out, const char* file, const XmpView& xmp) {
   for (const XmpNode& node : xmp.Properties()) {
     json.BeginObject();
     json.Key("schema");
-    json.String(node.schema);
+    json.String(node.namespaceUri);
     json.Key("prefix");
     json.String(node.prefix);
     json.Key("name");
@@ -168,6 +139,7 @@ bool CanBeRead(const Input& input, const char* path, bool kindWanted, FileResult
 class XmpWork : public FileWork {
  public:
   explicit XmpWork(const Options& options) : options_(options) {
+    LxInstallMemProcs(LxRuntimeMemProcs());
     if (!options.IsTable()) return;
     std::string error;
     if (!columns_.Resolve(options.fields, &error)) throw std::runtime_error(error);
@@ -178,7 +150,7 @@ class XmpWork : public FileWork {
     if (!CanBeRead(input, path, options_.summary, result)) return;
     try {
       const Interchange interchange(path);
-      const XmpView xmp(interchange.Xmp());
+      const XmpView xmp = interchange.Xmp();
       if (options_.IsTable()) {
         columns_.WriteRow(input.name, xmp, options_, &result->out);
       } else if (options_.format == Format::kJson) {
@@ -196,7 +168,6 @@ class XmpWork : public FileWork {
 
  private:
   const Library library_;
-  const HostSession session_;
   const Options& options_;
   Columns columns_;
 };
@@ -209,7 +180,6 @@ std::unique_ptr<FileWork> MakeXmpWork(const Options& options) {
 
 bool KnowsFields(const Options& options, std::string* error) {
   const Library library;
-  const HostSession session;
   Columns columns;
   return columns.Resolve(options.fields, error);
 }

@@ -1,0 +1,322 @@
+// The object that the library hands out as a host has it, through the shared library's C interface and the C++ header
+// over it: reading, changing, writing, and what goes wrong.
+#include "host/include/lxbridge/xmp.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/image_builders.h"
+#include "tests/support/tiff_builder.h"
+
+namespace lxbridge {
+namespace {
+
+using lxtest::Ascii;
+using lxtest::JpegBuilder;
+using lxtest::Ratl;
+using lxtest::Short;
+using lxtest::TempFile;
+using lxtest::TiffBuilder;
+
+constexpr const char kTiff[] = LX_XMP_NS_TIFF;
+constexpr const char kExif[] = LX_XMP_NS_EXIF;
+constexpr const char kDc[] = LX_XMP_NS_DC;
+constexpr const char kXmp[] = LX_XMP_NS_XMP;
+
+constexpr const char kPacket[] = R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
+<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
+<rdf:Description rdf:about="" xmlns:dc="http://purl.org/dc/elements/1.1/" xmlns:v="http://example.com/v/">
+  <dc:subject><rdf:Bag><rdf:li>harbour</rdf:li><rdf:li>dusk</rdf:li></rdf:Bag></dc:subject>
+  <dc:creator><rdf:Seq><rdf:li>Ada</rdf:li></rdf:Seq></dc:creator>
+  <dc:title><rdf:Alt><rdf:li xml:lang="x-default">Pier</rdf:li><rdf:li xml:lang="de">Steg</rdf:li></rdf:Alt></dc:title>
+  <v:Scale rdf:parseType="Resource"><rdf:value>4</rdf:value><v:Unit>stars</v:Unit><v:Of>5</v:Of></v:Scale>
+  <v:Places><rdf:Seq>
+    <rdf:li rdf:parseType="Resource"><v:City>Oslo</v:City><v:Tags><rdf:Bag><rdf:li>cold</rdf:li></rdf:Bag></v:Tags></rdf:li>
+    <rdf:li rdf:parseType="Resource"><v:City>Rome</v:City></rdf:li>
+  </rdf:Seq></v:Places>
+</rdf:Description></rdf:RDF></x:xmpmeta>)";
+
+// "Make=Canon", "subject{harbour,dusk}", "title<x-default'Pier>": names of another kind than array items are qualified.
+std::string Shape(const XmpNode& node) {
+  std::string shape = node.name.empty() ? "" : node.prefix + ":" + node.name + "=";
+  std::string inside;
+  for (const XmpNode& child : node.children) inside += (inside.empty() ? "" : ",") + Shape(child);
+  shape += node.IsAlternative() ? "alt(" + inside + ")"
+           : node.IsOrdered()   ? "seq(" + inside + ")"
+           : node.IsArray()     ? "bag(" + inside + ")"
+           : node.IsStruct()    ? "struct(" + inside + ")"
+                                : node.value + inside;
+  for (const XmpNode& qualifier : node.qualifiers) shape += "?" + Shape(qualifier);
+  return shape;
+}
+
+std::vector<std::string> Shapes(const XmpView& xmp) {
+  std::vector<std::string> shapes;
+  for (const XmpNode& node : xmp.Properties()) shapes.push_back(Shape(node));
+  return shapes;
+}
+
+std::string Get(const XmpView& xmp, const char* schema, const char* path) {
+  return xmp.Get(schema, path).value_or("(none)");
+}
+
+std::vector<std::string> Sorted(std::vector<std::string> texts) {
+  std::sort(texts.begin(), texts.end());
+  return texts;
+}
+
+class XmpTest : public testing::Test {
+ protected:
+  XmpView Open(const lxtest::Bytes& bytes) {
+    file_.emplace(TempFile(bytes).path());
+    return file_->Xmp();
+  }
+  XmpView OpenPhoto() {
+    return Open(JpegBuilder().App1Xmp(kPacket).App1Exif(
+        TiffBuilder(lxtest::kBig).Ifd0({Ascii(0x010F, "Canon")}).Exif({Short(0x9209, 0x19), Ratl(0x829D, 56, 10)})));
+  }
+
+  std::optional<Library> library_ = std::make_optional<Library>();
+  std::optional<Interchange> file_;
+};
+
+TEST_F(XmpTest, EveryFormOfNodeComesWithAllThatBelongsToIt) {
+  const std::vector<std::string> kShapes = {
+      "dc:subject=bag(harbour,dusk)",
+      "dc:creator=seq(Ada)",
+      "dc:title=alt(Pier?xml:lang=x-default,Steg?xml:lang=de)",
+      "v:Scale=4?v:Unit=stars?v:Of=5",
+      "v:Places=seq(struct(v:City=Oslo,v:Tags=bag(cold)),struct(v:City=Rome))",
+      "tiff:Make=Canon",
+      "exif:Flash=struct(exif:Fired=True,exif:Return=0,exif:Mode=3,exif:Function=False,exif:RedEyeMode=False)",
+      "exif:FNumber=56/10",
+  };
+  const XmpView xmp = OpenPhoto();
+  EXPECT_EQ(Sorted(Shapes(xmp)), Sorted(kShapes));  // The order of the Exif directory's items is the conversion's.
+  const std::vector<XmpNode> nodes = xmp.Properties(kDc);
+  ASSERT_EQ(nodes.size(), 3U) << "those of one namespace";
+  EXPECT_EQ(nodes[0].namespaceUri, kDc);
+  EXPECT_EQ(nodes[0].children[0].namespaceUri, "") << "an item of an array has no name and so no namespace";
+}
+
+TEST_F(XmpTest, TheSerialisedPacketHoldsTheSameObject) {
+  XmpView xmp = OpenPhoto();
+  const std::vector<std::string> shapes = Shapes(xmp);
+  const std::string packet = xmp.Serialize();
+  EXPECT_EQ(packet.substr(0, 17), "<?xpacket begin=\"");
+  EXPECT_NE(packet.find("<tiff:Make>Canon</tiff:Make>\n"), std::string::npos);
+  EXPECT_EQ(xmp.Serialize(LX_XMP_OMIT_WRAPPER).find("xpacket"), std::string::npos);
+  EXPECT_EQ(xmp.Serialize(LX_XMP_OMIT_WRAPPER | LX_XMP_OMIT_META).find("xmpmeta"), std::string::npos);
+  EXPECT_NE(xmp.Serialize(LX_XMP_READ_ONLY).find("<?xpacket end=\"r\"?>"), std::string::npos);
+  EXPECT_NE(xmp.Serialize(LX_XMP_COMPACT).find("tiff:Make=\"Canon\""), std::string::npos);
+  EXPECT_GE(xmp.Serialize(0, 2000).size(), packet.size() + 2000);
+  EXPECT_EQ(xmp.Serialize(LX_XMP_EXACT_LENGTH, 9000).size(), 9000U);
+  EXPECT_EQ(xmp.Serialize(), packet);
+
+  EXPECT_EQ(Shapes(Open(JpegBuilder().App1Xmp(packet))), shapes);
+}
+
+TEST_F(XmpTest, ValuesAreFoundByPathAndWhatIsNotThereLeavesTheOutValues) {
+  const XmpView xmp = OpenPhoto();
+  EXPECT_EQ(Get(xmp, kTiff, "Make"), "Canon");
+  EXPECT_EQ(Get(xmp, kDc, "subject[2]"), "dusk");
+  EXPECT_EQ(Get(xmp, kDc, "subject[last()]"), "dusk");
+  EXPECT_EQ(Get(xmp, kDc, "title[?xml:lang=\"de\"]"), "Steg");
+  EXPECT_EQ(Get(xmp, kDc, "title[1]/?xml:lang"), "x-default");
+  EXPECT_EQ(Get(xmp, kExif, "Flash/exif:Fired"), "True");
+  EXPECT_EQ(Get(xmp, kExif, "Flash"), "");
+  EXPECT_EQ(xmp.OptionsOf(kDc, "title").value_or(0) & (LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE),
+            std::uint32_t{LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE});
+  EXPECT_EQ(xmp.OptionsOf(kTiff, "Make"), 0U);
+  for (const char* path : {"Model", "Make[1]", "no name", "Make/exif:Fired"}) {
+    LxXmpText value = {"kept", 4};
+    std::uint32_t options = 77;
+    EXPECT_EQ(LxXmpGet(xmp.object(), kTiff, path, &value, &options), LX_XMP_NOT_FOUND) << path;
+    EXPECT_STREQ(value.bytes, "kept") << path;
+    EXPECT_EQ(options, 77U) << path;
+  }
+  EXPECT_FALSE(xmp.Has("http://example.com/nobody/", "Make"));
+  EXPECT_TRUE(xmp.Has(kDc, "creator"));
+}
+
+TEST_F(XmpTest, WhatTheHostChangesIsInTheObjectThatTheLibraryHolds) {
+  constexpr const char kOwn[] = "http://example.com/own/";
+  XmpView xmp = OpenPhoto();
+  xmp.Set(kXmp, "Rating", std::string("5"));
+  xmp.Set(kTiff, "Make", "Other");
+  xmp.Set(kXmp, "BaseURL", "http://example.com/", LX_XMP_VALUE_IS_URI);
+  xmp.Append(kDc, "subject", 0, "night");
+  xmp.Append(kXmp, "Identifier", LX_XMP_ARRAY, "first");
+  xmp.SetLocalizedText(kDc, "rights", nullptr, "x-default", "(c) Ada");
+  xmp.Delete(kDc, "creator");
+  xmp.Delete(kDc, "creator");
+  xmp.SetEmpty(kDc, "language", LX_XMP_ARRAY);
+  EXPECT_EQ(RegisterNamespace(kOwn, "own"), "own");
+  xmp.Append(kOwn, "People", LX_XMP_ORDERED, nullptr, LX_XMP_STRUCT);
+  xmp.Set(kOwn, "People[1]/own:Name", "Ada");
+
+  const std::vector<std::string> kShapes = {
+      "dc:subject=bag(harbour,dusk,night)",
+      "dc:title=alt(Pier?xml:lang=x-default,Steg?xml:lang=de)",
+      "dc:rights=alt((c) Ada?xml:lang=x-default)",
+      "dc:language=bag()",
+      "v:Scale=4?v:Unit=stars?v:Of=5",
+      "v:Places=seq(struct(v:City=Oslo,v:Tags=bag(cold)),struct(v:City=Rome))",
+      "tiff:Make=Other",
+      "exif:Flash=struct(exif:Fired=True,exif:Return=0,exif:Mode=3,exif:Function=False,exif:RedEyeMode=False)",
+      "exif:FNumber=56/10",
+      "xmp:Rating=5",
+      "xmp:BaseURL=http://example.com/",
+      "xmp:Identifier=bag(first)",
+      "own:People=seq(struct(own:Name=Ada))",
+  };
+  EXPECT_EQ(Sorted(Shapes(file_->Xmp())), Sorted(kShapes));
+  EXPECT_NE(file_->Xmp().Serialize().find("<xmp:Rating>5</xmp:Rating>"), std::string::npos);
+}
+
+TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
+  XmpView xmp = OpenPhoto();
+  const std::vector<std::string> before = Shapes(xmp);
+  const struct {
+    const char* what;
+    LxXmpStatus status;
+    void (*call)(XmpView* view);
+  } kCases[] = {
+      {"a name that is none", LX_XMP_REFUSED, [](XmpView* view) { view->Set(kXmp, "no name", "x"); }},
+      {"an unknown namespace", LX_XMP_REFUSED,
+       [](XmpView* view) { view->Set("http://example.com/unknown/", "a", "x"); }},
+      {"an item of no array", LX_XMP_REFUSED, [](XmpView* view) { view->Append(kTiff, "Make", LX_XMP_ARRAY, "x"); }},
+      {"an array of no form", LX_XMP_REFUSED, [](XmpView* view) { view->Append(kXmp, "Label", 0, "x"); }},
+      {"a text for a structure", LX_XMP_REFUSED, [](XmpView* view) { view->Set(kExif, "Flash", "x"); }},
+      {"no language", LX_XMP_REFUSED, [](XmpView* view) { view->SetLocalizedText(kDc, "title", "", "?", "x"); }},
+      {"an exact length that is too short", LX_XMP_REFUSED,
+       [](XmpView* view) { (void)view->Serialize(LX_XMP_EXACT_LENGTH, 10); }},
+      {"a change from within a walk", LX_XMP_REFUSED,
+       [](XmpView* view) { view->Visit([&](const LxXmpNode&) { view->Delete(kDc, "creator"); }); }},
+      {"a null value without a form", LX_XMP_BAD_ARGUMENT,
+       [](XmpView* view) { view->Set(kXmp, "Rating", static_cast<const char*>(nullptr)); }},
+      {"a null namespace", LX_XMP_BAD_ARGUMENT, [](XmpView* view) { view->Delete(nullptr, "a"); }},
+      {"a null path", LX_XMP_BAD_ARGUMENT, [](XmpView* view) { (void)view->Get(kDc, nullptr); }},
+      {"no object", LX_XMP_BAD_ARGUMENT, [](XmpView*) { (void)XmpView(nullptr).Serialize(); }},
+      {"no prefix", LX_XMP_BAD_ARGUMENT, [](XmpView*) { (void)NamespaceOfPrefix(nullptr); }},
+      {"a namespace without URI", LX_XMP_REFUSED, [](XmpView*) { (void)RegisterNamespace("", "none"); }},
+  };
+  for (const auto& c : kCases) {
+    try {
+      c.call(&xmp);
+      ADD_FAILURE() << c.what << " is taken";
+    } catch (const XmpError& error) {
+      EXPECT_EQ(error.status(), c.status) << c.what << ": " << error.what();
+      EXPECT_STRNE(error.what(), "") << c.what;
+      EXPECT_STREQ(error.what(), LxXmpLastMessage()) << c.what;
+      EXPECT_EQ(LxXmpLastError(), c.status) << c.what;
+    }
+    EXPECT_EQ(Shapes(xmp), before) << c.what;
+  }
+  const std::string kept = LxXmpLastMessage();
+  EXPECT_FALSE(xmp.Has(kTiff, "Model"));
+  EXPECT_EQ(LxXmpLastMessage(), kept) << "what is not there is no failure";
+}
+
+TEST_F(XmpTest, AWalkGoesWhereTheVisitorSays) {
+  const XmpView xmp = OpenPhoto();
+  const auto walk = [&](auto next, const char* ns = nullptr, const char* path = nullptr) {
+    std::string seen;
+    xmp.Visit(
+        [&](const LxXmpNode& node) {
+          seen += std::to_string(node.depth) + (node.depth == 0 ? node.prefix : node.name) + ' ';
+          return next(node);
+        },
+        ns, path);
+    return seen;
+  };
+  const auto on = [](const LxXmpNode&) { return LX_XMP_GO_ON; };
+  EXPECT_EQ(walk(on, kDc), "0dc 1subject 2 2 1creator 2 1title 2 3lang 2 3lang ");
+  EXPECT_EQ(walk(on, kDc, "title[2]"), "1 2lang ");
+  EXPECT_EQ(walk(on, kDc, "nothing"), "");
+  EXPECT_EQ(walk([](const LxXmpNode& node) { return node.depth == 1 ? LX_XMP_PASS_OVER : LX_XMP_GO_ON; }, kDc),
+            "0dc 1subject 1creator 1title ");
+  EXPECT_EQ(walk([](const LxXmpNode& node) { return node.depth == 1 ? LX_XMP_END : LX_XMP_GO_ON; }), "0dc 1subject ");
+  // A visitor may read, and what it raises comes out of the walk.
+  xmp.Visit([&](const LxXmpNode& node) {
+    if (node.depth != 1) return;
+    EXPECT_EQ(Get(xmp, node.namespaceUri, node.name), std::string(node.value.bytes));
+  });
+  EXPECT_THROW(xmp.Visit([](const LxXmpNode&) { throw std::out_of_range("enough"); }), std::out_of_range);
+  EXPECT_EQ(Get(xmp, kTiff, "Make"), "Canon");
+}
+
+// A tree as deep and as wide as a packet may make it: nothing is lost, and nodes that were added before stay in place.
+TEST_F(XmpTest, LargeTreesAreGatheredWhole) {
+  XmpView xmp = Open({});
+  constexpr int kItems = 1000;
+  for (int i = 0; i < kItems; ++i) xmp.Append(kDc, "subject", LX_XMP_ARRAY, std::to_string(i).c_str());
+  std::string path = "Nested";
+  for (int i = 0; i < 20; ++i) path += "/xmp:Nested";
+  xmp.Set(kXmp, path.c_str(), "deep");  // Makes what is missing on the way.
+  const std::vector<XmpNode> nodes = xmp.Properties();
+  ASSERT_EQ(nodes.size(), 2U);
+  ASSERT_EQ(nodes[0].children.size(), static_cast<std::size_t>(kItems));
+  for (int i = 0; i < kItems; ++i) {
+    EXPECT_EQ(nodes[0].children[static_cast<std::size_t>(i)].value, std::to_string(i));
+  }
+  const XmpNode* node = &nodes[1];
+  for (int i = 0; i < 20; ++i) {
+    ASSERT_EQ(node->children.size(), 1U) << "level " << i;
+    node = &node->children[0];
+  }
+  EXPECT_EQ(node->value, "deep");
+}
+
+TEST_F(XmpTest, TextsOfAnyLengthAreGivenWholeOneAfterTheOther) {
+  XmpView xmp = Open({});
+  const std::string large(3 << 20, 'x');  // Beyond what is kept as room for the next text.
+  xmp.Set(kXmp, "Label", large);
+  EXPECT_EQ(Get(xmp, kXmp, "Label"), large);
+  LxXmpText text;
+  ASSERT_EQ(LxXmpNamespaceOfPrefix("tiff", &text), LX_XMP_OK);
+  EXPECT_STREQ(text.bytes, kTiff);
+  ASSERT_EQ(LxXmpPrefixOfNamespace(kExif, &text), LX_XMP_OK);
+  EXPECT_STREQ(text.bytes, "exif");
+  EXPECT_EQ(text.length, 4U);
+  EXPECT_EQ(NamespaceOfPrefix("nobody"), std::nullopt);
+}
+
+TEST_F(XmpTest, SessionsNestAndOneCanFollowAnother) {
+  const XmpView xmp = OpenPhoto();
+  {
+    const HostSession inner;
+    EXPECT_EQ(Get(xmp, kTiff, "Make"), "Canon");
+  }
+  EXPECT_EQ(Get(xmp, kTiff, "Make"), "Canon") << "the outer session still stands";
+  LxXmpStop();
+  LxXmpText text;
+  EXPECT_EQ(LxXmpGet(xmp.object(), kTiff, "Make", &text, nullptr), LX_XMP_NO_SESSION);
+  EXPECT_THROW((void)xmp.Properties(), XmpError);
+  LxXmpStop();  // One too many.
+  ASSERT_EQ(LxXmpStart(), LX_XMP_OK);
+  EXPECT_EQ(Get(xmp, kTiff, "Make"), "Canon") << "the library kept its object alive in between";
+}
+
+TEST_F(XmpTest, TheHostsSessionAndTheLibraryStopWithoutEachOther) {
+  const HostSession session;
+  library_.reset();
+  EXPECT_EQ(NamespaceOfPrefix("tiff"), kTiff);
+  EXPECT_THROW(Interchange("photo.jpg"), XmpError) << "the library is not started";
+  library_.emplace();
+  Interchange first("no such file");
+  EXPECT_TRUE(first.Xmp().Properties().empty());
+  Interchange second = std::move(first);
+  second.Xmp().Set(kXmp, "Rating", "3");
+  EXPECT_EQ(Get(second.Xmp(), kXmp, "Rating"), "3");
+  EXPECT_EQ(LxXmpVersion() >> 16, LX_XMP_VERSION >> 16);
+}
+
+}  // namespace
+}  // namespace lxbridge
