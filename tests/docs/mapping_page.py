@@ -207,6 +207,10 @@ All arrays of a file together have at most 4 · 65536 items ([limits.md](limits.
 Order of the sources: the XMP packet is parsed first; then, if the IPTC datasets win ([formats/iptc.md](formats/iptc.md)), all
 `picturist:` properties are replaced; then each TIFF, EXIF and GPS tag replaces the property of its name."""
 
+MAKER_NOTES = """The note as a whole is `exif:MakerNote`: its display text, which is a text when the note is one and else its first 24 bytes in
+decimal. Its entries are items of the pool (`lxbridge pool`), and none of them is a property. One is heard all the same:
+NikonRotate becomes the Orientation ([formats/maker-notes.md](formats/maker-notes.md))."""
+
 COLUMNS = "| tag | name | rule | property | in the file | in XMP |\n|---|---|---|---|---|---|"
 
 
@@ -229,9 +233,7 @@ def make_page(rules, examples):
     page += ["## GPS IFD (Exif 2.2, table 12)", "", COLUMNS, *mapped("gps", rules, examples), ""]
     page += ["## IPTC-IIM, record 2", "", "Only where the datasets win over the packet. Texts come out of whatever encoding they are in as "
              "UTF-8; empty ones are passed over.", "", COLUMNS, *mapped("iptc", rules, examples), ""]
-    page += ["## Maker notes", "", "The note as a whole is `exif:MakerNote`: its display text, which is long for a long note. Its entries are items of "
-             "the pool (`lxbridge pool`), and none of them is a property. One is heard all the same: NikonRotate sets the pool's "
-             "orientation and with it `tiff:Orientation` ([formats/maker-notes.md](formats/maker-notes.md)).", ""]
+    page += ["## Maker notes", "", MAKER_NOTES, ""]
     page += ["## Read, named, and not converted", "", "Shown by `lxbridge pool`. SubSecTime…, the GPS reference letters and GPSDateStamp are used by the rules "
              "above.", ""]
     for block, title in (("tiff", "TIFF"), ("exif", "EXIF"), ("gps", "GPS"), ("iptc", "IPTC")):
