@@ -183,6 +183,45 @@ TEST(ManyFiles, AListIsWorkedOnAsItComesAndAnEndIsAtOnce) {
   EXPECT_EQ(outcome.out, "  \\n\n");
 }
 
+// The call that is blocked in a pipe ends with what it was given, so the reader has whole lines.
+TEST(ManyFiles, AnEndInTheMiddleOfAWriteLeavesWholeLines) {
+  const Many many(300);
+  const Outcome outcome = Script(many.folder, R"sh(
+    mkfifo pipe; "$0" -j2 --files-from list --format json >pipe 2>err & p=$!; exec 3<pipe
+    (sleep 2.5; cat <&3 >got) & c=$!; sleep 1.5; kill -TERM $p; wait $p; s=$?; wait $c
+    tail -c 1 got | od -An -c; grep -vc '^{"file": "p[0-9]*.jpg", "properties": \[.*\]}$' got; exit $s)sh");
+  EXPECT_EQ(outcome.status, 128 + SIGTERM);
+  EXPECT_EQ(outcome.out, "  \\n\n0\n");
+}
+
+// A terminal shows progress while results go elsewhere, and its Control-C ends the command and its workers.
+TEST(ManyFiles, ATerminalHasProgressAndItsInterruptEndsAll) {
+  if (RunProgram("/bin/sh", {"-c", "command -v script"}).status != 0) GTEST_SKIP() << "no script(1) here";
+  const Many many(10);
+  const Outcome outcome = Script(many.folder, R"sh(
+    mkfifo slow; (sleep 3; printf '\003'; sleep 1) | script -qefc "'$0' -j1 --format json p0.jpg slow p2.jpg >out" seen >/dev/null
+    s=$?; grep -c '"file": "p0.jpg"' out; tail -c 1 out | od -An -c; tr '\r' '\n' <seen | grep -c ' of 3 files, '
+    for p in $(pgrep -x lxbridge); do ! [ "$(readlink /proc/$p/cwd)" = "$PWD" ] || echo "left: $p"; done; exit $s)sh");
+  EXPECT_EQ(outcome.status, 128 + SIGINT);
+  EXPECT_EQ(outcome.out.substr(0, 7), "1\n  \\n\n") << outcome.out;
+  EXPECT_GE(std::atoi(outcome.out.c_str() + 7), 2) << outcome.out;
+  EXPECT_EQ(outcome.out.find("left"), std::string::npos) << outcome.out;
+}
+
+TEST(ManyFiles, AWorkerIsFollowedByAFreshOneAfterSoManyFiles) {
+  const Many many(10);
+  for (const char* workers : {"-j1", "-j3"}) {
+    const Outcome outcome = Script(many.folder, std::string(R"sh(
+      for i in 0 1 2 3 4 5 6 7 8 9; do cat list; done >l1; for i in 0 1 2 3 4 5 6 7 8 9; do cat l1; done >l2
+      for i in 0 1 2 3 4; do cat l2; done >l3; "$0" --format csv --fields tiff:Make --files-from l3 )sh") +
+                                                    workers + R"sh( >out 2>err
+      "$0" --format csv --fields tiff:Make $(cat list) >once 2>errOnce; for i in $(seq 500); do cat once; done | cmp - out
+      sort -u err | cmp - errOnce; wc -l <err)sh");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out, "500\n");
+  }
+}
+
 TEST(ManyFiles, AWorkerThatDiesCostsTheFileThatItWasAt) {
   const Many many(40);
   ASSERT_EQ(::mkfifo((many.folder.path() + "/hangs").c_str(), 0600), 0);

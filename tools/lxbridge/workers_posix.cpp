@@ -33,7 +33,10 @@ namespace lxbridge::command {
 
 namespace {
 
-// Jobs that a worker holds: given so many at once, when it has no more than that left.
+// Jobs that a worker holds: given as many at once as it does in so long, and so many at most, when it has no more than
+// that left. So quick files cost few calls of the system, and slow ones do not wait in one worker's queue while another
+// has nothing to do.
+constexpr std::int64_t kJobsAtOnceNs = 5'000'000;
 constexpr std::size_t kJobsAtOnce = 16;
 // A worker is followed by a fresh one after so many files: what packets of strangers leave behind in it, as the
 // namespaces that they register for the life of a process, does not add up.
@@ -45,8 +48,10 @@ constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
 constexpr std::size_t kSocketBlock = 128 * 1024;
 constexpr std::size_t kJobBlock = 16 * 1024;
 constexpr std::size_t kResultBlock = 64 * 1024;
-constexpr std::int64_t kResultDelayNs = 10'000'000;  // Results are gathered no longer than this.
-constexpr int kWakeMs = 200;                         // For the progress.
+// Results are gathered until this long after the first, looked at after each file; the first few go at once.
+constexpr std::int64_t kResultDelayNs = 10'000'000;
+constexpr int kResultsAtOnce = 16;
+constexpr int kWakeMs = 200;  // For the progress.
 constexpr int kDeathsAtStart = 3;
 
 std::int64_t NowNs() {
@@ -102,6 +107,7 @@ void DoJob(FileWork* work, const Input& input, FileResult* result) {
   Input input;
   FileResult result;
   std::int64_t sentNs = NowNs();
+  int results = 0;
   for (;;) {
     if (TakeJob(in, &at, &input) != Taken::kOne) {
       SendAll(socket, &out);
@@ -119,7 +125,10 @@ void DoJob(FileWork* work, const Input& input, FileResult* result) {
     place->finished.fetch_add(1, std::memory_order_release);
     if (out.empty()) sentNs = beganNs;
     AppendResult(result, &out);
-    if (out.size() >= kResultBlock || NowNs() - sentNs >= kResultDelayNs) SendAll(socket, &out);
+    if (results < kResultsAtOnce) ++results;
+    if (results < kResultsAtOnce || out.size() >= kResultBlock || NowNs() - sentNs >= kResultDelayNs) {
+      SendAll(socket, &out);
+    }
   }
 }
 
@@ -136,6 +145,7 @@ struct Worker {
   std::deque<Job> jobs;  // Given and not answered.
   std::uint64_t given = 0;
   std::uint64_t answered = 0;
+  std::int64_t startedNs = NowNs();
   bool leaving = false;        // Gets no more jobs and ends when it has done those it has.
   std::uint64_t killedIn = 0;  // It was killed for taking too long in its file of that number, from 1.
   std::string toSend;
@@ -204,7 +214,7 @@ class Pool {
     while (!failed_ && MayGoOn()) {
       Worker* worker = StartOrFind(false);
       if (worker == nullptr) return;
-      const std::size_t until = worker->jobs.size() + kJobsAtOnce;
+      const std::size_t until = worker->jobs.size() + JobsAtOnce(*worker);
       while (worker->jobs.size() < until && MayGoOn()) {
         if (!GiveNext(worker)) break;
         if (failed_) return;
@@ -291,7 +301,13 @@ class Pool {
       if (failed_) return nullptr;
     }
     if (least == nullptr) return nullptr;
-    return urgent || least->jobs.size() <= kJobsAtOnce ? least : nullptr;
+    return urgent || least->jobs.size() <= JobsAtOnce(*least) ? least : nullptr;
+  }
+
+  static std::size_t JobsAtOnce(const Worker& worker) {
+    const double share = static_cast<double>(kJobsAtOnceNs) / static_cast<double>(NowNs() - worker.startedNs + 1);
+    const auto jobs = static_cast<std::size_t>(share * static_cast<double>(worker.answered));
+    return std::clamp<std::size_t>(jobs, 1, kJobsAtOnce);
   }
 
   Worker* Start() {
