@@ -22,8 +22,8 @@ struct NamedFile {
   const char* name;
   Bytes bytes;
 };
-inline std::vector<NamedFile> RichFiles() {
-  return {{"JPEG", RichJpeg(kBig)}, {"TIFF", RichTiff(kLittle)}, {"PSD", RichPsd()}};
+inline std::vector<NamedFile> RichFiles(std::size_t gap = 0) {
+  return {{"JPEG", RichJpeg(kBig, gap)}, {"TIFF", RichTiff(kLittle, gap)}, {"PSD", RichPsd(gap)}};
 }
 
 inline const BrokerProcs& RealBroker() {
@@ -64,10 +64,11 @@ class Clients {
 
 enum class Outcome { kImported, kNoMemory, kRefused, kNotStarted };
 
-// Imports the file and drops what came out. Anything else that is raised leaves it.
-inline Outcome Import(const std::string& path) {
+// How what it does with the clients ends. Anything else that is raised leaves it.
+template <typename Action>
+Outcome OutcomeOf(Action action) {
   try {
-    LxInterchange interchange(path.c_str());
+    action();
     return Outcome::kImported;
   } catch (const std::bad_alloc&) {
     return Outcome::kNoMemory;
@@ -77,15 +78,22 @@ inline Outcome Import(const std::string& path) {
     return Outcome::kNotStarted;
   }
 }
+// Imports the file and drops what came out.
+inline Outcome Import(const std::string& path) {
+  return OutcomeOf([&path] { LxInterchange interchange(path.c_str()); });
+}
 
-// What the file becomes, as a packet. The clients must be started.
-inline std::string PacketOf(const std::string& path) {
-  LxInterchange interchange(path.c_str());
+// What a file became, or becomes, as a packet. The clients must be started.
+inline std::string PacketOf(LxInterchange& interchange) {
   const CXMPMeta& meta = *interchange.Xmp().Meta();
   XMPTextOut packet = {};
   const std::string error =
       RealBroker().Take(meta.Methods().serializeToBuffer(meta.Object(), &packet, 0, 0, nullptr, nullptr, 0));
   return error.empty() ? std::string(packet.text, packet.length) : "error: " + error;
+}
+inline std::string PacketOf(const std::string& path) {
+  LxInterchange interchange(path.c_str());
+  return PacketOf(interchange);
 }
 
 }  // namespace lxtest

@@ -1,5 +1,5 @@
-// A stream over bytes with a method table of its own, whose nth read, seek or tell fails or comes short, and that keeps
-// what was read where. Uses kit/base/stream.h.
+// Which calls of a stream fail, and a stream over bytes with a method table of its own, whose nth read, seek or tell
+// fails or comes short, and that keeps what was read where. Uses kit/base/stream.h.
 #ifndef LXBRIDGE_TESTS_SUPPORT_FAILING_STREAM_H_
 #define LXBRIDGE_TESTS_SUPPORT_FAILING_STREAM_H_
 
@@ -20,7 +20,37 @@ struct StreamFaults {
   int tell = 0;
   bool fromThenOn = false;      // Else that one call only.
   bool shortRead = false;       // A failing read gives the first half of what was asked for.
-  std::int64_t shrinksTo = -1;  // Behind the first read the file has only so many bytes; -1: it keeps them.
+  std::int64_t shrinksTo = -1;  // The file has only so many bytes any more; -1: it keeps them.
+  int shrinksBehind = 1;        // Behind that read.
+};
+
+// Counts calls, and says of each whether it fails.
+class StreamFaultCounter {
+ public:
+  explicit StreamFaultCounter(const StreamFaults& faults = {}) : faults_(faults) {}
+  bool ReadFails() { return Fails(&reads_, faults_.read); }
+  bool SeekFails() { return Fails(&seeks_, faults_.seek); }
+  bool TellFails() { return Fails(&tells_, faults_.tell); }
+  // What a failing read gives of so many bytes.
+  [[nodiscard]] std::int64_t ShortOf(std::int64_t bytes) const { return faults_.shortRead ? bytes / 2 : 0; }
+  // Asked before a read.
+  [[nodiscard]] bool isShrunk() const { return faults_.shrinksTo >= 0 && reads_ >= faults_.shrinksBehind; }
+  [[nodiscard]] std::int64_t shrunkLength() const { return faults_.shrinksTo; }
+  [[nodiscard]] bool hasFailed() const { return hasFailed_; }
+
+ private:
+  bool Fails(int* calls, int nth) {
+    ++*calls;
+    const bool fails = nth != 0 && (faults_.fromThenOn ? *calls >= nth : *calls == nth);
+    hasFailed_ = hasFailed_ || fails;
+    return fails;
+  }
+
+  StreamFaults faults_;
+  int reads_ = 0;
+  int seeks_ = 0;
+  int tells_ = 0;
+  bool hasFailed_ = false;
 };
 
 struct StreamRead {
@@ -39,44 +69,34 @@ class FailingStream : public LxStream {
   }
 
   [[nodiscard]] const std::vector<StreamRead>& reads() const { return reads_; }
-  [[nodiscard]] bool hasFailed() const { return hasFailed_; }
+  [[nodiscard]] bool hasFailed() const { return faults_.hasFailed(); }
   [[nodiscard]] bool isClosed() const { return isClosed_; }
-  void setFaults(const StreamFaults& faults) {
-    faults_ = faults;
-    readCalls_ = seekCalls_ = tellCalls_ = 0;
-  }
+  void setFaults(const StreamFaults& faults) { faults_ = StreamFaultCounter(faults); }
 
  private:
   static FailingStream* Of(LxStream* stream) { return static_cast<FailingStream*>(stream); }
-  bool Fails(int* calls, int nth) {
-    ++*calls;
-    const bool fails = nth != 0 && (faults_.fromThenOn ? *calls >= nth : *calls == nth);
-    hasFailed_ = hasFailed_ || fails;
-    return fails;
-  }
   static std::int32_t Read(void* out, std::int32_t size, std::int32_t count, LxStream* stream) noexcept {
     FailingStream* self = Of(stream);
     const std::int64_t asked = std::int64_t{size} * count;
     self->reads_.push_back({self->position_, static_cast<std::int32_t>(asked)});
-    const bool shrunk = self->readCalls_ > 0 && self->faults_.shrinksTo >= 0;
     std::int64_t length = static_cast<std::int64_t>(self->bytes_.size());
-    if (shrunk) length = std::min(length, self->faults_.shrinksTo);
+    if (self->faults_.isShrunk()) length = std::min(length, self->faults_.shrunkLength());
     std::int64_t got = std::clamp<std::int64_t>(length - self->position_, 0, asked);
-    if (self->Fails(&self->readCalls_, self->faults_.read)) got = self->faults_.shortRead ? got / 2 : 0;
+    if (self->faults_.ReadFails()) got = self->faults_.ShortOf(got);
     if (got > 0) std::memcpy(out, self->bytes_.data() + self->position_, static_cast<std::size_t>(got));
     self->position_ += got;
     return static_cast<std::int32_t>(got);
   }
   static std::int32_t Seek(LxStream* stream, std::int32_t offset, std::int32_t whence) noexcept {
     FailingStream* self = Of(stream);
-    if (self->Fails(&self->seekCalls_, self->faults_.seek)) return -1;
+    if (self->faults_.SeekFails()) return -1;
     const auto end = static_cast<std::int64_t>(self->bytes_.size());
     self->position_ = offset + (whence == SEEK_SET ? 0 : whence == SEEK_CUR ? self->position_ : end);
     return 0;
   }
   static std::int32_t Tell(LxStream* stream) noexcept {
     FailingStream* self = Of(stream);
-    return self->Fails(&self->tellCalls_, self->faults_.tell) ? -1 : static_cast<std::int32_t>(self->position_);
+    return self->faults_.TellFails() ? -1 : static_cast<std::int32_t>(self->position_);
   }
   static std::int32_t Close(LxStream* stream) noexcept {
     Of(stream)->isClosed_ = true;
@@ -91,13 +111,9 @@ class FailingStream : public LxStream {
       MinusOne, NoByte, Read, NoWrite, NoByte, MinusOne, Close, MinusOne, MinusOne, MinusOne, Seek, Tell, Zero,
   };
   std::vector<std::uint8_t> bytes_;
-  StreamFaults faults_;
+  StreamFaultCounter faults_;
   std::vector<StreamRead> reads_;
   std::int64_t position_ = 0;
-  int readCalls_ = 0;
-  int seekCalls_ = 0;
-  int tellCalls_ = 0;
-  bool hasFailed_ = false;
   bool isClosed_ = false;
 };
 

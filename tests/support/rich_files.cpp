@@ -1,10 +1,16 @@
 #include "tests/support/rich_files.h"
 
+#include <string>
+
 namespace lxtest {
 namespace {
 
 Bytes Thumbnail(Order order) {
   return JpegBuilder().App1Exif(TiffBuilder(order).Ifd0({Short(0x0112, 3)})).Comment("thumbnail").Build();
+}
+
+TiffEntries TiffGap(std::size_t size) {
+  return size == 0 ? TiffEntries() : TiffEntries{Undef(0xC100, Filled(size, 0x22))};
 }
 
 // A camera's note: a bare IFD whose offsets count from the TIFF header.
@@ -93,53 +99,57 @@ IptcBuilder RichIptc() {
       .Add(221, "unknown dataset");
 }
 
-ResourceBuilder RichResources(Order order) {
-  return ResourceBuilder()
-      .Iptc(RichIptc())
-      .Block(0x0425, Filled(16, 0xEE))
-      .Block(0x03ED, Hex("00480000000100010048000000010001"), "name")
-      .Block(0x040A, {1})
-      .Exif(TiffBuilder(order == kBig ? kLittle : kBig).Ifd0({Ascii(0x010F, "inner"), Short(0x0112, 8)}))
-      .Thumbnail(Thumbnail(order))
-      .Xmp("<x:xmpmeta xmlns:x='adobe:ns:meta/'/>");
+ResourceBuilder RichResources(Order order, std::size_t gap) {
+  const Bytes exif = TiffBuilder(order == kBig ? kLittle : kBig).Ifd0({Ascii(0x010F, "inner"), Short(0x0112, 8)});
+  ResourceBuilder resources;
+  resources.Iptc(RichIptc());
+  const auto leaveGap = [&] {
+    if (gap != 0) resources.Block(0x0FA0, Filled(gap, 0x22));
+  };
+  leaveGap();
+  resources.Block(0x0425, Filled(16, 0xEE)).Block(0x03ED, Hex("00480000000100010048000000010001"), "name");
+  leaveGap();
+  resources.Block(0x040A, {1}).Exif(exif);
+  leaveGap();
+  return resources.Thumbnail(Thumbnail(order)).Xmp("<x:xmpmeta xmlns:x='adobe:ns:meta/'/>");
 }
 
-TiffBuilder RichExif(Order order) {
+TiffBuilder RichExif(Order order, std::size_t gap) {
   return TiffBuilder(order)
       .Ifd0(Ifd0())
+      .Ifd0(TiffGap(gap))
       .Exif(ExifEntries())
       .Interop({Ascii(0x0001, "R98"), Undef(0x0002, Text("0100"))})
+      .Ifd0(TiffGap(gap))
       .Gps(Gps())
+      .Ifd0(TiffGap(gap))
       .Ifd1({Short(0x0103, 6), Short(0x0112, 1)})
+      .Ifd1(TiffGap(gap))
       .Thumbnail(Thumbnail(order));
 }
 
-Bytes RichJpeg(Order order) {
-  return JpegBuilder()
-      .App0Jfif()
-      .App1Exif(RichExif(order))
-      .App1Xmp(RichPacket())
-      .App2Icc(IccProfile("Wide colours"))
-      .App2FlashPix(Filled(20, 1))
-      .App13(RichResources(order))
-      .Comment("A comment")
-      .Build();
+Bytes RichJpeg(Order order, std::size_t gap) {
+  JpegBuilder jpeg;
+  jpeg.App0Jfif().App1Exif(RichExif(order, gap)).App1Xmp(RichPacket());
+  if (gap != 0) jpeg.Comment(std::string(gap, 'x'));
+  jpeg.App2Icc(IccProfile("Wide colours")).App2FlashPix(Filled(20, 1)).App13(RichResources(order, gap));
+  return jpeg.Comment("A comment").Build();
 }
 
-Bytes RichTiff(Order order) {
-  return RichExif(order)
+Bytes RichTiff(Order order, std::size_t gap) {
+  return RichExif(order, gap)
       .Ifd0({Short(0x0100, 64), Short(0x0101, 48), Short(0x0102, {8, 8, 8}), Short(0x0103, 1), Short(0x0106, 2),
              SubIfds(0x014A, {{Short(0x0103, 7)}, {Short(0x0103, 8), SubIfd(0x014A, {Short(0x0103, 1)})}}),
-             Byte(0x02BC, Text(RichPacket())), Undef(0x83BB, RichIptc()), Undef(0x8649, RichResources(order)),
+             Byte(0x02BC, Text(RichPacket())), Undef(0x83BB, RichIptc()), Undef(0x8649, RichResources(order, gap)),
              Undef(0x8773, IccProfile("Wide colours"))})
       .NextIfd({Float(0xC001, 1.5F), Double(0xC002, 2.5)})
       .Build();
 }
 
-Bytes RichPsd() {
+Bytes RichPsd(std::size_t gap) {
   PsdBuilder psd;
   psd.layerLength = 12;
-  return psd.Resources(RichResources(kBig));
+  return psd.Resources(RichResources(kBig, gap));
 }
 
 }  // namespace lxtest

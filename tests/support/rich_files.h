@@ -11,20 +11,22 @@
 
 namespace lxtest {
 
+// What takes a `gap` has so many bytes of no meaning between its parts: with 5000 hardly two are on the same page.
+
 // An XMP packet with simple values, a struct, all three kinds of array, a language alternative and a qualifier.
 [[nodiscard]] std::string_view RichPacket();
 // Datasets of the caption, of people and of places, keywords (repeated ones too), dates, texts in three encodings.
 [[nodiscard]] IptcBuilder RichIptc();
 // Datasets, the caption digest, an Exif block in the other byte order, a thumbnail, a packet, a resource with a name.
-[[nodiscard]] ResourceBuilder RichResources(Order order);
+[[nodiscard]] ResourceBuilder RichResources(Order order, std::size_t gap = 0);
 // IFD0, Exif with a maker note and a comment, GPS, interoperability, IFD1 with a thumbnail. As of a Canon camera.
-[[nodiscard]] TiffBuilder RichExif(Order order);
+[[nodiscard]] TiffBuilder RichExif(Order order, std::size_t gap = 0);
 
 // APP0 (JFIF), APP1 (Exif, XMP), APP2 (ICC profile), APP13, a comment.
-[[nodiscard]] Bytes RichJpeg(Order order);
+[[nodiscard]] Bytes RichJpeg(Order order, std::size_t gap = 0);
 // RichExif's IFDs with sub-IFDs, resources, datasets and a packet in tags.
-[[nodiscard]] Bytes RichTiff(Order order);
-[[nodiscard]] Bytes RichPsd();
+[[nodiscard]] Bytes RichTiff(Order order, std::size_t gap = 0);
+[[nodiscard]] Bytes RichPsd(std::size_t gap = 0);
 
 }  // namespace lxtest
 
