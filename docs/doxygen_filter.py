@@ -48,19 +48,74 @@ def shown(text):
     return lines
 
 
+class Braces:
+    """Where the code is: at a place where declarations stand, or within the body of a function."""
+
+    def __init__(self):
+        self.stack, self.statement = [], ""
+
+    def read(self, line):
+        """Reads a line of code; whether a declaration ends in it."""
+        line = re.sub(r"\s*(//|/\*).*$", "", re.sub(r'"(?!C")[^"]*"', '""', line))
+        ended = False
+        for character in line + " ":
+            if character == "{":
+                scope = re.search(r'\b(namespace|class|struct|enum|union|extern "C")', self.statement)
+                self.stack.append("scope" if scope else "body")
+                self.statement = ""
+            elif character == "}":
+                if self.stack:
+                    self.stack.pop()
+                ended = ended or "body" not in self.stack
+                self.statement = ""
+            elif character == ";":
+                ended = ended or "body" not in self.stack
+                self.statement = ""
+            else:
+                self.statement += character
+        return ended and not line.startswith("#")
+
+    def in_body(self):
+        return "body" in self.stack
+
+
+def declares_several(parts, at):
+    """Whether several declarations of a line each, or without bodies, stand directly behind a comment: it is about all."""
+    braces, ends = Braces(), 0
+    for text, code in parts[at:]:
+        if text is not None or not code.strip() or not braces.stack and re.match(r"\s*(\}|#(?!define))", code):
+            break
+        ends += code.startswith("#define")
+        ends += braces.read(code) and not braces.stack
+        if braces.in_body():
+            return False
+    return ends > 1 and not braces.stack
+
+
 def main():
     with open(sys.argv[1], encoding="utf-8") as file:
         parts = list(blocks(file.read().splitlines()))
-    out = []
+    out, braces, grouped = [], Braces(), False
     for i, (text, code) in enumerate(parts):
+        if grouped and (text is not None or not code.strip() or code.lstrip().startswith("}")) and not braces.in_body():
+            out.append("/**@}*/")
+            grouped = False
         if text is None:
+            braces.read(code)
             # A remark behind a field or an enumerator.
-            code = re.sub(r"(\S)\s+//(?![/!<]) ?(.*)$", r"\1  ///< \2", code)
-            out.append(re.sub(r"(\S)\s+/\*(?![*!]) ?(.*?) ?\*/$", r"\1  /**< \2 */", code))
-            continue
-        follows = parts[i + 1][1] if i + 1 < len(parts) else None
-        alone = not follows or follows.startswith("#")
-        out += ["/**", *(["@file"] if alone else []), *shown(text), "*/"]
+            if not braces.in_body() and not code.startswith("#"):
+                code = re.sub(r"(\S)\s+//(?![/!<]) ?(.*)$", r"\1  ///< \2", code)
+                code = re.sub(r"(\S)\s+/\*(?![*!]) ?", r"\1  /**< ", code)
+            out.append(code)
+        elif braces.in_body():
+            out.append("// " + " ".join(text))
+        else:
+            follows = parts[i + 1][1] if i + 1 < len(parts) else None
+            alone = not follows or follows.startswith("#") and not follows.startswith("#define")
+            if not alone and declares_several(parts, i + 1):
+                out.append("/**@{*/")
+                grouped = True
+            out += ["/**", *(["@file"] if alone else []), *shown(text), "*/"]
     print("\n".join(out))
 
 

@@ -55,10 +55,11 @@ extern "C" {
 #define LX_XMP_NS_TIFF "http://ns.adobe.com/tiff/1.0/"
 #define LX_XMP_NS_EXIF "http://ns.adobe.com/exif/1.0/"
 
+/* What a call has come to. Below 0: a failure. */
 typedef enum LxXmpStatus {
-  LX_XMP_OK = 0,
-  LX_XMP_NOT_FOUND = 1, /* What was asked for is not there, or cannot be: no failure. */
-  LX_XMP_NO_MEMORY = -1,
+  LX_XMP_OK = 0,            /* Done. */
+  LX_XMP_NOT_FOUND = 1,     /* What was asked for is not there, or cannot be: no failure. */
+  LX_XMP_NO_MEMORY = -1,    /* Memory is exhausted. */
   LX_XMP_NO_SESSION = -2,   /* LxXmpStart is to be called first. */
   LX_XMP_BAD_ARGUMENT = -3, /* A null where there must be none, or no XMP object. */
   LX_XMP_REFUSED = -4,      /* The toolkit refused: the message says what (a namespace that it does not know, no path,
@@ -81,6 +82,7 @@ typedef enum LxXmpOption {
   LX_XMP_ALT_TEXT = 0x1000        /* A language alternative: every item has xml:lang. */
 } LxXmpOption;
 
+/* The form of a packet; bits. */
 typedef enum LxXmpSerializeOption {
   LX_XMP_OMIT_WRAPPER = 0x0010, /* No packet wrapper (<?xpacket ...?>, ISO 16684-1, 7.3) around the XML. */
   LX_XMP_READ_ONLY = 0x0020,    /* The trailer says end="r": not to be edited in place. */
@@ -89,6 +91,7 @@ typedef enum LxXmpSerializeOption {
   LX_XMP_OMIT_META = 0x0800     /* No x:xmpmeta element around rdf:RDF. */
 } LxXmpSerializeOption;
 
+/* A text that a call gives; see above for how long. */
 typedef struct LxXmpText {
   const char* bytes; /* Never null in a text that a call gave. */
   size_t length;     /* Bytes, without the zero byte. */
@@ -104,8 +107,9 @@ typedef struct LxXmpNode {
   LxXmpText value;          /* A simple value; of anything else, length 0. */
 } LxXmpNode;
 
+/* What a visitor returns. */
 typedef enum LxXmpNext {
-  LX_XMP_GO_ON = 0,
+  LX_XMP_GO_ON = 0,     /* To the next node. */
   LX_XMP_PASS_OVER = 1, /* Not to what lies below this node. */
   LX_XMP_END = 2        /* No further node; the walk succeeds. */
 } LxXmpNext;

@@ -30,7 +30,9 @@ namespace lxbridge {
 // LX_XMP_REFUSED or LX_XMP_UNAVAILABLE, and LxXmpLastMessage as what().
 class XmpError : public std::runtime_error {
  public:
+  // The message is copied.
   XmpError(LxXmpStatus status, const char* message) : std::runtime_error(message), status_(status) {}
+  // Below 0, and never LX_XMP_NO_MEMORY.
   [[nodiscard]] LxXmpStatus status() const noexcept { return status_; }
 
  private:
@@ -82,14 +84,15 @@ class Library {
 
 // A node of the XMP data model (ISO 16684-1, clause 6) and all that belongs to it; a copy, which outlives everything.
 struct XmpNode {
-  std::string namespaceUri;   // Of the name; "" for an array item, which has none.
-  std::string prefix;         // The namespace's, without colon; "" for an array item.
-  std::string name;           // Local name; "" for an array item.
-  std::string value;          // A simple value, UTF-8.
-  std::uint32_t options = 0;  // LxXmpOption bits.
-  std::vector<XmpNode> qualifiers;
-  std::vector<XmpNode> children;  // Items of an array or fields of a structure, in order.
+  std::string namespaceUri;         // Of the name; "" for an array item, which has none.
+  std::string prefix;               // The namespace's, without colon; "" for an array item.
+  std::string name;                 // Local name; "" for an array item.
+  std::string value;                // A simple value, UTF-8.
+  std::uint32_t options = 0;        // LxXmpOption bits.
+  std::vector<XmpNode> qualifiers;  // In order.
+  std::vector<XmpNode> children;    // Items of an array or fields of a structure, in order.
 
+  // The form, by the options. An alternative is an ordered array, and that an array.
   [[nodiscard]] bool IsArray() const { return (options & LX_XMP_ARRAY) != 0; }
   [[nodiscard]] bool IsOrdered() const { return (options & LX_XMP_ORDERED) != 0; }
   [[nodiscard]] bool IsAlternative() const { return (options & LX_XMP_ALTERNATIVE) != 0; }
@@ -103,6 +106,7 @@ struct XmpNode {
 // last session. A function of const objects changes nothing; one that is not const changes the object for everybody.
 class XmpView {
  public:
+  // Of an object that LxInterchangeGetXMP gave; never null.
   explicit XmpView(CXMPMeta* xmp) noexcept : xmp_(xmp) {}
 
   // The simple value at a path; none: there is no such node. "" for an array or a structure.
@@ -117,6 +121,7 @@ class XmpView {
     if (!CheckXmp(LxXmpGet(xmp_, namespaceUri, path, nullptr, &options))) return std::nullopt;
     return options;
   }
+  // Whether there is a node at a path.
   [[nodiscard]] bool Has(const char* namespaceUri, const char* path) const {
     return CheckXmp(LxXmpGet(xmp_, namespaceUri, path, nullptr, nullptr));
   }
@@ -136,9 +141,11 @@ class XmpView {
     return std::string(packet.bytes, packet.length);
   }
 
+  // LxXmpSet: a simple value.
   void Set(const char* namespaceUri, const char* path, const char* value, std::uint32_t options = 0) {
     CheckXmp(LxXmpSet(xmp_, namespaceUri, path, value, options));
   }
+  // The same; a text ends at its first zero byte.
   void Set(const char* namespaceUri, const char* path, const std::string& value, std::uint32_t options = 0) {
     Set(namespaceUri, path, value.c_str(), options);
   }
@@ -146,16 +153,20 @@ class XmpView {
   void SetEmpty(const char* namespaceUri, const char* path, std::uint32_t form) {
     CheckXmp(LxXmpSet(xmp_, namespaceUri, path, nullptr, form));
   }
+  // LxXmpAppend: an item behind the last one.
   void Append(const char* namespaceUri, const char* path, std::uint32_t arrayOptions, const char* value,
               std::uint32_t itemOptions = 0) {
     CheckXmp(LxXmpAppend(xmp_, namespaceUri, path, arrayOptions, value, itemOptions));
   }
+  // LxXmpSetLocalizedText: a text of a language alternative.
   void SetLocalizedText(const char* namespaceUri, const char* path, const char* genericLanguage, const char* language,
                         const char* value) {
     CheckXmp(LxXmpSetLocalizedText(xmp_, namespaceUri, path, genericLanguage, language, value));
   }
+  // LxXmpDelete: what is not there needs no deleting.
   void Delete(const char* namespaceUri, const char* path) { CheckXmp(LxXmpDelete(xmp_, namespaceUri, path)); }
 
+  // For the functions of xmp.h.
   [[nodiscard]] CXMPMeta* object() const noexcept { return xmp_; }
 
  private:
@@ -175,9 +186,12 @@ class Interchange {
       throw XmpError(LX_XMP_UNAVAILABLE, error.what());
     }
   }
+  // The same.
   explicit Interchange(const std::string& path) : Interchange(path.c_str()) {}
   ~Interchange() { LxInterchangeDelete(handle_); }
+  // Moves the import; one that was moved from can only be assigned to or destroyed.
   Interchange(Interchange&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
+  // Exchanges the two imports.
   Interchange& operator=(Interchange&& other) noexcept {
     std::swap(handle_, other.handle_);
     return *this;
@@ -196,6 +210,7 @@ class Interchange {
   if (!CheckXmp(LxXmpNamespaceOfPrefix(prefix, &text))) return std::nullopt;
   return std::string(text.bytes, text.length);
 }
+// The other way round.
 [[nodiscard]] inline std::optional<std::string> PrefixOfNamespace(const char* namespaceUri) {
   LxXmpText text;
   if (!CheckXmp(LxXmpPrefixOfNamespace(namespaceUri, &text))) return std::nullopt;
