@@ -13,6 +13,7 @@
 #include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/json_writer.h"
 #include "tools/lxbridge/output.h"
+#include "tools/lxbridge/pool_json.h"
 #include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
@@ -26,88 +27,6 @@ using PoolPtr = std::unique_ptr<LxMetadataPool, PoolDeleter>;
 
 std::string_view TextOrEmpty(const char* text) {
   return text == nullptr ? std::string_view() : std::string_view(text);
-}
-
-std::string StatusName(LxResult status) {
-  const char* name = LxResultName(status);
-  return name != nullptr ? name : std::to_string(status);
-}
-
-void WriteItems(JsonWriter* json, const LxMetadataItem* item) {
-  json->BeginArray();
-  for (; item != nullptr; item = item->next) {
-    json->BeginObject();
-    json->Key("namespace");
-    json->String(TextOrEmpty(item->nameSpace));
-    json->Key("name");
-    json->String(TextOrEmpty(item->name));
-    json->Key("label");
-    json->StringOrNull(item->label);
-    json->Key("tag");
-    json->Integer(item->tagId);
-    json->Key("type");
-    json->StringOrNull(item->typeName);
-    json->Key("typeCode");
-    json->Integer(item->typeCode);
-    json->Key("flags");
-    json->Integer(item->flags);
-    json->Key("length");
-    json->Integer(item->valueLength);
-    json->Key("value");
-    json->HexOrNull(item->value, item->valueLength < 0 ? 0 : static_cast<std::size_t>(item->valueLength));
-    json->Key("display");
-    json->String(TextOrEmpty(item->displayText));
-    json->Key("valueLabel");
-    json->StringOrNull(item->valueLabel);
-    if (item->firstChild != nullptr) {
-      json->Key("children");
-      WriteItems(json, item->firstChild);  // As deep as the readers' level limit at most.
-    }
-    json->EndObject();
-  }
-  json->EndArray();
-}
-
-void WriteJson(std::string* out, const char* file, LxResult status, const LxMetadataPool& pool) {
-  JsonWriter json(out);
-  json.BeginObject();
-  json.Key("file");
-  json.String(file);
-  json.Key("status");
-  json.Integer(status);
-  json.Key("statusName");
-  json.String(StatusName(status));
-  json.Key("attributes");
-  json.BeginObject();
-  json.Key("width");
-  json.Integer(pool.width);
-  json.Key("height");
-  json.Integer(pool.height);
-  json.Key("samples");
-  json.Integer(pool.samples);
-  json.Key("bits");
-  json.Integer(pool.bits);
-  json.Key("colourModel");
-  json.StringOrNull(LxColourModelName(pool.colourModel));
-  json.Key("mcuWidth");
-  json.Integer(pool.mcuWidth);
-  json.Key("mcuHeight");
-  json.Integer(pool.mcuHeight);
-  json.Key("hasLayers");
-  json.Integer(pool.hasLayers);
-  json.Key("hasMetadata");
-  json.Integer(pool.hasMetadata);
-  json.Key("orientation");
-  json.StringOrNull(LxOrientationName(pool.orientation));
-  json.Key("fileKind");
-  json.StringOrNull(LxFileKindName(pool.fileKind));
-  json.Key("compression");
-  json.StringOrNull(LxCompressionName(pool.compression));
-  json.EndObject();
-  json.Key("items");
-  WriteItems(&json, pool.root);
-  json.EndObject();
-  out->push_back('\n');
 }
 
 // The columns of the text form. The namespace is indented by its depth in front of them; what does not fit pushes the
@@ -199,11 +118,11 @@ class PoolWork : public FileWork {
     const PoolPtr pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
     const LxResult status = LxReadFileIntoPool(pool.get(), path);
-    if (status < 0) result->Fail(file, StatusName(status));
+    if (status < 0) result->Fail(file, PoolStatusName(status));
     if (status == kLxNotFound) return;
     result->kind = static_cast<std::uint8_t>(pool->fileKind);
     if (options_.format == Format::kJson) {
-      WriteJson(&result->out, file, status, *pool);
+      WritePoolJson(&result->out, file, status, *pool);
     } else {
       WriteText(&result->out, file, *pool, options_.all);
     }

@@ -6,94 +6,19 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <vector>
 
 #include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
 #include "kit/base/result.h"
 #include "kit/base/stream.h"
 #include "tools/lxbridge/file_work.h"
-#include "tools/lxbridge/json_writer.h"
 #include "tools/lxbridge/system.h"
 #include "tools/lxbridge/table.h"
+#include "tools/lxbridge/xmp_json.h"
 
 namespace lxbridge::command {
 
 namespace {
-
-void WriteNode(JsonWriter* json, const XmpNode& node);
-
-void WriteArray(JsonWriter* json, const char* form, const XmpNode& node) {
-  json->BeginObject();
-  json->Key(form);
-  json->BeginArray();
-  for (const XmpNode& item : node.children) WriteNode(json, item);
-  json->EndArray();
-  json->EndObject();
-}
-
-void WriteNamed(JsonWriter* json, const char* key, const std::vector<XmpNode>& nodes) {
-  json->Key(key);
-  json->BeginObject();
-  for (const XmpNode& node : nodes) {
-    json->Key(node.QualifiedName());
-    WriteNode(json, node);
-  }
-  json->EndObject();
-}
-
-void WriteBare(JsonWriter* json, const XmpNode& node) {
-  if (node.IsAlternative()) {
-    WriteArray(json, "alt", node);
-  } else if (node.IsOrdered()) {
-    WriteArray(json, "seq", node);
-  } else if (node.IsArray()) {
-    WriteArray(json, "bag", node);
-  } else if (node.IsStruct()) {
-    json->BeginObject();
-    WriteNamed(json, "struct", node.children);
-    json->EndObject();
-  } else {
-    json->String(node.value);
-  }
-}
-
-// As deep as the toolkit's own depth limit at most.
-void WriteNode(JsonWriter* json, const XmpNode& node) {
-  if (node.qualifiers.empty()) {
-    WriteBare(json, node);
-    return;
-  }
-  json->BeginObject();
-  json->Key("value");
-  WriteBare(json, node);
-  WriteNamed(json, "qualifiers", node.qualifiers);
-  json->EndObject();
-}
-
-void WriteLine(std::string* out, const char* file, const XmpView& xmp) {
-  JsonWriter json(out);
-  json.BeginObject();
-  json.Key("file");
-  json.String(file);
-  json.Key("properties");
-  json.BeginArray();
-  for (const XmpNode& node : xmp.Properties()) {
-    json.BeginObject();
-    json.Key("schema");
-    json.String(node.namespaceUri);
-    json.Key("prefix");
-    json.String(node.prefix);
-    json.Key("name");
-    json.String(node.name);
-    json.Key("value");
-    WriteNode(&json, node);
-    json.EndObject();
-  }
-  json.EndArray();
-  json.EndObject();
-  out->push_back('\n');
-}
 
 bool IsPipe(const char* path) {
   std::error_code ignored;
@@ -154,7 +79,7 @@ class XmpWork : public FileWork {
       if (options_.IsTable()) {
         columns_.WriteRow(input.name, xmp, options_, &result->out);
       } else if (options_.format == Format::kJson) {
-        WriteLine(&result->out, input.name.c_str(), xmp);
+        WriteXmpJson(&result->out, input.name.c_str(), xmp);
       } else {
         result->out = xmp.Serialize();
         if (!result->out.empty() && result->out.back() != '\n') result->out.push_back('\n');
