@@ -43,6 +43,10 @@ std::string Duration(double seconds) {
 
 }  // namespace
 
+bool MayShowProgress(const Options& options) {
+  return options.progress || (LxPlatformIsTerminal(stderr) && !LxPlatformIsTerminal(stdout));
+}
+
 Report::Report(const Options& options, std::int64_t total)
     : options_(options), total_(total), nextProgress_(began_ + kFirstProgress) {}
 
@@ -122,13 +126,11 @@ void Report::ShowProgress() {
   const Clock::time_point now = Clock::now();
   if (now < nextProgress_) return;
   if (shown_ == Shown::kNotAsked) {
-    const bool terminal = LxPlatformIsTerminal(stderr);
-    // A line that comes and goes between the results would be in nobody's way only where they go elsewhere.
-    if (!options_.progress && (!terminal || LxPlatformIsTerminal(stdout))) {
+    if (!MayShowProgress(options_)) {
       shown_ = Shown::kNever;
       return;
     }
-    shown_ = terminal ? Shown::kTerminal : Shown::kLines;
+    shown_ = LxPlatformIsTerminal(stderr) ? Shown::kTerminal : Shown::kLines;
   }
   nextProgress_ = now + (shown_ == Shown::kTerminal ? kTerminalProgress : kLineProgress);
   const std::string text = "lxbridge: " + ProgressText(std::chrono::duration<double>(now - began_).count());

@@ -14,6 +14,10 @@
 
 namespace lxbridge::command {
 
+// Whether progress is shown once the work takes a while: when it is asked for, or on a terminal to which no results go,
+// for a line that comes and goes between them would be in the way.
+[[nodiscard]] bool MayShowProgress(const Options& options);
+
 class Report {
  public:
   // `total`: how many files there will be, or -1.

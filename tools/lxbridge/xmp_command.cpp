@@ -1,5 +1,5 @@
 // `lxbridge xmp`: each file's metadata as XMP, through the five exported functions and the host's library, as any other
-// host would get it. The kit serves only to tell beforehand whether a file can be opened, which the exports do not say.
+// host would get it. The kit serves only to tell whether a file can be opened, which the exports do not say.
 #include <cstdint>
 #include <exception>
 #include <filesystem>
@@ -12,6 +12,7 @@
 #include "kit/base/result.h"
 #include "kit/base/stream.h"
 #include "tools/lxbridge/file_work.h"
+#include "tools/lxbridge/report.h"
 #include "tools/lxbridge/system.h"
 #include "tools/lxbridge/table.h"
 #include "tools/lxbridge/xmp_json.h"
@@ -61,9 +62,19 @@ bool CanBeRead(const Input& input, const char* path, bool kindWanted, FileResult
   return found;
 }
 
+bool IsEmpty(const XmpView& xmp) {
+  bool empty = true;
+  xmp.Visit([&](const LxXmpNode&) {
+    empty = false;
+    return LX_XMP_END;
+  });
+  return empty;
+}
+
 class XmpWork : public FileWork {
  public:
-  explicit XmpWork(const Options& options) : options_(options) {
+  explicit XmpWork(const Options& options)
+      : options_(options), factsWanted_(options.summary || MayShowProgress(options)) {
     LxInstallMemProcs(LxRuntimeMemProcs());
     if (!options.IsTable()) return;
     std::string error;
@@ -72,10 +83,14 @@ class XmpWork : public FileWork {
 
   void Do(const Input& input, FileResult* result) override {
     const char* path = LibraryPath(input.name);
-    if (!CanBeRead(input, path, options_.summary, result)) return;
+    const bool looksFirst = factsWanted_ || input.walked;
+    if (looksFirst && !CanBeRead(input, path, options_.summary, result)) return;
     try {
       const Interchange interchange(path);
       const XmpView xmp = interchange.Xmp();
+      // Whatever is in the object was read from the file, so only an empty one leaves a question. Asking it of every
+      // file, and beforehand, would cost as much as the packet does.
+      if (!looksFirst && IsEmpty(xmp) && !CanBeRead(input, path, false, result)) return;
       if (options_.IsTable()) {
         columns_.WriteRow(input.name, xmp, options_, &result->out);
       } else if (options_.format == Format::kJson) {
@@ -94,6 +109,7 @@ class XmpWork : public FileWork {
  private:
   const Library library_;
   const Options& options_;
+  const bool factsWanted_;
   Columns columns_;
 };
 
