@@ -1,5 +1,5 @@
 /* A host in C: the public header alone, and the five functions in their order. */
-#include "api/include/lxbridge/lxbridge.h"
+#include <lxbridge/lxbridge.h>
 
 int main(void) {
   LxInterchangeHandle handle;

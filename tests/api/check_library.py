@@ -7,7 +7,7 @@ import subprocess
 import sys
 
 EXPORTS = ["LxInterchangeDelete", "LxInterchangeGetXMP", "LxInterchangeInit", "LxInterchangeNew", "LxInterchangeTerm"]
-LIBRARIES = re.compile(r"lib(TAL|VeltoXMP)\.so|lib(stdc\+\+|gcc_s|c|m|asan|ubsan)\.so(\.\d+)?|ld-linux.*")
+LIBRARIES = re.compile(r"lib(TAL|VeltoXMP|stdc\+\+|gcc_s|c|m|asan|ubsan)\.so(\.\d+)?|ld-linux.*")
 
 
 def output(*command):
@@ -23,7 +23,7 @@ def main():
     if symbols != [["T", name] for name in EXPORTS]:
         faults.append(f"exports {symbols}")
     needed = re.findall(r"\(NEEDED\).*\[(.*)\]", output("readelf", "-d", library))
-    if not {"libTAL.so", "libVeltoXMP.so"} <= set(needed):
+    if not {"libTAL.so.1", "libVeltoXMP.so.1"} <= set(needed):
         faults.append(f"needs {needed}")
     faults += [f"needs {name}" for name in needed if not LIBRARIES.fullmatch(name)]
     ordinals = re.findall(r"^\s+(\w+)\s+@(\d+)$", (api / "lxbridge.def").read_text(), re.MULTILINE)

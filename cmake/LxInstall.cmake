@@ -1,0 +1,109 @@
+# Names of the shared libraries, and what is installed where. An installed tree can be moved: everything in it finds the rest
+# from its own place. Components: library (what a program needs to run), development, command.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(lx_libraries LxBridge)
+if(TARGET LxHost)
+  list(APPEND lx_libraries LxHost)
+  # What it works on comes from there.
+  target_link_libraries(LxHost INTERFACE LxBridge)
+endif()
+list(APPEND lx_libraries VeltoXMP TAL)
+foreach(library ${lx_libraries})
+  # On Windows the names stay as they are: hosts load the libraries by them.
+  set_target_properties(${library} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  # The name that an installed package has, so that programs can take either.
+  add_library(LxBridge::${library} ALIAS ${library})
+endforeach()
+
+if(NOT LXBRIDGE_INSTALL)
+  return()
+endif()
+
+install(TARGETS ${lx_libraries} EXPORT LxBridgeTargets
+  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
+  INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+foreach(library LxBridge LxHost)
+  if(TARGET ${library})
+    set_target_properties(${library} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  endif()
+endforeach()
+
+# Headers. Both folders hold one of the name lxbridge.
+foreach(room api host)
+  if(EXISTS "${PROJECT_SOURCE_DIR}/${room}/include")
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/${room}/include/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+      COMPONENT development)
+  endif()
+endforeach()
+
+# The CMake package.
+set(lx_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/LxBridge")
+configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/LxBridgeConfig.cmake.in"
+  "${PROJECT_BINARY_DIR}/LxBridgeConfig.cmake" INSTALL_DESTINATION "${lx_package_dir}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/LxBridgeConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/LxBridgeConfig.cmake" "${PROJECT_BINARY_DIR}/LxBridgeConfigVersion.cmake"
+  DESTINATION "${lx_package_dir}" COMPONENT development)
+install(EXPORT LxBridgeTargets NAMESPACE LxBridge:: DESTINATION "${lx_package_dir}" COMPONENT development)
+
+# lx_pkg_config(NAME LIBRARY REQUIRES DESCRIPTION): NAME.pc.
+function(lx_pkg_config name library requires description)
+  file(RELATIVE_PATH up "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+  string(REGEX REPLACE "/$" "" up "${up}")
+  set(prefix "\${pcfiledir}/${up}")
+  foreach(folder INCLUDEDIR LIBDIR)
+    cmake_path(APPEND prefix "${CMAKE_INSTALL_${folder}}" OUTPUT_VARIABLE ${folder})  # An absolute folder stays alone.
+  endforeach()
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/package.pc.in" "${PROJECT_BINARY_DIR}/${name}.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/${name}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
+    COMPONENT development)
+endfunction()
+lx_pkg_config(lxbridge LxBridge "" "Reads the metadata of image files as XMP objects")
+if(TARGET LxHost)
+  lx_pkg_config(lxhost LxHost lxbridge "Reads, changes and writes the XMP objects of LxBridge")
+endif()
+
+if(TARGET lxbridge)
+  file(RELATIVE_PATH to_libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+  set_target_properties(lxbridge PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+  install(TARGETS lxbridge RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT command)
+
+  # Where each shell looks. Debian's own packages have another folder for zsh.
+  if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS "/etc/debian_version")
+    set(zsh vendor-completions)
+  else()
+    set(zsh site-functions)
+  endif()
+  set(completions "${PROJECT_SOURCE_DIR}/tools/completions")
+  install(FILES "${completions}/lxbridge.bash" RENAME lxbridge
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT command)
+  install(FILES "${completions}/_lxbridge" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/${zsh}" COMPONENT command)
+  install(FILES "${completions}/lxbridge.fish"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT command)
+
+  set(page "${PROJECT_SOURCE_DIR}/docs/man/lxbridge.1")
+  if(EXISTS "${page}")
+    find_program(LXBRIDGE_GZIP gzip)
+    mark_as_advanced(LXBRIDGE_GZIP)
+    if(LXBRIDGE_GZIP)
+      set(packed "${PROJECT_BINARY_DIR}/lxbridge.1.gz")
+      add_custom_command(OUTPUT "${packed}" COMMAND "${LXBRIDGE_GZIP}" -9nc "${page}" > "${packed}" DEPENDS "${page}"
+        VERBATIM)
+      add_custom_target(lx_man_page ALL DEPENDS "${packed}")
+      set(page "${packed}")
+    endif()
+    install(FILES "${page}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT command)
+  endif()
+endif()
+
+# What there is to read.
+install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development
+  FILES_MATCHING PATTERN "*.c" PATTERN "*.h")
+if(EXISTS "${PROJECT_SOURCE_DIR}/LICENSE")
+  install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT library)
+endif()

@@ -1,0 +1,100 @@
+# Debian packages (cpack -G DEB), one a component. A library of the next major version goes beside this one, hence the number.
+set(CPACK_PACKAGE_NAME lxbridge)
+set(CPACK_PACKAGE_VENDOR "LxBridge developers")
+set(LXBRIDGE_MAINTAINER "LxBridge developers <developers@lxbridge.example>" CACHE STRING "Maintainer of the packages")
+set(CPACK_PACKAGE_CONTACT "${LXBRIDGE_MAINTAINER}")
+set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_STRIP_FILES ON)
+# Whatever the umask of who packs.
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+find_program(LXBRIDGE_DPKG_DEB dpkg-deb)
+find_program(LXBRIDGE_SHLIBDEPS dpkg-shlibdeps)
+find_program(LXBRIDGE_FILE file)
+find_program(LXBRIDGE_GZIP gzip)
+mark_as_advanced(LXBRIDGE_DPKG_DEB LXBRIDGE_SHLIBDEPS LXBRIDGE_FILE LXBRIDGE_GZIP)
+if(LXBRIDGE_DPKG_DEB)
+  set(CPACK_GENERATOR DEB)
+else()
+  set(CPACK_GENERATOR TGZ)
+endif()
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SOURCE lxbridge)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+set(lx_version "${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}")
+if(LXBRIDGE_GZIP)
+  string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # SOURCE_DATE_EPOCH, where it is set.
+  file(WRITE "${PROJECT_BINARY_DIR}/changelog.Debian" "lxbridge (${lx_version}) unstable; urgency=medium
+
+  * Version ${PROJECT_VERSION}.
+
+ -- ${LXBRIDGE_MAINTAINER}  ${date}
+")
+  execute_process(COMMAND "${LXBRIDGE_GZIP}" -9nf "${PROJECT_BINARY_DIR}/changelog.Debian" COMMAND_ERROR_IS_FATAL ANY)
+endif()
+
+# lx_debian_package(COMPONENT NAME SECTION DEPENDS SUMMARY TEXT)
+set(CPACK_COMPONENTS_ALL)
+macro(lx_debian_package component name section depends summary text)
+  string(TOUPPER ${component} upper)
+  list(APPEND CPACK_COMPONENTS_ALL ${component})
+  set(CPACK_DEBIAN_${upper}_PACKAGE_NAME "${name}")
+  set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION "${section}")
+  set(CPACK_DEBIAN_${upper}_PACKAGE_DEPENDS "${depends}")
+  set(CPACK_DEBIAN_${upper}_DESCRIPTION "${summary}\n${text}")
+  # What only a package has.
+  foreach(file "${PROJECT_BINARY_DIR}/changelog.Debian.gz" "${PROJECT_SOURCE_DIR}/LICENSE")
+    if(EXISTS "${file}")
+      cmake_path(GET file FILENAME as)
+      if(as STREQUAL "LICENSE")
+        set(as copyright)
+      endif()
+      install(FILES "${file}" RENAME "${as}" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${name}" COMPONENT ${component}
+        EXCLUDE_FROM_ALL)
+    endif()
+  endforeach()
+endmacro()
+
+set(lx_library_package "liblxbridge${PROJECT_VERSION_MAJOR}")
+set(lx_this_library "${lx_library_package} (= ${lx_version})")
+if(LXBRIDGE_SHLIBDEPS AND LXBRIDGE_FILE)
+  # Programs that others build against the library need at least its version.
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+  set(lx_outside "")
+else()
+  set(lx_outside "libc6 (>= 2.36), libexpat1 (>= 2.5.0), libgcc-s1 (>= 3.0), libstdc++6 (>= 12)")
+endif()
+lx_debian_package(library ${lx_library_package} libs "${lx_outside}"
+  "metadata of image files as XMP objects (library)"
+  "LxBridge reads what the camera and editors wrote into JPEG, TIFF and PSD files
+(EXIF, GPS, IPTC, maker notes, the XMP packet) and hands it to a program as one
+XMP object.")
+file(WRITE "${PROJECT_BINARY_DIR}/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/triggers")
+lx_debian_package(development liblxbridge-dev libdevel "${lx_this_library}"
+  "metadata of image files as XMP objects (development files)"
+  "LxBridge reads what the camera and editors wrote into JPEG, TIFF and PSD files
+and hands it to a program as one XMP object.
+.
+This package has the headers, and LxBridge for CMake and pkg-config.")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
+list(APPEND lx_outside "${lx_this_library}")
+list(JOIN lx_outside ", " lx_outside)
+if(TARGET lxbridge)
+  lx_debian_package(command lxbridge graphics "${lx_outside}"
+    "print the metadata of image files as XMP, JSON or tables"
+    "The command lxbridge prints what the camera and editors wrote into JPEG, TIFF
+and PSD files (EXIF, GPS, IPTC, the XMP packet): as an XMP packet, a line of
+JSON or a row of a table a file; also of whole folders, by many processes.")
+endif()
+
+include(CPack)
