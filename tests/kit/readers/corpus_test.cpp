@@ -1,10 +1,8 @@
-// Real photographs, whole and cut: each reads into a sound pool.
+// Real photographs: each reads into a sound pool.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 
-#include "tests/support/image_builders.h"
 #include "tests/support/pool_support.h"
 
 using namespace lxtest;
@@ -50,34 +48,6 @@ TEST_F(Corpus, WhatAPersonCanReadInThemIsRead) {
     const PoolPtr pool = ReadPoolFromPath(CorpusFile(c.file));
     const LxMetadataItem* item = Find(*pool, c.nameSpace, c.name);
     EXPECT_STREQ(item != nullptr ? item->displayText : "(not there)", c.displayText) << c.file;
-  }
-}
-
-TEST_F(Corpus, CutAnywhereTheyReadIntoASoundPool) {
-  for (const std::string& path : CorpusFiles()) {
-    SCOPED_TRACE(NameOf(path));
-    const Bytes file = ReadWholeFile(path);
-    // Every length near the start, where the headers are; then ever larger steps.
-    for (std::size_t length = 0; length < file.size(); length += 1 + length / 24) {
-      const PoolPtr pool = ParsePool(Truncated(file, length));
-      ASSERT_TRUE(IsWellFormed(*pool)) << "cut to " << length;
-    }
-  }
-}
-
-TEST_F(Corpus, WithAByteChangedTheyReadIntoASoundPool) {
-  for (const std::string& path : CorpusFiles()) {
-    SCOPED_TRACE(NameOf(path));
-    Bytes file = ReadWholeFile(path);
-    file.resize(std::min<std::size_t>(file.size(), 20000));
-    for (std::size_t at = 0; at < file.size(); at += 1 + at / 24) {
-      const std::uint8_t before = file[at];
-      for (const int value : {0x00, 0xFF, before ^ 0x01, before ^ 0x80}) {
-        file[at] = static_cast<std::uint8_t>(value);
-        ASSERT_TRUE(IsWellFormed(*ParsePool(file))) << "byte " << at << " to " << value;
-      }
-      file[at] = before;
-    }
   }
 }
 
