@@ -1,5 +1,6 @@
 # Names of the shared libraries, and what is installed where. An installed tree can be moved: everything in it finds the rest
-# from its own place. Components: library (what a program needs to run), development, command.
+# from its own place. Components: library (what a program needs to run), development,
+# command, python.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -19,6 +20,12 @@ endforeach()
 
 if(NOT LXBRIDGE_INSTALL)
   return()
+endif()
+
+# What Debian has in a place of its own, for packages.
+set(lx_debian OFF)
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS "/etc/debian_version")
+  set(lx_debian ON)
 endif()
 
 install(TARGETS ${lx_libraries} EXPORT LxBridgeTargets
@@ -71,8 +78,8 @@ if(TARGET lxbridge)
   set_target_properties(lxbridge PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
   install(TARGETS lxbridge RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT command)
 
-  # Where each shell looks. Debian's own packages have another folder for zsh.
-  if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS "/etc/debian_version")
+  # Where each shell looks.
+  if(lx_debian)
     set(zsh vendor-completions)
   else()
     set(zsh site-functions)
@@ -99,8 +106,25 @@ if(TARGET lxbridge)
   endif()
 endif()
 
+if(TARGET lxbridge_python)
+  execute_process(COMMAND "${LXBRIDGE_PYTHON}" -c "import sys; print('%d.%d' % sys.version_info[:2])"
+    OUTPUT_VARIABLE LX_PYTHON_VERSION OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  if(lx_debian)
+    set(modules lib/python3/dist-packages)
+  else()
+    set(modules "lib/python${LX_PYTHON_VERSION}/site-packages")
+  endif()
+  set(LXBRIDGE_PYTHON_DIR "${modules}" CACHE PATH "Where the Python module is installed")
+  cmake_path(ABSOLUTE_PATH LXBRIDGE_PYTHON_DIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}" OUTPUT_VARIABLE modules)
+  file(RELATIVE_PATH to_libraries "${modules}/lxbridge" "${CMAKE_INSTALL_FULL_LIBDIR}")
+  set_target_properties(lxbridge_python PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+  install(TARGETS lxbridge_python LIBRARY DESTINATION "${LXBRIDGE_PYTHON_DIR}/lxbridge" COMPONENT python)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/lxbridge" DESTINATION "${LXBRIDGE_PYTHON_DIR}" COMPONENT python
+    FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN py.typed)
+endif()
+
 # What there is to read.
-install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${PROJECT_SOURCE_DIR}/docs/install.md"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development
   FILES_MATCHING PATTERN "*.c" PATTERN "*.h")

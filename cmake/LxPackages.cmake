@@ -1,4 +1,4 @@
-# Debian packages (cpack -G DEB), one a component. A library of the next major version goes beside this one, hence the number.
+# Debian packages (preset package), one a component. A library of the next major version goes beside this one, hence the number.
 set(CPACK_PACKAGE_NAME lxbridge)
 set(CPACK_PACKAGE_VENDOR "LxBridge developers")
 set(LXBRIDGE_MAINTAINER "LxBridge developers <developers@lxbridge.example>" CACHE STRING "Maintainer of the packages")
@@ -64,9 +64,6 @@ endmacro()
 set(lx_library_package "liblxbridge${PROJECT_VERSION_MAJOR}")
 set(lx_this_library "${lx_library_package} (= ${lx_version})")
 if(LXBRIDGE_SHLIBDEPS AND LXBRIDGE_FILE)
-  # Programs that others build against the library need at least its version.
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
   set(lx_outside "")
@@ -78,8 +75,14 @@ lx_debian_package(library ${lx_library_package} libs "${lx_outside}"
   "LxBridge reads what the camera and editors wrote into JPEG, TIFF and PSD files
 (EXIF, GPS, IPTC, maker notes, the XMP packet) and hands it to a program as one
 XMP object.")
+# Programs that others build against the libraries need at least this version.
+set(lx_shlibs "")
+foreach(library ${lx_libraries})
+  string(APPEND lx_shlibs "lib${library} ${PROJECT_VERSION_MAJOR} ${lx_library_package} (>= ${PROJECT_VERSION})\n")
+endforeach()
+file(WRITE "${PROJECT_BINARY_DIR}/shlibs" "${lx_shlibs}")
 file(WRITE "${PROJECT_BINARY_DIR}/triggers" "activate-noawait ldconfig\n")
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/triggers")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/shlibs;${PROJECT_BINARY_DIR}/triggers")
 lx_debian_package(development liblxbridge-dev libdevel "${lx_this_library}"
   "metadata of image files as XMP objects (development files)"
   "LxBridge reads what the camera and editors wrote into JPEG, TIFF and PSD files
@@ -95,6 +98,17 @@ if(TARGET lxbridge)
     "The command lxbridge prints what the camera and editors wrote into JPEG, TIFF
 and PSD files (EXIF, GPS, IPTC, the XMP packet): as an XMP packet, a line of
 JSON or a row of a table a file; also of whole folders, by many processes.")
+endif()
+if(TARGET lxbridge_python)
+  # The extension fits one version.
+  string(REGEX MATCH "^([0-9]+)\\.([0-9]+)" version "${LX_PYTHON_VERSION}")
+  math(EXPR next "${CMAKE_MATCH_2} + 1")
+  set(next "${CMAKE_MATCH_1}.${next}")
+  lx_debian_package(python python3-lxbridge python
+    "${lx_outside}, python3 (>= ${LX_PYTHON_VERSION}), python3 (<< ${next})"
+    "metadata of image files as XMP objects (Python)"
+    "The module lxbridge reads what the camera and editors wrote into JPEG, TIFF and
+PSD files and gives it to Python as one XMP object.")
 endif()
 
 include(CPack)
