@@ -1,4 +1,4 @@
-# Debian packages (preset package), one a component. A library of the next major version goes beside this one, hence the number.
+# Debian packages (preset package), one a component; elsewhere one archive. A library of the next major version goes beside this one, hence the number.
 set(CPACK_PACKAGE_NAME lxbridge)
 set(CPACK_PACKAGE_VENDOR "LxBridge developers")
 set(LXBRIDGE_MAINTAINER "LxBridge developers <developers@lxbridge.example>" CACHE STRING "Maintainer of the packages")
@@ -14,7 +14,9 @@ find_program(LXBRIDGE_SHLIBDEPS dpkg-shlibdeps)
 find_program(LXBRIDGE_FILE file)
 find_program(LXBRIDGE_GZIP gzip)
 mark_as_advanced(LXBRIDGE_DPKG_DEB LXBRIDGE_SHLIBDEPS LXBRIDGE_FILE LXBRIDGE_GZIP)
-if(LXBRIDGE_DPKG_DEB)
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+elseif(LXBRIDGE_DPKG_DEB)
   set(CPACK_GENERATOR DEB)
 else()
   set(CPACK_GENERATOR TGZ)

@@ -170,22 +170,22 @@ def check_packages(scratch):
 def check_completions(scratch):
     folder = SOURCE / "tools/completions"
     usage = run(BUILT / "bin/lxbridge", "--help")
-    named = {word for word in re.findall(r"(?<![\w-])--?[\w-]+", usage[usage.index("Output:"):])}
-    named |= {"-h", "-V"}  # Not in the help's text, as is usual.
+    # The short forms of the last two are not in the help's text.
+    named = set(re.findall(r"(?<![\w-])--?\w[\w-]*", usage[usage.index("Output:"):])) | {"-h", "-V"}
     fish = (folder / "lxbridge.fish").read_text()
-    ofFish = {"--" + word for word in re.findall(r"^complete .* -l ([\w-]+)", fish, re.M)} | {"-" + word for word in re.findall(r"^complete .* -s (\w) ", fish, re.M)}
-    ofZsh = set(re.findall(r"(?<![\w-])--?\w[\w-]*(?=[\[=+,}])", (folder / "_lxbridge").read_text()))
-    named.discard("-")
-    check(ofFish == named - {"--"}, f"fish differs in {ofFish ^ named}")
-    check(ofZsh == named - {"--"}, f"zsh differs in {ofZsh ^ named}")
+    given = {
+        "fish": {"--" + word for word in re.findall(r"^complete .* -l ([\w-]+)", fish, re.M)}
+                | {"-" + word for word in re.findall(r"^complete .* -s (\w) ", fish, re.M)},
+        "zsh": set(re.findall(r"(?<![\w-])--?\w[\w-]*(?=[\[=+,}])", (folder / "_lxbridge").read_text()))}
+    for shell, options in given.items():
+        check(options == named, f"{shell} and the help differ in {options ^ named}")
     need("bash")
-    onlyXmp, onlyPool = {"--fields", "--separator", "--header"}, {"--all"}
     words = {line: set(text.split()) for line, text in {
         "lxbridge po": "pool", "lxbridge --format =": "rdf json csv tsv", "lxbridge xmp --format c": "csv",
         "lxbridge pool --format ": "text json", "lxbridge pool --format = t": "text", "lxbridge -- --f": "",
         "lxbridge xmp x --su": "--summary", "lxbridge --files-from --": ""}.items()}
-    words["lxbridge -"] = (named | {"--"}) - onlyPool
-    words["lxbridge pool -"] = (named | {"--"}) - onlyXmp
+    words["lxbridge -"] = (named | {"--"}) - {"--all"}
+    words["lxbridge pool -"] = (named | {"--"}) - {"--fields", "--separator", "--header"}
     script = ('source "$1"; compopt() { :; }; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMPREPLY=(); _lxbridge; '
               'printf "%s\\n" "${COMPREPLY[@]}"')
     for line, wanted in words.items():
