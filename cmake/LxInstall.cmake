@@ -33,9 +33,11 @@ install(TARGETS ${lx_libraries} EXPORT LxBridgeTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+# The search paths are those of the built tree too, which lies alike: one that is changed on installing is first linked with
+# room behind it, which the loader would take for the current folder.
 foreach(library LxBridge LxHost)
   if(TARGET ${library})
-    set_target_properties(${library} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    set_target_properties(${library} PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
   endif()
 endforeach()
 
@@ -76,6 +78,9 @@ endif()
 if(TARGET lxbridge)
   file(RELATIVE_PATH to_libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   set_target_properties(lxbridge PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+  if(to_libraries STREQUAL "../lib")
+    set_target_properties(lxbridge PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
+  endif()
   install(TARGETS lxbridge RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT command)
 
   # Where each shell looks.
