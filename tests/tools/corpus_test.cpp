@@ -88,7 +88,7 @@ class DamagedCorpus : public testing::TestWithParam<int> {
 
   static void ForEachDamaged(const Bytes& file, const std::function<void(const Bytes&)>& use) {
     const bool full = std::getenv("LX_FULL") != nullptr;
-    const std::size_t density = full ? 16 : 4;
+    const std::size_t density = full ? 10 : 4;
     for (std::size_t at = 0; at < file.size(); at += 1 + at / density) {
       use(Truncated(file, at));
       for (const std::size_t place : {at, file.size() - 1 - at}) {
