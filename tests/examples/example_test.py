@@ -1,20 +1,71 @@
 #!/usr/bin/env python3
-"""example_test.py PRINT_XMP LXBRIDGE LX_MAKE_SAMPLE: the host in C prints the packet that the command prints."""
+"""example_test.py PRINT_XMP LIST_PROPERTIES EDIT_PROPERTY LXBRIDGE LX_MAKE_SAMPLE: what the hosts of examples/ print is what
+the command says of the same file, and README.md quotes them word for word."""
+import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
 
-print_xmp, lxbridge, make_sample = sys.argv[1:]
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+print_xmp, list_properties, edit_property, lxbridge, make_sample = sys.argv[1:]
+
+
+def run(*command, status=0):
+    done = subprocess.run(command, capture_output=True, check=False)
+    assert done.returncode == status, f"{command}: {done}"
+    return done.stdout.decode()
+
+
+def listed(nodes, depth, seen):
+    """The lines of (name, node) pairs, as list_properties has them."""
+    lines = []
+    for name, node in nodes:
+        node, qualifiers = (node["value"], node["qualifiers"]) if "qualifiers" in node else (node, {})
+        form = "" if isinstance(node, str) else next(iter(node))
+        lines.append("  " * depth + name + (f" = {node}" if not form else "" if form == "struct" else f" {form}"))
+        lines += listed([("?" + key, value) for key, value in qualifiers.items()], depth + 1, seen)
+        if form:
+            seen.add(form)
+            inside = node[form].items() if form == "struct" else [("-", item) for item in node[form]]
+            lines += listed(inside, depth + 1, seen)
+    return lines
+
+
+def quotes():
+    """Every block of the README that a link to an example stands in front of, with the file's name."""
+    section = re.search(r"^## In your program$(.*?)^## ", (ROOT / "README.md").read_text(encoding="utf-8"), re.MULTILINE | re.DOTALL)
+    return re.findall(r"\(examples/([\w.]+)\)[^`]*\n\n```\w+\n(.*?)```", section[1], re.DOTALL)
+
+
 with tempfile.TemporaryDirectory() as folder:
-    sample = pathlib.Path(folder) / "sample.jpg"
-    subprocess.run([make_sample, sample], check=True)
-    for file in [sample, pathlib.Path(folder) / "not there.jpg"]:
-        printed = subprocess.run([print_xmp, file], check=True, capture_output=True)
-        assert not printed.stderr, printed.stderr
-        assert printed.stdout.startswith(b"<?xpacket"), printed.stdout
-        if file.exists():
-            expected = subprocess.run([lxbridge, file], check=True, capture_output=True).stdout
-            assert printed.stdout == expected, f"{printed.stdout}\n{expected}"
-    assert subprocess.run([print_xmp], capture_output=True).returncode == 2
-print("2 files")
+    sample, missing = pathlib.Path(folder) / "sample.jpg", pathlib.Path(folder) / "not there.jpg"
+    run(make_sample, sample)
+    packet = run(lxbridge, sample)
+    assert run(print_xmp, sample) == packet
+    assert run(print_xmp, missing).startswith("<?xpacket")
+
+    properties = json.loads(run(lxbridge, "--format", "json", sample))["properties"]
+    lines, forms, schema = [], set(), None
+    for found in properties:
+        if found["schema"] != schema:
+            schema = found["schema"]
+            lines.append(schema)
+        lines += listed([(f"{found['prefix']}:{found['name']}", found["value"])], 1, forms)
+    assert {"seq", "struct"} <= forms, forms
+    assert run(list_properties, sample).splitlines() == lines
+    run(list_properties, missing, status=1)
+
+    edited = run(edit_property, sample, "2")
+    assert "<xmp:Rating>4</xmp:Rating>" in packet
+    assert edited == packet.replace("<xmp:Rating>4</xmp:Rating>", "<xmp:Rating>2</xmp:Rating>")
+    assert "<xmp:Rating>1</xmp:Rating>" in run(edit_property, missing, "1")
+    for program in print_xmp, list_properties, edit_property:
+        run(program, status=2)
+
+found = quotes()
+assert {name for name, _ in found} == {"list_properties.c", "edit_property.cpp"}, found
+for name, text in found:
+    assert text == (ROOT / "examples" / name).read_text(encoding="utf-8"), f"README.md quotes another {name}"
+print(f"{len(lines)} lines, {len(found)} quotes")

@@ -7,6 +7,8 @@ import json
 import multiprocessing
 import os
 import pathlib
+import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -140,6 +142,14 @@ class ModuleTest(unittest.TestCase):
         for method in ("fork", "spawn"):
             with self.subTest(method), multiprocessing.get_context(method).Pool(2) as processes:
                 self.assertEqual(processes.map(lxbridge.pool, self.files), expected)
+
+    def test_the_readme_shows_what_works(self):
+        readme = (pathlib.Path(__file__).resolve().parents[2] / "README.md").read_text(encoding="utf-8")
+        (program,) = re.findall(r"^```python\n(.*?)^```", readme, re.MULTILINE | re.DOTALL)
+        shutil.copy(self.sample, self.folder / "photo.jpg")
+        printed = subprocess.run([sys.executable, "-c", program], cwd=self.folder, check=True, stdout=subprocess.PIPE).stdout
+        self.assertIn(b"tiff Make Example Cameras\n", printed)
+        self.assertTrue(printed.endswith(b"?>\n64\n"), printed[-20:])
 
     def test_the_stubs_tell_the_module(self):
         stub = ast.parse(pathlib.Path(lxbridge.__file__).with_name("__init__.pyi").read_text(encoding="utf-8"))
