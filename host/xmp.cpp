@@ -57,9 +57,9 @@ LxXmpStatus FailBy(const CTALError& error) noexcept {
   const TALErrorProcs* procs = TAL_T_NMT::ErrorProcs();
   if (procs == nullptr) return Fail(LX_XMP_UNAVAILABLE, "the interface broker has no errors any more");
   if (error.Reference() == procs->getCoreError(0)) return Fail(LX_XMP_NO_MEMORY, error.what());
-  // So do the clients say that a procedure is missing.
+  // So do the clients say that a procedure is missing; where methods are bound, with a text but no component.
   if (*error.what() == '\0') return Fail(LX_XMP_UNAVAILABLE, "the broker or the XMP toolkit lacks a procedure");
-  return Fail(LX_XMP_REFUSED, error.what());
+  return Fail(*error.Component() == '\0' ? LX_XMP_UNAVAILABLE : LX_XMP_REFUSED, error.what());
 }
 
 LxXmpStatus FailByException() noexcept {
@@ -168,6 +168,8 @@ LxXmpStatus LxXmpStart() {
       TAL_T_NMT::ShutDownBrokerClient();
       return Fail(LX_XMP_NO_MEMORY, "out of memory");
     }
+  } catch (const std::bad_alloc&) {
+    (void)Fail(LX_XMP_NO_MEMORY, "out of memory");
   } catch (const std::exception& error) {
     (void)Fail(LX_XMP_UNAVAILABLE, error.what());
   }
