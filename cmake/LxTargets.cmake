@@ -18,6 +18,13 @@ if(LXBRIDGE_SANITIZE)
     -fno-omit-frame-pointer)
   target_link_options(lx_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(LXBRIDGE_COVERAGE)
+  # Names of sources are whole in the counters' files, so that they are found from any folder.
+  target_compile_options(lx_options INTERFACE --coverage -fprofile-abs-path)
+  target_link_options(lx_options INTERFACE --coverage $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:LINKER:--wrap=_exit>)
+  target_sources(lx_options INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/tests/support/coverage_exit.cpp>)
+endif()
 if(LXBRIDGE_FUZZ)
   target_compile_options(lx_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
     -fno-omit-frame-pointer)
