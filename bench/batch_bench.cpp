@@ -1,13 +1,12 @@
 // What does the command cost over many files, and for one? In one run, repetitions interleaved, of the same files:
 //   two workers beside one          files a second
 //   one worker beside the library   the library: LxInterchangeNew to LxInterchangeDelete in one process, once bare and
-//   once
-//                                   with the packet that the command prints
+//                                   once with the packet that the command prints
 //   memory                          the largest process of the command, over ten times the files too
 //   start-up                        the whole process for one file of 2 kB beside open_read's
 // Ratios are of medians; minima are printed beside them, since other work on the machine only ever adds.
 //
-//   batch_bench [FOLDER [FILES [REPETITIONS]]]
+//   batch_bench [FOLDER [FILES [REPETITIONS]]]        with LXBRIDGE=PATH: of another build of the command
 //
 // FOLDER (../shared/corpus beside the tree) holds the files that are linked, FILES (4000) times in all, into a
 // temporary folder. Uses the library's public header, host/ and the built command.
@@ -123,7 +122,8 @@ int main(int argc, char** argv) {
   const std::string small = folder + "/small.jpg";
   Run({LX_MAKE_SAMPLE, small});
 
-  const std::string command = LX_COMMAND;
+  const char* other = std::getenv("LXBRIDGE");
+  const std::string command = other != nullptr ? other : LX_COMMAND;
   LxInterchangeInit();
   Series one, two, halves, bare, packets, start, least;
   long memory = 0, memoryOfMany = 0;

@@ -12,6 +12,7 @@ if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU" OR WIN32 OR LXBRIDGE_SANITIZE)
   message(FATAL_ERROR "LXBRIDGE_SELF_CONTAINED is for GCC on ELF systems, without sanitizers")
 endif()
 find_library(EXPAT_LIBRARY NAMES libexpat.a REQUIRED)
+set(LXBRIDGE_INSTALL OFF)  # What is installed is for hosts. This is bin/lxbridge and lib/*.so.1, copied side by side.
 
 # At the end of every link line, behind the archives that need them. Named one by one, since the compiler's own list always
 # has the mathematics library, of which nothing is used, to be loaded.
