@@ -59,12 +59,20 @@ def headers(objdump, file):
 
 def layout(options):
     files = {name: headers(options.objdump, options.built / name)
-             for name in ["LxBridge.dll", "TAL.dll", "VeltoXMP.dll", "lxbridge.exe", "print_xmp.exe"]}
+             for name in ["LxBridge.dll", "LxHost.dll", "TAL.dll", "VeltoXMP.dll", "lxbridge.exe", "print_xmp.exe",
+                          "edit_property.exe"]}
     expect(files["LxBridge.dll"][0] == dict(enumerate(EXPORTS, 1)), "LxBridge.dll exports its five functions, undecorated")
+    listed = (pathlib.Path(__file__).resolve().parents[2] / "host" / "lxhost.def").read_text(encoding="utf-8")
+    listed = {int(ordinal): name for name, ordinal in re.findall(r"^\s+(\w+)\s+@(\d+)$", listed, re.MULTILINE)}
+    expect(files["LxHost.dll"][0] == listed, "LxHost.dll exports what its list says, undecorated")
     expect(files["TAL.dll"][0] == {5: None}, "TAL.dll exports its entry point by ordinal only")
     expect(files["VeltoXMP.dll"][0] == {1: None, 2: None}, "VeltoXMP.dll exports its entry points by ordinal only")
     own = {"LxBridge.dll": {"TAL.dll": [5], "VeltoXMP.dll": [1, 2]},
+           "LxHost.dll": {"TAL.dll": [5], "VeltoXMP.dll": [1, 2]},
            "lxbridge.exe": {"TAL.dll": [5], "VeltoXMP.dll": [1, 2], "LxBridge.dll": EXPORTS}}
+    example = files["edit_property.exe"][1]
+    expect("LxBridge.dll" in example and "LxHost.dll" in example, "edit_property.exe has the libraries linked")
+    del files["edit_property.exe"]
     for name, (_, imports) in files.items():
         others = {dll: entries for dll, entries in imports.items() if dll.lower() not in SYSTEM}
         expect(others == own.get(name, {}), f"{name}: imports {others} besides the system's own")
