@@ -11,6 +11,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
@@ -78,7 +79,7 @@ py::object PoolJson(const std::string& path) {
 
 void RaiseToolkitError(std::exception_ptr failure) {
   try {
-    std::rethrow_exception(failure);
+    std::rethrow_exception(std::move(failure));
   } catch (const lxbridge::XmpError& error) {
     PyErr_SetString(py::module_::import("lxbridge").attr("ToolkitError").ptr(), error.what());
   }
