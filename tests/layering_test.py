@@ -20,6 +20,7 @@ ALLOWED = {
     "outside/xmp/": ["clients/broker/broker_abi.h", "clients/xmp/xmp_abi.h"],
     "host/": ["api/include/", "clients/xmp/", "clients/broker/"],
     "tools/": ["api/include/", "host/", "kit/readers/", "kit/model/", "kit/base/"],
+    "docs/mapping/": ["api/include/", "host/", "kit/", "tests/support/"],
     "bench/": ["api/include/", "host/", "kit/", "outside/", "clients/", "tests/support/"],
     "fuzz/": ["api/", "host/", "kit/", "xmpconv/", "outside/", "clients/", "tests/support/"],
     "examples/": ["api/include/", "host/include/"],

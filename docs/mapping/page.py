@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes docs/mapping.md, or says where it differs from what it should be.
 
-mapping_page.py PROGRAM [--write]
+page.py PROGRAM [--write]
 
 PROGRAM is the built lx_mapping_examples: it says for each tag of the dictionaries what the library makes of it. The rules
 are taken from the tables of xmpconv/. Both have to name the same tags, so no row can be missing here and none be wrong.
@@ -60,7 +60,7 @@ PARTNERS = {
 
 
 def fail(message):
-    sys.exit(f"mapping_page.py: {message}")
+    sys.exit(f"docs/mapping/page.py: {message}")
 
 
 def source(name):
@@ -193,7 +193,7 @@ def unmapped(block, examples):
 
 HEAD = """# What lands in XMP
 
-<!-- Made by tests/docs/mapping_page.py; `scripts/docs mapping` writes it anew. A test compares it with the code. -->
+<!-- Made by docs/mapping/page.py; `scripts/docs mapping` writes it anew. A test compares it with the code. -->
 
 Every tag that becomes an XMP property, with an example that the library itself has converted: a file with that value was
 built, read by `LxInterchangeNew`, and the object's property printed. Arrays are shown as `seq[…]`, `bag[…]` and `alt[…]`
@@ -244,7 +244,7 @@ def make_page(rules, examples):
 
 def main():
     if len(sys.argv) not in (2, 3) or sys.argv[2:] not in ([], ["--write"]):
-        sys.exit("usage: mapping_page.py PROGRAM [--write]")
+        sys.exit("usage: page.py PROGRAM [--write]")
     rules, examples = read_rules(), read_examples(sys.argv[1])
     check(rules, examples)
     page = make_page(rules, examples)
