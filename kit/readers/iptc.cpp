@@ -36,11 +36,6 @@ LxMetadataItem* LxReadIptcDatasets(LxBlockCache* cache, const LxParseRange& rang
                                              dataset, type, static_cast<std::int32_t>(length), whole + kHeaderSize);
       if (item == nullptr) break;
       LxApplyTagRecord(context, item, tag, /*decimalName=*/true);
-      if (tag != nullptr && tag->subNamespace != nullptr) {
-        const auto start = static_cast<std::uint32_t>(position + kHeaderSize);
-        const LxParseRange inner = {range.lowLimit, range.base, start, start + length, range.highLimit};
-        if (!LxReadChildren(cache, inner, context, item, *tag->subNamespace)) item->flags |= kLxDeleted;
-      }
     }
     position += kHeaderSize + length;
   }

@@ -15,6 +15,7 @@
 #include "clients/broker/broker_client.h"
 #include "clients/xmp/xmp_client.h"
 #include "kit/base/memory.h"
+#include "kit/readers/dispatch.h"
 #include "tests/bounds/hostile_files.h"
 #include "tests/support/bytes.h"
 #include "tests/support/pool_support.h"
@@ -61,10 +62,12 @@ int main(int argc, char** argv) {
     const std::size_t peak = StatusBytes("VmHWM:");
     const lxtest::PoolPtr pool = lxtest::ReadPoolFromPath(path);
     const testing::AssertionResult sound = lxtest::IsWellFormed(*pool);
-    if (!sound) std::fprintf(stderr, "%s\n", sound.message());
-    std::printf("%.3f %zu %zu %zu\n", took, peak > before ? peak - before : 0,
-                static_cast<std::size_t>(std::filesystem::file_size(path)), lxtest::AllItems(*pool).size());
-    if (!sound) return 1;
+    const auto length = static_cast<std::size_t>(std::filesystem::file_size(path));
+    const std::size_t items = lxtest::AllItems(*pool).size();
+    const bool fits = items <= length / kLxFileBytesPerItem + kLxItemsAtLeast;
+    if (!sound || !fits) std::fprintf(stderr, "%zu items; %s\n", items, sound.message());
+    std::printf("%.3f %zu %zu %zu\n", took, peak > before ? peak - before : 0, length, items);
+    if (!sound || !fits) return 1;
     StopXMPClient();
     TAL_T_NMT::ShutDownBrokerClient();
     return 0;

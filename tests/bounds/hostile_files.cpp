@@ -157,13 +157,6 @@ template <std::uint8_t kMarker>
 Bytes SmallestSegments(std::size_t size) {
   return JpegWith(Repeated(size, Segment(kMarker, Bytes())));
 }
-Bytes SegmentsWithIdentifiers(std::size_t size) {
-  return JpegWith(Repeated(size, Segment(0xE5, Text("identifier") + Filled(90))));
-}
-Bytes Comments(std::size_t size) {
-  return JpegWith(Repeated(size, Segment(0xFE, Filled(kLongestSegment, 'x'))));
-}
-
 // Every segment's Exif block has a thumbnail that begins in it and goes on to the end of the file.
 Bytes StreamsInSegments(std::size_t size) {
   const Bytes tiff = TiffBuilder(kBig).Ifd0({Short(0x0112, 1)}).Ifd1({{0x0201, 4, 1, [](Order o, std::uint32_t at) {
@@ -203,12 +196,6 @@ Bytes PsdWith(const Bytes& resources) {
   return PsdBuilder().Resources(resources).Build();
 }
 
-Bytes EmptyDatasets(std::size_t size) {
-  return PsdWith(ResourceBuilder().Iptc(IptcBuilder().Raw(Repeated(size, Hex("1C 02 19 0000")))));
-}
-Bytes UnknownDatasets(std::size_t size) {
-  return PsdWith(ResourceBuilder().Iptc(IptcBuilder().Raw(Repeated(size, Hex("1C 02 DD 0002 6161")))));
-}
 Bytes DistinctKeywords(std::size_t size) {
   Bytes datasets;
   for (std::size_t i = 0; datasets.size() < size; ++i) {
@@ -224,9 +211,6 @@ Bytes LongDatasets(std::size_t size) {
       TiffBuilder(kBig).Ifd0({Undef(0x83BB, datasets), Undef(0x8649, ResourceBuilder().Iptc(datasets))});
   return tiff;
 }
-Bytes EmptyResources(std::size_t size) {
-  return PsdWith(Repeated(size, Bytes(ResourceBuilder().Block(0x0404, Bytes()))));
-}
 
 // --- texts
 
@@ -235,45 +219,9 @@ Bytes Comment(std::size_t size, std::string_view code, const Bytes& part) {
   value.resize(8);
   return OneValue(0x9286, 7, value + Repeated(size, part));
 }
-Bytes AsciiComment(std::size_t size) {
-  return Comment(size, "ASCII", Text("text "));
-}
-Bytes UnicodeComment(std::size_t size) {
-  return Comment(size, "UNICODE", Hex("30A2 D83D DE00 0041"));
-}
-Bytes JisComment(std::size_t size) {
-  return Comment(size, "JIS", Hex("1B2442 252B 1B2842"));
-}
-Bytes NoCodeComment(std::size_t size) {
-  return Comment(size, "", Hex("E9 41"));
-}
 template <std::uint16_t kTag, std::size_t kSize>
 Bytes TextOf(std::size_t size, const char (&part)[kSize]) {
   return OneValue(kTag, 2, Repeated(size, std::string_view(part, kSize - 1)) + Filled(1), 1, false);
-}
-Bytes Utf8Text(std::size_t size) {
-  return TextOf<0x010E>(size, "caf\xC3\xA9 ");
-}
-Bytes Latin1Text(std::size_t size) {
-  return TextOf<0x010E>(size, "caf\xE9 ");
-}
-Bytes ShiftJisText(std::size_t size) {
-  return TextOf<0x8298>(size, "\x83\x4A\x83\x81");
-}
-Bytes EucText(std::size_t size) {
-  return TextOf<0x010E>(size, "\xA5\xAB\xA5\xE1");
-}
-Bytes IsoText(std::size_t size) {
-  return TextOf<0x010E>(size, "\x1B$B%+\x1B(B");
-}
-Bytes BinaryText(std::size_t size) {
-  return TextOf<0x8298>(size, "\xFF\x80\x01\xC0");
-}
-Bytes ListOfNames(std::size_t size) {
-  return TextOf<0x013B>(size, "a;");
-}
-Bytes WideText(std::size_t size) {
-  return OneValue(0x9C9B, 1, Repeated(size, Hex("A230 3DD8 00DE")), 1, false);
 }
 
 // --- arrays and structures
@@ -287,9 +235,6 @@ template <std::uint16_t kTag>
 Bytes WideTable(std::size_t size) {
   const std::uint32_t rows = At(std::min<std::size_t>(size / 8, 0xFFFF));
   return OneValue(kTag, 7, Put16(1) + Put16(rows) + Hex("0041 0000") + Repeated(size, Put32(1) + Put32(0)));
-}
-Bytes ZeroDenominators(std::size_t size) {
-  return OneValue(0x829A, 5, Repeated(size, Put32(1) + Put32(0)), 8);
 }
 Bytes ZeroDenominatorsInGps(std::size_t size) {
   const Bytes data = Repeated(size, Put32(7) + Put32(0));
@@ -341,34 +286,6 @@ std::string Again(std::size_t size, std::string_view part) {
   return text;
 }
 
-Bytes PacketOfProperties(std::size_t size) {
-  return PacketFile("", Numbered(size, "<a:p", "/>"));
-}
-Bytes PacketOfAttributes(std::size_t size) {
-  return PacketFile(Numbered(size, " a:p", "=''"), "");
-}
-Bytes PacketOfNamespaces(std::size_t size) {
-  return PacketFile("", Numbered(size, "<b:p xmlns:b='http://", "/'/>"));
-}
-Bytes PacketOfOneProperty(std::size_t size) {
-  return PacketFile("", Again(size, "<a:p>x</a:p>"));
-}
-Bytes PacketOfItems(std::size_t size) {
-  return PropertyFile("<rdf:Bag>", Again(size, "<rdf:li/>"), "</rdf:Bag>");
-}
-Bytes PacketOfLanguages(std::size_t size) {
-  return PropertyFile("<rdf:Alt>", Numbered(size, "<rdf:li xml:lang='x-", "'>t</rdf:li>"), "</rdf:Alt>");
-}
-Bytes PacketOfOneText(std::size_t size) {
-  return PropertyFile("", Again(size, "text &amp; "), "");
-}
-Bytes PacketOfNesting(std::size_t size) {
-  return PacketFile("", Again(size, "<a:p rdf:parseType='Resource'>"));
-}
-Bytes PacketOfBadBytes(std::size_t size) {
-  return PropertyFile("", Again(size, "\x80\xFF"), "");
-}
-
 }  // namespace
 
 const std::vector<HostileFile>& HostileFiles() {
@@ -385,29 +302,40 @@ const std::vector<HostileFile>& HostileFiles() {
       {"ranges-shifted-by-a-page", RangesShiftedByAPage},
       {"many-texts-converted-again", ManyTextsConvertedAgain},
       {"smallest-app-segments", SmallestSegments<0xE1>},
+      {"restart-markers", [](std::size_t size) { return JpegWith(Repeated(size, Hex("FFD1"))); }},
       {"smallest-comments", SmallestSegments<0xFE>},
-      {"segments-with-identifiers", SegmentsWithIdentifiers},
-      {"comments", Comments},
+      {"segments-with-identifiers",
+       [](std::size_t size) { return JpegWith(Repeated(size, Segment(0xE5, Text("identifier") + Filled(90)))); }},
+      {"comments",
+       [](std::size_t size) { return JpegWith(Repeated(size, Segment(0xFE, Filled(kLongestSegment, 'x')))); }},
       {"streams-in-segments", StreamsInSegments},
       {"streams-in-resources", StreamsInResources},
       {"maker-notes-that-lead-on", MakerNotesThatLeadOn},
-      {"empty-datasets", EmptyDatasets},
-      {"unknown-datasets", UnknownDatasets},
+      {"empty-datasets",
+       [](std::size_t size) {
+         return PsdWith(ResourceBuilder().Iptc(IptcBuilder().Raw(Repeated(size, Hex("1C 02 19 0000")))));
+       }},
+      {"unknown-datasets",
+       [](std::size_t size) {
+         return PsdWith(ResourceBuilder().Iptc(IptcBuilder().Raw(Repeated(size, Hex("1C 02 DD 0002 6161")))));
+       }},
       {"distinct-keywords", DistinctKeywords},
       {"long-datasets", LongDatasets},
-      {"empty-resources", EmptyResources},
-      {"ascii-comment", AsciiComment},
-      {"unicode-comment", UnicodeComment},
-      {"jis-comment", JisComment},
-      {"comment-without-code", NoCodeComment},
-      {"utf8-text", Utf8Text},
-      {"latin1-text", Latin1Text},
-      {"shift-jis-text", ShiftJisText},
-      {"euc-text", EucText},
-      {"iso-2022-text", IsoText},
-      {"binary-text", BinaryText},
-      {"list-of-names", ListOfNames},
-      {"wide-text", WideText},
+      {"empty-resources",
+       [](std::size_t size) { return PsdWith(Repeated(size, Bytes(ResourceBuilder().Block(0x0404, Bytes())))); }},
+      {"ascii-comment", [](std::size_t size) { return Comment(size, "ASCII", Text("text ")); }},
+      {"unicode-comment", [](std::size_t size) { return Comment(size, "UNICODE", Hex("30A2 D83D DE00 0041")); }},
+      {"jis-comment", [](std::size_t size) { return Comment(size, "JIS", Hex("1B2442 252B 1B2842")); }},
+      {"comment-without-code", [](std::size_t size) { return Comment(size, "", Hex("E9 41")); }},
+      {"utf8-text", [](std::size_t size) { return TextOf<0x010E>(size, "caf\xC3\xA9 "); }},
+      {"latin1-text", [](std::size_t size) { return TextOf<0x010E>(size, "caf\xE9 "); }},
+      {"shift-jis-text", [](std::size_t size) { return TextOf<0x8298>(size, "\x83\x4A\x83\x81"); }},
+      {"euc-text", [](std::size_t size) { return TextOf<0x010E>(size, "\xA5\xAB\xA5\xE1"); }},
+      {"iso-2022-text", [](std::size_t size) { return TextOf<0x010E>(size, "\x1B$B%+\x1B(B"); }},
+      {"binary-text", [](std::size_t size) { return TextOf<0x8298>(size, "\xFF\x80\x01\xC0"); }},
+      {"list-of-names", [](std::size_t size) { return TextOf<0x013B>(size, "a;"); }},
+      {"wide-text",
+       [](std::size_t size) { return OneValue(0x9C9B, 1, Repeated(size, Hex("A230 3DD8 00DE")), 1, false); }},
       {"largest-oecf", LargestTable<0x8828>},
       {"wide-oecf", WideTable<0x8828>},
       {"largest-frequency-response", LargestTable<0xA20C>},
@@ -415,7 +343,8 @@ const std::vector<HostileFile>& HostileFiles() {
       {"largest-cfa-pattern", LargestTable<0xA302>},
       {"largest-device-settings", LargestTable<0xA40B>},
       {"wide-device-settings", WideTable<0xA40B>},
-      {"zero-denominators", ZeroDenominators},
+      {"zero-denominators",
+       [](std::size_t size) { return OneValue(0x829A, 5, Repeated(size, Put32(1) + Put32(0)), 8); }},
       {"zero-denominators-in-gps", ZeroDenominatorsInGps},
       {"long-speed-ratings", LongArray<0x8827, 3, 2, true>},
       {"long-components", LongArray<0x9101, 7, 1, true>},
@@ -424,15 +353,21 @@ const std::vector<HostileFile>& HostileFiles() {
       {"long-transfer-function", LongArray<0x012D, 3, 2, false>},
       {"long-subject-area", LongArray<0x9214, 3, 2, true>},
       {"arrays-appended-again", ArraysAppendedAgain},
-      {"packet-of-properties", PacketOfProperties},
-      {"packet-of-attributes", PacketOfAttributes},
-      {"packet-of-namespaces", PacketOfNamespaces},
-      {"packet-of-one-property", PacketOfOneProperty},
-      {"packet-of-items", PacketOfItems},
-      {"packet-of-languages", PacketOfLanguages},
-      {"packet-of-one-text", PacketOfOneText},
-      {"packet-of-nesting", PacketOfNesting},
-      {"packet-of-bad-bytes", PacketOfBadBytes},
+      {"packet-of-properties", [](std::size_t size) { return PacketFile("", Numbered(size, "<a:p", "/>")); }},
+      {"packet-of-attributes", [](std::size_t size) { return PacketFile(Numbered(size, " a:p", "=''"), ""); }},
+      {"packet-of-namespaces",
+       [](std::size_t size) { return PacketFile("", Numbered(size, "<b:p xmlns:b='http://", "/'/>")); }},
+      {"packet-of-one-property", [](std::size_t size) { return PacketFile("", Again(size, "<a:p>x</a:p>")); }},
+      {"packet-of-items",
+       [](std::size_t size) { return PropertyFile("<rdf:Bag>", Again(size, "<rdf:li/>"), "</rdf:Bag>"); }},
+      {"packet-of-languages",
+       [](std::size_t size) {
+         return PropertyFile("<rdf:Alt>", Numbered(size, "<rdf:li xml:lang='x-", "'>t</rdf:li>"), "</rdf:Alt>");
+       }},
+      {"packet-of-one-text", [](std::size_t size) { return PropertyFile("", Again(size, "text &amp; "), ""); }},
+      {"packet-of-nesting",
+       [](std::size_t size) { return PacketFile("", Again(size, "<a:p rdf:parseType='Resource'>")); }},
+      {"packet-of-bad-bytes", [](std::size_t size) { return PropertyFile("", Again(size, "\x80\xFF"), ""); }},
   };
   return kFiles;
 }

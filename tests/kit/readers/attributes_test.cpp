@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "tests/support/image_builders.h"
 #include "tests/support/pool_support.h"
 
@@ -120,6 +122,22 @@ TEST(TiffAttributes, ComeFromTheFirstIfd) {
   EXPECT_EQ(bare->colourModel, kLxColourUnknown);
   // A file with a bad first IFD, or with a header of which only the marks are good, is an empty one and no failure.
   EXPECT_EQ(AllItems(*Read(Hex("49492A00 FFFFFF00 00000000 00000000"))).size(), 1u);
+}
+
+// TIFF 6.0, sections 8, 16, 20, 21 and 23; section 3 and appendix A.
+TEST(TiffAttributes, PhotometricAndCompressionHaveTheirNames) {
+  const std::pair<std::int64_t, const char*> models[] = {
+      {0, "bitwz"}, {1, "bitbz"}, {2, "RGB"},    {3, "indexedRGB"}, {4, "mask"},    {5, "CMYK"},
+      {6, "YCbCr"}, {7, "unk"},   {8, "cielab"}, {9, "icclab"},     {32803, "cfa"}, {65535, "unk"}};
+  for (const auto& [value, name] : models) {
+    EXPECT_STREQ(LxColourModelName(Read(TiffBuilder(kLittle).Ifd0({Short(0x0106, value)}))->colourModel), name)
+        << value;
+  }
+  const std::pair<std::int64_t, const char*> compressions[] = {
+      {1, "none"}, {2, "ccitt1d"}, {3, "ccitt4"}, {4, "ccitt6"}, {5, "lzw"}, {7, "unk"}, {32773, "pack"}};
+  for (const auto& [value, name] : compressions) {
+    EXPECT_STREQ(LxCompressionName(Read(TiffBuilder(kBig).Ifd0({Short(0x0103, value)}))->compression), name) << value;
+  }
 }
 
 TEST(TiffAttributes, JpegInTiffTellsItsQuality) {

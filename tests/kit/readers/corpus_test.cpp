@@ -31,24 +31,4 @@ TEST_F(Corpus, EveryFileReads) {
   }
 }
 
-TEST_F(Corpus, WhatAPersonCanReadInThemIsRead) {
-  const struct {
-    const char* file;
-    const char *nameSpace, *name, *displayText;
-  } cases[] = {
-      {"Canon_40D.jpg", "tiff", "Model", "Canon EOS 40D"},
-      {"Canon_40D.jpg", "exif", "ExposureTime", "1/160s"},
-      {"Nikon_COOLPIX_P1.jpg", "tiff", "Make", "NIKON"},
-      {"Olympus_C8080WZ.jpg", "tiff", "Model", "C8080WZ"},
-      {"Sony_HDR-HC3.jpg", "exif", "DateTimeOriginal", "2007:06:15 04:42:32"},
-      {"HTC_Desire.jpg", "tiff", "Model", "HTC Desire"},
-      {"Pentax_Optio_S4.jpg", "exif", "ColorSpace", "sRGB"},
-  };
-  for (const auto& c : cases) {
-    const PoolPtr pool = ReadPoolFromPath(CorpusFile(c.file));
-    const LxMetadataItem* item = Find(*pool, c.nameSpace, c.name);
-    EXPECT_STREQ(item != nullptr ? item->displayText : "(not there)", c.displayText) << c.file;
-  }
-}
-
 }  // namespace

@@ -46,15 +46,6 @@ TEST(Dispatch, WithoutACurrentItemNothingIsRemembered) {
   EXPECT_EQ(opened.context()->pendingThumbnailLength, 0u);
 }
 
-TEST(Dispatch, MakeAndModelAreThoseReadLast) {
-  OpenedFile opened(TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "Maker One"), Ascii(0x0110, "Model One")}).Build());
-  ASSERT_NE(opened.Parse(kLxTiffSpace), nullptr);
-  ASSERT_NE(opened.context()->make, nullptr);
-  ASSERT_NE(opened.context()->model, nullptr);
-  EXPECT_EQ(ValueOf(*opened.context()->make), Text("Maker One") + Filled(1));
-  EXPECT_EQ(ValueOf(*opened.context()->model), Text("Model One") + Filled(1));
-}
-
 // IFD1 with the thumbnail's start and length in either order, the bytes behind it.
 Bytes WithThumbnail(Order order, bool lengthFirst, const Bytes& thumbnail, std::uint32_t length) {
   const TiffEntry start = {kThumbnailStart, 4, 1,

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <functional>
 
 #include "kit/model/tables/tables.h"
@@ -251,44 +250,6 @@ TEST(ImageResources, TheSameBytesNamedAgainAndAgainArePaidFor) {
     EXPECT_TRUE(IsWellFormed(*pool));
     EXPECT_GT(AllItems(*pool, c.nameSpace).size(), 10u);
     EXPECT_LT(AllItems(*pool, c.nameSpace).size(), 100u);
-  }
-}
-
-// The least time of several runs.
-double SecondsToRead(const Bytes& file, const char* nameSpace, std::size_t items, int runs) {
-  double least = 1e9;
-  for (int run = 0; run < runs; ++run) {
-    const auto start = std::chrono::steady_clock::now();
-    const PoolPtr pool = ParsePool(file);
-    least = std::min(least, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    EXPECT_EQ(AllItems(*pool, nameSpace).size(), items);
-  }
-  return least;
-}
-
-TEST(ImageResources, AMillionBlocksOrDatasetsCostInProportion) {
-  const struct {
-    const char* nameSpace;
-    Bytes one;
-    std::function<Bytes(const Bytes&)> around;
-  } cases[] = {
-      // The pages of a PSD file are loaded as the walk comes to them, those of a value before.
-      {"ir", ResourceBuilder().Block(0x0FA0, {1, 2}), InPsd},
-      {"iptc", IptcBuilder().Add(25, ""), [](const Bytes& data) { return InPsd(ResourceBuilder().Iptc(data)); }},
-      {"iptc", IptcBuilder().Add(25, ""),
-       [](const Bytes& data) { return TiffBuilder(kBig).Ifd0({Undef(0x83BB, data)}).Build(); }},
-  };
-  for (const auto& c : cases) {
-    const auto file = [&](std::size_t count) {
-      Bytes out;
-      out.reserve(count * c.one.size() + 1);
-      for (std::size_t i = 0; i < count; ++i) out.insert(out.end(), c.one.begin(), c.one.end());
-      return c.around(out + Filled(1));
-    };
-    // Eight times as many: a quadratic cost would be 64 times as high.
-    const double few = SecondsToRead(file(125000), c.nameSpace, 125000, 3);
-    const double many = SecondsToRead(file(1000000), c.nameSpace, 1000000, 1);
-    EXPECT_LT(many, 24 * few + 0.1) << c.nameSpace;
   }
 }
 
