@@ -2,86 +2,45 @@
 // nothing. The program's operator new is that of the toolkit's library too.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <functional>
-#include <new>
 #include <string>
 #include <vector>
 
-#include "clients/xmp/xmp_abi.h"
-#include "tests/support/broker_procs.h"
+#include "tests/outside/xmp/toolkit_fixture.h"
+#include "tests/support/failing_new.h"
 
 namespace {
 
-bool isCounting = false;
-long untilFailure = 0;
-bool hasFailed = false;
+using lxtest::Failing;
+using lxtest::FailingNew;
 
-}  // namespace
-
-void* operator new(std::size_t size) {
-  if (isCounting && --untilFailure <= 0) {
-    hasFailed = true;
-    throw std::bad_alloc();
-  }
-  if (void* block = std::malloc(size)) return block;
-  throw std::bad_alloc();
+// Does the work with memory for so many allocations less one.
+template <typename Work>
+bool FailsAt(int nth, Work work) {
+  FailingNew failingNew(nth, Failing::kFromThenOn);
+  work();
+  failingNew.Stop();
+  return failingNew.hasFailed();
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  if (isCounting && --untilFailure <= 0) {
-    hasFailed = true;
-    return nullptr;
-  }
-  return std::malloc(size);
-}
-void* operator new[](std::size_t size) {
-  return operator new(size);
-}
-// Out of line: seen beside a `new`, free() looks like the wrong way to give a block back.
-[[gnu::noinline]] static void Release(void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block) noexcept {
-  Release(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  Release(block);
-}
-void operator delete[](void* block) noexcept {
-  Release(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-  Release(block);
-}
-
-namespace {
-
-const char* const kDC = "http://purl.org/dc/elements/1.1/";
-const char* const kXMP = "http://ns.adobe.com/xap/1.0/";
 
 // First in this file: what is made once in a process has to be made here.
 TEST(ToolkitStartWithoutMemory, IsANoAndTheFirstPacketAnErrorUntilThereIsEnough) {
   const TALLookupProc lookup = TALOrdinal5();
   const BrokerProcs broker{lookup};
   std::uint32_t started = 0;
-  for (long nth = 1; started == 0; ++nth) {
+  for (int nth = 1; started == 0; ++nth) {
     ASSERT_LT(nth, 2000);
-    untilFailure = nth;
-    isCounting = true;
-    started = VeltoXMPOrdinal1(lookup, kXMPClientVersion, nullptr);
-    isCounting = false;
+    FailsAt(nth, [&] { started = VeltoXMPOrdinal1(lookup, kXMPClientVersion, nullptr); });
   }
   const auto meta = LookUpAll<XMPMetaStatics>(lookup, kXMPMetaStaticInterface, kXMPMetaStaticNames);
   const std::string packet =
       "<r:RDF "
       "xmlns:r='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><r:Description><dc:a>1</dc:a></r:Description></r:RDF>";
   XMPObjectRef made = nullptr;
-  for (long nth = 1; made == nullptr; ++nth) {
+  for (int nth = 1; made == nullptr; ++nth) {
     ASSERT_LT(nth, 2000);
-    untilFailure = nth;
-    isCounting = true;
-    const TALErrorRef error = meta.newWithBuffer(packet.data(), static_cast<std::uint32_t>(packet.size()), &made);
-    isCounting = false;
+    TALErrorRef error = nullptr;
+    FailsAt(nth, [&] { error = meta.newWithBuffer(packet.data(), static_cast<std::uint32_t>(packet.size()), &made); });
     EXPECT_EQ(error == nullptr, made != nullptr);
     EXPECT_TRUE(error == nullptr || error == broker.errors.getCoreError(0));
     broker.errors.release(error);
@@ -90,64 +49,32 @@ TEST(ToolkitStartWithoutMemory, IsANoAndTheFirstPacketAnErrorUntilThereIsEnough)
   VeltoXMPOrdinal2();
 }
 
-class ToolkitWithoutMemory : public testing::Test {
+class ToolkitWithoutMemory : public ToolkitFixture {
  protected:
   void SetUp() override {
-    ASSERT_NE(VeltoXMPOrdinal1(lookup_, kXMPClientVersion, nullptr), 0u);
-    meta_ = LookUpAll<XMPMetaStatics>(lookup_, kXMPMetaStaticInterface, kXMPMetaStaticNames);
-    utils_ = LookUpAll<XMPUtilsStatics>(lookup_, kXMPUtilsStaticInterface, kXMPUtilsStaticNames);
-    object_ = MakeFilledObject();
-  }
-  void TearDown() override {
-    Release(object_);
-    std::uint32_t count = 1;
-    EXPECT_EQ(meta_.countObjects(&count), nullptr);
-    EXPECT_EQ(count, 0u);
-    EXPECT_EQ(broker_.containers.getLiveCount(), 0u);
-    EXPECT_EQ(broker_.errors.getLiveCount(), 0u);
-    VeltoXMPOrdinal2();
+    ToolkitFixture::SetUp();
+    Fill(object_);
   }
 
-  XMPObjectRef MakeFilledObject() {
-    XMPObjectRef object = nullptr;
-    EXPECT_EQ(meta_.newEmpty(&object), nullptr);
-    EXPECT_EQ(broker_.containers.addRef(object), nullptr);
-    if (methods_.setProperty == nullptr) methods_ = MethodsOf(object);
+  void Fill(XMPObjectRef object) {
     for (int number = 0; number < 20; ++number) {
       const std::string name = "aPropertyWithAVeryLongNameThatNeedsABlockOfItsOwn" + std::to_string(number);
       EXPECT_EQ(methods_.setProperty(object, kDC, name.c_str(), "a text that is too long for its place", 0), nullptr);
     }
     EXPECT_EQ(methods_.setLocalizedText(object, kDC, "title", "", "de", "ein Text, der zu lang ist", 0), nullptr);
     EXPECT_EQ(methods_.setStructField(object, kDC, "struct", kXMP, "field", "x", 0), nullptr);
+  }
+  XMPObjectRef MakeFilledObject() {
+    const XMPObjectRef object = MakeObject();
+    Fill(object);
     return object;
   }
-  XMPMetaMethods MethodsOf(XMPObjectRef object) {
-    TALProc slots[sizeof(kXMPMetaMethodNames) / sizeof(TALProcName)];
-    for (std::size_t at = 0; at < std::size(slots); ++at) {
-      const TALStringAtom shortName = broker_.strings.newStringAtom(kXMPMetaMethodNames[at].shortName);
-      const TALStringAtom qualifiedName = broker_.strings.newStringAtom(kXMPMetaMethodNames[at].qualifiedName);
-      EXPECT_EQ(broker_.containers.getMethod(&slots[at], object, shortName, qualifiedName, 0), nullptr);
-      broker_.strings.deleteStringAtom(shortName);
-      broker_.strings.deleteStringAtom(qualifiedName);
-    }
-    XMPMetaMethods methods;
-    std::memcpy(&methods, slots, sizeof methods);
-    return methods;
-  }
-  void Release(XMPObjectRef object) { EXPECT_EQ(broker_.containers.release(object), nullptr); }
 
   bool AreEqual(XMPObjectRef left, XMPObjectRef right) {
     std::uint8_t equal = 0;
     EXPECT_EQ(utils_.compareObjects(left, right, &equal), nullptr);
     return equal != 0;
   }
-
-  TALLookupProc lookup_ = TALOrdinal5();
-  BrokerProcs broker_{lookup_};
-  XMPMetaStatics meta_{};
-  XMPUtilsStatics utils_{};
-  XMPMetaMethods methods_{};
-  XMPObjectRef object_ = nullptr;
 };
 
 TEST_F(ToolkitWithoutMemory, AFailedCallChangesNothing) {
@@ -186,15 +113,12 @@ TEST_F(ToolkitWithoutMemory, AFailedCallChangesNothing) {
   for (std::size_t at = 0; at < calls.size(); ++at) {
     bool isDone = false;
     int errors = 0;
-    for (long nth = 1; !isDone; ++nth) {
+    for (int nth = 1; !isDone; ++nth) {
       SCOPED_TRACE("call " + std::to_string(at) + ", allocation " + std::to_string(nth));
       ASSERT_LT(nth, 2000);
       XMPObjectRef tried = MakeFilledObject();
-      untilFailure = nth;
-      hasFailed = false;
-      isCounting = true;
-      const TALErrorRef error = calls[at](tried);
-      isCounting = false;
+      TALErrorRef error = nullptr;
+      const bool hasFailed = FailsAt(nth, [&] { error = calls[at](tried); });
       if (error != nullptr) {
         EXPECT_EQ(error, broker_.errors.getCoreError(0)) << broker_.errors.getMessageText(error);
         EXPECT_TRUE(hasFailed);
@@ -222,20 +146,16 @@ TEST_F(ToolkitWithoutMemory, AnObjectThatCannotBeMadeLeavesNothing) {
   };
   for (const auto& make : makers) {
     XMPObjectRef made = nullptr;
-    for (long nth = 1; made == nullptr; ++nth) {
+    for (int nth = 1; made == nullptr; ++nth) {
       ASSERT_LT(nth, 2000);
-      untilFailure = nth;
-      isCounting = true;
-      const TALErrorRef error = make(&made);
-      isCounting = false;
+      TALErrorRef error = nullptr;
+      FailsAt(nth, [&] { error = make(&made); });
       EXPECT_EQ(error == nullptr, made != nullptr);
       if (error != nullptr) {
         EXPECT_EQ(error, broker_.errors.getCoreError(0));
         broker_.errors.release(error);
       }
-      std::uint32_t count = 0;
-      EXPECT_EQ(meta_.countObjects(&count), nullptr);
-      EXPECT_EQ(count, made != nullptr ? 2u : 1u);
+      EXPECT_EQ(CountObjects(), made != nullptr ? 2u : 1u);
     }
     Release(made);
   }

@@ -1,63 +1,20 @@
-// The toolkit as its clients see it: two entry points, procedures by name through the real broker, error references.
+// The toolkit as its clients see it: starts and stops, every procedure's refusals, error references.
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <functional>
+#include <map>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "clients/xmp/xmp_abi.h"
-#include "tests/support/broker_procs.h"
+#include "tests/outside/xmp/toolkit_fixture.h"
 
 namespace {
 
-const char* const kDC = "http://purl.org/dc/elements/1.1/";
-const char* const kXMP = "http://ns.adobe.com/xap/1.0/";
-
-XMPMetaMethods MethodsOf(const BrokerProcs& broker, XMPObjectRef object) {
-  TALProc slots[sizeof(kXMPMetaMethodNames) / sizeof(TALProcName)];
-  for (std::size_t at = 0; at < std::size(slots); ++at) {
-    const TALStringAtom shortName = broker.strings.newStringAtom(kXMPMetaMethodNames[at].shortName);
-    const TALStringAtom qualifiedName = broker.strings.newStringAtom(kXMPMetaMethodNames[at].qualifiedName);
-    EXPECT_EQ(broker.containers.getMethod(&slots[at], object, shortName, qualifiedName, 0), nullptr);
-    EXPECT_NE(slots[at], nullptr) << kXMPMetaMethodNames[at].shortName;
-    broker.strings.deleteStringAtom(shortName);
-    broker.strings.deleteStringAtom(qualifiedName);
-  }
-  XMPMetaMethods methods;
-  std::memcpy(&methods, slots, sizeof methods);
-  return methods;
-}
-
-class Toolkit : public testing::Test {
+class Toolkit : public ToolkitFixture {
  protected:
-  void SetUp() override {
-    ASSERT_NE(VeltoXMPOrdinal1(lookup_, kXMPClientVersion, nullptr), 0u);
-    meta_ = LookUpAll<XMPMetaStatics>(lookup_, kXMPMetaStaticInterface, kXMPMetaStaticNames);
-    utils_ = LookUpAll<XMPUtilsStatics>(lookup_, kXMPUtilsStaticInterface, kXMPUtilsStaticNames);
-    object_ = MakeObject();
-    methods_ = MethodsOf(broker_, object_);
-  }
-
-  // Nothing is left behind: no object, no container, no error.
-  void TearDown() override {
-    Release(object_);
-    std::uint32_t count = 1;
-    EXPECT_EQ(meta_.countObjects(&count), nullptr);
-    EXPECT_EQ(count, 0u);
-    EXPECT_EQ(broker_.containers.getLiveCount(), 0u);
-    EXPECT_EQ(broker_.errors.getLiveCount(), 0u);
-    VeltoXMPOrdinal2();
-  }
-
-  XMPObjectRef MakeObject() {
-    XMPObjectRef object = nullptr;
-    EXPECT_EQ(meta_.newWithBuffer(nullptr, 0, &object), nullptr);
-    EXPECT_EQ(broker_.containers.addRef(object), nullptr);
-    return object;
-  }
-  void Release(XMPObjectRef object) { EXPECT_EQ(broker_.containers.release(object), nullptr); }
-
   // The id of the error, which must say what it is about; 0 for success.
   std::int32_t IdOf(TALErrorRef error) {
     if (error == nullptr) return 0;
@@ -85,23 +42,7 @@ class Toolkit : public testing::Test {
     EXPECT_EQ(methods_.unlockObject(object, 0), nullptr);
     return text;
   }
-
-  TALLookupProc lookup_ = TALOrdinal5();
-  BrokerProcs broker_{lookup_};
-  XMPMetaStatics meta_{};
-  XMPUtilsStatics utils_{};
-  XMPMetaMethods methods_{};
-  XMPObjectRef object_ = nullptr;
 };
-
-TEST_F(Toolkit, EveryProcedureOfItsTablesIsThere) {
-  for (const auto& name : kXMPMetaStaticNames) {
-    EXPECT_NE(lookup_(kXMPMetaStaticInterface, name.shortName, name.qualifiedName), nullptr) << name.shortName;
-  }
-  for (const auto& name : kXMPUtilsStaticNames) {
-    EXPECT_NE(lookup_(kXMPUtilsStaticInterface, name.shortName, name.qualifiedName), nullptr) << name.shortName;
-  }
-}
 
 TEST_F(Toolkit, StartsAreCountedAndTheLastStopTakesTheInterfacesBack) {
   const auto isThere = [this] {
@@ -407,6 +348,174 @@ TEST_F(Toolkit, PropertiesAreRemovedByNameBySchemaAndAll) {
   EXPECT_EQ(count(nullptr), 1u);
   EXPECT_EQ(utils_.removeProperties(object_, nullptr, nullptr, 0), nullptr);
   EXPECT_EQ(count(nullptr), 0u);
+}
+
+// --- what is no more than a way to the toolkit's parts: the right one, with its arguments in their order -------------
+
+template <typename Value, typename Call>
+Value Got(Call call) {
+  Value value{};
+  EXPECT_EQ(call(&value), nullptr);
+  return value;
+}
+
+template <typename Call>
+std::string GotText(Call call) {
+  const XMPTextOut text = Got<XMPTextOut>(call);
+  return std::string(text.text, text.length);
+}
+
+constexpr XMPDateTime kNoonInIndia = {2004, 3, 15, 12, 0, 0, 1, 5, 30, 0};
+
+TEST_F(Toolkit, UtilitiesGiveTextsOfWhatTheyAreGiven) {
+  using Call = std::function<TALErrorRef(XMPTextOut*)>;
+  const std::pair<Call, std::string> cases[] = {
+      {[&](auto* out) { return utils_.convertFromBool(2, out); }, "True"},
+      {[&](auto* out) { return utils_.convertFromInt(-5, out); }, "-5"},
+      {[&](auto* out) { return utils_.convertFromInt64(INT64_MIN, out); }, "-9223372036854775808"},
+      {[&](auto* out) { return utils_.convertFromFloat(0.25, out); }, "0.25"},
+      {[&](auto* out) { return utils_.convertFromDate(&kNoonInIndia, out); }, "2004-03-15T12:00:00+05:30"},
+      {[&](auto* out) { return utils_.encodeToBase64("foobar", 4, out); }, "Zm9vYg=="},
+      {[&](auto* out) { return utils_.decodeFromBase64("Zm9vYg==xx", 8, out); }, "foob"},
+      {[&](auto* out) { return utils_.normalizeLanguage("EN-us", out); }, "en-US"},
+      {[&](auto* out) { return utils_.normalizePath(kDC, "dc:title[?xml:lang='DE-ch']", out); },
+       "title[?xml:lang=\"de-CH\"]"},
+      {[&](auto* out) { return utils_.repairText("\xE9\x01x", 2, out); }, "\xC3\xA9 "},
+      {[&](auto* out) { return utils_.escapeXML("<\xE9&x", 3, out); }, "&lt;\xC3\xA9&amp;"},
+      {[&](auto* out) { return utils_.convertFromUTF16("A\0B", 2, 0, out); }, "A"},
+      {[&](auto* out) { return utils_.convertFromUTF16("\0A\0", 2, 1, out); }, "A"},
+      {[&](auto* out) { return utils_.convertFromUTF32("A\0\0\0B", 4, 0, out); }, "A"},
+      {[&](auto* out) { return utils_.convertFromUTF32("\0\0\0A\0", 4, 1, out); }, "A"},
+      {[&](auto* out) { return meta_.getErrorText(0, out); }, "unknown error"},
+      {[&](auto* out) { return meta_.getErrorText(21, out); }, "unknown error"},
+  };
+  for (const auto& [call, text] : cases) EXPECT_EQ(GotText(call), text);
+  EXPECT_EQ(IdOf(utils_.normalizeLanguage("e_n", nullptr)), 19);
+  EXPECT_EQ(IdOf(utils_.getSchemaOfPath("nobody:a", nullptr)), 5);
+  std::set<std::string> errorTexts;
+  for (std::int32_t id = 1; id <= 20; ++id) {
+    errorTexts.insert(GotText([&](auto* out) { return meta_.getErrorText(id, out); }));
+  }
+  EXPECT_EQ(errorTexts.size(), 20u);
+}
+
+TEST_F(Toolkit, UtilitiesAnswerAndReadValues) {
+  using Call = std::function<TALErrorRef(std::uint8_t*)>;
+  const std::pair<Call, int> answers[] = {
+      {[&](auto* out) { return utils_.convertToBool("true", out); }, 1},
+      {[&](auto* out) { return utils_.isXMLName("a:b", out); }, 0},
+      {[&](auto* out) { return utils_.isXMLName("a", out); }, 1},
+      {[&](auto* out) { return utils_.isLanguageTag("a_b", out); }, 0},
+      {[&](auto* out) { return utils_.isLanguageTag("en-1994", out); }, 1},
+      {[&](auto* out) { return utils_.isUTF8("a\xE9", 1, out); }, 1},
+      {[&](auto* out) { return utils_.isUTF8("a\xE9", 2, out); }, 0},
+      {[&](auto* out) { return utils_.isKnownSchema(kXMP, out); }, 1},
+      {[&](auto* out) { return utils_.isKnownSchema("http://unknown.example/", out); }, 0},
+      {[&](auto* out) { return meta_.isPacket("<rdf:RDF>", 9, out); }, 1},
+      {[&](auto* out) { return meta_.isPacket("<svg>", 5, out); }, 0},
+  };
+  for (std::size_t at = 0; at < std::size(answers); ++at) {
+    EXPECT_EQ(Got<std::uint8_t>(answers[at].first), answers[at].second) << at;
+  }
+  EXPECT_EQ(Got<std::int32_t>([&](auto* out) { return utils_.convertToInt(" -7", out); }), -7);
+  EXPECT_EQ(Got<std::int64_t>([&](auto* out) { return utils_.convertToInt64("99999999999", out); }), 99999999999);
+  EXPECT_EQ(Got<double>([&](auto* out) { return utils_.convertToFloat("1e2", out); }), 100.0);
+  EXPECT_EQ(Got<std::uint32_t>([&](auto* out) { return utils_.isArrayForm(kDC, "creator", out); }),
+            std::uint32_t{kXMPPropIsArray | kXMPPropIsOrdered});
+  EXPECT_EQ(Got<std::uint32_t>([&](auto* out) { return utils_.isArrayForm("http://unknown.example/", "a", out); }), 0u);
+
+  auto date = Got<XMPDateTime>([&](auto* out) { return utils_.convertToDate("2004-03-15T12:00+05:30", out); });
+  EXPECT_EQ(std::memcmp(&date, &kNoonInIndia, sizeof date), 0);
+  EXPECT_EQ(utils_.convertToUTCTime(&date), nullptr);
+  EXPECT_EQ(date.hour * 60 + date.minute, 6 * 60 + 30);
+  EXPECT_EQ(date.zoneSign, 0);
+  EXPECT_EQ(utils_.convertToLocalTime(&date), nullptr);  // Tests run in India.
+  EXPECT_EQ(std::memcmp(&date, &kNoonInIndia, sizeof date), 0);
+  const auto now = Got<XMPDateTime>([&](auto* out) { return utils_.currentDateTime(out); });
+  EXPECT_EQ(Got<std::int32_t>([&](auto* out) { return utils_.compareDateTime(&date, &now, out); }), -1);
+  EXPECT_EQ(now.zoneHour * 60 + now.zoneMinute, 5 * 60 + 30);
+}
+
+TEST_F(Toolkit, ItemsFieldsAndQualifiersAreReachedOneByOne) {
+  for (const char* item : {"a", "c", "d"})
+    EXPECT_EQ(methods_.appendArrayItem(object_, kDC, "l", 0x400, item, 0), nullptr);
+  EXPECT_EQ(methods_.insertArrayItem(object_, kDC, "l", 2, "b", 0), nullptr);
+  EXPECT_EQ(methods_.setArrayItem(object_, kDC, "l", 3, "C", 0), nullptr);
+  EXPECT_EQ(methods_.deleteArrayItem(object_, kDC, "l", 4), nullptr);
+  EXPECT_EQ(GotText([&](auto* out) { return utils_.catenateArrayItems(object_, kDC, "l", "|", "\"", out); }), "a|b|C");
+  EXPECT_EQ(GotText([&](auto* out) { return utils_.catenateArrayItems(object_, kDC, "none", "|", "\"", out); }), "");
+  EXPECT_EQ(IdOf(utils_.catenateArrayItems(object_, kDC, "l", "|", "abc", nullptr)), 4);
+
+  EXPECT_EQ(methods_.setStructField(object_, kDC, "s", kXMP, "f", "1", 0), nullptr);
+  EXPECT_EQ(methods_.setQualifier(object_, kDC, "l", kXMP, "f", "2", 0), nullptr);
+  const auto exists = [&](auto method, const char* name, const char* part) {
+    return Got<std::uint8_t>([&](auto* out) { return method(object_, kDC, name, kXMP, part, out); });
+  };
+  const auto value = [&](auto method, const char* name) {
+    return GotText([&](auto* out) { return method(object_, kDC, name, kXMP, "f", out, nullptr, nullptr); });
+  };
+  EXPECT_EQ(exists(methods_.doesStructFieldExist, "s", "f") + exists(methods_.doesStructFieldExist, "l", "f"), 1);
+  EXPECT_EQ(exists(methods_.doesQualifierExist, "l", "f") + exists(methods_.doesQualifierExist, "s", "f"), 1);
+  EXPECT_EQ(value(methods_.getStructField, "s") + value(methods_.getQualifier, "l"), "12");
+  EXPECT_EQ(methods_.deleteStructField(object_, kDC, "s", kXMP, "f"), nullptr);
+  EXPECT_EQ(methods_.deleteQualifier(object_, kDC, "l", kXMP, "f"), nullptr);
+  EXPECT_EQ(exists(methods_.doesStructFieldExist, "s", "f") + exists(methods_.doesQualifierExist, "l", "f"), 0);
+
+  EXPECT_EQ(methods_.setLocalizedText(object_, kDC, "t", "", "de-AT", "Jause", 0), nullptr);
+  XMPTextOut language{};
+  EXPECT_EQ(GotText([&](auto* out) {
+              return methods_.getLocalizedText(object_, kDC, "t", "de", "de-DE", &language, out, nullptr, nullptr);
+            }),
+            "Jause");
+  EXPECT_EQ(std::string(language.text, language.length), "de-AT");
+  EXPECT_EQ(methods_.deleteLocalizedText(object_, kDC, "t", "de", "de-AT"), nullptr);
+  EXPECT_EQ(ValueOf("t[1]"), "(none)");
+}
+
+TEST_F(Toolkit, ObjectsAreNamedSortedAndCompared) {
+  EXPECT_EQ(methods_.setObjectName(object_, "uuid:1"), nullptr);
+  EXPECT_EQ(GotText([&](auto* out) { return methods_.getObjectName(object_, out); }), "uuid:1");
+  const XMPObjectRef other = MakeObject();
+  for (const char* name : {"b", "a"}) EXPECT_EQ(methods_.setProperty(object_, kDC, name, name, 0), nullptr);
+  EXPECT_EQ(methods_.setProperty(other, kDC, "a", "a", 0), nullptr);
+  EXPECT_EQ(utils_.sortObject(object_), nullptr);
+  const std::string packet = Packet(object_);
+  EXPECT_LT(packet.find("dc:a"), packet.find("dc:b"));
+  const auto equal = [&](const char* name) {
+    return Got<std::uint8_t>([&](auto* out) { return utils_.compareSubtrees(object_, other, kDC, name, out); });
+  };
+  EXPECT_EQ(equal("a"), 1);
+  EXPECT_EQ(equal("b"), 0);
+  EXPECT_EQ(equal("c"), 1);  // In neither.
+  Release(other);
+}
+
+TEST_F(Toolkit, TellsOfItselfAndOfItsNamespaces) {
+  EXPECT_NE(Got<std::uint32_t>([&](auto* out) { return meta_.getVersion(out); }), 0u);
+  EXPECT_NE(GotText([&](auto* out) { return meta_.getVersionText(out); }), "");
+  const auto limit = Got<std::uint32_t>([&](auto* out) { return meta_.getDepthLimit(out); });
+  std::string path = "a";
+  for (std::uint32_t depth = 1; depth < limit; ++depth) path += "/xmp:a";
+  EXPECT_EQ(IdOf(methods_.setProperty(object_, kDC, path.c_str(), "x", 0)), 0);
+  EXPECT_EQ(IdOf(methods_.setProperty(object_, kDC, (path + "/xmp:a").c_str(), "x", 0)), 13);
+  TALKindRef kind = nullptr;
+  EXPECT_EQ(broker_.containers.getKind(object_, &kind), nullptr);
+  EXPECT_EQ(Got<TALKindRef>([&](auto* out) { return meta_.getObjectKind(out); }), kind);
+
+  EXPECT_EQ(meta_.registerNamespace("http://mine.example/", "mine", nullptr), nullptr);
+  const auto count = Got<std::uint32_t>([&](auto* out) { return meta_.countNamespaces(out); });
+  std::map<std::string, std::string> prefixes;
+  for (std::uint32_t at = 0; at < count; ++at) {
+    XMPTextOut uri{}, prefix{};
+    EXPECT_EQ(meta_.getNamespaceAt(at, &uri, &prefix), nullptr);
+    prefixes.emplace(uri.text, prefix.text);
+  }
+  EXPECT_EQ(prefixes.size(), count);
+  EXPECT_EQ(prefixes["http://mine.example/"], "mine");
+  EXPECT_EQ(IdOf(meta_.getNamespaceAt(count, nullptr, nullptr)), 8);
+  EXPECT_EQ(meta_.deleteNamespace("http://mine.example/"), nullptr);
+  EXPECT_EQ(Got<std::uint32_t>([&](auto* out) { return meta_.countNamespaces(out); }), count - 1);
+  EXPECT_EQ(IdOf(meta_.deleteNamespace(kDC)), 18);
 }
 
 }  // namespace

@@ -1,11 +1,9 @@
 // Packets in: every form of RDF that XMP has and those that it forbids, encodings, pieces, and packets made to hurt.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -17,163 +15,65 @@
 namespace velto::test {
 namespace {
 
-struct FormCase {
-  const char* name;
-  std::string packet;
-  const char* expected;
-};
-
-void expectForms(const std::vector<FormCase>& cases) {
-  for (const FormCase& c : cases) {
-    SCOPED_TRACE(c.name);
-    const std::string failure = failureOf(c.packet);
-    EXPECT_EQ(failure.empty() ? parsedText(c.packet) : failure, c.expected);
+std::string unescaped(std::string_view text) {
+  std::string bytes;
+  for (std::size_t at = 0; at < text.size(); at++) {
+    if (text[at] != '\\') {
+      bytes += text[at];
+    } else if (text[++at] == 'x') {
+      bytes += static_cast<char>(std::stoi(std::string(text.substr(at + 1, 2)), nullptr, 16));
+      at += 2;
+    } else {
+      bytes += text[at] == 'n' ? '\n' : text[at];
+    }
   }
+  return bytes;
 }
 
-TEST(RDFParser, SimpleValues) {
-  expectForms({
-      {"element", inDescription("<dc:format>image/jpeg</dc:format>"), "dc:format = image/jpeg\n"},
-      {"attribute", inRDF("<rdf:Description rdf:about='' dc:format='image/jpeg' xmp:Rating='3'/>"),
-       "dc:format = image/jpeg\nxmp:Rating = 3\n"},
-      {"white space is kept", inDescription("<dc:format> a\tb\n </dc:format><dc:source>\n</dc:source>"),
-       "dc:format =  a\\tb\\n \ndc:source = \\n\n"},
-      {"references and CDATA", inDescription("<dc:format>&lt;&#x41;&amp;<![CDATA[<b>&]]>&#13;</dc:format>"),
-       "dc:format = <A&<b>&\\r\n"},
-      {"comments and instructions", inDescription("<dc:format>a<!-- x -->b<?y z?>c</dc:format>"), "dc:format = abc\n"},
-      {"empty", inDescription("<dc:format/><dc:source></dc:source>"), "dc:format = \ndc:source = \n"},
-      {"URI", inDescription("<xmp:BaseURL rdf:resource='http://a/b?c&amp;d'/>"), "xmp:BaseURL -> http://a/b?c&d\n"},
-      {"empty URI", inDescription("<xmp:BaseURL rdf:resource=''> </xmp:BaseURL>"), "xmp:BaseURL -> \n"},
-      {"identifiers are read past",
-       inDescription("<dc:format rdf:ID='i' rdf:datatype='http://d'>a</dc:format><dc:source rdf:nodeID='n'/>"),
-       "dc:format = a\ndc:source = \n"},
-  });
+std::string packetOf(const std::string& kind, std::string content) {
+  if (kind == "description") return inDescription(content);
+  if (kind == "rdf") return inRDF(content);
+  if (kind == "started") return "<rdf:RDF " + kDeclarations + ">\n<rdf:Description>\n" + content;
+  EXPECT_EQ(kind, "packet");
+  for (std::size_t at = content.find('@'); at != std::string::npos; at = content.find('@')) {
+    content.replace(at, 1, kDeclarations);
+  }
+  return content;
 }
 
-TEST(RDFParser, Structs) {
-  const char* flash = "exif:Flash struct\n  exif:Fired = True\n  exif:Mode = 1\n";
-  const std::string fields = "<exif:Fired>True</exif:Fired><exif:Mode>1</exif:Mode>";
-  expectForms({
-      {"parseType", inDescription("<exif:Flash rdf:parseType='Resource'>" + fields + "</exif:Flash>"), flash},
-      {"Description", inDescription("<exif:Flash>\n<rdf:Description>" + fields + "</rdf:Description>\n</exif:Flash>"),
-       flash},
-      {"Description with attributes",
-       inDescription("<exif:Flash><rdf:Description exif:Fired='True' exif:Mode='1'/></exif:Flash>"), flash},
-      {"Description with both",
-       inDescription("<exif:Flash><rdf:Description rdf:about='x' exif:Fired='True'><exif:Mode>1</exif:Mode>"
-                     "</rdf:Description></exif:Flash>"),
-       flash},
-      {"attributes", inDescription("<exif:Flash exif:Fired='True' exif:Mode='1'/>"), flash},
-      {"attributes, spaces between the tags",
-       inDescription("<exif:Flash exif:Fired='True' exif:Mode='1'>\n </exif:Flash>"), flash},
-      {"no fields", inDescription("<exif:Flash rdf:parseType='Resource'/><t:a><rdf:Description/></t:a>"),
-       "exif:Flash struct\nt:a struct\n"},
-      {"typed node", inDescription("<exif:Flash><t:Flash>" + fields + "</t:Flash></exif:Flash>"),
-       "exif:Flash struct\n  ?rdf:type -> http://test.example/t/Flash\n  exif:Fired = True\n  exif:Mode = 1\n"},
-      {"rdf:type as element",
-       inDescription("<exif:Flash rdf:parseType='Resource'><exif:Fired>True</exif:Fired>"
-                     "<rdf:type rdf:resource='http://test.example/t/Flash'/></exif:Flash>"),
-       "exif:Flash struct\n  ?rdf:type -> http://test.example/t/Flash\n  exif:Fired = True\n"},
-      {"language of the Description", inDescription("<t:a><rdf:Description xml:lang='DE' t:b='1'/></t:a>"),
-       "t:a struct\n  ?xml:lang = de\n  t:b = 1\n"},
-  });
-}
-
-TEST(RDFParser, Arrays) {
-  expectForms({
-      {"bag, seq, alt",
-       inDescription(
-           "<dc:subject>\n <rdf:Bag>\n  <rdf:li>a</rdf:li>\n  <rdf:li> b </rdf:li>\n </rdf:Bag>\n</dc:subject>"
-           "<dc:creator><rdf:Seq><rdf:li>c</rdf:li></rdf:Seq></dc:creator>"
-           "<t:alt><rdf:Alt><rdf:li>d</rdf:li></rdf:Alt></t:alt><t:none><rdf:Bag/></t:none>"),
-       "dc:subject bag\n  - = a\n  - =  b \ndc:creator seq\n  - = c\nt:alt alt\n  - = d\nt:none bag\n"},
-      {"x-default goes first",
-       inDescription("<dc:title><rdf:Alt><rdf:li xml:lang='EN-us'>a</rdf:li><rdf:li xml:lang='X-Default'>b</rdf:li>"
-                     "<rdf:li xml:lang='fr'/></rdf:Alt></dc:title>"),
-       "dc:title alt-text\n  - = b\n    ?xml:lang = x-default\n  - = a\n    ?xml:lang = en-US\n"
-       "  - = \n    ?xml:lang = fr\n"},
-      {"an alt with an item without language is none of texts",
-       inDescription("<dc:title><rdf:Alt><rdf:li xml:lang='en'>a</rdf:li><rdf:li>b</rdf:li></rdf:Alt></dc:title>"),
-       "dc:title alt\n  - = a\n    ?xml:lang = en\n  - = b\n"},
-      {"structs in arrays in structs",
-       inDescription(
-           "<t:a rdf:parseType='Resource'><t:b><rdf:Seq><rdf:li rdf:parseType='Resource'><t:c>1</t:c></rdf:li>"
-           "<rdf:li t:c='2'/><rdf:li><rdf:Bag><rdf:li rdf:resource='u'/></rdf:Bag></rdf:li></rdf:Seq></t:b>"
-           "</t:a>"),
-       "t:a struct\n  t:b seq\n    - struct\n      t:c = 1\n    - struct\n      t:c = 2\n    - bag\n      - -> u\n"},
-      {"numbered items", inDescription("<t:a><rdf:Seq><rdf:_1>x</rdf:_1><rdf:_2>y</rdf:_2></rdf:Seq></t:a>"),
-       "t:a seq\n  - = x\n  - = y\n"},
-  });
-}
-
-TEST(RDFParser, Qualifiers) {
-  const char* qualified = "t:a = v\n  ?xml:lang = de\n  ?t:q = 1\n";
-  expectForms({
-      {"language", inDescription("<dc:format xml:lang='de-at'>a</dc:format>"), "dc:format = a\n  ?xml:lang = de-AT\n"},
-      {"rdf:value with parseType",
-       inDescription("<t:a xml:lang='de' rdf:parseType='Resource'><rdf:value>v</rdf:value><t:q>1</t:q></t:a>"),
-       qualified},
-      {"rdf:value that comes last, language on it",
-       inDescription(
-           "<t:a><rdf:Description><t:q>1</t:q><rdf:value xml:lang='de'>v</rdf:value></rdf:Description></t:a>"),
-       qualified},
-      {"attributes of the property", inDescription("<t:a xml:lang='de' rdf:value='v' t:q='1'/>"), qualified},
-      {"attributes of the Description",
-       inDescription("<t:a xml:lang='de'><rdf:Description rdf:value='v' t:q='1'/></t:a>"), qualified},
-      {"URI with qualifier", inDescription("<t:a rdf:resource='u' t:q='1'/>"), "t:a -> u\n  ?t:q = 1\n"},
-      {"on an array, and on its item",
-       inDescription("<t:a rdf:parseType='Resource'><rdf:value><rdf:Bag><rdf:li rdf:parseType='Resource'>"
-                     "<rdf:value>i</rdf:value><t:q>2</t:q></rdf:li></rdf:Bag></rdf:value><t:q>1</t:q></t:a>"),
-       "t:a bag\n  ?t:q = 1\n  - = i\n    ?t:q = 2\n"},
-      {"on a struct", inDescription("<t:a rdf:parseType='Resource'><t:q>1</t:q><rdf:value t:b='2'/></t:a>"),
-       "t:a struct\n  ?t:q = 1\n  t:b = 2\n"},
-      {"on a qualifier, and a struct as qualifier",
-       inDescription("<t:a rdf:parseType='Resource'><rdf:value>v</rdf:value><t:q rdf:value='1' t:r='2'/>"
-                     "<t:s t:b='3'/></t:a>"),
-       "t:a = v\n  ?t:q = 1\n    ?t:r = 2\n  ?t:s struct\n    t:b = 3\n"},
-      {"a value within a value",
-       inDescription("<t:a rdf:parseType='Resource'><rdf:value rdf:parseType='Resource'><rdf:value>v</rdf:value>"
-                     "<t:q>1</t:q></rdf:value><t:r>2</t:r></t:a>"),
-       "t:a = v\n  ?t:r = 2\n  ?t:q = 1\n"},
-      {"more than a few fields beside the value of many items",
-       inDescription("<t:a rdf:parseType='Resource'><t:a1/><t:a2/><t:a3/><t:a4/><t:a5/><t:a6/><t:a7/><t:a8/><t:a9/>"
-                     "<rdf:value><rdf:Bag><rdf:li>x</rdf:li><rdf:li>y</rdf:li></rdf:Bag></rdf:value></t:a>"),
-       "t:a bag\n  ?t:a1 = \n  ?t:a2 = \n  ?t:a3 = \n  ?t:a4 = \n  ?t:a5 = \n  ?t:a6 = \n  ?t:a7 = \n  ?t:a8 = \n"
-       "  ?t:a9 = \n  - = x\n  - = y\n"},
-  });
-}
-
-TEST(RDFParser, WhatStandsAroundTheProperties) {
-  const std::string body = inDescription("<dc:format>a</dc:format>");
-  const char* expected = "dc:format = a\n";
-  expectForms({
-      {"bare", body, expected},
-      {"xmpmeta", "<x:xmpmeta xmlns:x='adobe:ns:meta/' x:xmptk='any'>\n" + body + "\n</x:xmpmeta>", expected},
-      {"xapmeta", "<m:xapmeta xmlns:m='adobe:ns:meta/'>" + body + "</m:xapmeta>", expected},
-      {"wrapper and padding",
-       "<?xpacket begin='\xEF\xBB\xBF' id='W5M0MpCehiHzreSzNTczkc9d'?>\n" + body + "\n\n   \n<?xpacket end='w'?>",
-       expected},
-      {"byte-order mark, declaration", "\xEF\xBB\xBF<?xml version='1.0' encoding='UTF-16'?>" + body, expected},
-      {"junk before", std::string("http://ns/xap\0 \r\n\t", 17) + body, expected},
-      {"zeros and other things behind", body + std::string(50, '\0') + "<!DOCTYPE <\xFF\x01", expected},
-      {"elements beside rdf:RDF",
-       "<x:xmpmeta xmlns:x='adobe:ns:meta/'>text<y><rdf>z</rdf></y>" + body + "<z a='b'/></x:xmpmeta>", expected},
-      {"two rdf:RDF",
-       "<x:xmpmeta xmlns:x='adobe:ns:meta/'>" + body + inDescription("<dc:source>b</dc:source>") + "</x:xmpmeta>",
-       "dc:format = a\ndc:source = b\n"},
-      {"several Descriptions, whatever they are about",
-       inRDF("<rdf:Description rdf:about='one' dc:format='a'/><rdf:Description about='two' dc:source='b'/>"
-             "<rdf:Description rdf:ID='three'><xmp:Rating>1</xmp:Rating></rdf:Description>"
-             "<rdf:Description rdf:nodeID='n' tiff:Make='c'/>"),
-       "dc:format = a\ndc:source = b\nxmp:Rating = 1\ntiff:Make = c\n"},
-      {"no Description", inRDF(""), ""},
-      {"typed node", inRDF("<t:Photo rdf:about=''><dc:format>a</dc:format></t:Photo>"),
-       "rdf:type -> http://test.example/t/Photo\ndc:format = a\n"},
-      {"names in no namespace",
-       inRDF("<thing><a><b/></a></thing><rdf:Description a='b'><c>d<e/></c><dc:format f='g'>a"
-             "</dc:format></rdf:Description>"),
-       expected},
-  });
+TEST(RDFParser, FormsAreReadOrRefusedAsListed) {
+  std::ifstream forms(LX_RDF_FORMS);
+  std::string name, packet, expected;
+  std::size_t cases = 0;
+  const auto check = [&] {
+    if (name.empty()) return;
+    SCOPED_TRACE(name);
+    for (const std::size_t pieceSize : {std::string::npos, std::size_t{1}}) {
+      const std::string failure = failureOf(packet, pieceSize);
+      if (failure.empty()) {
+        EXPECT_EQ(parsedText(packet, pieceSize), expected);
+      } else {  // What is listed is its start.
+        EXPECT_EQ(failure.substr(0, std::max<std::size_t>(expected.size(), 1) - 1) + "\n", expected) << failure;
+      }
+    }
+    ++cases;
+    name.clear();
+    expected.clear();
+  };
+  for (std::string line; std::getline(forms, line);) {
+    if (line.empty() || line.starts_with("##")) continue;
+    if (line.starts_with("# ")) {
+      check();
+      name = line.substr(2);
+    } else if (line.starts_with("= ")) {
+      expected += line.substr(2) + "\n";
+    } else {
+      const std::size_t space = line.find(' ');
+      packet = packetOf(line.substr(0, space), unescaped(line.substr(space + 1)));
+    }
+  }
+  check();
+  EXPECT_EQ(cases, 94u);
 }
 
 TEST(RDFParser, FirstNonEmptyAboutNamesTheObject) {
@@ -183,111 +83,13 @@ TEST(RDFParser, FirstNonEmptyAboutNamesTheObject) {
   EXPECT_EQ(parser->result().name, "uuid:1");
 }
 
-TEST(RDFParser, Prefixes) {
-  expectForms({
-      {"unusual prefixes",
-       "<R:RDF xmlns:R='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><R:Description R:about='' "
-       "xmlns:q='http://purl.org/dc/elements/1.1/'><q:subject><R:Bag><R:li xml:lang='de'>a</R:li></R:Bag></q:subject>"
-       "</R:Description></R:RDF>",
-       "dc:subject bag\n  - = a\n    ?xml:lang = de\n"},
-      {"default namespaces",
-       "<RDF xmlns='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><Description about=''>"
-       "<format xmlns='http://purl.org/dc/elements/1.1/'>a</format></Description></RDF>",
-       "dc:format = a\n"},
-      {"the same prefix means another namespace farther in",
-       inDescription("<t:a>1</t:a><t:a xmlns:t='http://purl.org/dc/elements/1.1/'>2</t:a><t:b>3</t:b>"),
-       "t:a = 1\nt:b = 3\ndc:a = 2\n"},
-      {"two prefixes of one namespace",
-       inDescription("<t:a xmlns:u='http://test.example/t/' u:b='1' t:c='2'/><u:d xmlns:u='http://test.example/t/'/>"),
-       "t:a struct\n  t:b = 1\n  t:c = 2\nt:d = \n"},
-      {"a prefix that begins like a declaration",
-       inDescription("<t:a xmlns:xmlns2='http://test.example/t/' xmlns2:b='1'/>"), "t:a struct\n  t:b = 1\n"},
-      {"a standard prefix without declaration",
-       "<rdf:RDF><rdf:Description dc:format='a'><exif:Flash exif:Fired='True'/></rdf:Description></rdf:RDF>",
-       "dc:format = a\nexif:Flash struct\n  exif:Fired = True\n"},
-  });
-  // A namespace that nobody has met keeps the packet's prefix, unless that is taken.
+TEST(RDFParser, ANamespaceKeepsThePacketsPrefixUnlessThatIsTaken) {
   (void)parse(inDescription("<u1:a xmlns:u1='http://test.example/u1/'/><dc:b xmlns:dc='http://test.example/mydc/'/>"));
   ASSERT_NE(findNamespace("http://test.example/u1/"), nullptr);
   EXPECT_EQ(findNamespace("http://test.example/u1/")->prefix, "u1");
   EXPECT_NE(findNamespace("http://test.example/mydc/")->prefix, "dc");
   // But then it is no more than this process knows: another packet has to declare it.
   EXPECT_NE(failureOf(inDescription("<u1:a/>")), "");
-}
-
-TEST(RDFParser, WhatComesTwiceKeepsItsFirstValue) {
-  expectForms({
-      {"property",
-       inRDF("<rdf:Description dc:format='a'><dc:format>b</dc:format></rdf:Description>"
-             "<rdf:Description><dc:format><rdf:Bag/></dc:format><dc:source>c</dc:source></rdf:Description>"),
-       "dc:format = a\ndc:source = c\n"},
-      {"field", inDescription("<t:a rdf:parseType='Resource'><t:b>1</t:b><t:b>2</t:b></t:a>"),
-       "t:a struct\n  t:b = 1\n"},
-      {"qualifier and value",
-       inDescription("<t:a rdf:parseType='Resource'><rdf:value>v</rdf:value><t:q>1</t:q><rdf:value>w</rdf:value>"
-                     "<t:q>2</t:q></t:a>"),
-       "t:a = v\n  ?t:q = 1\n"},
-      {"language", inDescription("<t:a xml:lang='de'><rdf:Description xml:lang='fr' rdf:value='v'/></t:a>"),
-       "t:a = v\n  ?xml:lang = de\n"},
-  });
-}
-
-TEST(RDFParser, FailuresSayWhatAndWhere) {
-  const std::string start = "<rdf:RDF " + kDeclarations + ">\n<rdf:Description>\n";
-  const struct {
-    const char* name;
-    std::string packet;
-    const char* failure;  // Its start.
-  } kCases[] = {
-      {"nothing", "", "14 no packet"},
-      {"white space and zeros", std::string(" \n\0\0\0\0", 6), "14 no packet"},
-      {"no XML", "\n\n a < b", "14 line 3, column 5: not well-formed"},
-      {"cut off", start + "<dc:format>a", "14 line 3, column 13: no element found"},
-      {"wrong end tag", start + "<dc:format>\xC3\xA4\xC3\xA4</dc:source>", "14 line 3, column 16: mismatched tag"},
-      {"unknown entity", start + "&nbsp;", "14 line 3, column 1: undefined entity"},
-      {"reference to no character", start + "<dc:format>&#0;", "14 line 3, column 12: reference to invalid character"},
-      {"no RDF", "<x:xmpmeta xmlns:x='adobe:ns:meta/'><a/></x:xmpmeta>", "15 line 1, column 41: no rdf:RDF"},
-      {"unknown prefix", start + " <nobody:a/>", "14 line 3, column 2: the prefix of nobody:a"},
-      {"undone prefix", start + "<t:a xmlns:t=''/>", "14 line 3, column 1: the prefix of t:a"},
-      {"no local name", start + "<t:1a/>", "14 line 3, column 1: t:1a is no name"},
-      {"two colons", start + "<t:a:b/>", "14 line 3, column 1: t:a:b is no name"},
-      {"prefix xmlns", start + "<t:a xmlns:xmlns='u'/>", "14 line 3, column 1: the declaration of xmlns:xmlns"},
-      {"prefix xml", start + "<t:a xmlns:xml='u'/>", "14 line 3, column 1: the declaration of xmlns:xml"},
-      {"attribute twice", start + "<t:a t:b='1' t:b='2'/>", "14 line 3, column 14: duplicate attribute"},
-      {"parseType Literal", start + "<t:a\n rdf:parseType='Literal'><b/></t:a>",
-       "15 line 3, column 1: rdf:parseType=\"Literal\" is not allowed"},
-      {"parseType Collection", start + "<t:a rdf:parseType='Collection'/>",
-       "15 line 3, column 1: rdf:parseType=\"Coll"},
-      {"aboutEach", "<rdf:RDF " + kDeclarations + ">\n<rdf:Description rdf:aboutEach='x'/>",
-       "15 line 2, column 1: rdf:aboutEach is not allowed"},
-      {"aboutEachPrefix", start + "<t:a rdf:aboutEachPrefix='x'/>", "15 line 3, column 1: rdf:aboutEachPrefix"},
-      {"bagID", start + "<t:a rdf:bagID='x'/>", "15 line 3, column 1: rdf:bagID"},
-      {"text before a value", start + "<t:a>text<rdf:Bag/></t:a>",
-       "15 line 3, column 10: text is mixed with the element rdf:Bag"},
-      {"text behind a value", start + "<t:a><rdf:Bag/>text</t:a>", "15 line 3, column 16: text stands where"},
-      {"text among properties", start + "<t:a/>\n  text", "15 line 4, column 1: text stands where"},
-      {"text among items", start + "<t:a><rdf:Bag>text", "15 line 3, column 15: text stands where"},
-      {"text in rdf:RDF", "<rdf:RDF " + kDeclarations + ">\ntext<", "15 line 2, column 1: text stands where"},
-      {"text in a value given by attributes", start + "<t:a rdf:resource='u'>text</t:a>", "15 line 3, column 23: text"},
-      {"child of a value given by attributes", start + "<t:a t:b='1'><rdf:Bag/></t:a>",
-       "15 line 3, column 14: a property"},
-      {"two values", start + "<t:a><rdf:Bag/><rdf:Bag/></t:a>", "15 line 3, column 16: rdf:Bag is a second value"},
-      {"two values in attributes", start + "<t:a rdf:resource='u' rdf:value='v'/>", "15 line 3, column 1: t:a has"},
-      {"an array of no items", start + "<t:a><rdf:Bag><t:b/></rdf:Bag></t:a>", "15 line 3, column 15: an array has"},
-      {"a property of an array", start + "<t:a><rdf:Bag t:b='1'/></t:a>", "15 line 3, column 6: an array has"},
-      {"an item without array", start + "<rdf:li>a</rdf:li>", "15 line 3, column 1: rdf:li is not allowed here"},
-      {"an array without property", "<rdf:RDF " + kDeclarations + "><rdf:Bag/>", "15 line 1, column"},
-      {"rdf:RDF in a property", start + "<t:a><rdf:RDF/></t:a>", "15 line 3, column 6: rdf:RDF is not allowed here"},
-      {"rdf:Description as property", start + "<rdf:Description/>", "15 line 3, column 1: rdf:Description is not"},
-      {"a value in no namespace", start + "<t:a><b/></t:a>", "15 line 3, column 6: the value b is in no namespace"},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.name);
-    for (const std::size_t pieceSize : {std::string::npos, std::size_t{1}}) {
-      const std::string failure = failureOf(c.packet, pieceSize);
-      EXPECT_EQ(failure.substr(0, std::string(c.failure).size()), c.failure) << failure;
-    }
-  }
 }
 
 TEST(RDFParser, ADocumentTypeIsAnErrorAndNothingOfItIsUsed) {
@@ -448,37 +250,27 @@ double secondsOf(const auto& action) {
 // Bounds that a sanitised build on a busy machine keeps, and that quadratic work would pass by far.
 constexpr double kLinearSeconds = 20;
 
-TEST(RDFParser, WorkIsLinearInThePacket) {
-  const std::size_t many = 100000;
-  std::string items;
-  std::string properties;
-  std::string declarations;
-  for (std::size_t i = 0; i < many; i++) {
-    items += "<rdf:li>item number " + std::to_string(i) + repeated(" and more of it", 5) + "</rdf:li>\n";
-    properties += "<t:p" + std::to_string(i) + ">x</t:p" + std::to_string(i) + ">\n";
-    declarations += " xmlns:p" + std::to_string(i) + "='http://test.example/unused/" + std::to_string(i) + "'";
-  }
-  const std::string fields = "<rdf:value><rdf:Bag>" + items + "</rdf:Bag></rdf:value>" + properties;
+// Of packets given whole, cost is measured elsewhere; here it is that of small pieces.
+TEST(RDFParser, WorkIsLinearInSmallPieces) {
+  const std::string items = repeated("<rdf:li>an item, and more of it, and more of it</rdf:li>\n", 100000);
   const struct {
     const char* name;
     std::string packet;
-    std::size_t pieceSize;
   } kCases[] = {
-      {"items", inDescription("<dc:subject><rdf:Bag>" + items + "</rdf:Bag></dc:subject>"), std::string::npos},
-      {"items in small pieces", inDescription("<dc:subject><rdf:Bag>" + items + "</rdf:Bag></dc:subject>"), 10},
-      {"properties", inDescription(properties), std::string::npos},
-      {"qualifiers of an array", inDescription("<t:a rdf:parseType='Resource'>" + fields + "</t:a>"),
-       std::string::npos},
-      {"declarations", inRDF("<rdf:Description" + declarations + ">" + properties + "</rdf:Description>"),
-       std::string::npos},
-      {"one token in small pieces", inRDF("<rdf:Description dc:format='" + std::string(5000000, 'x') + "'/>"), 10},
-      {"broken bytes", inDescription("<dc:format>" + std::string(2000000, '\xE9') + "</dc:format>"), 10},
+      {"items", inDescription("<dc:subject><rdf:Bag>" + items + "</rdf:Bag></dc:subject>")},
+      {"one token", inRDF("<rdf:Description dc:format='" + std::string(5000000, 'x') + "'/>")},
+      {"broken bytes", inDescription("<dc:format>" + std::string(2000000, '\xE9') + "</dc:format>")},
   };
   for (const auto& c : kCases) {
-    EXPECT_LT(secondsOf([&] { EXPECT_EQ(failureOf(c.packet, c.pieceSize), ""); }), kLinearSeconds) << c.name;
+    EXPECT_LT(secondsOf([&] { EXPECT_EQ(failureOf(c.packet, 10), ""); }), kLinearSeconds) << c.name;
+  }
+  std::string declarations;
+  for (int i = 0; i < 100000; i++) {
+    declarations += " xmlns:p" + std::to_string(i) + "='http://test.example/unused/" + std::to_string(i) + "'";
   }
   const std::size_t before = countNamespaces();
-  EXPECT_EQ(failureOf(inRDF("<rdf:Description" + declarations + "/>")), "");
+  EXPECT_LT(secondsOf([&] { EXPECT_EQ(failureOf(inRDF("<rdf:Description" + declarations + "/>")), ""); }),
+            kLinearSeconds);
   EXPECT_EQ(countNamespaces(), before) << "namespaces that are declared but not used are not kept";
 }
 
@@ -566,40 +358,6 @@ TEST(FindPacket, WorkIsLinear) {
   std::size_t offset = 0;
   std::size_t length = 0;
   EXPECT_LT(secondsOf([&] { EXPECT_FALSE(findPacket(starts, offset, length)); }), kLinearSeconds);
-}
-
-// The packets of real files, where there are some: whole files of any kind in the folder ../shared/corpus beside the
-// tree or in $LXBRIDGE_CORPUS.
-TEST(RDFParser, PacketsOfRealFilesReadAndReadBackEqual) {
-  const char* folder = std::getenv("LXBRIDGE_CORPUS");
-  std::filesystem::path corpus = folder != nullptr ? folder : "";
-  if (corpus.empty()) {
-    std::error_code error;
-    for (std::filesystem::path at = std::filesystem::absolute(__FILE__).parent_path(); at.has_relative_path();
-         at = at.parent_path()) {
-      if (std::filesystem::is_directory(at / "shared" / "corpus", error)) corpus = at / "shared" / "corpus";
-    }
-  }
-  if (corpus.empty()) GTEST_SKIP() << "no corpus";
-  std::size_t packets = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(corpus)) {
-    if (!entry.is_regular_file()) continue;
-    std::ifstream file(entry.path(), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    std::size_t offset = 0;
-    std::size_t length = 0;
-    if (!findPacket(bytes, offset, length)) continue;
-    packets++;
-    SCOPED_TRACE(entry.path().filename());
-    const std::string packet = bytes.substr(offset, length);
-    ASSERT_EQ(failureOf(packet), "");
-    const auto parser = parse(packet);
-    EXPECT_EQ(parsedText(packet, 1), textOf(parser->result()));
-    std::string again;
-    serializeObject(parser->result(), {}, again);
-    EXPECT_EQ(parsedText(again), textOf(parser->result()));
-  }
-  if (packets == 0) GTEST_SKIP() << "no packet in the corpus";
 }
 
 }  // namespace

@@ -71,29 +71,11 @@ class Builder {
 
   // Pieces that XML, its white space rules or its line ends could eat.
   std::string text() {
-    static const std::vector<std::string> kPieces = {" ",
-                                                     "\n",
-                                                     "\r",
-                                                     "\r\n",
-                                                     "\t",
-                                                     "<",
-                                                     ">",
-                                                     "&",
-                                                     "]]>",
-                                                     "\"",
-                                                     "'",
-                                                     "&lt;",
-                                                     "a",
-                                                     "word",
-                                                     "\xC3\xA4",
-                                                     "\xE6\x97\xA5",
-                                                     "\xF0\x9F\x93\xB7",
-                                                     "\xC2\x85",
-                                                     "\xE2\x80\xA8",
-                                                     "\xEF\xBB\xBF",
-                                                     "<!--",
-                                                     "<?x?>",
-                                                     "\x7F"};
+    // clang-format off
+    static const std::vector<std::string> kPieces = {
+        " ", "\n", "\r", "\r\n", "\t", "<", ">", "&", "]]>", "\"", "'", "&lt;", "a", "word",
+        "\xC3\xA4", "\xE6\x97\xA5", "\xF0\x9F\x93\xB7", "\xC2\x85", "\xE2\x80\xA8", "\xEF\xBB\xBF", "<!--", "<?x?>", "\x7F"};
+    // clang-format on
     std::string result;
     for (std::size_t count = below(6); count > 0; count--) result += anyOf(kPieces);
     if (below(50) == 0) result += std::string(5000, 'x');
