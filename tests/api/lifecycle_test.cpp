@@ -11,7 +11,6 @@
 #include "clients/xmp/xmp_abi.h"
 #include "tests/api/neighbours.h"
 #include "tests/api/sample_file.h"
-#include "tests/support/failing_new.h"
 #include "tests/support/xmp_dump.h"
 
 namespace lxtest {
@@ -211,37 +210,6 @@ TEST_F(LifecycleTest, WhatTheToolkitRefusesEndsTheImportOnlyWhereNothingGuardsIt
     Straighten();
   }
   ASSERT_TRUE(LxInterchangeInit());
-  EXPECT_EQ(ImportedText(), whole);
-}
-
-TEST_F(LifecycleTest, ExhaustedMemoryLeavesNewAsAnExceptionOrLessMetadataAndNothingBehind) {
-  const std::string path = sample.path();
-  ASSERT_TRUE(LxInterchangeInit());
-  const std::string whole = ImportedText();
-  const Alive before = CountAlive();
-  for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
-    bool isThrough = false;
-    for (int nth = 1; !isThrough; ++nth) {
-      ASSERT_LT(nth, 100'000);
-      FailingNew failingNew(nth, failing);
-      const char* outcome = "";
-      try {
-        LxInterchangeDelete(LxInterchangeNew(path.c_str()));
-        outcome = "handle";
-      } catch (const std::bad_alloc&) {
-        outcome = "bad_alloc";
-      } catch (const TAL_T_NMT::CTALError&) {
-        outcome = "CTALError";
-      } catch (const std::logic_error&) {
-        outcome = "logic_error";
-      }
-      failingNew.Stop();
-      isThrough = !failingNew.hasFailed();
-      ASSERT_STRNE(outcome, "logic_error") << "allocation " << nth;
-      ASSERT_EQ(failingNew.liveBlocks(), 0) << "allocation " << nth << ", " << outcome;
-      ASSERT_EQ(CountAlive(), before) << "allocation " << nth << ", " << outcome;
-    }
-  }
   EXPECT_EQ(ImportedText(), whole);
 }
 

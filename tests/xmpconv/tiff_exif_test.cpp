@@ -1,10 +1,5 @@
 #include "xmpconv/tiff_exif.h"
 
-#include <algorithm>
-#include <set>
-#include <sstream>
-
-#include "kit/model/tables/tables.h"
 #include "tests/xmpconv/conversion_fixture.h"
 #include "xmpconv/schemas.h"
 
@@ -143,78 +138,6 @@ TEST_F(TiffExifTest, RawConverterTextsLoseTheirLabelsAndDoNotCount) {
   EXPECT_EQ(value, "2.1");
   ASSERT_TRUE(xmp.GetProperty(kLxRawforgeSchema, "MoireFilter", &value));
   EXPECT_EQ(value, "7");
-}
-
-// A value as the dictionary says that the tag has one.
-LxMetadataItem* SampleOf(const char* nameSpace, const LxTagRecord& record) {
-  // TIFF 6.0, section 20: the dictionary's type is an oddity; files have rationals.
-  const std::uint16_t type = record.id == 0x0214 ? std::uint16_t{kLxTypeRational} : record.typeCode;
-  const auto count = static_cast<std::size_t>(std::max(1, std::abs(int{record.count})));
-  Bytes value;
-  if (type == kLxTypeAscii) {
-    value = Text(std::string("2004:03:15 14:30:59").substr(0, record.count > 0 ? count - 1 : 19)) + Bytes{0};
-  } else if (type == kLxTypeUndefined && record.count <= 0) {
-    value = Hex("0001 0001 4100 00000001 00000002");  // One column of the name "A", one row, 1/2.
-  } else {
-    for (std::size_t i = 0; i < count; ++i) {
-      for (std::uint32_t byte = LxElementSize(type); byte > 0; --byte) value.push_back(byte % 4 == 1 ? 1 : 0);
-    }
-  }
-  return ValueItem(nameSpace, record.name, record.id, type, value, kBig, "shown");
-}
-
-std::set<std::string> Words(const char* text) {
-  std::istringstream in(text);
-  return {std::istream_iterator<std::string>(in), {}};
-}
-
-// The properties of the published tiff: and exif: schemas (ISO 16684-2 and the Exif 2.2 schema before it), less
-// exif:SubjectArea, which no Exif dictionary names, with MakerNote, and FlashPixVersion as its dictionary spells it.
-TEST_F(TiffExifTest, TheDictionariesTagsFillThePublishedSchemas) {
-  const std::set<std::string> expected = Words(
-      "tiff:ImageWidth tiff:ImageLength tiff:BitsPerSample tiff:Compression tiff:PhotometricInterpretation "
-      "tiff:Orientation tiff:SamplesPerPixel tiff:PlanarConfiguration tiff:YCbCrSubSampling tiff:YCbCrPositioning "
-      "tiff:XResolution tiff:YResolution tiff:ResolutionUnit tiff:TransferFunction tiff:WhitePoint "
-      "tiff:PrimaryChromaticities tiff:YCbCrCoefficients tiff:ReferenceBlackWhite tiff:DateTime tiff:ImageDescription "
-      "tiff:Make tiff:Model tiff:Software tiff:Artist tiff:Copyright "
-      "exif:ExifVersion exif:FlashPixVersion exif:ColorSpace exif:ComponentsConfiguration exif:CompressedBitsPerPixel "
-      "exif:PixelXDimension exif:PixelYDimension exif:UserComment exif:RelatedSoundFile exif:DateTimeOriginal "
-      "exif:DateTimeDigitized exif:ExposureTime exif:FNumber exif:ExposureProgram exif:SpectralSensitivity "
-      "exif:ISOSpeedRatings exif:OECF exif:ShutterSpeedValue exif:ApertureValue exif:BrightnessValue "
-      "exif:ExposureBiasValue exif:MaxApertureValue exif:SubjectDistance exif:MeteringMode exif:LightSource exif:Flash "
-      "exif:FocalLength exif:FlashEnergy exif:SpatialFrequencyResponse exif:FocalPlaneXResolution "
-      "exif:FocalPlaneYResolution exif:FocalPlaneResolutionUnit exif:SubjectLocation exif:ExposureIndex "
-      "exif:SensingMethod exif:FileSource exif:SceneType exif:CFAPattern exif:CustomRendered exif:ExposureMode "
-      "exif:WhiteBalance exif:DigitalZoomRatio exif:FocalLengthIn35mmFilm exif:SceneCaptureType exif:GainControl "
-      "exif:Contrast exif:Saturation exif:Sharpness exif:DeviceSettingDescription exif:SubjectDistanceRange "
-      "exif:ImageUniqueID exif:MakerNote "
-      "exif:GPSVersionID exif:GPSLatitude exif:GPSLongitude exif:GPSAltitudeRef exif:GPSAltitude exif:GPSTimeStamp "
-      "exif:GPSSatellites exif:GPSStatus exif:GPSMeasureMode exif:GPSDOP exif:GPSSpeedRef exif:GPSSpeed "
-      "exif:GPSTrackRef exif:GPSTrack exif:GPSImgDirectionRef exif:GPSImgDirection exif:GPSMapDatum "
-      "exif:GPSDestLatitude exif:GPSDestLongitude exif:GPSDestBearingRef exif:GPSDestBearing exif:GPSDestDistanceRef "
-      "exif:GPSDestDistance exif:GPSProcessingMethod exif:GPSAreaInformation exif:GPSDifferential");
-
-  const struct {
-    const char* nameSpace;
-    const LxTagRecord* dictionary;
-  } dictionaries[] = {{"tiff", kLxTiffTags}, {"exif", kLxExifTags}, {"gps", kLxGpsTags}};
-  std::vector<LxMetadataItem*> items;
-  for (const auto& d : dictionaries) {
-    for (const LxTagRecord* record = d.dictionary; record->name != nullptr; ++record) {
-      items.push_back(Add(SampleOf(d.nameSpace, *record)));
-    }
-  }
-  std::size_t converted = 0;
-  for (const LxMetadataItem* item : items) {
-    const bool isTiff = std::string_view(item->nameSpace) == "tiff";
-    converted += isTiff ? LxConvertTiffItem(conversion, item) : LxConvertExifItem(conversion, item);
-  }
-  std::set<std::string> names;
-  for (const lxbridge::XmpNode& property : lxbridge::XmpView(xmp.Meta()).Properties()) {
-    names.insert(property.prefix + ":" + property.name);
-  }
-  EXPECT_EQ(names, expected);
-  EXPECT_EQ(converted, expected.size());
 }
 
 // Each lookup of a second item is made once a file; made once an item it would take minutes here.
