@@ -1,6 +1,6 @@
 // The boundary between the interface broker (`TAL`) and everything that talks to it: the types that cross it, the names
-// under which the broker's procedures are looked up, and their signatures. The broker implements them, the broker client
-// and the XMP toolkit call them. This file includes nothing of the tree and holds no code.
+// under which the broker's procedures are looked up, and their signatures. The broker implements them, the broker
+// client and the XMP toolkit call them. This file includes nothing of the tree and holds no code.
 //
 // All procedures use the C calling convention. Texts are zero-terminated UTF-8. Nothing raises across this boundary:
 // failures are error references, null meaning success.
@@ -15,7 +15,7 @@ struct TALContainerRecord;
 struct TALKindRecord;
 struct TALStringAtomRecord;
 
-using TALErrorRef = TALErrorRecord*;          // Null: success. Else one counted reference, owned by whoever received it.
+using TALErrorRef = TALErrorRecord*;          // Null: success. Else one counted reference, the receiver's own.
 using TALContainerRef = TALContainerRecord*;  // A counted object; see the container interface.
 using TALKindRef = TALKindRecord*;            // What kind of object a container holds; carries its methods.
 using TALStringAtom = TALStringAtomRecord*;   // Equal texts give the same atom while one of them lives.
@@ -52,6 +52,8 @@ struct TALCoreProcs {
   TALGetUnregisterCountAddrProc getUnregisterCountAddr;
   TALIsMultiThreadedProc isMultiThreaded;
 };
+// One name a line, as the procedures stand above.
+// clang-format off
 inline constexpr TALProcName kTALCoreProcNames[] = {
     {"TALRegisterProcAddress", "TALRegisterProcAddress"},
     {"TALReportError", "TALReportError"},
@@ -59,6 +61,7 @@ inline constexpr TALProcName kTALCoreProcNames[] = {
     {"TALGetUnregisterCountAddr", "TALGetUnregisterCountAddr"},
     {"TALIsMultiThreaded", "TALIsMultiThreaded"},
 };
+// clang-format on
 
 // --- interface "TALContainerInterface": counted objects -------------------------------------------------------------
 //
@@ -126,10 +129,14 @@ struct TALErrorProcs {
   std::uint32_t (*getLiveCount)();  // How many errors live besides the core errors; for leak checks.
 };
 inline constexpr TALProcName kTALErrorProcNames[] = {
-    {"GetCoreError", "TALError_GetCoreError"},     {"NewError", "TALError_NewError"},
-    {"AddRef", "TALError_AddRef"},                 {"Release", "TALError_Release"},
-    {"GetMessageText", "TALError_GetMessageText"}, {"GetComponent", "TALError_GetComponent"},
-    {"GetId", "TALError_GetId"},                   {"GetLiveCount", "TALError_GetLiveCount"},
+    {"GetCoreError", "TALError_GetCoreError"},
+    {"NewError", "TALError_NewError"},
+    {"AddRef", "TALError_AddRef"},
+    {"Release", "TALError_Release"},
+    {"GetMessageText", "TALError_GetMessageText"},
+    {"GetComponent", "TALError_GetComponent"},
+    {"GetId", "TALError_GetId"},
+    {"GetLiveCount", "TALError_GetLiveCount"},
 };
 
 // --- interface "TALStringInterface": string atoms -------------------------------------------------------------------

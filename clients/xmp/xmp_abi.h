@@ -1,13 +1,13 @@
-// The boundary between the XMP toolkit (`VeltoXMP`) and its clients: what crosses it, the names under which its procedures
-// are looked up through the broker, and their signatures. The toolkit implements them; LxBridge's own client and a host's
-// call them. Includes the broker's boundary only, and holds no code.
+// The boundary between the XMP toolkit (`VeltoXMP`) and its clients: what crosses it, the names under which its
+// procedures are looked up through the broker, and their signatures. The toolkit implements them; LxBridge's own client
+// and a host's call them. Includes the broker's boundary only, and holds no code.
 //
 // Conventions of all procedures:
 // - C calling convention, nothing raises. The result is null or a broker error reference that the caller now owns.
 // - Texts in are zero-terminated UTF-8, never null unless said. A schema is a namespace URI. A property name may be a
 //   whole property path below that schema ("Flash", "Flash/exif:Fired", "creator[2]", "title[?xml:lang=\"de\"]").
-// - Texts out ({pointer, length in bytes, zero byte behind}) belong to the toolkit and are valid until "UnlockObject" of
-//   that object or "UnlockUtils" is called. Any out pointer may be null when the caller does not want the value.
+// - Texts out ({pointer, length in bytes, zero byte behind}) belong to the toolkit and are valid until "UnlockObject"
+//   of that object or "UnlockUtils" is called. Any out pointer may be null when the caller does not want the value.
 // - Array indexes count from 1; kXMPLastItem is the last.
 // - "found" is 1 or 0. Asking for or deleting a property that does not exist, or whose name cannot exist, is no error.
 #ifndef LXBRIDGE_CLIENTS_XMP_XMP_ABI_H_
@@ -34,25 +34,25 @@ struct XMPTextOut {
 };
 
 // Options of nodes (in and out).
-inline constexpr std::uint32_t kXMPPropValueIsURI = 0x0002;    // rdf:resource
+inline constexpr std::uint32_t kXMPPropValueIsURI = 0x0002;  // rdf:resource
 inline constexpr std::uint32_t kXMPPropHasQualifiers = 0x0010;
 inline constexpr std::uint32_t kXMPPropIsQualifier = 0x0020;
 inline constexpr std::uint32_t kXMPPropHasLang = 0x0040;
 inline constexpr std::uint32_t kXMPPropIsStruct = 0x0100;
-inline constexpr std::uint32_t kXMPPropIsArray = 0x0200;       // Alone: unordered (rdf:Bag).
-inline constexpr std::uint32_t kXMPPropIsOrdered = 0x0400;     // rdf:Seq; implies array.
-inline constexpr std::uint32_t kXMPPropIsAlternate = 0x0800;   // rdf:Alt; implies ordered.
-inline constexpr std::uint32_t kXMPPropIsAltText = 0x1000;     // An rdf:Alt whose items all have xml:lang.
-inline constexpr std::uint32_t kXMPSchemaNode = 0x80000000u;   // Visits only.
+inline constexpr std::uint32_t kXMPPropIsArray = 0x0200;      // Alone: unordered (rdf:Bag).
+inline constexpr std::uint32_t kXMPPropIsOrdered = 0x0400;    // rdf:Seq; implies array.
+inline constexpr std::uint32_t kXMPPropIsAlternate = 0x0800;  // rdf:Alt; implies ordered.
+inline constexpr std::uint32_t kXMPPropIsAltText = 0x1000;    // An rdf:Alt whose items all have xml:lang.
+inline constexpr std::uint32_t kXMPSchemaNode = 0x80000000u;  // Visits only.
 
 inline constexpr std::uint32_t kXMPParseMoreBuffers = 0x0002;  // "ParseFromBuffer": more input follows.
 
 // Options of "SerializeToBuffer".
-inline constexpr std::uint32_t kXMPSerializeOmitWrapper = 0x0010;   // No <?xpacket ...?> around the packet.
-inline constexpr std::uint32_t kXMPSerializeReadOnly = 0x0020;      // <?xpacket end="r"?>
-inline constexpr std::uint32_t kXMPSerializeCompact = 0x0040;       // Simple properties as attributes.
-inline constexpr std::uint32_t kXMPSerializeExactLength = 0x0200;   // `padding` is the packet's whole length in bytes.
-inline constexpr std::uint32_t kXMPSerializeOmitMeta = 0x0800;      // No <x:xmpmeta> around rdf:RDF.
+inline constexpr std::uint32_t kXMPSerializeOmitWrapper = 0x0010;  // No <?xpacket ...?> around the packet.
+inline constexpr std::uint32_t kXMPSerializeReadOnly = 0x0020;     // <?xpacket end="r"?>
+inline constexpr std::uint32_t kXMPSerializeCompact = 0x0040;      // Simple properties as attributes.
+inline constexpr std::uint32_t kXMPSerializeExactLength = 0x0200;  // `padding` is the packet's whole length in bytes.
+inline constexpr std::uint32_t kXMPSerializeOmitMeta = 0x0800;     // No <x:xmpmeta> around rdf:RDF.
 
 inline constexpr std::int32_t kXMPLastItem = -1;
 
@@ -65,12 +65,12 @@ static_assert(sizeof(XMPDateTime) == 40);
 // One node of a visit, in the object's order, parents before children, qualifiers of a node right behind it and before
 // its items or fields. Texts live only during the call.
 struct XMPVisitedNode {
-  std::uint32_t depth;      // 0: a schema; 1: a top-level property; 2: its items, fields or qualifiers; ...
-  std::uint32_t options;    // kXMPProp...; kXMPSchemaNode for a schema.
-  const char* schema;       // Namespace URI: for a field or qualifier of its own name, for an array item of the array.
-  const char* prefix;       // The registered prefix of `schema`, without colon.
-  const char* name;         // Local name; "" for an array item and a schema.
-  XMPTextOut value;         // Simple values; empty for arrays, structs and schemas.
+  std::uint32_t depth;    // 0: a schema; 1: a top-level property; 2: its items, fields or qualifiers; ...
+  std::uint32_t options;  // kXMPProp...; kXMPSchemaNode for a schema.
+  const char* schema;     // Namespace URI: for a field or qualifier of its own name, for an array item of the array.
+  const char* prefix;     // The registered prefix of `schema`, without colon.
+  const char* name;       // Local name; "" for an array item and a schema.
+  XMPTextOut value;       // Simple values; empty for arrays, structs and schemas.
 };
 // 0 goes on, 1 passes over what lies below this node, anything else ends the visit (and is no error).
 using XMPVisitProc = std::uint32_t (*)(void* user, const XMPVisitedNode* node);
@@ -87,17 +87,17 @@ struct XMPMetaStatics {
   TALErrorRef (*getVersion)(std::uint32_t* version);
   TALErrorRef (*getVersionText)(XMPTextOut* text);
   // Makes the prefix known for the URI. A URI that is known keeps its prefix; a prefix that is taken gets a number
-  // behind it. *registered is the prefix that the URI has now. The namespace stays until it is deleted, whereas one that
-  // only packets have brought may be forgotten when no object uses it.
+  // behind it. *registered is the prefix that the URI has now. The namespace stays until it is deleted, whereas one
+  // that only packets have brought may be forgotten when no object uses it.
   TALErrorRef (*registerNamespace)(const char* uri, const char* suggestedPrefix, XMPTextOut* registered);
   TALErrorRef (*deleteNamespace)(const char* uri);  // The standard's own cannot be deleted: an error.
   TALErrorRef (*getNamespacePrefix)(const char* uri, XMPTextOut* prefix, std::uint8_t* found);
   TALErrorRef (*getNamespaceURI)(const char* prefix, XMPTextOut* uri, std::uint8_t* found);
   TALErrorRef (*countNamespaces)(std::uint32_t* count);
   TALErrorRef (*getNamespaceAt)(std::uint32_t index, XMPTextOut* uri, XMPTextOut* prefix);  // From 0, by prefix.
-  TALErrorRef (*getDepthLimit)(std::uint32_t* limit);   // How deep nodes nest at most, in packets and paths alike.
+  TALErrorRef (*getDepthLimit)(std::uint32_t* limit);  // How deep nodes nest at most, in packets and paths alike.
   TALErrorRef (*getObjectKind)(TALKindRef* kind);
-  TALErrorRef (*countObjects)(std::uint32_t* count);    // Objects alive; for leak checks.
+  TALErrorRef (*countObjects)(std::uint32_t* count);  // Objects alive; for leak checks.
   TALErrorRef (*isPacket)(const char* bytes, std::uint32_t length, std::uint8_t* answer);  // Starts as a packet does.
   TALErrorRef (*getErrorText)(std::int32_t id, XMPTextOut* text);  // The kind of failure behind an error's id.
   TALErrorRef (*unlockStatics)(std::uint32_t options);
@@ -129,8 +129,8 @@ struct XMPMetaMethods {
   // Adds what the bytes parse to. A packet may come in pieces: kXMPParseMoreBuffers with all but the last, which may be
   // empty. After an error the pieces given so far are forgotten; the object keeps what it held before.
   TALErrorRef (*parseFromBuffer)(XMPObjectRef self, const char* bytes, std::uint32_t length, std::uint32_t options);
-  // padding: spaces behind the packet (negative: 2048; with kXMPSerializeExactLength the whole length). Null newline and
-  // indent: "\n" and one space.
+  // padding: spaces behind the packet (negative: 2048; with kXMPSerializeExactLength the whole length). Null newline
+  // and indent: "\n" and one space.
   TALErrorRef (*serializeToBuffer)(XMPObjectRef self, XMPTextOut* packet, std::uint32_t options, std::int32_t padding,
                                    const char* newline, const char* indent, std::int32_t baseIndent);
 
