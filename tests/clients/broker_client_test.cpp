@@ -59,7 +59,7 @@ class BrokerClient : public testing::Test {
     EXPECT_EQ(leaks, BrokerLeaks());
   }
 
-  const BrokerLeaks leaks;
+  const BrokerLeaks leaks{};
 };
 
 TEST_F(BrokerClient, StartsOnceAndStopsOnce) {

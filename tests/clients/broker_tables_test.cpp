@@ -69,7 +69,7 @@ class BrokerTables : public testing::Test {
     EXPECT_EQ(liveBlocks, 0);
   }
 
-  const BrokerLeaks leaks;
+  const BrokerLeaks leaks{};
 };
 
 TEST_F(BrokerTables, InterfaceIsBoundOnceAndAgainWhenTheCountChanges) {

@@ -57,7 +57,7 @@ class XMPClientTest : public testing::Test {
     }
   }
 
-  const BrokerLeaks leaks;
+  const BrokerLeaks leaks{};
 };
 
 #endif  // LXBRIDGE_TESTS_CLIENTS_XMP_CLIENT_FIXTURE_H_

@@ -381,9 +381,10 @@ TEST_F(Display, DecimalsAreThoseOfPrintf) {
     std::snprintf(expected, sizeof expected, "%.2f", value);
     ASSERT_EQ(plain.Show(1, &kPhoto), expected);
 
-    Item exposure(kLxTypeSRational, Encode(kLxTypeSRational, {Minus(numerator / 2), denominator}, 0), 0x9204);
-    const double bias = -static_cast<double>(numerator / 2) / denominator;
-    std::snprintf(expected, sizeof expected, "%.2fev", numerator / 2 == 0 ? 0.0 : bias);
+    const std::uint32_t half = numerator / 2;  // Fits into a signed number.
+    Item exposure(kLxTypeSRational, Encode(kLxTypeSRational, {Minus(half), denominator}, 0), 0x9204);
+    const double bias = -static_cast<double>(half) / denominator;
+    std::snprintf(expected, sizeof expected, "%.2fev", half == 0 ? 0.0 : bias);
     if (bias >= -100) {
       ASSERT_EQ(exposure.Show(0, &kPhoto), expected);
     }

@@ -61,7 +61,8 @@ TEST(SetFromText, GivesTheItemIdentityValueAndDisplayText) {
 TEST(SetFromText, WhatTheTablesDoNotHoldLeavesTheItemAlone) {
   FailingMemory memory;
   TreePool pool(Item("tiff", "Old"));
-  const LxMetadataItem before = *pool->root;
+  char before[sizeof(LxMetadataItem)];
+  std::memcpy(before, pool->root, sizeof before);
   const struct {
     const char *nameSpace, *name, *typeName, *text;
   } kCases[] = {
@@ -72,7 +73,7 @@ TEST(SetFromText, WhatTheTablesDoNotHoldLeavesTheItemAlone) {
   for (const auto& c : kCases) {
     EXPECT_EQ(LxSetMetadataFromText(pool->root, c.nameSpace, c.name, c.typeName, c.text), kLxBadParameter)
         << (c.name != nullptr ? c.name : "(null)");
-    EXPECT_EQ(std::memcmp(&before, pool->root, sizeof(before)), 0);
+    EXPECT_EQ(std::memcmp(before, pool->root, sizeof before), 0);
   }
   EXPECT_EQ(LxSetMetadataFromText(nullptr, "tiff", "Make", "ascii", "x"), kLxBadParameter);
 }
@@ -312,22 +313,24 @@ TEST(Deleting, LargeUnnamedItemsGoWhereverTheyAre) {
   LxDeleteLargeUnnamed(nullptr, 0);
 }
 
+LxMetadataItem* ShownText(const char* nameSpace, const char* name, std::uint16_t type, const char* bytes,
+                          std::int32_t length) {
+  return WithValue(Shown(nameSpace, name, "shown"), type, length, bytes);
+}
+
 TEST(Deleting, BlankTextsGoAndWithThemABlankComment) {
   FailingMemory memory;
-  auto text = [](const char* nameSpace, const char* name, std::uint16_t type, const char* bytes, std::int32_t length) {
-    return WithValue(Shown(nameSpace, name, "shown"), type, length, bytes);
-  };
   TreePool pool(List({
-      text("tiff", "Artist", kLxTypeAscii, "   ", 4),
-      text("tiff", "Make", kLxTypeAscii, "  x", 4),
-      text("tiff", "Model", kLxTypeAscii, nullptr, 4),
-      text("tiff", "Copyright", kLxTypeByte, "   ", 4),
+      ShownText("tiff", "Artist", kLxTypeAscii, "   ", 4),
+      ShownText("tiff", "Make", kLxTypeAscii, "  x", 4),
+      ShownText("tiff", "Model", kLxTypeAscii, nullptr, 4),
+      ShownText("tiff", "Copyright", kLxTypeByte, "   ", 4),
       WithValue(Item("tiff", "NotShown"), kLxTypeAscii, 4, "   "),
-      Item("exif", "In", {text("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0", 8)}),
-      text("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0  \0 ", 12),
-      text("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0  x ", 12),
-      text("tiff", "UserComment", kLxTypeUndefined, "        ", 8),
-      text("exif", "MakerNote", kLxTypeUndefined, "        ", 8),
+      Item("exif", "In", {ShownText("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0", 8)}),
+      ShownText("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0  \0 ", 12),
+      ShownText("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0  x ", 12),
+      ShownText("tiff", "UserComment", kLxTypeUndefined, "        ", 8),
+      ShownText("exif", "MakerNote", kLxTypeUndefined, "        ", 8),
   }));
   LxDeleteBlankText(pool.get());
   EXPECT_EQ(pool.shape(),
