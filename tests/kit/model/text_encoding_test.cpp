@@ -124,6 +124,7 @@ TEST_F(TextEncoding, TheFewestErrorsNameTheEncodingAndTheEarlierWinsATie) {
       {"ISO-2022-JP", "\x1B$B<L??\x1B(B photo"sv, kLxTextIso2022Jp},
       {"ISO-2022-JP, the older set and the Roman one", "\x1B$@<L??\x1B(J"sv, kLxTextIso2022Jp},
       {"ISO-2022-JP that goes into no set: three errors as in others", "\x1B$X\x1B$X\x1B$X"sv, kLxTextUtf8},
+      {"ISO-2022-JP cut within a pair: one error", "\x1B$B<L\x1B(B \x1B$B<L??"sv, kLxTextIso2022Jp},
       {"EUC-JP is no error in Latin-1 either", "\xC5\xEC\xB5\xFE\xA4\xCE\xCC\xEB"sv, kLxTextLatin1},
       {"Shift_JIS", "\x93\x8C\x8B\x9E\x83^\x83\x8F\x81[\x82\xCC\x8E\xCA\x90^"sv, kLxTextShiftJis},
       {"Shift_JIS cut within a pair", "\x93\x8C\x8B\x9E\x83"sv, kLxTextShiftJis},

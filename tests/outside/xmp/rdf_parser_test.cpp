@@ -73,7 +73,7 @@ TEST(RDFParser, FormsAreReadOrRefusedAsListed) {
     }
   }
   check();
-  EXPECT_EQ(cases, 94u);
+  EXPECT_EQ(cases, 96u);
 }
 
 TEST(RDFParser, FirstNonEmptyAboutNamesTheObject) {
