@@ -19,6 +19,7 @@ namespace {
 constexpr std::uint32_t kAllOptions = kXMPSerializeOmitWrapper | kXMPSerializeReadOnly | kXMPSerializeCompact |
                                       kXMPSerializeExactLength | kXMPSerializeOmitMeta;
 constexpr std::int32_t kUsualPadding = 2048;
+constexpr std::size_t kUsualLength = 4096;  // Of a photograph's packet, so that the text seldom grows by steps.
 constexpr std::int32_t kMostBaseIndent = 1000;
 constexpr std::size_t kPaddingLine =
     100;  // ISO 16684-1, 7.3.3: line ends now and then, for those who open it in an editor.
@@ -76,7 +77,10 @@ class UsedNamespaces {
 class Writer {
  public:
   Writer(const SerializeOptions& options, std::string& out)
-      : options_(options), out_(out), isCompact_((options.options & kXMPSerializeCompact) != 0) {}
+      : options_(options),
+        out_(out),
+        isCompact_((options.options & kXMPSerializeCompact) != 0),
+        lineStart_(options.newline) {}
 
   void writeMeta(const Object& object) {
     if ((options_.options & kXMPSerializeOmitMeta) != 0) {
@@ -93,16 +97,27 @@ class Writer {
   }
 
  private:
+  // A qualified name in its two parts.
+  struct Name {
+    std::string_view prefix, local;
+  };
+  static Name nameOf(const Node* node) noexcept { return {node->ns->prefix, node->name()}; }
+
   void put(std::string_view text) { out_.append(text); }
+  void put(Name name) {
+    put(name.prefix);
+    out_.push_back(':');
+    put(name.local);
+  }
   void putEscaped(std::string_view text) {
     // Most values have nothing to escape.
-    if (text.find_first_of("&<>\"\t\r\n") == std::string_view::npos) {
-      out_.append(text);
+    if (std::none_of(text.begin(), text.end(), needsEscapeXML)) {
+      put(text);
     } else {
-      out_.append(escapeXML(text));
+      put(escapeXML(text));
     }
   }
-  void putAttribute(std::string_view name, std::string_view value) {
+  void putAttribute(Name name, std::string_view value) {
     put(" ");
     put(name);
     put("=\"");
@@ -110,22 +125,18 @@ class Writer {
     put("\"");
   }
   void startLine(std::size_t level) {
-    if (!isFirstLine_) put(options_.newline);
+    const std::size_t newline = options_.newline.size();
+    const std::size_t length =
+        newline + (level + static_cast<std::size_t>(options_.baseIndent)) * options_.indent.size();
+    while (lineStart_.size() < length) lineStart_ += options_.indent;
+    put(std::string_view(lineStart_).substr(isFirstLine_ ? newline : 0, isFirstLine_ ? length - newline : length));
     isFirstLine_ = false;
-    for (std::size_t i = 0; i < level + static_cast<std::size_t>(options_.baseIndent); i++) put(options_.indent);
   }
 
   // Line end and indent may both be empty, but something has to part attributes.
   void startAttributeLine(std::size_t level) {
     startLine(level);
     if (options_.newline.empty() && options_.indent.empty()) put(" ");
-  }
-
-  static std::string qualifiedName(const Node* node) {
-    std::string name = node->ns->prefix;
-    name += ':';
-    name += node->name();
-    return name;
   }
 
   // Whether an attribute says all of the node. Attributes in the namespaces of RDF and XML have meanings of their own.
@@ -140,7 +151,7 @@ class Writer {
     return true;
   }
   void putAttributes(const Node* first) {
-    for (; first != nullptr; first = first->next) putAttribute(qualifiedName(first), first->value);
+    for (; first != nullptr; first = first->next) putAttribute(nameOf(first), first->value);
   }
 
   // xml:lang comes first, when it is there, and is an attribute, when it is a plain text.
@@ -164,7 +175,7 @@ class Writer {
   void writeDescription(const Object& object, std::size_t level) {
     startLine(level);
     put("<rdf:Description");
-    putAttribute("rdf:about", object.name);
+    putAttribute(Name{"rdf", "about"}, object.name);
     const UsedNamespaces used(object.root());
     for (const Namespace* ns : used.inOrder()) {
       startAttributeLine(level + 2);
@@ -181,7 +192,7 @@ class Writer {
         return;
       }
       startAttributeLine(level + 2);
-      put(qualifiedName(property));
+      put(nameOf(property));
       put("=\"");
       putEscaped(property->value);
       put("\"");
@@ -192,7 +203,7 @@ class Writer {
     }
     put(">");
     forEachProperty(object, [&](const Node* property) {
-      if (!isCompact_ || !fitsAttribute(property)) writeElement(qualifiedName(property), property, level + 1);
+      if (!isCompact_ || !fitsAttribute(property)) writeElement(nameOf(property), property, level + 1);
     });
     startLine(level);
     put("</rdf:Description>");
@@ -205,19 +216,20 @@ class Writer {
     }
   }
   // The node as an element with its qualifiers. Recursion: no tree is deeper than kDepthLimit.
-  void writeElement(std::string_view name, const Node* node, std::size_t level) {
+  void writeElement(Name name, const Node* node, std::size_t level) {
     startLine(level);
     put("<");
     put(name);
     const Node* const language = languageQualifier(node);
-    if (language != nullptr) putAttribute("xml:lang", language->value);
+    if (language != nullptr) putAttribute(Name{"xml", "lang"}, language->value);
     const Node* const general = language != nullptr ? language->next : node->qualifiers.first();
     if (general == nullptr) {
       writeValue(name, node, level);
       return;
     }
     if (isCompact_ && node->isSimple() && allFitAttributes(general)) {
-      putAttribute((node->options & kXMPPropValueIsURI) != 0 ? "rdf:resource" : "rdf:value", node->value);
+      putAttribute((node->options & kXMPPropValueIsURI) != 0 ? Name{"rdf", "resource"} : Name{"rdf", "value"},
+                   node->value);
       putAttributes(general);
       put("/>");
       return;
@@ -225,14 +237,14 @@ class Writer {
     put(" rdf:parseType=\"Resource\">");
     startLine(level + 1);
     put("<rdf:value");
-    writeValue("rdf:value", node, level + 1);
+    writeValue(Name{"rdf", "value"}, node, level + 1);
     for (const Node* qualifier = general; qualifier != nullptr; qualifier = qualifier->next) {
-      writeElement(qualifiedName(qualifier), qualifier, level + 1);
+      writeElement(nameOf(qualifier), qualifier, level + 1);
     }
     endElement(name, level);
   }
 
-  void endElement(std::string_view name, std::size_t level) {
+  void endElement(Name name, std::size_t level) {
     startLine(level);
     put("</");
     put(name);
@@ -240,12 +252,12 @@ class Writer {
   }
 
   // Goes on behind the element's name and its xml:lang, to the element's end.
-  void writeValue(std::string_view name, const Node* node, std::size_t level) {
+  void writeValue(Name name, const Node* node, std::size_t level) {
     const Node* const first = node->children.first();
     if (node->isArray()) {
-      const std::string_view array = (node->options & kXMPPropIsAlternate) != 0 ? "rdf:Alt"
-                                     : (node->options & kXMPPropIsOrdered) != 0 ? "rdf:Seq"
-                                                                                : "rdf:Bag";
+      const Name array = {"rdf", (node->options & kXMPPropIsAlternate) != 0 ? "Alt"
+                                 : (node->options & kXMPPropIsOrdered) != 0 ? "Seq"
+                                                                            : "Bag"};
       put(">");
       startLine(level + 1);
       put("<");
@@ -254,7 +266,8 @@ class Writer {
         put("/>");
       } else {
         put(">");
-        for (const Node* item = first; item != nullptr; item = item->next) writeElement("rdf:li", item, level + 2);
+        for (const Node* item = first; item != nullptr; item = item->next)
+          writeElement(Name{"rdf", "li"}, item, level + 2);
         endElement(array, level + 1);
       }
       endElement(name, level);
@@ -270,12 +283,12 @@ class Writer {
         }
         put(">");
         for (const Node* field = first; field != nullptr; field = field->next) {
-          writeElement(qualifiedName(field), field, level + 1);
+          writeElement(nameOf(field), field, level + 1);
         }
         endElement(name, level);
       }
     } else if ((node->options & kXMPPropValueIsURI) != 0) {
-      putAttribute("rdf:resource", node->value);
+      putAttribute(Name{"rdf", "resource"}, node->value);
       put("/>");
     } else if (node->value.empty()) {
       put("/>");
@@ -291,6 +304,7 @@ class Writer {
   const SerializeOptions& options_;
   std::string& out_;
   const bool isCompact_;
+  std::string lineStart_;  // A line end and the deepest indent so far.
   bool isFirstLine_ = true;
 };
 
@@ -310,6 +324,7 @@ void appendPadding(std::string& packet, std::size_t bytes, std::string_view newl
 void serializeObject(const Object& object, const SerializeOptions& options, std::string& packet) {
   checkOptions(options);
   std::string text;
+  text.reserve(kUsualLength);
   const bool hasWrapper = (options.options & kXMPSerializeOmitWrapper) == 0;
   if (hasWrapper) {
     text.append(kHeader);

@@ -34,6 +34,10 @@ bool isLanguageTag(std::string_view text) noexcept;
 // Its case: language lower, script title, region upper, the rest lower ("zh-Hant-TW", "x-default").
 std::string normalizeLanguage(std::string_view text);
 
+// Whether escapeXML changes it.
+constexpr bool needsEscapeXML(char c) noexcept {
+  return c == '&' || c == '<' || c == '>' || c == '"' || c == '\t' || c == '\n' || c == '\r';
+}
 std::string escapeXML(std::string_view text);  // & < > " as entities, tab and line ends as character references.
 
 std::string fromUTF16(std::string_view bytes, bool bigEndian);  // Lone surrogates and odd bytes become U+FFFD.
