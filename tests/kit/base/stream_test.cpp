@@ -21,7 +21,7 @@ using lxtest::Bytes;
 using lxtest::FailingMemory;
 using lxtest::TempFile;
 
-Bytes Pattern(std::size_t size) {
+Bytes CountedBytes(std::size_t size) {
   Bytes bytes(size);
   for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(i % 251);
   return bytes;
@@ -78,7 +78,7 @@ class StreamOver : public testing::TestWithParam<Source> {
   }
 
   FailingMemory memory_;
-  const Bytes bytes_ = Pattern(10000);
+  const Bytes bytes_ = CountedBytes(10000);
   TempFile file_{bytes_};
   std::FILE* borrowed_ = nullptr;
   int pipe_ = -1;
@@ -145,7 +145,7 @@ TEST_P(StreamOver, RefusesWhatItWasNotOpenedForAndStaysUsable) {
 
 TEST(Stream, UngetsNoMoreThanWasTakenFromTheBuffer) {
   FailingMemory memory;
-  const TempFile file(Pattern(100));
+  const TempFile file(CountedBytes(100));
   LxStream* stream = LxNewFileStream(file.path().c_str(), nullptr, "rb", LxInstalledMemProcs());
   ASSERT_NE(stream, nullptr);
   EXPECT_EQ(stream->methods->fill(stream), 0);
@@ -160,7 +160,7 @@ TEST(Stream, UngetsNoMoreThanWasTakenFromTheBuffer) {
 
 TEST(Stream, ABorrowedFileGoesOnWhereItsOwnerLeftIt) {
   FailingMemory memory;
-  const Bytes bytes = Pattern(10000);
+  const Bytes bytes = CountedBytes(10000);
   const TempFile file(bytes);
   std::FILE* owned = std::fopen(file.path().c_str(), "rb");
   ASSERT_NE(owned, nullptr);
@@ -193,11 +193,11 @@ TEST(Stream, ATerminalIsReadWithoutABuffer) {
 TEST(Stream, OpensByTheUtf8PathOnly) {
   FailingMemory memory;
   LxStream* stream = nullptr;
-  const TempFile accented(Pattern(3), "-Cr\xC3\xA9mieux.tif");
+  const TempFile accented(CountedBytes(3), "-Cr\xC3\xA9mieux.tif");
   EXPECT_EQ(LxOpenFileStream(accented.path().c_str(), &stream), kLxOk);
   (void)LxCloseStream(stream);
   // A file of this name is there, but the path ends within a sequence.
-  const TempFile truncated(Pattern(3), "-\xE2\x82");
+  const TempFile truncated(CountedBytes(3), "-\xE2\x82");
   EXPECT_EQ(LxOpenFileStream(truncated.path().c_str(), &stream), kLxNotFound);
   EXPECT_EQ(stream, nullptr);
   EXPECT_EQ(LxOpenFileStream((accented.path() + ".missing").c_str(), &stream), kLxNotFound);
@@ -216,7 +216,7 @@ TEST(Stream, AnEmptyPathOpensStandardInputAndLeavesItOpen) {
 }
 
 TEST(Stream, OpeningFailsWithEachAllocationAndLeaksNothing) {
-  const TempFile file(Pattern(3));
+  const TempFile file(CountedBytes(3));
   for (int nth = 1;; ++nth) {
     FailingMemory memory(nth);
     LxStream* stream = nullptr;
@@ -234,14 +234,14 @@ TEST(Stream, LengthIsNothingWhenTheStreamCannotTellOrSeek) {
     std::int32_t length;
   } kCases[] = {{0, 0, 50}, {1, 0, 0}, {2, 0, 0}, {0, 1, 0}, {0, 2, 0}};
   for (const auto& c : kCases) {
-    lxtest::FailingStream stream(Pattern(50), {.seek = c.seek, .tell = c.tell});
+    lxtest::FailingStream stream(CountedBytes(50), {.seek = c.seek, .tell = c.tell});
     EXPECT_EQ(LxStreamLength(&stream), c.length) << "seek " << c.seek << ", tell " << c.tell;
   }
 }
 
 TEST(Stream, AFileBeyondTwoGibibytesIsReadAsFarAsPositionsGo) {
   FailingMemory memory;
-  const TempFile file(Pattern(100));
+  const TempFile file(CountedBytes(100));
   if (truncate(file.path().c_str(), off_t{3} << 30) != 0) GTEST_SKIP() << "no sparse files here";
   LxStream* stream = nullptr;
   ASSERT_EQ(LxOpenFileStream(file.path().c_str(), &stream), kLxOk);
@@ -266,7 +266,7 @@ TEST(Stream, AFileBeyondTwoGibibytesIsReadAsFarAsPositionsGo) {
 
 TEST(Stream, WritesThroughItsBufferInOrder) {
   FailingMemory memory;
-  const TempFile file(Pattern(3));
+  const TempFile file(CountedBytes(3));
   LxStream* stream = LxNewFileStream(file.path().c_str(), nullptr, "wb", LxInstalledMemProcs());
   ASSERT_NE(stream, nullptr);
   const LxStreamMethods* methods = stream->methods;

@@ -61,8 +61,8 @@ TEST(SetFromText, GivesTheItemIdentityValueAndDisplayText) {
 TEST(SetFromText, WhatTheTablesDoNotHoldLeavesTheItemAlone) {
   FailingMemory memory;
   TreePool pool(Item("tiff", "Old"));
-  char before[sizeof(LxMetadataItem)];
-  std::memcpy(before, pool->root, sizeof before);
+  const auto bytes = [&pool] { return std::string(reinterpret_cast<const char*>(pool->root), sizeof(LxMetadataItem)); };
+  const std::string before = bytes();
   const struct {
     const char *nameSpace, *name, *typeName, *text;
   } kCases[] = {
@@ -73,7 +73,7 @@ TEST(SetFromText, WhatTheTablesDoNotHoldLeavesTheItemAlone) {
   for (const auto& c : kCases) {
     EXPECT_EQ(LxSetMetadataFromText(pool->root, c.nameSpace, c.name, c.typeName, c.text), kLxBadParameter)
         << (c.name != nullptr ? c.name : "(null)");
-    EXPECT_EQ(std::memcmp(before, pool->root, sizeof before), 0);
+    EXPECT_EQ(bytes(), before);
   }
   EXPECT_EQ(LxSetMetadataFromText(nullptr, "tiff", "Make", "ascii", "x"), kLxBadParameter);
 }

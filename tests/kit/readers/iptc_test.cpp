@@ -11,11 +11,11 @@ using namespace lxtest;
 
 namespace {
 
-struct Container {
+struct IptcContainer {
   const char* name;
   std::function<Bytes(const Bytes&)> around;
 };
-const Container kContainers[] = {
+const IptcContainer kIptcContainers[] = {
     {"a JPEG segment", [](const Bytes& data) { return JpegBuilder().App13(ResourceBuilder().Iptc(data)).Build(); }},
     {"a PSD file", [](const Bytes& data) { return PsdBuilder().Resources(ResourceBuilder().Iptc(data)).Build(); }},
     {"a TIFF tag, II", [](const Bytes& data) { return TiffBuilder(kLittle).Ifd0({Undef(0x83BB, data)}).Build(); }},
@@ -38,7 +38,7 @@ TEST(Iptc, DatasetsOfTheApplicationRecordAreItemsInFileOrder) {
                          .Add(25, "ship")
                          .DataSet(2, 221, {1, 2, 3})
                          .Add(120, std::string(300, 'c'));
-  for (const Container& container : kContainers) {
+  for (const IptcContainer& container : kIptcContainers) {
     SCOPED_TRACE(container.name);
     const PoolPtr pool = ParsePool(container.around(data));
     EXPECT_TRUE(IsWellFormed(*pool));
@@ -70,7 +70,7 @@ TEST(Iptc, TextsAreShownAsUtf8AndKeptAsTheyAre) {
       {"\x82\xA0\x88\x9F\x82\xA0", "\xE3\x81\x82\xE4\xBA\x9C\xE3\x81\x82"},  // Shift_JIS
   };
   for (const auto& c : cases) {
-    for (const Container& container : kContainers) {
+    for (const IptcContainer& container : kIptcContainers) {
       const PoolPtr pool = ParsePool(container.around(IptcBuilder().Add(5, c.text).Add(90, "Bern")));
       const LxMetadataItem* name = Find(*pool, "iptc", "ObjectName");
       ASSERT_NE(name, nullptr);
@@ -86,7 +86,7 @@ TEST(Iptc, TheWalkEndsAtWhatIsNoDataset) {
   const Bytes good = first + IptcBuilder().Add(25, "two").Add(25, "three").Build();
   const std::string one = "iptc Keywords ascii one\n";
   const std::string all = one + "iptc Keywords ascii two\niptc Keywords ascii three\n";
-  for (const Container& container : kContainers) {
+  for (const IptcContainer& container : kIptcContainers) {
     SCOPED_TRACE(container.name);
     const auto datasets = [&](const Bytes& data) { return Datasets(container.around(data)); };
     ASSERT_EQ(datasets(good), all);
@@ -102,7 +102,7 @@ TEST(Iptc, TheWalkEndsAtWhatIsNoDataset) {
     EXPECT_EQ(datasets(first + IptcBuilder().Add(25, "").Build() + Filled(1)), one + "iptc Keywords ascii\n");
   }
   const Bytes longest = IptcBuilder().Add(120, std::string(0x7FFF, 'c')).Add(25, "behind");
-  EXPECT_NE(Datasets(kContainers[1].around(longest)).find("iptc Keywords ascii behind"), std::string::npos);
+  EXPECT_NE(Datasets(kIptcContainers[1].around(longest)).find("iptc Keywords ascii behind"), std::string::npos);
 }
 
 TEST(Iptc, ADatasetBeyondItsRangeIsReadWhenTheFileHasIt) {
