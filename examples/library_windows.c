@@ -23,16 +23,22 @@ Procedure FindProcedure(Library* library, const char* name, int ordinal) {
   return (Procedure)procedure;
 }
 
+static char* NewUtf8(const wchar_t* text) {
+  int length = WideCharToMultiByte(CP_UTF8, 0, text, -1, NULL, 0, NULL, NULL);
+  char* utf8 = length > 0 ? malloc((size_t)length) : NULL;
+  if (utf8 != NULL) WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8, length, NULL, NULL);
+  return utf8;
+}
+
 char** PathArguments(int* count, char** arguments) {
   wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), count);
   char** paths = wide == NULL ? NULL : calloc((size_t)*count + 1, sizeof *paths);
   if (paths == NULL) return arguments;
-  for (int i = 0; i < *count; ++i) {
-    int length = WideCharToMultiByte(CP_UTF8, 0, wide[i], -1, NULL, 0, NULL, NULL);
-    paths[i] = malloc((size_t)length + 1);
-    if (paths[i] == NULL) return arguments;
-    WideCharToMultiByte(CP_UTF8, 0, wide[i], -1, paths[i], length, NULL, NULL);
-  }
+  int made = 0;
+  while (made < *count && (paths[made] = NewUtf8(wide[made])) != NULL) ++made;
   LocalFree(wide);
-  return paths;
+  if (made == *count) return paths;
+  while (made > 0) free(paths[--made]);
+  free(paths);
+  return arguments;
 }

@@ -46,9 +46,12 @@ int LxPlatformArguments(int* count, char*** arguments) noexcept {
   if (__wgetmainargs(&wideCount, &wide, &environment, 1, &startup) < 0) return -1;
   auto** utf8 = static_cast<char**>(std::calloc(static_cast<std::size_t>(wideCount) + 1, sizeof(char*)));
   if (utf8 == nullptr) return -1;
-  for (int i = 0; i < wideCount; ++i) {
-    utf8[i] = NewUtf8(wide[i]);
-    if (utf8[i] == nullptr) return -1;
+  int made = 0;
+  while (made < wideCount && (utf8[made] = NewUtf8(wide[made])) != nullptr) ++made;
+  if (made < wideCount) {
+    while (made > 0) std::free(utf8[--made]);
+    std::free(static_cast<void*>(utf8));
+    return -1;
   }
   *count = wideCount;
   *arguments = utf8;
@@ -82,7 +85,8 @@ int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept {
 
 // The C runtime may report a position of a pipe, which counts nothing.
 std::int64_t LxPlatformTell(std::FILE* file) noexcept {
-  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+  // The C runtime gives a handle as a number.
+  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));  // NOLINT(performance-no-int-to-ptr)
   if (GetFileType(handle) != FILE_TYPE_DISK) return -1;
   return _ftelli64(file);
 }

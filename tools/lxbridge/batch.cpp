@@ -2,7 +2,6 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <utility>
 
 #include "tools/lxbridge/commands.h"
 #include "tools/lxbridge/file_work.h"
@@ -43,7 +42,7 @@ void RunHere(const Options& options, InputSource* source, Report* report) {
       result.status = "failed";
     }
     // Each file's result is out before the next is read.
-    if (!report->Add(number, std::move(result)) || !report->Flush()) return;
+    if (!report->Add(number, &result) || !report->Flush()) return;
     report->ShowProgress();
   }
 }

@@ -50,15 +50,15 @@ bool MayShowProgress(const Options& options) {
 Report::Report(const Options& options, std::int64_t total)
     : options_(options), total_(total), nextProgress_(began_ + kFirstProgress) {}
 
-bool Report::Add(std::uint64_t number, FileResult&& result) {
-  if (options_.unordered) return Emit(result);
+bool Report::Add(std::uint64_t number, FileResult* result) {
+  if (options_.unordered) return Emit(*result);
   if (number != next_) {
-    heldBytes_ += SizeOf(result);
-    held_.emplace(number, std::move(result));
+    heldBytes_ += SizeOf(*result);
+    held_.emplace(number, std::move(*result));
     return true;
   }
   ++next_;
-  if (!Emit(result)) return false;
+  if (!Emit(*result)) return false;
   while (!held_.empty() && held_.begin()->first == next_) {
     const auto first = held_.begin();
     heldBytes_ -= SizeOf(first->second);

@@ -24,8 +24,9 @@ class Report {
   Report(const Options& options, std::int64_t total);
 
   // The result of the file of that number, counted from 0 without a gap. In order: kept until those before it are
-  // there. False: standard output cannot be written any more, and all is to end.
-  [[nodiscard]] bool Add(std::uint64_t number, FileResult&& result);
+  // there, and then taken out of *result; else *result keeps its buffers for the next file. False: standard output
+  // cannot be written any more, and all is to end.
+  [[nodiscard]] bool Add(std::uint64_t number, FileResult* result);
   // Writes what has been gathered to save calls of the system; before every wait.
   [[nodiscard]] bool Flush();
   // The next number in the order of the files.

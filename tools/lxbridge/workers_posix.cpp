@@ -196,7 +196,7 @@ class Pool {
   }
 
   void Done(std::uint64_t number, FileResult&& result) {
-    if (!report_.Add(number, std::move(result))) failed_ = true;
+    if (!report_.Add(number, &result)) failed_ = true;
   }
 
   // --- jobs
