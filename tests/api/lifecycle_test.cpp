@@ -10,7 +10,7 @@
 #include "clients/broker/tal_error.h"
 #include "clients/xmp/xmp_abi.h"
 #include "tests/api/neighbours.h"
-#include "tests/api/sample_file.h"
+#include "tests/support/rich_files.h"
 #include "tests/support/xmp_dump.h"
 
 namespace lxtest {
@@ -62,7 +62,7 @@ class LifecycleTest : public testing::Test {
     return text;
   }
 
-  const TempFile sample{SampleFile()};
+  const TempFile sample{RichJpeg(kBig)};
 };
 
 TEST_F(LifecycleTest, StartsBrokerAndToolkitOnceAndStopsInReverse) {
@@ -117,48 +117,19 @@ TEST_F(LifecycleTest, OutsideOfInitAndTermNewRaisesAndDeleteStillFrees) {
   LxInterchangeDelete(handle);
 }
 
-TEST_F(LifecycleTest, ABrokerWithoutMemoryOrContainersMakesInitRaiseAndStayUndone) {
-  for (const char* const name : {kTALMemoryInterface, kTALContainerInterface}) {
-    HideInterface(name);
-    EXPECT_EQ(Raised([] { (void)LxInterchangeInit(); }).substr(0, 9), "CTALError") << name;
-    EXPECT_EQ(TakeCalls(), Calls{"TAL 5"}) << name;
-    Straighten();
-  }
+TEST_F(LifecycleTest, ABrokerThatDoesNotStartShowsInInitOrInNew) {
   HideInterface(kTALMemoryInterface);
   EXPECT_EQ(Raised([] { (void)LxInterchangeInit(); }), "CTALError Missing Interface");
+  EXPECT_EQ(TakeCalls(), Calls{"TAL 5"});
+  Straighten();
+  HideInterface(kTALErrorInterface);
+  EXPECT_TRUE(LxInterchangeInit());
+  EXPECT_EQ(TakeCalls(), kStart);
+  EXPECT_EQ(ImportRaises(sample.path().c_str()), kNotStarted);
+  LxInterchangeTerm();
+  EXPECT_EQ(TakeCalls(), kStop);
   Straighten();
   EXPECT_TRUE(LxInterchangeInit());
-  EXPECT_EQ(ImportRaises(sample.path().c_str()), "nothing");
-}
-
-TEST_F(LifecycleTest, ABrokerThatDoesNotStartShowsInNew) {
-  const char* const interfaces[] = {kTALInterface, kTALErrorInterface, kTALStringInterface};
-  for (const char* const name : interfaces) {
-    HideInterface(name);
-    EXPECT_TRUE(LxInterchangeInit()) << name;
-    EXPECT_EQ(TakeCalls(), kStart) << name;
-    EXPECT_EQ(ImportRaises(sample.path().c_str()), kNotStarted) << name;
-    LxInterchangeTerm();
-    EXPECT_EQ(TakeCalls(), kStop) << name;
-    Straighten();
-  }
-}
-
-TEST_F(LifecycleTest, EveryMissingProcedureOfTheToolkitMakesNewRaiseAndLeavesNothing) {
-  const auto check = [this](const TALProcName& name) {
-    SCOPED_TRACE(name.qualifiedName);
-    Hide(name.shortName);
-    ASSERT_TRUE(LxInterchangeInit());
-    const Alive before = CountAlive();
-    EXPECT_EQ(ImportRaises(sample.path().c_str()).substr(0, 9), "CTALError");
-    EXPECT_EQ(CountAlive(), before);
-    LxInterchangeTerm();
-    Straighten();
-  };
-  for (const TALProcName& name : kXMPMetaStaticNames) check(name);
-  for (const TALProcName& name : kXMPMetaMethodNames) check(name);
-  for (const TALProcName& name : kXMPUtilsStaticNames) check(name);
-  ASSERT_TRUE(LxInterchangeInit());
   EXPECT_EQ(ImportRaises(sample.path().c_str()), "nothing");
 }
 
@@ -171,16 +142,9 @@ TEST_F(LifecycleTest, WhatTheToolkitRefusesEndsTheImportOnlyWhereNothingGuardsIt
     bool ends;
     const char* lost;  // Else: a property that the import then lacks.
   } cases[] = {
-      {"NewWithBuffer", true, nullptr},
-      {"AddRef", true, nullptr},
       {"GetMethod", true, nullptr},
-      {"RemoveProperties", true, nullptr},
-      {"ComposeStructFieldPath", true, nullptr},
-      {"DeleteProperty", true, nullptr},     // Of Flash.
-      {"SetProperty", true, nullptr},        // Of a dataset.
-      {"AppendArrayItem", true, nullptr},    // Of a keyword.
-      {"DoesPropertyExist", true, nullptr},  // Of the keywords.
-      {"ParseFromBuffer", false, "xmp:Rating=3\n"},
+      {"SetProperty", true, nullptr},  // Of a dataset.
+      {"ParseFromBuffer", false, "xmp:Rating=4\n"},
       {"SetStructField", false, "exif:Flash="},
       {"SetLocalizedText", false, "tiff:Copyright="},
       {"SetProperty_Date", false, "exif:GPSTimeStamp="},

@@ -84,34 +84,6 @@ TEST_F(BrokerClient, StartsOnceAndStopsOnce) {
   EXPECT_EQ(ErrorProcs(), nullptr);
 }
 
-TEST_F(BrokerClient, EachMissingProcedureEndsTheStartUpInItsWay) {
-  struct {
-    const char* interfaceName;
-    const TALProcName* names;
-    std::size_t count;
-    const char* outcome;
-  } const kCases[] = {
-      {kTALInterface, kTALCoreProcNames, std::size(kTALCoreProcNames), "false"},
-      {kTALContainerInterface, kTALContainerProcNames, std::size(kTALContainerProcNames), "TAL: Missing Interface"},
-      {kTALErrorInterface, kTALErrorProcNames, std::size(kTALErrorProcNames), "false"},
-      {kTALStringInterface, kTALStringProcNames, std::size(kTALStringProcNames), "false"},
-      {kTALMemoryInterface, kTALMemoryProcNames, std::size(kTALMemoryProcNames), "TAL: Missing Interface"},
-  };
-  for (const auto& c : kCases) {
-    for (std::size_t i = 0; i < c.count; ++i) {
-      SCOPED_TRACE(c.names[i].qualifiedName);
-      Hide(c.interfaceName, c.names[i].shortName);
-      EXPECT_EQ(Start(), c.outcome);
-      EXPECT_FALSE(BrokerClientStarted());
-      EXPECT_EQ(ContainerProcs(), nullptr);
-      EXPECT_EQ(leaks, BrokerLeaks());
-      Straighten();
-    }
-  }
-  EXPECT_EQ(events, Events{});
-  EXPECT_EQ(Start(), "true");
-}
-
 TEST_F(BrokerClient, MissingContainersAndErrorsTogetherCannotBeRaised) {
   Hide(kTALContainerInterface, "AddRef");
   Hide(kTALErrorInterface, "NewError");

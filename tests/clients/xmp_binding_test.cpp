@@ -70,22 +70,6 @@ TEST_F(XMPBinding, ObjectThatCannotBeMadeIsNotLeft) {
   EXPECT_EQ(Raised([] { XMPMethodsOf(nullptr); }), "XMP: CXMPMeta object is invalid 3");
 }
 
-TEST_F(XMPBinding, WithoutAStartedBrokerClientNothingIsBound) {
-  // Never started, stopped, and a start-up that ended early although the toolkit's procedures could be found.
-  TAL_T_NMT::ShutDownBrokerClient();
-  EXPECT_EQ(New(), kMetaFailure);
-  EXPECT_EQ(ComposePath(), kUtilsFailure);
-  EXPECT_EQ(Raised([] { XMPMethodsOf(nullptr); }), kMetaFailure);
-  for (const char* interfaceName : {kTALErrorInterface, kTALStringInterface, kTALMemoryInterface}) {
-    SCOPED_TRACE(interfaceName);
-    for (const char* shortName : {"GetId", "GetCString", "Free"}) Hide(interfaceName, shortName);
-    Raised([] { EXPECT_FALSE(TAL_T_NMT::StartBrokerClient(BentLookup)); });
-    EXPECT_EQ(New(), kMetaFailure);
-    EXPECT_EQ(ComposePath(), kUtilsFailure);
-    Straighten();
-  }
-}
-
 TEST_F(XMPBinding, ProceduresAreLookedUpOnce) {
   { const CXMPMeta meta; }
   EXPECT_EQ(ComposePath(), "nothing");

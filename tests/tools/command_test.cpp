@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <string>
 #include <thread>
 #include <vector>
@@ -22,11 +21,6 @@ Bytes Photo(std::string_view make = "Canon") {
   return JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Ascii(0x010F, make)}).Exif({Ratl(0x829A, 1, 250)}));
 }
 
-// A JPEG file without a frame: BadReadFormat.
-Bytes Broken() {
-  return JpegBuilder().Comment("no frame in here").Bare();
-}
-
 constexpr const char kEveryNodeForm[] = R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
 <rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
 <rdf:Description rdf:about="" xmlns:dc="http://purl.org/dc/elements/1.1/" xmlns:xmp="http://ns.adobe.com/xap/1.0/"
@@ -40,23 +34,19 @@ constexpr const char kEveryNodeForm[] = R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
   <v:Home rdf:resource="http://example.com/"/>
 </rdf:Description></rdf:RDF></x:xmpmeta>)";
 
-const OrderedJson* Property(const OrderedJson& line, std::string_view prefix, std::string_view name) {
-  for (const OrderedJson& property : line["properties"]) {
-    if (property["prefix"] == prefix && property["name"] == name) return &property["value"];
-  }
-  return nullptr;
-}
-
 std::string ValueOf(const OrderedJson& line, std::string_view prefix, std::string_view name) {
-  const OrderedJson* value = Property(line, prefix, name);
-  return value == nullptr ? "(none)" : value->dump();
+  for (const OrderedJson& property : line["properties"]) {
+    if (property["prefix"] == prefix && property["name"] == name) return property["value"].dump();
+  }
+  return "(none)";
 }
 
 // --- xmp -------------------------------------------------------------------------------------------------------------
 
-TEST(CommandXmp, EveryNodeFormHasItsJson) {
+TEST(CommandXmp, EveryNodeFormHasItsJsonAndItsPlaceInThePacket) {
   const TempFolder folder;
-  const std::string path = folder.Add("forms.jpg", JpegBuilder().App1Xmp(kEveryNodeForm));
+  const TiffBuilder kTiff = TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "Canon")}).Exif({Ratl(0x829A, 1, 250)});
+  const std::string path = folder.Add("forms.jpg", JpegBuilder().App1Xmp(kEveryNodeForm).App1Exif(kTiff));
   const Outcome outcome = Lxbridge({"xmp", "--format", "json", path});
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.err, "");
@@ -75,111 +65,48 @@ TEST(CommandXmp, EveryNodeFormHasItsJson) {
       {"v", "Place", R"({"struct":{"v:City":"Oslo","v:Tags":{"bag":[]}}})"},
       {"v", "Scale", R"({"value":"4","qualifiers":{"v:Unit":"stars"}})"},
       {"v", "Home", R"("http://example.com/")"},
+      {"tiff", "Make", R"("Canon")"},
+      {"exif", "ExposureTime", R"("1/250")"},
   };
   for (const auto& c : kCases) EXPECT_EQ(ValueOf(line, c.prefix, c.name), c.value) << c.name;
   EXPECT_EQ(line["properties"].size(), std::size(kCases));
   EXPECT_NE(outcome.out.find(R"({"schema": "http://example.com/v/", "prefix": "v", "name": "Home", "value": "http)"),
             std::string::npos);
-}
 
-TEST(CommandXmp, APacketHoldsWhatTheJsonSaysWithAPropertyElementPerLine) {
-  const TempFolder folder;
-  const std::string path = folder.Add(
-      "photo.jpg",
-      JpegBuilder()
-          .App1Xmp(kEveryNodeForm)
-          .App1Exif(
-              TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "Canon")}).Exif({Short(0x9209, 0x19), Ratl(0x829A, 1, 250)})));
   const Outcome packet = Lxbridge({path});
   EXPECT_EQ(packet.status, 0);
   EXPECT_EQ(packet.err, "");
   ASSERT_TRUE(IsPackets(packet.out, 1));
   EXPECT_EQ(Lxbridge({"xmp", "--format=rdf", path}).out, packet.out);
-  const OrderedJson line = OrderedJson::parse(Lxbridge({"--format", "json", path}).out);
-  EXPECT_EQ(ValueOf(line, "tiff", "Make"), "\"Canon\"");
-  EXPECT_EQ(ValueOf(line, "exif", "ExposureTime"), "\"1/250\"");
-  EXPECT_NE(ValueOf(line, "exif", "Flash").find(R"("exif:Fired":"True")"), std::string::npos);
   EXPECT_EQ(PropertiesOfPacket(packet.out), line["properties"]);
   // A person greps for a property and finds its value behind it.
   EXPECT_NE(packet.out.find("<tiff:Make>Canon</tiff:Make>\n"), std::string::npos);
-  EXPECT_NE(packet.out.find("<rdf:li>Dämmerung</rdf:li>\n"), std::string::npos);
-}
-
-TEST(CommandXmp, EachFileHasItsOwnPacketInTheOrderGiven) {
-  const TempFolder folder;
-  const std::string first = folder.Add("first.jpg", Photo("First"));
-  const std::string second = folder.Add("second.jpg", Photo("Second"));
-  const Outcome outcome = Lxbridge({second, first, second});
-  EXPECT_EQ(outcome.out, Lxbridge({second}).out + Lxbridge({first}).out + Lxbridge({second}).out);
-  EXPECT_TRUE(IsPackets(outcome.out, 3));
 }
 
 // --- pool ------------------------------------------------------------------------------------------------------------
-
-TEST(CommandPool, AnItemHasAllThatTheReadersSaw) {
-  const TempFolder folder;
-  folder.Add("a.tif", TiffBuilder(kLittle).Exif({Ratl(0x829A, 1, 250), Short(0x8822, 1)}));
-  const Outcome outcome = Lxbridge({"pool", "--format", "json", "a.tif"}, {.folder = folder.path()});
-  EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(outcome.err, "");
-  ASSERT_TRUE(IsPoolJson(outcome.out, {"a.tif"}));
-  EXPECT_TRUE(outcome.out.starts_with(
-      R"({"file": "a.tif", "status": 0, "statusName": "OK", "attributes": {"width": 0, "height": 0, "samples": 1, )"
-      R"("bits": 1, "colourModel": "unk", "mcuWidth": 0, "mcuHeight": 0, "hasLayers": 0, "hasMetadata": 1, )"
-      R"("orientation": "rot0", "fileKind": "tiff", "compression": "none"}, "items": [)"))
-      << outcome.out;
-  EXPECT_NE(outcome.out.find(R"({"namespace": "exif", "name": "ExposureTime", )"
-                             R"("label": "$$$/Exif/ExposureTime=Exposure Time", "tag": 33434, "type": "ratl", )"
-                             R"("typeCode": 5, "flags": 8, "length": 8, "value": "01000000fa000000", )"
-                             R"("display": "1/250s", "valueLabel": null}, )"
-                             R"({"namespace": "exif", "name": "ExposureProgram", )"),
-            std::string::npos)
-      << outcome.out;
-  EXPECT_NE(outcome.out.find(R"("label": null, )"), std::string::npos);
-}
 
 TEST(CommandPool, DeletedItemsAreInTheJsonAndWithAllInTheText) {
   const TempFolder folder;
   const std::string path = folder.Add(
       "blank.jpg", JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Ascii(0x010F, "   "), Ascii(0x0110, "Model One")})));
-  const Outcome text = Lxbridge({"pool", path});
-  EXPECT_EQ(text.out.find("Make"), std::string::npos) << text.out;
-  const Outcome all = Lxbridge({"pool", "--all", path});
-  const std::vector<std::string> lines = Lines(all.out);
-  const auto make = std::find_if(lines.begin(), lines.end(),
-                                 [](const std::string& line) { return line.find(" Make ") != std::string::npos; });
-  ASSERT_NE(make, lines.end()) << all.out;
-  EXPECT_TRUE(make->ends_with("(deleted)")) << *make;
-  EXPECT_EQ(lines.size(), Lines(text.out).size() + 1);
-  for (const char* format : {"--all", "--format=json"}) {
-    const Outcome json = Lxbridge({"pool", "--format=json", format, path});
-    EXPECT_NE(json.out.find(R"("name": "Make")"), std::string::npos);
-    EXPECT_NE(json.out.find(R"("flags": 640, "length": 4, "value": "20202000")"), std::string::npos) << json.out;
-  }
+  const std::string text = Lxbridge({"pool", path}).out;
+  const std::string all = Lxbridge({"pool", "--all", path}).out;
+  EXPECT_EQ(text.find("Make"), std::string::npos) << text;
+  EXPECT_LT(all.find(" Make "), all.find("(deleted)\n")) << all;
+  EXPECT_EQ(Lines(all).size(), Lines(text).size() + 1);
+  const std::string json = Lxbridge({"pool", "--format=json", path}).out;
+  EXPECT_NE(json.find(R"("flags": 640, "length": 4, "value": "20202000")"), std::string::npos) << json;
 }
 
-TEST(CommandPool, TheTextIsATreeThatATerminalCanShow) {
+TEST(CommandPool, TheTextIsWhatATerminalCanShow) {
   const TempFolder folder;
-  folder.Add("a.jpg", JpegBuilder()
-                          .App1Exif(TiffBuilder(kBig).Ifd0(
-                              {Ascii(0x010F, "Canon"), Ascii(0x8298, std::string(99, 'c') + "\xC3\xA9" + "end")}))
-                          .Comment("Andr\xE9")
-                          .Comment("two\nlines\x1B[31m red\xC2\x9B"));
-  const Outcome outcome = Lxbridge({"pool", "a.jpg"}, {.folder = folder.path()});
-  EXPECT_EQ(outcome.status, 0);
-  const std::string kTree =
-      "a.jpg: jpeg, 64 x 48, 3 x 8 bits, RGB, jpeg9, rot0\n"
-      "  jpegh                 SOI                         undef\n"
-      "    jpeg                APP1                        undef  Exif\n"
-      "      tiffh             IFDHeader                   undef\n"
-      "        tiffh           IFD                         undef\n"
-      "          tiff          Make                        ascii  Canon\n"
-      "          tiff          Copyright                   ascii  " +
-      std::string(99, 'c') +
-      "...\n"
-      "    jpeg                COM                         undef  Andr?\n"
-      "    jpeg                COM                         undef  two lines [31m red\n";
-  EXPECT_EQ(outcome.out.substr(0, kTree.size()), kTree);
+  const TiffBuilder tiff = TiffBuilder(kBig).Ifd0({Ascii(0x8298, std::string(99, 'c') + "\xC3\xA9" + "end")});
+  folder.Add("a.jpg", JpegBuilder().App1Exif(tiff).Comment("Andr\xE9").Comment("two\nlines\x1B[31m red\xC2\x9B"));
+  const std::string text = Lxbridge({"pool", "a.jpg"}, {.folder = folder.path()}).out;
+  for (const std::string& line : {"ascii  " + std::string(99, 'c') + "...\n", std::string("undef  Andr?\n"),
+                                  std::string("undef  two lines [31m red\n")}) {
+    EXPECT_NE(text.find(line), std::string::npos) << line << text;
+  }
 }
 
 TEST(CommandPool, BytesThatAreNotUtf8AreInTheJsonAsHex) {
@@ -211,14 +138,10 @@ TEST(CommandFailures, AFileThatCannotBeOpenedHasALineOfItsOwnAndTheOthersAreDone
       "lxbridge: loop: NotFound\n"
       "lxbridge: gone: NotFound\n";
   for (const auto& form : kForms) {
-    std::vector<std::string> arguments = form;
-    arguments.insert(arguments.end(), files.begin(), files.end());
-    const Outcome outcome = Lxbridge(arguments, there);
+    const Outcome outcome = Lxbridge(With(form, files), there);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, kMessages);
-    std::vector<std::string> good = form;
-    good.insert(good.end(), {"a.jpg", "b.jpg"});
-    const Outcome alone = Lxbridge(good, there);
+    const Outcome alone = Lxbridge(With(form, {"a.jpg", "b.jpg"}), there);
     EXPECT_EQ(alone.status, 0);
     EXPECT_EQ(outcome.out, alone.out);
     EXPECT_NE(alone.out, "");
@@ -234,21 +157,17 @@ TEST(CommandFailures, AFileWithoutRightsIsNotFound) {
   ASSERT_EQ(::chmod(secret.c_str(), 0), 0);
   ASSERT_EQ(::chmod(open.c_str(), 0644), 0);
   for (const auto& form : kForms) {
-    std::vector<std::string> arguments = form;
-    arguments.insert(arguments.end(), {secret, open});
-    const Outcome outcome = Lxbridge(arguments, {.asNobody = true});
+    const Outcome outcome = Lxbridge(With(form, {secret, open}), {.asNobody = true});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "lxbridge: " + secret + ": NotFound\n");
-    arguments = form;
-    arguments.push_back(open);
-    EXPECT_EQ(outcome.out, Lxbridge(arguments).out);
+    EXPECT_EQ(outcome.out, Lxbridge(With(form, {open})).out);
   }
 }
 
 TEST(CommandFailures, OnlyThePoolTellsThatAReaderFailedAndStillHasTheLine) {
   const TempFolder folder;
   const Surroundings there = {.folder = folder.path()};
-  folder.Add("broken.jpg", Broken());
+  folder.Add("broken.jpg", JpegBuilder().Comment("no frame in here").Bare());
   folder.Add("a.jpg", Photo());
   const Outcome json = Lxbridge({"pool", "--format", "json", "broken.jpg", "a.jpg"}, there);
   EXPECT_EQ(json.status, 1);
@@ -257,12 +176,8 @@ TEST(CommandFailures, OnlyThePoolTellsThatAReaderFailedAndStillHasTheLine) {
   const OrderedJson line = OrderedJson::parse(Lines(json.out)[0]);
   EXPECT_EQ(line["status"], -6);
   EXPECT_EQ(line["statusName"], "BadReadFormat");
-  EXPECT_EQ(line["attributes"]["fileKind"], "jpeg");
   EXPECT_EQ(line["items"], OrderedJson::array());
-  const Outcome text = Lxbridge({"pool", "broken.jpg"}, there);
-  EXPECT_EQ(text.status, 1);
-  EXPECT_EQ(text.err, "lxbridge: broken.jpg: BadReadFormat\n");
-  EXPECT_EQ(text.out, "broken.jpg: jpeg\n");
+  EXPECT_EQ(Lxbridge({"pool", "broken.jpg"}, there).out, "broken.jpg: jpeg\n");
   const Outcome xmp = Lxbridge({"broken.jpg"}, there);
   EXPECT_EQ(xmp.status, 0);
   EXPECT_EQ(xmp.err, "");
@@ -278,12 +193,10 @@ TEST(CommandFailures, FilesThatHoldNothingAreReadAndEmpty) {
     EXPECT_EQ(xmp.status, 0);
     EXPECT_EQ(xmp.err, "");
     EXPECT_EQ(xmp.out, R"({"file": ")" + path + R"(", "properties": []})" + "\n");
-    EXPECT_TRUE(IsPackets(Lxbridge({path}).out, 1));
     const Outcome pool = Lxbridge({"pool", path});
     EXPECT_EQ(pool.status, 0);
     EXPECT_EQ(pool.err, "");
     EXPECT_EQ(pool.out, path + ": unknown\n");
-    ASSERT_TRUE(IsPoolJson(Lxbridge({"pool", "--format=json", path}).out, {path}));
   }
 }
 
@@ -313,11 +226,9 @@ TEST(CommandInput, StandardInputIsReadAsAFileIs) {
   const TempFolder folder;
   const std::string path = folder.Add("photo.jpg", Photo());
   for (const auto& form : kForms) {
-    std::vector<std::string> byPath = form, byInput = form;
-    byPath.push_back(path);
-    byInput.insert(byInput.end(), {"-", path, "-"});  // A second time too: the position is as it was.
-    const Outcome once = Lxbridge(byPath);
-    const Outcome input = Lxbridge(byInput, {.input = path});
+    const Outcome once = Lxbridge(With(form, {path}));
+    // A second time too: the position is as it was.
+    const Outcome input = Lxbridge(With(form, {"-", path, "-"}), {.input = path});
     EXPECT_EQ(input.status, 0);
     EXPECT_EQ(input.err, "");
     EXPECT_EQ(input.out, RenamedInOutput(once.out, path, "-") + once.out + RenamedInOutput(once.out, path, "-"));
@@ -351,9 +262,7 @@ TEST(CommandInput, ANamedPipeWithOneWriterDoesNotHang) {
       (void)!::write(descriptor, photo.data(), photo.size());
       ::close(descriptor);
     });
-    std::vector<std::string> arguments = form;
-    arguments.push_back(pipe);
-    const Outcome outcome = Lxbridge(arguments);
+    const Outcome outcome = Lxbridge(With(form, {pipe}));
     writer.join();
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
@@ -366,8 +275,7 @@ TEST(CommandOutput, AClosedPipeEndsItQuietly) {
   const TempFolder folder;
   const std::string path = folder.Add("photo.jpg", Photo());
   for (const auto& form : kForms) {
-    std::vector<std::string> arguments = form;
-    for (int i = 0; i < 3; ++i) arguments.push_back(path);
+    const std::vector<std::string> arguments = With(form, {path, path, path});
     const Outcome killed = Lxbridge(arguments, {.outputIsClosedPipe = true});
     EXPECT_EQ(killed.signal, SIGPIPE);
     EXPECT_EQ(killed.err, "");
@@ -381,10 +289,7 @@ TEST(CommandOutput, AFullDiskIsSaidOnceAndEndsIt) {
   const TempFolder folder;
   const std::string path = folder.Add("photo.jpg", Photo());
   std::vector<std::vector<std::string>> calls = {{"--help"}, {"--version"}};
-  for (std::vector<std::string> form : kForms) {
-    form.insert(form.end(), {path, path});
-    calls.push_back(form);
-  }
+  for (const auto& form : kForms) calls.push_back(With(form, {path, path}));
   for (const auto& arguments : calls) {
     const Outcome outcome = Lxbridge(arguments, {.output = "/dev/full"});
     EXPECT_EQ(outcome.status, 1);
@@ -394,36 +299,10 @@ TEST(CommandOutput, AFullDiskIsSaidOnceAndEndsIt) {
 
 TEST(CommandOptions, AUsageErrorIsTwoLinesAndNoFileIsRead) {
   const TempFolder folder;
-  const std::string path = folder.Add("photo.jpg", Photo());
-  const struct {
-    std::vector<std::string> arguments;
-    const char* error;
-  } kCases[] = {
-      {{}, "no FILE given"},
-      {{path, ""}, "empty FILE"},
-      {{path, "--fromat"}, "unknown option '--fromat'"},
-      {{"pool", path, "--format", "xml"}, "unknown format 'xml'"},
-  };
-  for (const auto& c : kCases) {
-    const Outcome outcome = Lxbridge(c.arguments);
-    EXPECT_EQ(outcome.status, 2) << c.error;
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, std::string("lxbridge: ") + c.error + "\nTry 'lxbridge --help' for more information.\n");
-  }
-}
-
-TEST(CommandOptions, HelpAndVersionAnswerOnStandardOutput) {
-  const Outcome help = Lxbridge({"--help"});
-  EXPECT_EQ(help.status, 0);
-  EXPECT_EQ(help.err, "");
-  EXPECT_TRUE(help.out.starts_with("Usage: lxbridge"));
-  for (const char* word : {"xmp", "pool", "rdf|json", "text|json", "--all", "--version", "--help"}) {
-    EXPECT_NE(help.out.find(word), std::string::npos) << word;
-  }
-  const Outcome version = Lxbridge({"--version"});
-  EXPECT_EQ(version.status, 0);
-  EXPECT_EQ(version.err, "");
-  EXPECT_TRUE(version.out.starts_with("lxbridge "));
+  const Outcome outcome = Lxbridge({folder.Add("photo.jpg", Photo()), "--fromat"});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "lxbridge: unknown option '--fromat'\nTry 'lxbridge --help' for more information.\n");
 }
 
 }  // namespace

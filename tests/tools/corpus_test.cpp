@@ -15,11 +15,6 @@
 namespace lxtest {
 namespace {
 
-std::vector<std::string> With(std::vector<std::string> form, const std::vector<std::string>& files) {
-  form.insert(form.end(), files.begin(), files.end());
-  return form;
-}
-
 // One output of all files as one output a file.
 std::vector<std::string> PerFile(const std::vector<std::string>& form, const std::string& output,
                                  const std::vector<std::string>& files) {

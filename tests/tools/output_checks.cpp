@@ -24,63 +24,17 @@ std::string Decoded(const OrderedJson& text) {
   return AsText(Hex(text.at("hex").get<std::string>()));
 }
 
-bool IsText(const OrderedJson& value) {
-  return value.is_string() || (value.is_object() && value.size() == 1 && value.contains("hex"));
-}
-
-bool HasKeys(const OrderedJson& object, const std::vector<std::string_view>& keys) {
-  if (!object.is_object() || object.size() != keys.size()) return false;
-  auto key = keys.begin();
-  for (const auto& member : object.items()) {
-    if (member.key() != *key++) return false;
-  }
-  return true;
-}
-
-// What is wrong with a node; "" when nothing is.
-std::string NodeFault(const OrderedJson& node) {
-  if (node.is_string()) return "";
-  if (!node.is_object() || node.empty()) return "a node that is neither text nor object";
-  const std::string form = node.begin().key();
-  const OrderedJson& content = *node.begin();
-  if (HasKeys(node, {"value", "qualifiers"})) {
-    if (!node["qualifiers"].is_object() || node["qualifiers"].empty()) return "qualifiers without one";
-    for (const auto& member : node["qualifiers"].items()) {
-      if (const std::string fault = NodeFault(member.value()); !fault.empty()) return fault;
-    }
-    return NodeFault(content);
-  }
-  if (node.size() != 1) return "a node of two forms";
-  if (form == "struct" ? !content.is_object() : !content.is_array()) return "content of another form than " + form;
-  if (form != "bag" && form != "seq" && form != "alt" && form != "struct") return "a node of form " + form;
-  for (const auto& member : content.items()) {
-    if (form == "struct" && member.key().find(':') == std::string::npos) return "a field without prefix";
-    if (const std::string fault = NodeFault(member.value()); !fault.empty()) return fault;
-  }
-  return "";
-}
-
+// What depends on the file: values in hex of their length, and children where there are any. (The keys of every item
+// are the same, and stand in the goldens.)
 std::string ItemFault(const OrderedJson& item) {
-  std::vector<std::string_view> keys = {"namespace", "name",   "label", "tag",     "type",      "typeCode",
-                                        "flags",     "length", "value", "display", "valueLabel"};
-  if (item.contains("children")) keys.push_back("children");
-  if (!HasKeys(item, keys)) return "an item with other keys: " + item.dump();
-  for (const char* key : {"namespace", "name", "display"}) {
-    if (!IsText(item[key])) return std::string(key) + " is no text";
-  }
-  for (const char* key : {"label", "type", "valueLabel"}) {
-    if (!item[key].is_string() && !item[key].is_null()) return std::string(key) + " is neither text nor null";
-  }
-  for (const char* key : {"tag", "typeCode", "flags", "length"}) {
-    if (!item[key].is_number_unsigned()) return std::string(key) + " is no number";
-  }
   if (!item["value"].is_null()) {
     const std::string value = item["value"].get<std::string>();
     if (value.find_first_not_of("0123456789abcdef") != std::string::npos) return "a value that is not hex: " + value;
     if (value.size() != 2 * item["length"].get<std::size_t>()) return "a value of another length: " + item.dump();
   }
+  if (Decoded(item["namespace"]).empty()) return "an item of no namespace: " + item.dump();
   if (!item.contains("children")) return "";
-  if (!item["children"].is_array() || item["children"].empty()) return "children without one";
+  if (item["children"].empty()) return "children without one";
   for (const OrderedJson& child : item["children"]) {
     if (const std::string fault = ItemFault(child); !fault.empty()) return fault;
   }
@@ -88,31 +42,22 @@ std::string ItemFault(const OrderedJson& item) {
 }
 
 std::string XmpFault(const OrderedJson& line) {
-  if (!HasKeys(line, {"file", "properties"})) return "a line with other keys";
+  if (line.size() != 2 || !line.at("properties").is_array()) return "a line with other keys";
   for (const OrderedJson& property : line["properties"]) {
-    if (!HasKeys(property, {"schema", "prefix", "name", "value"})) return "a property with other keys";
     for (const char* key : {"schema", "prefix", "name"}) {
-      if (!property[key].is_string() || property[key].empty()) return std::string(key) + " is no text";
+      if (property.at(key).get<std::string>().empty()) return std::string(key) + " is no text";
     }
-    if (const std::string fault = NodeFault(property["value"]); !fault.empty()) {
-      return property["name"].get<std::string>() + ": " + fault;
-    }
+    if (property.size() != 4 || property.at("value").is_null()) return "a property with other keys";
   }
   return "";
 }
 
 std::string PoolFault(const OrderedJson& line) {
-  if (!HasKeys(line, {"file", "status", "statusName", "attributes", "items"})) return "a line with other keys";
-  if (!line["status"].is_number_integer() || !line["statusName"].is_string()) return "a status of another kind";
-  const OrderedJson& attributes = line["attributes"];
-  if (!HasKeys(attributes, {"width", "height", "samples", "bits", "colourModel", "mcuWidth", "mcuHeight", "hasLayers",
-                            "hasMetadata", "orientation", "fileKind", "compression"})) {
-    return "other attributes";
-  }
+  if (line.size() != 5 || !line.at("status").is_number_integer()) return "a line with other keys";
   for (const char* key : {"colourModel", "orientation", "fileKind", "compression"}) {
-    if (!attributes[key].is_string()) return std::string(key) + " has no name";
+    if (!line["attributes"].at(key).is_string()) return std::string(key) + " has no name";
   }
-  for (const OrderedJson& item : line["items"]) {
+  for (const OrderedJson& item : line.at("items")) {
     if (const std::string fault = ItemFault(item); !fault.empty()) return fault;
   }
   return "";

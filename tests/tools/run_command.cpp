@@ -83,6 +83,11 @@ Outcome Lxbridge(const std::vector<std::string>& arguments, const Surroundings& 
   return RunProgram(LX_COMMAND, arguments, surroundings);
 }
 
+std::vector<std::string> With(std::vector<std::string> form, const std::vector<std::string>& files) {
+  form.insert(form.end(), files.begin(), files.end());
+  return form;
+}
+
 std::string AsText(const Bytes& bytes) {
   return std::string(bytes.begin(), bytes.end());
 }

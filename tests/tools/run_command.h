@@ -31,6 +31,9 @@ struct Surroundings {
 [[nodiscard]] Outcome RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                                  const Surroundings& surroundings = {});
 
+// The arguments `form` and behind them the files.
+[[nodiscard]] std::vector<std::string> With(std::vector<std::string> form, const std::vector<std::string>& files);
+
 [[nodiscard]] std::string AsText(const Bytes& bytes);
 // The lines without their ends; a last line without end counts too.
 [[nodiscard]] std::vector<std::string> Lines(const std::string& text);

@@ -122,12 +122,9 @@ TEST_F(DriverTest, TheDigestOfATiffTagIsThatWithoutItsPadding) {
   }
   EXPECT_NE(import(block + Filled(4), Digest(block)), kKept);
   EXPECT_EQ(import(block + Filled(4), Digest(block + Filled(1))), kKept);
+  EXPECT_EQ(import(Filled(2), Digest({})), kKept);
   // An image resource is digested whole.
   EXPECT_NE(Import(FileOf({.hasPacket = true, .resourceIptc = block + Filled(1), .digest = Digest(block)})), kKept);
-}
-
-TEST_F(DriverTest, AnIptcBlockOfNothingButPaddingIsDigested) {
-  EXPECT_EQ(Import(FileOf({.isTiff = true, .hasPacket = true, .tagIptc = Filled(2), .digest = Digest({})})), kKept);
 }
 
 TEST_F(DriverTest, OnlyTheFirstDirectoryAndWhatHangsBelowItIsConverted) {

@@ -60,14 +60,14 @@ TEST_F(ExifStructsTest, AValueTooShortForItsLayoutWritesNothing) {
 
 TEST_F(ExifStructsTest, NamedTablesHoldNamesAndRationalsInTheFilesOrder) {
   for (const Order order : {kBig, kLittle}) {
-    const Bytes table = Put16(2, order) + Put16(2, order) + ZText("R") + ZText("Gr") +
+    const Bytes table = Put16(2, order) + Put16(2, order) + ZText("") + ZText("Gr") +
                         Elements(kLxTypeRational, {-1, 2, 3, 4, 5, 6, 7, 8}, order);
     EXPECT_TRUE(Convert("OECF", 0x8828, table, order));
     EXPECT_TRUE(Convert("SpatialFrequencyResponse", 0xA20C, table, order));
     EXPECT_EQ(Dump("exif:OECF"),
-              "exif:OECF={exif:Columns=2, exif:Rows=2, exif:Names=seq[R, Gr], exif:Values=seq[-1/2, 3/4, 5/6, 7/8]}\n");
+              "exif:OECF={exif:Columns=2, exif:Rows=2, exif:Names=seq[, Gr], exif:Values=seq[-1/2, 3/4, 5/6, 7/8]}\n");
     EXPECT_EQ(Dump("exif:Spatial"),
-              "exif:SpatialFrequencyResponse={exif:Columns=2, exif:Rows=2, exif:Names=seq[R, Gr], "
+              "exif:SpatialFrequencyResponse={exif:Columns=2, exif:Rows=2, exif:Names=seq[, Gr], "
               "exif:Values=seq[4294967295/2, 3/4, 5/6, 7/8]}\n");
   }
 }

@@ -8,35 +8,6 @@ namespace {
 
 class SettersTest : public ConversionTest {};
 
-TEST_F(SettersTest, NumbersAreDecimalInTheirSign) {
-  const Bytes minusOneThird = Elements(kLxTypeSRational, {-1, 3}, kBig);
-  const Bytes tenThousandths = Elements(kLxTypeRational, {10, 1000}, kLittle);
-  EXPECT_TRUE(LxSetXMPInteger(xmp, kLxExifSchema, "A", 0xFFFFFFFF, false));
-  EXPECT_TRUE(LxSetXMPInteger(xmp, kLxExifSchema, "B", 0xFFFFFFFF, true));
-  EXPECT_TRUE(LxSetXMPRational(xmp, kLxExifSchema, "C", minusOneThird.data(), true, kBig));
-  EXPECT_TRUE(LxSetXMPRational(xmp, kLxExifSchema, "D", minusOneThird.data(), false, kBig));
-  EXPECT_TRUE(LxSetXMPRational(xmp, kLxExifSchema, "E", tenThousandths.data(), false, kLittle));
-  EXPECT_TRUE(LxSetXMPRational(xmp, kLxExifSchema, "F", Elements(kLxTypeRational, {5, 0}, kBig).data(), false, kBig));
-  EXPECT_EQ(Dump(), "exif:A=4294967295\nexif:B=-1\nexif:C=-1/3\nexif:D=4294967295/3\nexif:E=10/1000\nexif:F=5/0\n");
-}
-
-TEST_F(SettersTest, ArraysReadTheirElementsInSizeSignAndOrder) {
-  const Bytes bytes = Hex("FF 80 00 7F");
-  const auto set = [&](std::size_t size, bool isSigned, int order) {
-    EXPECT_TRUE(LxSetXMPIntegerSeq(xmp, kLxExifSchema, "A", bytes.data(), size, 4 / size, isSigned, order));
-    return Dump();
-  };
-  EXPECT_EQ(set(1, false, kBig), "exif:A=seq[255, 128, 0, 127]\n");
-  EXPECT_EQ(set(1, true, kBig), "exif:A=seq[-1, -128, 0, 127]\n");
-  EXPECT_EQ(set(2, false, kBig), "exif:A=seq[65408, 127]\n");
-  EXPECT_EQ(set(2, true, kLittle), "exif:A=seq[-32513, 32512]\n");
-  EXPECT_EQ(set(4, false, kBig), "exif:A=seq[4286578815]\n");
-  EXPECT_EQ(set(4, true, kBig), "exif:A=seq[-8388481]\n");
-  const Bytes rationals = Elements(kLxTypeRational, {1, 2, -3, 4}, kLittle);
-  EXPECT_TRUE(LxSetXMPRationalSeq(xmp, kLxExifSchema, "A", rationals.data(), 2, true, kLittle));
-  EXPECT_EQ(Dump(), "exif:A=seq[1/2, -3/4]\n");
-}
-
 TEST_F(SettersTest, ReplaceAPropertyOfAnyForm) {
   xmp.AppendArrayItem(kLxTiffSchema, "Copyright", kXMPPropIsOrdered, "old");
   EXPECT_TRUE(LxSetXMPText(xmp, kLxTiffSchema, "Copyright", "simple", kLxTerminated));
@@ -76,40 +47,6 @@ TEST_F(SettersTest, WhatTheToolkitRefusesGivesFalseAndStaysDeleted) {
   date.year = 2004, date.month = 13, date.day = 1;
   EXPECT_FALSE(LxSetXMPDate(xmp, kLxTiffSchema, "DateTime", date));
   EXPECT_EQ(Dump(), "");
-}
-
-TEST_F(SettersTest, FlagsAreWordsOrOneDigitAndDeleteNothing) {
-  EXPECT_TRUE(LxSetXMPStructFlag(xmp, kLxExifSchema, "Flash", "Fired", 2, true));
-  EXPECT_TRUE(LxSetXMPStructFlag(xmp, kLxExifSchema, "Flash", "Function", 0, true));
-  EXPECT_TRUE(LxSetXMPStructFlag(xmp, kLxExifSchema, "Flash", "Return", 2, false));
-  EXPECT_EQ(Dump(), "exif:Flash={exif:Fired=True, exif:Function=False, exif:Return=2}\n");
-}
-
-TEST_F(SettersTest, APrefixedTextSetsWhatFollowsItsLabel) {
-  EXPECT_TRUE(LxSetXMPPrefixedText(xmp, kLxAuxSchema, "Lens", "Lens: ", "Lens: 50 mm"));
-  EXPECT_EQ(Dump(), "aux:Lens=50 mm\n");
-  for (const char* const other : {"Lens:50 mm", "Lens", "", "lens: 50 mm"}) {
-    EXPECT_FALSE(LxSetXMPPrefixedText(xmp, kLxAuxSchema, "Lens", "Lens: ", other)) << other;
-  }
-  EXPECT_EQ(Dump(), "aux:Lens=50 mm\n");
-}
-
-TEST_F(SettersTest, TextsFollowEachOtherAndTheLastMayLackItsZero) {
-  const Bytes texts = ZText("R") + ZText("") + Text("Green");
-  const std::uint8_t* const end = texts.data() + texts.size();
-  const std::uint8_t* cursor = texts.data();
-  EXPECT_TRUE(LxSetXMPTextSeq(xmp, kLxExifSchema, "A", &cursor, end, 2));
-  EXPECT_EQ(cursor, texts.data() + 3);
-  EXPECT_EQ(Dump(), "exif:A=seq[R, ]\n");
-
-  cursor = texts.data();
-  EXPECT_FALSE(LxSetXMPTextSeq(xmp, kLxExifSchema, "A", &cursor, end, 4));
-  EXPECT_EQ(cursor, texts.data());
-  EXPECT_EQ(Dump(), "exif:A=seq[R, ]\n");  // Refused before anything is deleted.
-
-  EXPECT_TRUE(LxSetXMPTextSeq(xmp, kLxExifSchema, "A", &cursor, end, 3));
-  EXPECT_EQ(cursor, end);
-  EXPECT_EQ(Dump(), "exif:A=seq[R, , Green]\n");
 }
 
 TEST_F(SettersTest, UnicodeStringsAreLittleEndianAndSurviveLoneSurrogates) {

@@ -23,32 +23,6 @@ bool FailsAt(int nth, Work work) {
   return failingNew.hasFailed();
 }
 
-// First in this file: what is made once in a process has to be made here.
-TEST(ToolkitStartWithoutMemory, IsANoAndTheFirstPacketAnErrorUntilThereIsEnough) {
-  const TALLookupProc lookup = TALOrdinal5();
-  const BrokerProcs broker{lookup};
-  std::uint32_t started = 0;
-  for (int nth = 1; started == 0; ++nth) {
-    ASSERT_LT(nth, 2000);
-    FailsAt(nth, [&] { started = VeltoXMPOrdinal1(lookup, kXMPClientVersion, nullptr); });
-  }
-  const auto meta = LookUpAll<XMPMetaStatics>(lookup, kXMPMetaStaticInterface, kXMPMetaStaticNames);
-  const std::string packet =
-      "<r:RDF "
-      "xmlns:r='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><r:Description><dc:a>1</dc:a></r:Description></r:RDF>";
-  XMPObjectRef made = nullptr;
-  for (int nth = 1; made == nullptr; ++nth) {
-    ASSERT_LT(nth, 2000);
-    TALErrorRef error = nullptr;
-    FailsAt(nth, [&] { error = meta.newWithBuffer(packet.data(), static_cast<std::uint32_t>(packet.size()), &made); });
-    EXPECT_EQ(error == nullptr, made != nullptr);
-    EXPECT_TRUE(error == nullptr || error == broker.errors.getCoreError(0));
-    broker.errors.release(error);
-  }
-  EXPECT_EQ(broker.containers.release(made), nullptr);
-  VeltoXMPOrdinal2();
-}
-
 class ToolkitWithoutMemory : public ToolkitFixture {
  protected:
   void SetUp() override {
@@ -109,6 +83,11 @@ TEST_F(ToolkitWithoutMemory, AFailedCallChangesNothing) {
       [&](auto o) { return utils_.separateArrayItems(o, kXMP, "words", 0x200, "one; two and a lot more; \"three\""); },
       [&](auto) { return utils_.composeStructFieldPath(kDC, longName.c_str(), kXMP, longName.c_str(), &out); },
       [&](auto) { return utils_.repairText(longText.data(), 600, &out); },
+      [&](auto o) {
+        XMPObjectRef copy = nullptr;
+        const TALErrorRef error = meta_.newCopy(o, &copy);
+        return copy != nullptr ? broker_.containers.release(copy) : error;
+      },
   };
   for (std::size_t at = 0; at < calls.size(); ++at) {
     bool isDone = false;
@@ -137,28 +116,6 @@ TEST_F(ToolkitWithoutMemory, AFailedCallChangesNothing) {
     EXPECT_GT(errors, 0) << "call " << at << " has used no memory";
   }
   Release(other);
-}
-
-TEST_F(ToolkitWithoutMemory, AnObjectThatCannotBeMadeLeavesNothing) {
-  const std::vector<std::function<TALErrorRef(XMPObjectRef*)>> makers = {
-      [&](auto* result) { return meta_.newEmpty(result); },
-      [&](auto* result) { return meta_.newCopy(object_, result); },
-  };
-  for (const auto& make : makers) {
-    XMPObjectRef made = nullptr;
-    for (int nth = 1; made == nullptr; ++nth) {
-      ASSERT_LT(nth, 2000);
-      TALErrorRef error = nullptr;
-      FailsAt(nth, [&] { error = make(&made); });
-      EXPECT_EQ(error == nullptr, made != nullptr);
-      if (error != nullptr) {
-        EXPECT_EQ(error, broker_.errors.getCoreError(0));
-        broker_.errors.release(error);
-      }
-      EXPECT_EQ(CountObjects(), made != nullptr ? 2u : 1u);
-    }
-    Release(made);
-  }
 }
 
 }  // namespace

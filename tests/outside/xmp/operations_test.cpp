@@ -71,16 +71,6 @@ TEST_F(Operations, WhatIsMissingOnTheWayIsMade) {
             "dc:rights alt-text\n  - = free\n    ?xml:lang = x-default\n  - = frei\n    ?xml:lang = de\n");
 }
 
-TEST_F(Operations, DeletingTakesAllBelowAndLeavesNoEmptySchema) {
-  set("a/xmp:b", "1");
-  set("c", "2");
-  remove("a/xmp:b");
-  EXPECT_EQ(text(), "dc:a struct\ndc:c = 2\n");
-  remove("a");
-  remove("c");
-  EXPECT_TRUE(object_.root()->children.empty());
-}
-
 TEST_F(Operations, SenselessOptionsAndFormsAreRefused) {
   set("simple", "x");
   set("struct", nullptr, kXMPPropIsStruct);

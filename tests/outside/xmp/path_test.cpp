@@ -92,19 +92,6 @@ TEST(Path, WhatIsNoneIsToldFromWhatIs) {
   EXPECT_THROW(requirePath(kDC, nullptr), ToolkitError);
 }
 
-TEST(Path, NeverLeadsDeeperThanTheLimit) {
-  std::string text = "a";
-  for (std::uint32_t depth = 1; depth < kDepthLimit; ++depth) text += "/xmp:b";
-  Path path;
-  EXPECT_EQ(parsePath(kDC, text.c_str(), path), nullptr);
-  EXPECT_NE(addItemStep(1, path), nullptr);
-  Path deeper;
-  text += "[1]";
-  const PathProblem* problem = parsePath(kDC, text.c_str(), deeper);
-  ASSERT_NE(problem, nullptr);
-  EXPECT_EQ(problem->id, ErrorId::kTooDeep);
-}
-
 TEST(Path, LeadsToNodesOfEveryKind) {
   Object object;
   const auto set = [&object](const char* path, const char* text, std::uint32_t options = 0) {

@@ -91,12 +91,6 @@ TEST(RDFSerializer, CompactFormWithOtherLineEndsAndIndents) {
             "\t</rdf:RDF>\r\n");
 }
 
-TEST(RDFSerializer, AnEmptyObjectIsAPacketToo) {
-  EXPECT_EQ(serialized(Object(), {.options = kBare}),
-            "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">\n <rdf:Description rdf:about=\"\"/>\n"
-            "</rdf:RDF>\n");
-}
-
 TEST(RDFSerializer, PaddingAndLengthAreExact) {
   const Object object;
   for (const std::string_view newline : {"\n", "\r\n", ""}) {

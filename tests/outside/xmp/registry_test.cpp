@@ -61,21 +61,6 @@ TEST(Registry, ADeletedNamespaceYieldsItsPrefixAndStaysUsable) {
   EXPECT_THROW(deleteNamespace("http://purl.org/dc/elements/1.1/"), ToolkitError);
 }
 
-TEST(Registry, NamespacesAreListedOnceByPrefix) {
-  registerNamespace("http://listed.example/", "aaa");
-  std::set<std::string> uris;
-  std::string previous;
-  for (std::size_t at = 0; at < countNamespaces(); ++at) {
-    const Namespace* ns = namespaceAt(at);
-    ASSERT_NE(ns, nullptr);
-    EXPECT_LT(previous, ns->prefix);
-    EXPECT_TRUE(uris.insert(ns->uri).second) << ns->uri;
-    previous = ns->prefix;
-  }
-  EXPECT_EQ(namespaceAt(countNamespaces()), nullptr);
-  EXPECT_EQ(uris.count("http://listed.example/"), 1u);
-}
-
 // What stands before and behind the properties of a packet, and those of so many namespaces of a kind.
 constexpr char kStart[] =
     "<r:RDF xmlns:r='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><r:Description xmlns:u='http://used.example/'>";
