@@ -86,16 +86,6 @@ TEST_F(XMPBinding, ProceduresAreLookedUpOnce) {
   EXPECT_LE(LookupCount(), before + 16 + 8 + 4 + 4);
 }
 
-TEST_F(XMPBinding, ToolkitThatComesBackIsBoundAgain) {
-  EXPECT_EQ(New(), "nothing");
-  StopXMPClient();
-  EXPECT_EQ(New(), "TAL:  0");
-  ASSERT_TRUE(StartXMPClient(TALOrdinal5()));
-  EXPECT_EQ(New(), "nothing");
-  XMPMetaHolder holder;
-  EXPECT_EQ(Raised([&] { holder.DeleteProperty(kDC, "format"); }), "nothing");
-}
-
 TEST_F(XMPBinding, ObjectThatOutlivesTheShutdownIsLeftAlone) {
   auto kept = std::make_unique<XMPMetaHolder>();
   auto lost = std::make_unique<XMPMetaHolder>();

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -13,6 +14,7 @@
 
 #include "tests/support/image_builders.h"
 #include "tests/support/tiff_builder.h"
+#include "tests/support/xmp_dump.h"
 
 namespace lxbridge {
 namespace {
@@ -20,7 +22,6 @@ namespace {
 using lxtest::Ascii;
 using lxtest::JpegBuilder;
 using lxtest::Ratl;
-using lxtest::Short;
 using lxtest::TempFile;
 using lxtest::TiffBuilder;
 
@@ -42,33 +43,17 @@ constexpr const char kPacket[] = R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
   </rdf:Seq></v:Places>
 </rdf:Description></rdf:RDF></x:xmpmeta>)";
 
-// "Make=Canon", "subject{harbour,dusk}", "title<x-default'Pier>": names of another kind than array items are qualified.
-std::string Shape(const XmpNode& node) {
-  std::string shape = node.name.empty() ? "" : node.prefix + ":" + node.name + "=";
-  std::string inside;
-  for (const XmpNode& child : node.children) inside += (inside.empty() ? "" : ",") + Shape(child);
-  shape += node.IsAlternative() ? "alt(" + inside + ")"
-           : node.IsOrdered()   ? "seq(" + inside + ")"
-           : node.IsArray()     ? "bag(" + inside + ")"
-           : node.IsStruct()    ? "struct(" + inside + ")"
-                                : node.value + inside;
-  for (const XmpNode& qualifier : node.qualifiers) shape += "?" + Shape(qualifier);
-  return shape;
-}
-
-std::vector<std::string> Shapes(const XmpView& xmp) {
-  std::vector<std::string> shapes;
-  for (const XmpNode& node : xmp.Properties()) shapes.push_back(Shape(node));
-  return shapes;
+// The lines of DumpXmp, sorted: the order of the Exif directory's items is the conversion's.
+std::vector<std::string> Lines(const XmpView& xmp) {
+  std::istringstream in(lxtest::DumpXmp(xmp.object()));
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  std::sort(lines.begin(), lines.end());
+  return lines;
 }
 
 std::string Get(const XmpView& xmp, const char* schema, const char* path) {
   return xmp.Get(schema, path).value_or("(none)");
-}
-
-std::vector<std::string> Sorted(std::vector<std::string> texts) {
-  std::sort(texts.begin(), texts.end());
-  return texts;
 }
 
 class XmpTest : public testing::Test {
@@ -79,7 +64,7 @@ class XmpTest : public testing::Test {
   }
   XmpView OpenPhoto() {
     return Open(JpegBuilder().App1Xmp(kPacket).App1Exif(
-        TiffBuilder(lxtest::kBig).Ifd0({Ascii(0x010F, "Canon")}).Exif({Short(0x9209, 0x19), Ratl(0x829D, 56, 10)})));
+        TiffBuilder(lxtest::kBig).Ifd0({Ascii(0x010F, "Canon")}).Exif({Ratl(0x829D, 56, 10)})));
   }
 
   std::optional<Library> library_ = std::make_optional<Library>();
@@ -87,18 +72,16 @@ class XmpTest : public testing::Test {
 };
 
 TEST_F(XmpTest, EveryFormOfNodeComesWithAllThatBelongsToIt) {
-  const std::vector<std::string> kShapes = {
-      "dc:subject=bag(harbour,dusk)",
-      "dc:creator=seq(Ada)",
-      "dc:title=alt(Pier?xml:lang=x-default,Steg?xml:lang=de)",
-      "v:Scale=4?v:Unit=stars?v:Of=5",
-      "v:Places=seq(struct(v:City=Oslo,v:Tags=bag(cold)),struct(v:City=Rome))",
-      "tiff:Make=Canon",
-      "exif:Flash=struct(exif:Fired=True,exif:Return=0,exif:Mode=3,exif:Function=False,exif:RedEyeMode=False)",
-      "exif:FNumber=56/10",
-  };
   const XmpView xmp = OpenPhoto();
-  EXPECT_EQ(Sorted(Shapes(xmp)), Sorted(kShapes));  // The order of the Exif directory's items is the conversion's.
+  EXPECT_EQ(Lines(xmp), (std::vector<std::string>{
+                            "dc:creator=seq[Ada]",
+                            "dc:subject=bag[harbour, dusk]",
+                            "dc:title=alt[x-default: Pier, de: Steg]",
+                            "exif:FNumber=56/10",
+                            "tiff:Make=Canon",
+                            "v:Places=seq[{v:City=Oslo, v:Tags=bag[cold]}, {v:City=Rome}]",
+                            "v:Scale=stars: 5: 4",
+                        }));
   const std::vector<XmpNode> nodes = xmp.Properties(kDc);
   ASSERT_EQ(nodes.size(), 3U) << "those of one namespace";
   EXPECT_EQ(nodes[0].namespaceUri, kDc);
@@ -107,7 +90,7 @@ TEST_F(XmpTest, EveryFormOfNodeComesWithAllThatBelongsToIt) {
 
 TEST_F(XmpTest, TheSerialisedPacketHoldsTheSameObject) {
   XmpView xmp = OpenPhoto();
-  const std::vector<std::string> shapes = Shapes(xmp);
+  const std::vector<std::string> lines = Lines(xmp);
   const std::string packet = xmp.Serialize();
   EXPECT_EQ(packet.substr(0, 17), "<?xpacket begin=\"");
   EXPECT_NE(packet.find("<tiff:Make>Canon</tiff:Make>\n"), std::string::npos);
@@ -119,7 +102,7 @@ TEST_F(XmpTest, TheSerialisedPacketHoldsTheSameObject) {
   EXPECT_EQ(xmp.Serialize(LX_XMP_EXACT_LENGTH, 9000).size(), 9000U);
   EXPECT_EQ(xmp.Serialize(), packet);
 
-  EXPECT_EQ(Shapes(Open(JpegBuilder().App1Xmp(packet))), shapes);
+  EXPECT_EQ(Lines(Open(JpegBuilder().App1Xmp(packet))), lines);
 }
 
 TEST_F(XmpTest, ValuesAreFoundByPathAndWhatIsNotThereLeavesTheOutValues) {
@@ -129,8 +112,8 @@ TEST_F(XmpTest, ValuesAreFoundByPathAndWhatIsNotThereLeavesTheOutValues) {
   EXPECT_EQ(Get(xmp, kDc, "subject[last()]"), "dusk");
   EXPECT_EQ(Get(xmp, kDc, "title[?xml:lang=\"de\"]"), "Steg");
   EXPECT_EQ(Get(xmp, kDc, "title[1]/?xml:lang"), "x-default");
-  EXPECT_EQ(Get(xmp, kExif, "Flash/exif:Fired"), "True");
-  EXPECT_EQ(Get(xmp, kExif, "Flash"), "");
+  EXPECT_EQ(xmp.Get("http://example.com/v/", "Places[1]/v:City"), "Oslo");
+  EXPECT_EQ(xmp.Get("http://example.com/v/", "Places"), "");
   EXPECT_EQ(xmp.OptionsOf(kDc, "title").value_or(0) & (LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE),
             std::uint32_t{LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE});
   EXPECT_EQ(xmp.OptionsOf(kTiff, "Make"), 0U);
@@ -161,28 +144,26 @@ TEST_F(XmpTest, WhatTheHostChangesIsInTheObjectThatTheLibraryHolds) {
   xmp.Append(kOwn, "People", LX_XMP_ORDERED, nullptr, LX_XMP_STRUCT);
   xmp.Set(kOwn, "People[1]/own:Name", "Ada");
 
-  const std::vector<std::string> kShapes = {
-      "dc:subject=bag(harbour,dusk,night)",
-      "dc:title=alt(Pier?xml:lang=x-default,Steg?xml:lang=de)",
-      "dc:rights=alt((c) Ada?xml:lang=x-default)",
-      "dc:language=bag()",
-      "v:Scale=4?v:Unit=stars?v:Of=5",
-      "v:Places=seq(struct(v:City=Oslo,v:Tags=bag(cold)),struct(v:City=Rome))",
-      "tiff:Make=Other",
-      "exif:Flash=struct(exif:Fired=True,exif:Return=0,exif:Mode=3,exif:Function=False,exif:RedEyeMode=False)",
-      "exif:FNumber=56/10",
-      "xmp:Rating=5",
-      "xmp:BaseURL=http://example.com/",
-      "xmp:Identifier=bag(first)",
-      "own:People=seq(struct(own:Name=Ada))",
-  };
-  EXPECT_EQ(Sorted(Shapes(file_->Xmp())), Sorted(kShapes));
+  EXPECT_EQ(Lines(file_->Xmp()), (std::vector<std::string>{
+                                     "dc:language=bag[]",
+                                     "dc:rights=alt[x-default: (c) Ada]",
+                                     "dc:subject=bag[harbour, dusk, night]",
+                                     "dc:title=alt[x-default: Pier, de: Steg]",
+                                     "exif:FNumber=56/10",
+                                     "own:People=seq[{own:Name=Ada}]",
+                                     "tiff:Make=Other",
+                                     "v:Places=seq[{v:City=Oslo, v:Tags=bag[cold]}, {v:City=Rome}]",
+                                     "v:Scale=stars: 5: 4",
+                                     "xmp:BaseURL=http://example.com/",
+                                     "xmp:Identifier=bag[first]",
+                                     "xmp:Rating=5",
+                                 }));
   EXPECT_NE(file_->Xmp().Serialize().find("<xmp:Rating>5</xmp:Rating>"), std::string::npos);
 }
 
 TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
   XmpView xmp = OpenPhoto();
-  const std::vector<std::string> before = Shapes(xmp);
+  const std::vector<std::string> before = Lines(xmp);
   const struct {
     const char* what;
     LxXmpStatus status;
@@ -193,7 +174,7 @@ TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
        [](XmpView* view) { view->Set("http://example.com/unknown/", "a", "x"); }},
       {"an item of no array", LX_XMP_REFUSED, [](XmpView* view) { view->Append(kTiff, "Make", LX_XMP_ARRAY, "x"); }},
       {"an array of no form", LX_XMP_REFUSED, [](XmpView* view) { view->Append(kXmp, "Label", 0, "x"); }},
-      {"a text for a structure", LX_XMP_REFUSED, [](XmpView* view) { view->Set(kExif, "Flash", "x"); }},
+      {"a text for an array", LX_XMP_REFUSED, [](XmpView* view) { view->Set(kDc, "subject", "x"); }},
       {"no language", LX_XMP_REFUSED, [](XmpView* view) { view->SetLocalizedText(kDc, "title", "", "?", "x"); }},
       {"an exact length that is too short", LX_XMP_REFUSED,
        [](XmpView* view) { (void)view->Serialize(LX_XMP_EXACT_LENGTH, 10); }},
@@ -217,7 +198,7 @@ TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
       EXPECT_STREQ(error.what(), LxXmpLastMessage()) << c.what;
       EXPECT_EQ(LxXmpLastError(), c.status) << c.what;
     }
-    EXPECT_EQ(Shapes(xmp), before) << c.what;
+    EXPECT_EQ(Lines(xmp), before) << c.what;
   }
   const std::string kept = LxXmpLastMessage();
   EXPECT_FALSE(xmp.Has(kTiff, "Model"));

@@ -10,6 +10,21 @@ namespace lxtest {
 
 enum class Failing { kOnce, kFromThenOn };
 
+// Counts allocations and says of each whether it fails.
+struct AllocationCount {
+  int nth;  // 0: none fails.
+  Failing failing;
+  int allocations = 0;
+  bool hasFailed = false;
+
+  bool Fails() noexcept {
+    ++allocations;
+    const bool fails = nth != 0 && (failing == Failing::kOnce ? allocations == nth : allocations >= nth);
+    hasFailed = hasFailed || fails;
+    return fails;
+  }
+};
+
 // Installed for the length of its life; then the procedures from before are. All blocks made under it have to be freed
 // under it.
 //
@@ -25,17 +40,17 @@ class FailingMemory : private LxMemProcs {
  public:
   // Counts only, when nth is 0.
   explicit FailingMemory(int nth = 0, Failing failing = Failing::kOnce)
-      : LxMemProcs{&kTable}, nth_(nth), failing_(failing), former_(LxInstalledMemProcs()) {
+      : LxMemProcs{&kTable}, count_{nth, failing}, former_(LxInstalledMemProcs()) {
     LxInstallMemProcs(this);
   }
   ~FailingMemory() { LxInstallMemProcs(former_); }
   FailingMemory(const FailingMemory&) = delete;
   FailingMemory& operator=(const FailingMemory&) = delete;
 
-  [[nodiscard]] int allocations() const { return allocations_; }
+  [[nodiscard]] int allocations() const { return count_.allocations; }
   [[nodiscard]] int liveBlocks() const { return liveBlocks_; }
-  [[nodiscard]] bool hasFailed() const { return hasFailed_; }
-  void stopFailing() { nth_ = 0; }
+  [[nodiscard]] bool hasFailed() const { return count_.hasFailed; }
+  void stopFailing() { count_.nth = 0; }
   [[nodiscard]] LxMemProcs* procs() { return this; }
 
  private:
@@ -44,24 +59,18 @@ class FailingMemory : private LxMemProcs {
     if (block != nullptr) ++liveBlocks_;
     return block;
   }
-  bool Fails() {
-    ++allocations_;
-    const bool fails = nth_ != 0 && (failing_ == Failing::kOnce ? allocations_ == nth_ : allocations_ >= nth_);
-    hasFailed_ = hasFailed_ || fails;
-    return fails;
-  }
   static void* Allocate(LxMemProcs* procs, std::size_t size) {
-    return Of(procs)->Fails() ? nullptr : Of(procs)->Count(std::malloc(size));
+    return Of(procs)->count_.Fails() ? nullptr : Of(procs)->Count(std::malloc(size));
   }
   static void* AllocateZeroed(LxMemProcs* procs, std::size_t count, std::size_t size) {
-    return Of(procs)->Fails() ? nullptr : Of(procs)->Count(std::calloc(count, size));
+    return Of(procs)->count_.Fails() ? nullptr : Of(procs)->Count(std::calloc(count, size));
   }
   static void Release(LxMemProcs* procs, void* block) {
     if (block != nullptr) --Of(procs)->liveBlocks_;
     std::free(block);
   }
   static void* Reallocate(LxMemProcs* procs, void* block, std::size_t size) {
-    if (Of(procs)->Fails()) return nullptr;
+    if (Of(procs)->count_.Fails()) return nullptr;
     void* moved = std::realloc(block, size);
     return block == nullptr ? Of(procs)->Count(moved) : moved;
   }
@@ -70,12 +79,9 @@ class FailingMemory : private LxMemProcs {
   static constexpr LxMemProcTable kTable = {
       Allocate, AllocateZeroed, Release, Allocate, AllocateZeroed, Reallocate, Reallocate, Unused, Unused,
   };
-  int nth_;
-  Failing failing_;
+  AllocationCount count_;
   LxMemProcs* former_;
-  int allocations_ = 0;
   int liveBlocks_ = 0;
-  bool hasFailed_ = false;
 };
 
 }  // namespace lxtest

@@ -1,16 +1,6 @@
 // Makes the nth call of operator new fail, and counts the blocks that are alive. Replaces the global operators of the
 // program, its shared libraries included, so exactly one file of a program includes this. Uses the standard library
 // only.
-//
-//   for (Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
-//     for (int nth = 1;; ++nth) {
-//       FailingNew failingNew(nth, failing);
-//       ...
-//       failingNew.Stop();
-//       EXPECT_EQ(failingNew.liveBlocks(), 0) << "allocation " << nth;
-//       if (!failingNew.hasFailed()) break;
-//     }
-//   }
 #ifndef LXBRIDGE_TESTS_SUPPORT_FAILING_NEW_H_
 #define LXBRIDGE_TESTS_SUPPORT_FAILING_NEW_H_
 
@@ -25,21 +15,21 @@ namespace lxtest {
 // Counts and fails from its making to Stop or its end. One at a time, one thread.
 class FailingNew {
  public:
-  explicit FailingNew(int nth = 0, Failing failing = Failing::kOnce) : nth_(nth), failing_(failing) { active_ = this; }
+  explicit FailingNew(int nth = 0, Failing failing = Failing::kOnce) : count_{nth, failing} { active_ = this; }
   ~FailingNew() { Stop(); }
   FailingNew(const FailingNew&) = delete;
   FailingNew& operator=(const FailingNew&) = delete;
 
   void Stop() { active_ = nullptr; }
-  [[nodiscard]] bool hasFailed() const { return hasFailed_; }
-  [[nodiscard]] int allocations() const { return allocations_; }
+  [[nodiscard]] bool hasFailed() const { return count_.hasFailed; }
+  [[nodiscard]] int allocations() const { return count_.allocations; }
   // Blocks made less blocks freed in its time.
   [[nodiscard]] int liveBlocks() const { return liveBlocks_; }
 
   // Not inlined: the compiler would see free meet what operator new has given and warn of it.
   [[gnu::noinline]] static void* Allocate(std::size_t size) noexcept {
     FailingNew* const self = active_;
-    if (self != nullptr && self->Fails()) return nullptr;
+    if (self != nullptr && self->count_.Fails()) return nullptr;
     void* const block = std::malloc(size != 0 ? size : 1);
     if (self != nullptr && block != nullptr) ++self->liveBlocks_;
     return block;
@@ -50,19 +40,9 @@ class FailingNew {
   }
 
  private:
-  bool Fails() noexcept {
-    ++allocations_;
-    const bool fails = nth_ != 0 && (failing_ == Failing::kOnce ? allocations_ == nth_ : allocations_ >= nth_);
-    hasFailed_ = hasFailed_ || fails;
-    return fails;
-  }
-
   static inline FailingNew* active_ = nullptr;
-  int nth_;
-  Failing failing_;
-  int allocations_ = 0;
+  AllocationCount count_;
   int liveBlocks_ = 0;
-  bool hasFailed_ = false;
 };
 
 }  // namespace lxtest

@@ -22,7 +22,7 @@ inline const std::vector<std::vector<std::string>> kForms = {{"xmp", "--format",
 [[nodiscard]] testing::AssertionResult IsXmpJson(const std::string& output, const std::vector<std::string>& files);
 [[nodiscard]] testing::AssertionResult IsPoolJson(const std::string& output, const std::vector<std::string>& files);
 
-// So many whole packets, one behind the other, each well-formed and with every property element on a line of its own.
+// So many whole packets, one behind the other, each well-formed.
 [[nodiscard]] testing::AssertionResult IsPackets(const std::string& output, std::size_t count);
 // The packets of the output, each with its line end.
 [[nodiscard]] std::vector<std::string> Packets(const std::string& output);

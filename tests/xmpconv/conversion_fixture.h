@@ -18,6 +18,7 @@
 #include "kit/model/value.h"
 #include "tests/support/bytes.h"
 #include "tests/support/item_tree.h"
+#include "tests/support/tiff_builder.h"
 #include "tests/support/xmp_dump.h"
 #include "xmpconv/conversion.h"
 
@@ -25,20 +26,7 @@ namespace lxtest {
 
 // Numbers of any type, in that byte order; of rationals the 32-bit halves.
 inline Bytes Elements(std::uint16_t type, std::initializer_list<std::int64_t> numbers, Order order) {
-  Bytes bytes;
-  for (const std::int64_t number : numbers) {
-    switch (LxElementSize(type)) {
-      case 1:
-        bytes += Bytes{static_cast<std::uint8_t>(number & 0xFF)};
-        break;
-      case 2:
-        bytes += Put16(static_cast<std::uint32_t>(number & 0xFFFF), order);
-        break;
-      default:
-        bytes += Put32(static_cast<std::uint64_t>(number & 0xFFFFFFFF), order);
-    }
-  }
-  return bytes;
+  return Numbers(0, type, numbers).value(order, 0);
 }
 
 // An item that owns its value. Namespace, name and display text are literals.

@@ -66,23 +66,6 @@ class GpsTest : public ConversionTest {
   }
 };
 
-TEST_F(GpsTest, EveryCoordinateTakesItsOwnReference) {
-  TextItem("GPSLatitudeRef", 1, ZText("N"));
-  TextItem("GPSLongitudeRef", 3, ZText("W"));
-  TextItem("GPSDestLatitudeRef", 0x13, ZText("S"));
-  TextItem("GPSDestLongitudeRef", 0x15, ZText("E"));
-  const struct {
-    const char* name;
-    std::uint16_t tag;
-  } coordinates[] = {{"GPSLatitude", 2}, {"GPSLongitude", 4}, {"GPSDestLatitude", 0x14}, {"GPSDestLongitude", 0x16}};
-  for (const auto& c : coordinates) {
-    EXPECT_TRUE(LxConvertExifItem(conversion, Angle(c.name, c.tag, {37, 1, 46, 1, 30, 1})));
-  }
-  EXPECT_EQ(Dump(),
-            "exif:GPSLatitude=037,46,30N\nexif:GPSLongitude=037,46,30W\n"
-            "exif:GPSDestLatitude=037,46,30S\nexif:GPSDestLongitude=037,46,30E\n");
-}
-
 TEST_F(GpsTest, ACoordinateOrReferenceOfAnotherShapeGivesNothing) {
   EXPECT_FALSE(LxConvertExifItem(conversion, Angle("GPSLatitude", 2, {37, 1, 46, 1, 30, 1})));  // No reference.
   TextItem("GPSLongitudeRef", 3, ZText("WE"));

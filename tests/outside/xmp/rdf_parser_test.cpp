@@ -274,19 +274,16 @@ TEST(RDFParser, WorkIsLinearInSmallPieces) {
   EXPECT_EQ(countNamespaces(), before) << "namespaces that are declared but not used are not kept";
 }
 
-TEST(RDFParser, NothingPassesFromOnePacketToTheNext) {
+TEST(RDFParser, NothingPassesFromOnePacketToAnother) {
   const std::string good = inDescription("<dc:format>a</dc:format>");
-  const std::string others[] = {"<a xmlns:nobody='u'><b>text", "<!DOCTYPE a>", inDescription("<t:a>x<rdf:Bag/>"), good,
-                                inDescription("<dc:source>" + std::string(1 << 20, 'x') + "</dc:source>")};
-  for (const std::string& other : others) {
+  PacketParser first;  // Two at a time.
+  first.feed("<rdf:RDF>", 9, false);
+  for (const std::string& other : {std::string("<a xmlns:nobody='u'><b>text"), inDescription("<t:a>x<rdf:Bag/>"),
+                                   inDescription("<dc:source>" + std::string(1 << 20, 'x') + "</dc:source>")}) {
     (void)failureOf(other);
     EXPECT_EQ(parsedText(good), "dc:format = a\n");
     EXPECT_NE(failureOf(inDescription("<nobody:a/>")), "");
   }
-  // Two at a time.
-  PacketParser first;
-  first.feed("<rdf:RDF>", 9, false);
-  EXPECT_EQ(parsedText(good), "dc:format = a\n");
   const std::string rest = "<rdf:Description dc:source='b'/></rdf:RDF>";
   first.feed(rest.data(), rest.size(), true);
   EXPECT_EQ(textOf(first.result()), "dc:source = b\n");
