@@ -21,17 +21,16 @@ TEST(ByteOrder, OneIsBigEndianAndEverythingElseLittle) {
 
 TEST(ByteOrder, WhatIsPutIsGotAndSwappingLoadedNumbersAgreesWithGettingThem) {
   for (const int order : {0, 1}) {
-    std::uint8_t bytes[4];
+    std::uint8_t bytes[6];
     LxPut16(bytes, 0x80FE, order);
+    LxPut32(bytes + 2, 0x80FE0102, order);
     EXPECT_EQ(LxGet16(bytes, order), 0x80FE) << order;
+    EXPECT_EQ(LxGet32(bytes + 2, order), 0x80FE0102u) << order;
     std::uint16_t loaded16;
-    std::memcpy(&loaded16, bytes, sizeof(loaded16));
-    EXPECT_EQ(LxSwap16(loaded16, order), 0x80FE) << order;
-
-    LxPut32(bytes, 0x80FE0102, order);
-    EXPECT_EQ(LxGet32(bytes, order), 0x80FE0102u) << order;
     std::uint32_t loaded32;
-    std::memcpy(&loaded32, bytes, sizeof(loaded32));
+    std::memcpy(&loaded16, bytes, sizeof(loaded16));
+    std::memcpy(&loaded32, bytes + 2, sizeof(loaded32));
+    EXPECT_EQ(LxSwap16(loaded16, order), 0x80FE) << order;
     EXPECT_EQ(LxSwap32(loaded32, order), 0x80FE0102u) << order;
   }
 }

@@ -94,7 +94,11 @@ TEST_P(StreamOver, GivesTheBytesInOrderHoweverTheyAreAskedFor) {
   EXPECT_EQ(methods->buffered(stream_), -1);
   EXPECT_EQ(methods->fill(stream_), bytes_[0]);
   EXPECT_EQ(methods->buffered(stream_), overPipe() ? -1 : 4095);
-  EXPECT_EQ(Read(1, 9), Part(1, 10));
+  EXPECT_EQ(methods->unget(7, stream_), 7);
+  if (!overPipe()) {
+    EXPECT_EQ(methods->unget(8, stream_), -1);  // No more than was taken from the buffer.
+  }
+  EXPECT_EQ(Read(1, 10), Bytes{7} + Part(1, 10));
   EXPECT_EQ(methods->unget(0xAB, stream_), 0xAB);
   EXPECT_EQ(Read(1, 2), (Bytes{0xAB, bytes_[10]}));
   EXPECT_EQ(Read(7, 1000), Part(11, 7011));  // Over the buffer's end.
@@ -143,21 +147,6 @@ TEST_P(StreamOver, RefusesWhatItWasNotOpenedForAndStaysUsable) {
   EXPECT_EQ(Read(1, 3), Part(0, 3));
 }
 
-TEST(Stream, UngetsNoMoreThanWasTakenFromTheBuffer) {
-  FailingMemory memory;
-  const TempFile file(CountedBytes(100));
-  LxStream* stream = LxNewFileStream(file.path().c_str(), nullptr, "rb", LxInstalledMemProcs());
-  ASSERT_NE(stream, nullptr);
-  EXPECT_EQ(stream->methods->fill(stream), 0);
-  EXPECT_EQ(stream->methods->unget(7, stream), 7);
-  EXPECT_EQ(stream->methods->unget(8, stream), -1);
-  std::uint8_t bytes[2];
-  EXPECT_EQ(stream->methods->read(bytes, 1, 2, stream), 2);
-  EXPECT_EQ(bytes[0], 7);
-  EXPECT_EQ(bytes[1], 1);
-  (void)LxCloseStream(stream);
-}
-
 TEST(Stream, ABorrowedFileGoesOnWhereItsOwnerLeftIt) {
   FailingMemory memory;
   const Bytes bytes = CountedBytes(10000);
@@ -204,28 +193,6 @@ TEST(Stream, OpensByTheUtf8PathOnly) {
   EXPECT_TRUE(LxPlatformIsDirectory("/"));
   EXPECT_FALSE(LxPlatformIsDirectory(accented.path().c_str()));
   EXPECT_EQ(memory.liveBlocks(), 0);
-}
-
-TEST(Stream, AnEmptyPathOpensStandardInputAndLeavesItOpen) {
-  FailingMemory memory;
-  LxStream* stream = nullptr;
-  ASSERT_EQ(LxOpenFileStream("", &stream), kLxOk);
-  EXPECT_EQ(stream->file, stdin);
-  (void)LxCloseStream(stream);
-  EXPECT_NE(fcntl(STDIN_FILENO, F_GETFD), -1);
-}
-
-TEST(Stream, OpeningFailsWithEachAllocationAndLeaksNothing) {
-  const TempFile file(CountedBytes(3));
-  for (int nth = 1;; ++nth) {
-    FailingMemory memory(nth);
-    LxStream* stream = nullptr;
-    const LxResult result = LxOpenFileStream(file.path().c_str(), &stream);
-    EXPECT_EQ(result, memory.hasFailed() ? kLxNotFound : kLxOk) << nth;
-    (void)LxCloseStream(stream);
-    EXPECT_EQ(memory.liveBlocks(), 0) << nth;
-    if (!memory.hasFailed()) break;
-  }
 }
 
 TEST(Stream, LengthIsNothingWhenTheStreamCannotTellOrSeek) {
