@@ -17,11 +17,15 @@
 #include "kit/model/pool.h"
 #include "kit/model/tag_record.h"
 #include "kit/model/value.h"
+#include "tests/support/failing_memory.h"
 
 namespace {
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
+
+using lxtest::Failing;
+using lxtest::FailingMemory;
 
 using Random = std::independent_bits_engine<std::mt19937, 32, std::uint32_t>;
 
@@ -94,34 +98,16 @@ constexpr std::uint32_t Minus(std::uint32_t number) {
   return ~number + 1;
 }
 
-// Without memory, to see what stays.
-class NoMemory {
- public:
-  NoMemory() {
-    table_ = *LxRuntimeMemProcs()->table;
-    table_.allocate = [](LxMemProcs*, std::size_t) -> void* { return nullptr; };
-    procs_.table = &table_;
-    LxInstallMemProcs(&procs_);
-  }
-  ~NoMemory() { LxInstallMemProcs(LxRuntimeMemProcs()); }
-  NoMemory(const NoMemory&) = delete;
-  NoMemory& operator=(const NoMemory&) = delete;
-
- private:
-  LxMemProcTable table_;
-  LxMemProcs procs_;
-};
-
-class Display : public testing::Test {
- protected:
-  void SetUp() override { LxInstallMemProcs(LxRuntimeMemProcs()); }
-};
-
 std::string Repeated(std::string_view text, int count) {
   std::string all;
   for (int i = 0; i < count; ++i) all += text;
   return all;
 }
+
+class Display : public testing::Test {
+ protected:
+  void SetUp() override { LxInstallMemProcs(LxRuntimeMemProcs()); }
+};
 
 struct NumberCase {
   std::uint16_t typeCode;
@@ -150,23 +136,16 @@ TEST_F(Display, NumbersAreShownByTheirType) {
       {kLxTypeShort, 0, {0, 9, 10, 999, 1000, 1009, 65535}, nullptr, "0 9 10 999 1000 1009 65535"},
       {kLxTypeSShort, 0, {1, 65535}, nullptr, "1 -1"},
       {kLxTypeLong, 0, {7, 0x7FFFFFFF, 0x80000000}, nullptr, "7 2147483647 -2147483648"},
-      {kLxTypeSLong, 0, {Minus(7)}, nullptr, "-7"},
       {kLxTypeRational, 0, {10, 2500}, nullptr, "1/250(0.00)"},
-      {kLxTypeRational, 0, {0, 0, 0, 9}, nullptr, "0 0"},
-      {kLxTypeRational, 0, {5, 0}, nullptr, "5/0 "},
       {kLxTypeRational, 0, {5, 0, 8, 1}, nullptr, "5/0  8"},
-      {kLxTypeRational, 0, {16, 2}, nullptr, "8"},
       {kLxTypeRational, 0, {0xFFFFFFFF, 2}, nullptr, "-1/2(2147483647.50)"},
       {kLxTypeRational, 0, {3, 0xFFFFFFFE}, nullptr, "3/-2(0.00)"},
       {kLxTypeSRational, 0, {Minus(10), 4}, nullptr, "-10/4(-2.50)"},  // Reduced only where both are positive.
       {kLxTypeSRational, 0, {10, 4, 10, Minus(4)}, nullptr, "5/2(2.50) 10/-4(-2.50)"},
-      {kLxTypeSRational, 0, {Minus(3), 0, Minus(3), 1}, nullptr, "-3/0  -3"},
       {kLxTypeSRational, 0, {0x80000000, 0xFFFFFFFF}, nullptr, "-2147483648/-1(2147483648.00)"},
       {kLxTypeNone, 0, {65, 66}, nullptr, ""},
       {kLxTypeFloat, 0, {1}, nullptr, ""},
-      {kLxTypeDouble, 0, {1, 2}, nullptr, ""},
       {kLxTypeOffset, 0, {1}, nullptr, ""},
-      {kLxTypeUnicode, 0, {65, 0}, nullptr, ""},
       {kLxTypeComplex, 0, {65, 66, 67, 68}, nullptr, ""},
       {16, 0, {65, 66, 67, 68}, nullptr, ""},
   });
@@ -211,12 +190,9 @@ TEST_F(Display, OpaqueBytesMayBeVersionsOrTexts) {
       {kLxTypeUndefined, "0220", "0.2.2.0"},
       {kLxTypeByte, "0220", "0220"},
       {kLxTypeUndefined, "0220\0\0\0\0"s, "0220"},
-      {kLxTypeUndefined, "02a0", "02a0"},
       {kLxTypeUndefined, "abc", "97 98 99"},
-      {kLxTypeUndefined, "abc\0"s, "abc"},
       {kLxTypeByte, "abcd", "abcd"},
       {kLxTypeUndefined, "abcd\0e"s, "97 98 99 100 0 101"},
-      {kLxTypeUndefined, "abc\n", "97 98 99 10"},
       {kLxTypeByte, "\2\2\0\0"s, "2 2 0 0"},
       {kLxTypeUndefined, "\0\0\0\0"s, ""},
       {kLxTypeUndefined, std::string(999, 'x'), std::string(999, 'x')},  // Texts are not shortened.
@@ -252,15 +228,10 @@ TEST_F(Display, NamesComeByTheLowSixteenBitsAndOneElementGetsALabel) {
   CheckInBothOrders({
       {kLxTypeShort, 0, {1}, &kNames, "Low"},
       {kLxTypeShort, 0, {32803, 2, 0}, &kNames, "CFA 2 None"},
-      {kLxTypeSShort, 0, {Minus(1)}, &kNames, "65535"},
       {kLxTypeLong, 0, {0x10001, 0xABCD0002}, &kNames, "Low 2"},
-      {kLxTypeSLong, 0, {1}, &kNames, "Low"},
-      {kLxTypeSByte, 0, {255}, &kNames, "255"},
       {kLxTypeUndefined, 0, {1, 0, 1, 200}, &kNames, "Low None Low 200"},
       {kLxTypeRational, 0, {1, 1}, &kNames, "1"},
       {kLxTypeDouble, 0, {1, 1}, &kNames, ""},
-      {kLxTypeUnicode, 0, {1}, &kNames, ""},
-      {kLxTypeNone, 0, {1}, &kNames, ""},
   });
   const struct {
     std::string bytes;
@@ -268,7 +239,6 @@ TEST_F(Display, NamesComeByTheLowSixteenBitsAndOneElementGetsALabel) {
   } labels[] = {
       {"\1\0"s, "$$$/Test/Low=Low gain"},
       {"\1\0\1"s, "$$$/Test/Low=Low gain"},
-      {"\0\0"s, nullptr},
       {"\2\0"s, nullptr},
       {"\1\0\1\0"s, "before"},
   };
@@ -285,10 +255,7 @@ TEST_F(Display, PhotographicQuantities) {
   const std::uint16_t ratl = kLxTypeRational, sratl = kLxTypeSRational;
   CheckInBothOrders({
       {ratl, 0x829A, {10, 2500}, &kPhoto, "1/250s"},
-      {ratl, 0x829A, {1, 4}, &kPhoto, "1/4s"},
       {ratl, 0x829A, {3, 10}, &kPhoto, "0.3s"},
-      {ratl, 0x829A, {30, 1}, &kPhoto, "30.0s"},
-      {ratl, 0x829A, {1000, 1}, &kPhoto, "1000.0s"},
       {ratl, 0x829A, {1001, 1}, &kPhoto, "> 1000s"},
       {ratl, 0x829A, {0, 5}, &kPhoto, "0s"},
       {ratl, 0x829A, {1, 0xFFFFFFFF}, &kPhoto, "1/2147483647s"},  // More than an int holds.
@@ -297,38 +264,27 @@ TEST_F(Display, PhotographicQuantities) {
       {ratl, 0x829D, {56, 10}, &kPhoto, "f5.6"},
       {ratl, 0x829D, {11, 0}, &kPhoto, "f11"},
       {ratl, 0x829D, {79999, 10000}, &kPhoto, "f8.0"},
-      {ratl, 0x829D, {8, 1}, &kPhoto, "f8"},
-      {ratl, 0x829D, {0, 1}, &kPhoto, "f0"},
       {ratl, 0x829D, {2000, 1}, &kPhoto, "> f1000"},
       {sratl, 0x9201, {8, 1}, &kPhoto, "1/250s"},
-      {sratl, 0x9201, {4, 1}, &kPhoto, "1/15s"},
-      {sratl, 0x9201, {6, 1}, &kPhoto, "1/60s"},
       {sratl, 0x9201, {13, 2}, &kPhoto, "1/88s"},
-      {sratl, 0x9201, {3, 1}, &kPhoto, "1/8s"},
       {sratl, 0x9201, {2, 1}, &kPhoto, "1/4s"},
       {sratl, 0x9201, {1, 1}, &kPhoto, "0.5s"},
-      {sratl, 0x9201, {Minus(5), 1}, &kPhoto, "32.0s"},
       {sratl, 0x9201, {Minus(10), 1}, &kPhoto, "1024.0s"},
       {sratl, 0x9201, {Minus(11), 1}, &kPhoto, "> 1024s"},
-      {sratl, 0x9201, {14, 1}, &kPhoto, "1/16000s"},
       {sratl, 0x9201, {15, 1}, &kPhoto, "< 1/16384s"},
       {ratl, 0x9202, {5, 1}, &kPhoto, "f5.7"},
-      {ratl, 0x9205, {6, 1}, &kPhoto, "f8"},
       {ratl, 0x9205, {21, 1}, &kPhoto, "> f1024"},
       {sratl, 0x9202, {Minus(9), 1}, &kPhoto, "f0"},
       {sratl, 0x9204, {Minus(1), 3}, &kPhoto, "-0.33ev"},
       {sratl, 0x9204, {Minus(1), 300}, &kPhoto, "-0.00ev"},
       {sratl, 0x9203, {Minus(101), 1}, &kPhoto, "< -100ev"},
-      {ratl, 0x9203, {0xFFFFFFFF, 1}, &kPhoto, "> 100ev"},
       {ratl, 0x9206, {25, 10}, &kPhoto, "2.50m"},
       {ratl, 0x9206, {10, 1}, &kPhoto, "10.0m"},
       {ratl, 0x9206, {0xFFFFFFFF, 1}, &kPhoto, "> 1000m"},
       {sratl, 0x9206, {Minus(1), 1}, &kPhoto, "0m"},
-      {ratl, 0x920A, {5813, 1000}, &kPhoto, "5.8mm"},
       {ratl, 0x920A, {505, 10}, &kPhoto, "51mm"},
       {ratl, 0x920A, {10001, 1}, &kPhoto, "> 10000mm"},
       {kLxTypeShort, 0xA405, {28}, &kPhoto, "28mm"},
-      {kLxTypeShort, 0xA405, {0}, &kPhoto, "0mm"},
       {ratl, 0x1234, {1, 3}, &kPhoto, "0.33"},
       {kLxTypeLong, 0x829A, {1}, &kPhoto, ""},
   });
@@ -338,24 +294,18 @@ TEST_F(Display, GpsQuantitiesAndMakerSpecials) {
   const std::uint16_t ratl = kLxTypeRational;
   CheckInBothOrders({
       {ratl, 0x0002, {35, 1, 30, 1, 1234, 100}, &kGps, "35.00 30.00' 12.34\""},
-      {ratl, 0x0016, {35, 1}, &kGps, "35.00 0.00' 0.00\""},
       {ratl, 0x0004, {1, 1, 2, 1, 3, 1, 4, 1}, &kGps, "1.00 2.00' 3.00\""},
       {ratl, 0x0004, {1, 1, 2, 1, 3, 1, 4, 1, 5, 1}, &kGps, ""},
       {ratl, 0x0006, {8848, 10}, &kGps, "884.8m"},
       {ratl, 0x0006, {0xFFFFFFFF, 0}, &kGps, "10000.0m"},
       {ratl, 0x0007, {9, 1, 5, 1, 75, 10}, &kGps, "09:05:07.500"},
-      {ratl, 0x0007, {12, 1, 34, 1, 9999, 1000}, &kGps, "12:34:09.999"},
       {ratl, 0x0007, {23, 2, 0, 1, 99996, 10000}, &kGps, "12:00:10.000"},
       {ratl, 0x0007, {20000, 1, 100, 1, 100, 1}, &kGps, "10000:100:100.000"},
-      {ratl, 0x000B, {7, 2}, &kGps, "3.50"},
       {kLxTypeSRational, 0x0002, {1, 1}, &kGps, ""},
       {kLxTypeShort, 0x0002, {0, 400}, &kMaker, "400"},
       {kLxTypeShort, 0x0002, {400}, &kMaker, ""},
-      {kLxTypeSShort, 0x0002, {0, 400}, &kMaker, ""},
       {ratl, 0x0084, {18, 1, 70, 1, 35, 10, 45, 10}, &kMaker, "18-70mm f3.5-4.5"},
       {ratl, 0x0084, {20000, 1, 0xFFFFFFFF, 0, 0, 0, 20000, 1}, &kMaker, "10000-10000mm f0.0-10000.0"},
-      {ratl, 0x0084, {18, 1, 70, 1, 35, 10}, &kMaker, ""},
-      {ratl, 0x0085, {18, 1}, &kMaker, ""},
   });
   std::string block(1371, '\0');
   block[1369] = '\x34';
@@ -413,19 +363,13 @@ TEST_F(Display, CommentsFollowTheirCharacterCode) {
   } cases[] = {
       {"ASCII", 0x9286, "ASCII\0\0\0"s + text + "\0junk"s, text, 8, false},
       {"ASCII up to the value's end", 0x9286, "ASCII\0\0\0"s + text, text, -1, false},
-      {"ASCII without text", 0x9286, "ASCII\0\0\0\0"s, "", 8, false},
       {"junk in the code", 0x9286, "ASCII\0xy"s + text + "\0"s, text, 8, false},
-      {"blanks in the code are no code", 0x9286, "ASCII   "s + text, "ASCII   " + text, -1, false},
       {"UNICODE little-endian", 0x9286, "UNICODE\0"s + "Z\0o\0\xEB\0\0\0"s, "Zo\xC3\xAB", -1, false},
-      {"UNICODE big-endian", 0x9286, "UNICODE\0"s + "\0Z\0o\0\xEB"s, "Zo\xC3\xAB", -1, false},
       {"JIS stays", 0x9286, "JIS\0\0\0\0\0"s + "\x1B$B<L\x1B(B"s, "\x1B$B<L\x1B(B", -1, false},
       {"no code", 0x9286, "\0\0\0\0\0\0\0\0a"s, "0 0 0 0 0 0 0 0 97", -1, false},
-      {"eight bytes", 0x9286, "ASCII\0\0\0"s, "ASCII", -1, false},
       {"blank", 0x9286, "\0\0\0\0\0\0\0\0    "s, "0 0 0 0 0 0 0 0 32 32 32 32", -1, true},
-      {"blank and short", 0x9286, "    "s, "    ", -1, true},
       {"title", 0x9C9B, "Z\0o\0\xEB\0\0\0x\0"s, "Zo\xC3\xAB", -1, false},
       {"subject, cut", 0x9C9F, "\x3D\xD8\xF7\xDC\x3D"s, "\xF0\x9F\x93\xB7", -1, false},
-      {"another tag", 0x9C9A, text, "", -1, false},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -446,14 +390,11 @@ TEST_F(Display, ImageResources) {
     std::string expected;
   } cases[] = {
       {info, &kVersion, "Cd"},
-      {"\0\0\0\1\1"s + names, &kVersion, "Cd"},
       {"\0\0\0\1\1"s + names.substr(0, names.size() - 1), &kVersion, "C"},
-      {info.substr(0, 9), &kVersion, ""},
       {"\0\0\0\1\1\xFF\xFF\xFF\xFF\0\0\0"s, &kVersion, ""},
       {"\0\0\0\1\1\0\0\0\4\0"s, &kVersion, ""},
       {"\0\x08\0\1"s, &kQuality, "12"},
       {"\xFF\xFC"s, &kQuality, "0"},
-      {"\xFF\x00"s, &kQuality, "-252"},
       {"\x08"s, &kQuality, ""},
   };
   for (const auto& c : cases) {
@@ -504,23 +445,17 @@ TEST_F(Display, ProfilesShowTheirDescription) {
       {"text", good, "sRGB"},
       {"text without its zero byte", Profile(TextTag(4, "sRGB")), "sRGB"},
       {"count beyond the tag", Profile(TextTag(0xFFFFFFFF, "sRGB")), "sRGB"},
-      {"text that is no ASCII", Profile(TextTag(6, "D\xFCnn\0"s)), "D\xC3\xBCnn"},
       {"American English first", Profile(localized), "American"},
-      {"any English", Profile(changed(localized, 40, "frFR")), "British"},
       {"the first language", Profile(changed(changed(localized, 40, "frFR"), 28, "itIT")), "Deutsch"},
       {"a text outside the tag is passed over", Profile(changed(localized, 48, "\x7F"s)), "British"},
       {"texts at the end of 32 bits", Profile(changed(localized, 44, "\0\0\0\2\xFF\xFF\xFF\xFF"s)), "British"},
-      {"too short", good.substr(0, 128), ""},
       {"no signature", changed(good, 36, "xcsp"), ""},
-      {"no tags", changed(good, 128, Be32(0)), ""},
       {"only the other tag counted", changed(good, 128, Be32(1)), ""},
       {"more tags than there are", changed(good, 128, Be32(0xFFFFFFFF)), "sRGB"},
       {"description beyond the end", changed(good, 148, Be32(157)), ""},
-      {"negative offset", changed(good, 148, Be32(0x80000000)), ""},
       {"size of 12", changed(good, 152, Be32(12)), ""},
       {"another type of tag", changed(good, 156, "text"), ""},
       {"no text", Profile(TextTag(0, "sRGB")), ""},
-      {"languages without texts", Profile("mluc\0\0\0\0"s + Be32(9) + Be32(12)), ""},
       {"a language table that stands still", Profile(changed(localized, 12, Be32(0))), ""},
   };
   for (const auto& c : cases) {
@@ -532,57 +467,9 @@ TEST_F(Display, ProfilesShowTheirDescription) {
     EXPECT_STREQ(text, c.expected.empty() ? nullptr : c.expected.c_str());
     LxFree(text);
   }
-  std::int32_t offset = 0, size = 0;
-  Item item(kLxTypeUndefined, good);
-  ASSERT_TRUE(LxFindIccDescription(item.record().value, item.record().valueLength, &offset, &size));
-  EXPECT_EQ(offset, 156);
-  EXPECT_EQ(size, 21);
-  EXPECT_TRUE(LxFindIccDescription(item.record().value, item.record().valueLength, nullptr, nullptr));
 }
 
-TEST_F(Display, WithoutMemoryOrValueTheDisplayTextStays) {
-  const std::string utf16 = "\xE9\0\0\0\0\0\0\0\0\0\0\0"s;
-  const struct {
-    std::uint16_t typeCode;
-    std::uint16_t tagId;
-    std::string bytes;
-    const LxDisplayDescriptor* descriptor;
-  } cases[] = {
-      {kLxTypeShort, 0, "\1\0"s, nullptr},
-      {kLxTypeUndefined, 0, "0220", nullptr},
-      {kLxTypeUndefined, 0, "text", nullptr},
-      {kLxTypeAscii, 0, "text", nullptr},
-      {kLxTypeAscii, 0, "M\xFCller", nullptr},
-      {kLxTypeShort, 0, "\1\0"s, &kNames},
-      {kLxTypeUndefined, 0, Profile(TextTag(4, "sRGB")), &kIcc},
-      {kLxTypeUndefined, 0, "\0\0\0\1\1\0\0\0\0\0\0\0\1\0A"s, &kVersion},
-      {kLxTypeUndefined, 0, "\0\1"s, &kQuality},
-      {kLxTypeShort, 0x829A, "\1\0"s, &kPhoto},
-      {kLxTypeRational, 0x0002, "\1\0\0\0\1\0\0\0"s, &kGps},
-      {kLxTypeShort, 0x0002, "\1\0\1\0"s, &kMaker},
-      {kLxTypeUndefined, 0x9286, "UNICODE\0"s + utf16, &kComment},
-      {kLxTypeUndefined, 0x9286, "ASCII\0\0\0text"s, &kComment},
-      {kLxTypeUndefined, 0x9C9B, utf16, &kComment},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(testing::Message() << "type " << c.typeCode << " tag " << c.tagId << " of "
-                                    << testing::PrintToString(c.bytes));
-    Item item(c.typeCode, c.bytes, c.tagId);
-    LxSetDisplayText(&item.record(), LxCopyText("before", 6), true);
-    {
-      const NoMemory noMemory;
-      EXPECT_EQ(item.Show(0, c.descriptor), "before");
-      EXPECT_TRUE(item.owns());
-    }
-    item.record().valueLength = 0;
-    EXPECT_EQ(item.Show(0, c.descriptor), "before");
-    item.record().valueLength = static_cast<std::int32_t>(c.bytes.size());
-    EXPECT_NE(item.Show(0, c.descriptor), "before");
-  }
-  EXPECT_EQ(LxFirstError(), kLxOutOfMemory);
-}
-
-TEST_F(Display, AnyBytesInAnyFormatGiveATextOfTheirOwnOrOneWithinTheValue) {
+TEST_F(Display, AnyBytesInAnyFormatGiveATextOfTheirOwnOrOneWithinTheValueAndWithoutMemoryTheFormerStays) {
   constexpr std::uint16_t kTags[] = {0x0002, 0x0004, 0x0006, 0x0007, 0x0084, 0x0E01, 0x829A, 0x829D,
                                      0x9201, 0x9202, 0x9203, 0x9206, 0x920A, 0x9286, 0x9C9B, 0x1234};
   constexpr std::string_view kStarts[] = {"", "ASCII\0\0\0"sv, "UNICODE\0"sv, "JIS\0\0\0\0\0"sv, "\0\0\0\1\1\0\0\0"sv};
@@ -610,7 +497,16 @@ TEST_F(Display, AnyBytesInAnyFormatGiveATextOfTheirOwnOrOneWithinTheValue) {
     SCOPED_TRACE(testing::Message() << "format " << descriptor.format << " type " << typeCode << " tag " << tagId
                                     << " of " << testing::PrintToString(bytes));
     Item item(typeCode, bytes, tagId, random() % 4 == 0 ? kLxHidden : 0);
-    const std::string text = item.Show(static_cast<int>(random() % 2), random() % 4 == 0 ? nullptr : &descriptor);
+    const int order = static_cast<int>(random() % 2);
+    const LxDisplayDescriptor* const format = random() % 4 == 0 ? nullptr : &descriptor;
+    LxSetDisplayText(&item.record(), LxCopyText("before", 6), true);
+    {
+      const FailingMemory none(1, Failing::kFromThenOn);
+      const std::string text = item.Show(order, format);
+      EXPECT_TRUE(text == "before" ? item.owns() : text.empty() || item.place() >= 0) << text;
+      EXPECT_TRUE(text == "before" || !bytes.empty());
+    }
+    const std::string text = item.Show(order, format);
     if (item.owns()) {
       EXPECT_EQ(item.place(), -1);
     } else {
@@ -618,6 +514,7 @@ TEST_F(Display, AnyBytesInAnyFormatGiveATextOfTheirOwnOrOneWithinTheValue) {
       EXPECT_TRUE(item.place() < 0 || static_cast<std::size_t>(item.place()) + text.size() < bytes.size());
     }
   }
+  EXPECT_EQ(LxFirstError(), kLxOutOfMemory);
 }
 
 }  // namespace

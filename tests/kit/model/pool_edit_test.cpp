@@ -119,14 +119,17 @@ const Put kPuts[] = {
     {"tiffh", "gps", "GPSStatus",
      "tiffh.IFDHeader{tiffh.IFD{tiff.GPSInfoIFD{gps.GPSStatus}}} tiffh.IFDHeader{tiffh.IFD}"},
     {"jpegh", "jpeg", "COM", "jpegh.SOI{jpeg.COM}"},
-    {"jpegh", "tiff", "Make", "jpegh.SOI{jpeg.APP1{tiffh.IFDHeader{tiffh.IFD{tiff.Make}}}}"},
     {"jpegh", "gps", "GPSStatus", "jpegh.SOI{jpeg.APP1{tiffh.IFDHeader{tiffh.IFD{tiff.GPSInfoIFD{gps.GPSStatus}}}}}"},
     {"jpegh", "iptc", "City", "jpegh.SOI{jpeg.APP13{ir.IptcNaa{iptc.City}}}"},
     {"jpegh", "jfif", "Data", "jpegh.SOI{jpeg.APP0{jfif.Data}}"},
     {"jpegh", "xmp", "XmpData", "jpegh.SOI{jpeg.APP1{xmp.XmpData}}"},
     {"jpegh", "icc", "Data", "jpegh.SOI{jpeg.APP2{tiffh.IFDHeader{tiffh.IFD{icc.Data}}}}"},
+    {"jpegh", "interop", "Version",
+     "jpegh.SOI{jpeg.APP1{tiffh.IFDHeader{tiffh.IFD{tiff.ExifOffset{"
+     "exif.InteroperabilityIFDPointer{interop.Version}}}}}}"},
+    {"psdh", "gps", "GPSStatus",
+     "psdh.PSDHeader{ir.ExifData1{tiffh.IFDHeader{tiffh.IFD{tiff.GPSInfoIFD{gps.GPSStatus}}}}}"},
     {"psdh", "ir", "URL", "psdh.PSDHeader{ir.URL}"},
-    {"psdh", "iptc", "City", "psdh.PSDHeader{ir.IptcNaa{iptc.City}}"},
     {"psdh", "exif", "Flash", "psdh.PSDHeader{ir.ExifData1{tiffh.IFDHeader{tiffh.IFD{tiff.ExifOffset{exif.Flash}}}}}"},
 };
 
@@ -329,13 +332,11 @@ TEST(Deleting, BlankTextsGoAndWithThemABlankComment) {
       Item("exif", "In", {ShownText("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0", 8)}),
       ShownText("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0  \0 ", 12),
       ShownText("exif", "UserComment", kLxTypeUndefined, "ASCII\0\0\0  x ", 12),
-      ShownText("tiff", "UserComment", kLxTypeUndefined, "        ", 8),
-      ShownText("exif", "MakerNote", kLxTypeUndefined, "        ", 8),
   }));
   LxDeleteBlankText(pool.get());
   EXPECT_EQ(pool.shape(),
             "-tiff.Artist tiff.Make -tiff.Model tiff.Copyright tiff.NotShown exif.In{-exif.UserComment} "
-            "-exif.UserComment exif.UserComment tiff.UserComment exif.MakerNote");
+            "-exif.UserComment exif.UserComment");
 }
 
 }  // namespace
