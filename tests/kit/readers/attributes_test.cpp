@@ -35,13 +35,10 @@ TEST(JpegAttributes, ComeFromTheFrameHeader) {
     LxColourModel model;
   } cases[] = {
       {"4:2:0", JpegBuilder().Sof(0xC0, 640, 480, {0x22, 0x11, 0x11}), 3, 16, 16, kLxColourRgb},
-      {"4:4:4", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11, 0x11}), 3, 8, 8, kLxColourRgb},
       {"4:2:2", JpegBuilder().Sof(0xC1, 640, 480, {0x21, 0x11, 0x11}), 3, 16, 8, kLxColourRgb},
       {"4:1:1", JpegBuilder().Sof(0xC2, 640, 480, {0x41, 0x22, 0x11}), 3, 32, 16, kLxColourRgb},
       {"a factor of 4 behind one of 2", JpegBuilder().Sof(0xC2, 640, 480, {0x22, 0x14, 0x11}), 3, 16, 32, kLxColourRgb},
-      {"gray", JpegBuilder().Sof(0xC0, 640, 480, {0x11}), 1, 8, 8, kLxColourGray},
       {"four", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11, 0x11, 0x11}), 4, 8, 8, kLxColourCmyk},
-      {"two", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11}), 2, 8, 8, kLxColourUnknown},
       {"more components than bytes", JpegBuilder().Segment(0xC0, Hex("08 01E0 0280 FF 012200")), 255, 16, 16,
        kLxColourUnknown},
       {"baseline before progressive", JpegBuilder().Sof2(10, 10).Sof(0xC0, 640, 480, {0x11}), 1, 8, 8, kLxColourGray},
@@ -63,7 +60,6 @@ TEST(JpegAttributes, ComeFromTheFrameHeader) {
 TEST(JpegAttributes, WithoutAFrameOrATableTheFileIsBad) {
   (void)Read(JpegBuilder().Comment("the control"));
   ExpectBadFormat(JpegBuilder().Sof(0xC3, 8, 8, {0x11}), "a lossless frame");
-  ExpectBadFormat(JpegBuilder().Dqt().Sos().Bare(), "no frame");
   ExpectBadFormat(JpegBuilder().Sof0().Sos().Bare(), "no table");
   ExpectBadFormat(JpegBuilder().Dqt().Sos().Sof0().Bare(), "a frame behind the scan");
   ExpectBadFormat(JpegBuilder().Segment(0xC0, Hex("08 01E0 0280")), "a cut frame");
@@ -81,17 +77,13 @@ TEST(JpegAttributes, QualityIsToldFromTheLuminanceTable) {
     const char* quality;
   } cases[] = {
       {"the last entry decides", JpegBuilder().Dqt(99, 7), "jpeg12"},
-      {"its next level", JpegBuilder().Dqt(99, 8), "jpeg11"},
       {"a last entry of 12 does not", JpegBuilder().Dqt(2, 12), "jpeg10"},
       {"the last that decides", JpegBuilder().Dqt(1, 63), "jpeg5"},
       {"else the first", JpegBuilder().Dqt(16, 64), "jpeg4"},
-      {"up to 31", JpegBuilder().Dqt(31, 255), "jpeg1"},
       {"from 32 on the lowest", JpegBuilder().Dqt(32, 64), "jpeg0"},
       {"level 6 with subsampling", JpegBuilder().Dqt(1, 39), "jpeg6"},
       {"without, one more", JpegBuilder().Dqt(1, 39).Sof(0xC0, 8, 8, k444), "jpeg7"},
-      {"other levels stay", JpegBuilder().Dqt(1, 31).Sof(0xC0, 8, 8, k444), "jpeg8"},
       {"16 bits", JpegBuilder().Dqt(1, 7, 0x10), "unk"},
-      {"chrominance only", JpegBuilder().Dqt(1, 7, 1), "unk"},
       {"luminance in a second segment", JpegBuilder().Dqt(1, 7, 1).Dqt(1, 7, 0), "unk"},
       {"luminance as second table", JpegBuilder().Segment(0xDB, Hex("01") + Filled(64, 3) + Filled(65, 0)), "jpeg12"},
       {"a table cut by one", JpegBuilder().Segment(0xDB, Filled(64, 0)), "unk"},
@@ -115,13 +107,13 @@ TEST(TiffAttributes, ComeFromTheFirstIfd) {
     EXPECT_EQ(pool->colourModel, kLxColourRgb);
     EXPECT_EQ(pool->compression, kLxCompressionLzw);
   }
-  const PoolPtr bare = Read(TiffBuilder(kBig).Ifd0({Short(0x0100, 640)}));
+  // A file with a bad first IFD, or with a header of which only the marks are good, is an empty one and no failure.
+  const PoolPtr bare = Read(Hex("49492A00 FFFFFF00 00000000 00000000"));
+  EXPECT_EQ(AllItems(*bare).size(), 1u);
   EXPECT_EQ(bare->samples, 1);
   EXPECT_EQ(bare->bits, 1);
   EXPECT_EQ(bare->compression, kLxCompressionNone);
   EXPECT_EQ(bare->colourModel, kLxColourUnknown);
-  // A file with a bad first IFD, or with a header of which only the marks are good, is an empty one and no failure.
-  EXPECT_EQ(AllItems(*Read(Hex("49492A00 FFFFFF00 00000000 00000000"))).size(), 1u);
 }
 
 // TIFF 6.0, sections 8, 16, 20, 21 and 23; section 3 and appendix A.
@@ -150,9 +142,9 @@ TEST(TiffAttributes, JpegInTiffTellsItsQuality) {
   } cases[] = {
       {"a table", {{0x0207, 4, 1, [table](Order o, std::uint32_t at) { return Put32(at, o) + table; }}}, "jpeg9"},
       {"none", {}, "jpeg0"},
+      {"an offset of two bytes", {Short(0x0207, 8)}, "jpeg0"},
       {"a table behind the file", {Long(0x0207, 100000)}, "jpeg0"},
       {"a table that the file cuts", {Long(0x0207, 30)}, "jpeg0"},
-      {"an offset of two bytes", {Short(0x0207, 8)}, "jpeg0"},
   };
   for (const auto& c : cases) {
     const PoolPtr pool = Read(TiffBuilder(kBig).Ifd0({Short(0x0103, 6)}).Ifd0(c.entries));
@@ -207,17 +199,16 @@ TEST(BmpAttributes, ComeFromEitherHeader) {
     std::int32_t height, samples, bits;
     const char *model, *compression;
   } cases[] = {
-      {"24 bits", windows(480, 24, 0), 480, 3, 8, "RGB", "none"},
+      {"16 bits", windows(480, 16, 0), 480, 3, 5, "RGB", "none"},
+      {"run length of 4 bits", windows(480, 4, 2), 480, 1, 4, "RGB", "pack"},
+      {"old, 24 bits", old(24), 480, 3, 8, "RGB", "none"},
       {"no bits of its own", windows(480, 0, 3), 480, 3, 8, "RGB", "none"},
       {"rows from the top", windows(0u - 480u, 24, 0), 480, 3, 8, "RGB", "none"},
       {"the lowest height", windows(0x80000000u, 24, 0), INT32_MIN, 3, 8, "RGB", "none"},
       {"run length", windows(480, 8, 1), 480, 1, 8, "RGB", "pack"},
-      {"run length of 4 bits", windows(480, 4, 2), 480, 1, 4, "RGB", "pack"},
-      {"16 bits", windows(480, 16, 0), 480, 3, 5, "RGB", "none"},
       {"32 bits", windows(480, 32, 0), 480, 4, 8, "RGB", "none"},
       {"other bits, other method", windows(480, 7, 4), 480, 0, 0, "unk", "unk"},
       {"old, 1 bit", old(1), 480, 1, 1, "RGB", "none"},
-      {"old, 24 bits", old(24), 480, 3, 8, "RGB", "none"},
       {"old, other bits", old(16), 480, 0, 0, "RGB", "none"},
   };
   for (const auto& c : cases) {

@@ -81,23 +81,15 @@ TEST(Dispatch, AThumbnailsItemCarriesItsBytesWhicheverTagComesFirst) {
 }
 
 TEST(Dispatch, AThumbnailBeyondTheFileHasALengthAndNoBytes) {
-  for (const std::uint32_t length : {5000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
-    // Length first: the pointer's own range has to be valid, which such a length as an offset is not.
-    const PoolPtr pool = ReadPool(TiffBuilder(kBig).Ifd0(
-        {{kThumbnailStart, 4, 1, [](Order o, std::uint32_t at) { return Put32(at, o) + SmallJpeg(); }},
-         Short(0x0112, 1)}));
-    ASSERT_EQ(AllItems(*pool, "jpegh", "SOI").size(), 1u);
-    LxParseContext context;
-    LxInitParseContext(&context, pool->blocks->fileSize);
-    LxMetadataItem item = *AllItems(*pool, "jpegh", "SOI")[0];
-    context.pendingThumbnailStart = 8;
-    context.pendingThumbnailLength = length;
-    context.pendingThumbnailItem = &item;
-    LxJoinPendingThumbnail(pool->blocks, &context);
-    EXPECT_EQ(item.value, nullptr) << length;
-    EXPECT_GT(item.valueLength, 0) << length;
-    EXPECT_EQ(context.pendingThumbnailItem, nullptr) << length;
-  }
+  const TiffEntry start = {kThumbnailStart, 4, 1, [](Order o, std::uint32_t at) { return Put32(at, o) + SmallJpeg(); }};
+  const auto file = [&](std::size_t length) {
+    return TiffBuilder(kBig).Ifd0({start, Long(kThumbnailLength, static_cast<std::int64_t>(length))}).Build();
+  };
+  const std::size_t length = file(0).size() - 4;  // Below the file's size: a pointer that leads nowhere is not heeded.
+  const PoolPtr pool = ReadPool(file(length));
+  ASSERT_EQ(AllItems(*pool, "jpegh", "SOI").size(), 1u);
+  EXPECT_EQ(AllItems(*pool, "jpegh", "SOI")[0]->value, nullptr);
+  EXPECT_GT(AllItems(*pool, "jpegh", "SOI")[0]->valueLength, 0);
 }
 
 TEST(Dispatch, WhatLeadsNowhereIsDeletedOnlyWhereItIsAnIfdPointer) {
@@ -110,10 +102,6 @@ TEST(Dispatch, WhatLeadsNowhereIsDeletedOnlyWhereItIsAnIfdPointer) {
               "tiff GPSInfoIFD long 16776960 (deleted)\n"
               "tiff IptcNaa undef no datasets\n"
               "tiff Orientation short 1\n");
-    EXPECT_EQ(Find(*pool, "tiff", "ExifOffset"), nullptr);
-    EXPECT_EQ(Find(*pool, "tiff", "GPSInfoIFD"), nullptr);
-    EXPECT_NE(Find(*pool, "tiff", "IptcNaa"), nullptr);
-    EXPECT_NE(Find(*pool, "tiff", "Orientation"), nullptr);
   }
 }
 

@@ -44,27 +44,23 @@ Bytes Thumbnail() {
 
 TEST(ImageResources, NamesAndDataOfEveryParityArePaddedToEvenLengths) {
   for (const Container& container : kContainers) {
-    for (const std::size_t nameLength : {0u, 1u, 2u, 3u, 254u, 255u}) {
-      for (const std::size_t dataLength : {0u, 1u, 2u, 7u, 5000u}) {
+    for (const std::size_t nameLength : {0u, 1u, 2u, 254u, 255u}) {
+      for (const std::size_t dataLength : {0u, 1u, 2u, 5000u}) {
         SCOPED_TRACE(std::string(container.name) + " " + std::to_string(nameLength) + " " + std::to_string(dataLength));
         const Bytes data = Filled(dataLength, 'd');
-        const PoolPtr pool = ParsePool(container.around(ResourceBuilder()
-                                                            .Block(0x0FA0, data, std::string(nameLength, 'n'))
-                                                            .Block(0x040B, Text("http://a.b/"))
-                                                            .Raw(Filled(1))));
+        const Bytes blocks =
+            ResourceBuilder().Block(0x0FA0, data, std::string(nameLength, 'n')).Block(0x040B, Text("http://a.b/"));
+        const PoolPtr pool = ParsePool(container.around(blocks + Filled(1)));
         EXPECT_TRUE(IsWellFormed(*pool));
         const auto items = AllItems(*pool, "ir");
         ASSERT_GE(items.size(), 2u);
         const LxMetadataItem& unknown = *items[items.size() - 2];
         EXPECT_STREQ(unknown.name, " 0fa0");
-        EXPECT_EQ(unknown.typeCode, kLxTypeUndefined);
         EXPECT_EQ(ValueOf(unknown), data);
         EXPECT_EQ(unknown.flags & (kLxBigEndianValue | kLxOwnsName), kLxBigEndianValue | kLxOwnsName);
-        const LxMetadataItem& url = *items.back();
-        EXPECT_STREQ(url.name, "URL");
-        EXPECT_EQ(url.typeCode, kLxTypeAscii);
-        EXPECT_STREQ(url.displayText, "http://a.b/");
-        EXPECT_EQ(url.flags & kLxBigEndianValue, kLxBigEndianValue);
+        EXPECT_STREQ(items.back()->name, "URL");
+        EXPECT_STREQ(items.back()->displayText, "http://a.b/");
+        EXPECT_EQ(items.back()->flags & kLxBigEndianValue, kLxBigEndianValue);
       }
     }
   }
@@ -73,7 +69,7 @@ TEST(ImageResources, NamesAndDataOfEveryParityArePaddedToEvenLengths) {
 TEST(ImageResources, ABlockIsReadWhileMoreThanTwelveBytesAreLeft) {
   const Bytes blocks = ResourceBuilder().Block(0x040A, {1}).Block(0x0FA0, {});
   for (const Container& container : kContainers) {
-    EXPECT_EQ(Resources(container.around(blocks)).find(" 0fa0"), std::string::npos) << container.name;
+    EXPECT_EQ(Resources(container.around(blocks)), "ir CopyrightFlag undef 1\n") << container.name;
     EXPECT_NE(Resources(container.around(blocks + Filled(1))).find(" 0fa0"), std::string::npos) << container.name;
   }
 }
@@ -158,11 +154,8 @@ TEST(ImageResources, ABlockWithoutWhatItShouldHoldIsDeleted) {
     Bytes bad;
   } cases[] = {
       {"datasets", 0x0404, IptcBuilder().Add(25, "x"), IptcBuilder().Raw({0x1D}).Add(25, "x")},
-      {"datasets of another record", 0x0404, IptcBuilder().Add(25, "x"), IptcBuilder().DataSet(3, 25, Text("x"))},
       {"a TIFF header", 0x0422, exif, WithByte(exif, 1, 'I')},
-      {"a second TIFF header", 0x0423, exif, WithByte(exif, 3, 43)},
       {"a JPEG stream", 0x040C, Filled(28) + Thumbnail(), Filled(27) + Thumbnail()},
-      {"a JPEG stream of the old kind", 0x0409, Filled(28) + Thumbnail(), Filled(29) + Thumbnail()},
       {"a thumbnail's header", 0x040C, Filled(28) + Thumbnail(), Filled(27)},
   };
   for (const auto& c : cases) {
@@ -182,56 +175,34 @@ TEST(ImageResources, ABlockWithoutWhatItShouldHoldIsDeleted) {
   }
 }
 
-TEST(ImageResources, AThumbnailOfExifInAResourceIsJoinedInEitherTagOrder) {
+// A resource's own thumbnail has no length tag; it waits for one, until another stream takes its place.
+TEST(ImageResources, AThumbnailOfExifInAResourceHasItsBytesAndTheResourcesOwnNone) {
   const Bytes jpeg = Thumbnail();
-  const TiffEntry start = {0x0201, 4, 1, [&](Order o, std::uint32_t at) { return Put32(at, o) + jpeg; }};
-  const TiffEntry length = Long(0x0202, static_cast<std::int64_t>(jpeg.size()));
-  const auto ofLast = [](const Bytes& blocks) {
-    const PoolPtr pool = ParsePool(InPsd(blocks));
+  const Bytes exif = TiffBuilder(kBig).Ifd0({Short(0x0112, 1)}).Thumbnail(jpeg);
+  const struct {
+    Bytes blocks, last;
+  } cases[] = {{ResourceBuilder().Exif(exif), jpeg},
+               {ResourceBuilder().Thumbnail(jpeg), Hex("FFD8")},
+               {ResourceBuilder().Thumbnail(jpeg).Exif(exif), jpeg}};
+  for (const auto& c : cases) {
+    const PoolPtr pool = ParsePool(InPsd(c.blocks));
     EXPECT_TRUE(IsWellFormed(*pool));
-    const auto streams = AllItems(*pool, "jpegh", "SOI");
-    return streams.empty() ? Bytes() : ValueOf(*streams.back());
-  };
-  for (const Order order : {kLittle, kBig}) {
-    const Bytes startFirst = TiffBuilder(order).Ifd0({Short(0x0112, 1)}).Ifd1({start, length});
-    const Bytes lengthFirst = TiffBuilder(order).Ifd0({Short(0x0112, 1)}).Ifd1({length, start});
-    EXPECT_EQ(ofLast(ResourceBuilder().Exif(startFirst)), jpeg);
-    EXPECT_EQ(ofLast(ResourceBuilder().Exif(lengthFirst)), jpeg);
-    // A resource's own thumbnail has no length tag; it waits for one, until another stream takes its place.
-    EXPECT_EQ(ofLast(ResourceBuilder().Thumbnail(jpeg)), Hex("FFD8"));
-    EXPECT_EQ(ofLast(ResourceBuilder().Thumbnail(jpeg).Exif(startFirst)), jpeg);
-  }
-}
-
-TEST(ImageResources, AShortTiffValueIsTheOffsetOfBlocks) {
-  for (const Order order : {kLittle, kBig}) {
-    const Bytes blocks = ResourceBuilder().Block(0x040A, {1}).Iptc(IptcBuilder().Add(25, "x")).Raw(Filled(1));
-    const TiffEntry pointer = {0x8649, 4, 1, [&](Order o, std::uint32_t at) { return Put32(at, o) + blocks; }};
-    const PoolPtr pool = ParsePool(TiffBuilder(order).Ifd0({pointer}));
-    EXPECT_NE(Find(*pool, "ir", "CopyrightFlag"), nullptr);
-    EXPECT_NE(Find(*pool, "iptc", "Keywords"), nullptr);
+    EXPECT_EQ(ValueOf(*AllItems(*pool, "jpegh", "SOI").back()), c.last);
   }
 }
 
 TEST(ImageResources, NestingEndsAtTheLastLevelThatWalksReach) {
-  // Exif in a resource in a TIFF tag in Exif ...: four levels a turn.
-  for (const Order order : {kLittle, kBig}) {
-    std::size_t former = 0;
-    for (int turns = 1; turns <= 40; ++turns) {
-      Bytes tiff = TiffBuilder(order).Ifd0({Short(0x0112, 1)});
-      for (int i = 0; i < turns; ++i) {
-        tiff = TiffBuilder(order).Ifd0({Undef(0x8649, ResourceBuilder().Exif(tiff)), Short(0x0128, 2)});
-      }
-      const PoolPtr pool = ParsePool(tiff);
-      ASSERT_TRUE(IsWellFormed(*pool)) << turns;
-      const std::size_t levels = AllItems(*pool, "ir", "ExifData1").size();
-      EXPECT_EQ(levels, static_cast<std::size_t>(std::min(turns, 7))) << turns;
-      EXPECT_GE(levels, former);
-      former = levels;
-      // Behind the bound the walk goes on where it can.
-      EXPECT_EQ(AllItems(*pool, "tiff", "ResolutionUnit").size(), static_cast<std::size_t>(std::min(turns, 7)))
-          << turns;
+  // Exif in a resource in a TIFF tag in Exif ...: four levels a turn. Behind the bound the walk goes on where it can.
+  for (const int turns : {6, 7, 8, 40}) {
+    Bytes tiff = TiffBuilder(kBig).Ifd0({Short(0x0112, 1)});
+    for (int i = 0; i < turns; ++i) {
+      tiff = TiffBuilder(kBig).Ifd0({Undef(0x8649, ResourceBuilder().Exif(tiff)), Short(0x0128, 2)});
     }
+    const PoolPtr pool = ParsePool(tiff);
+    ASSERT_TRUE(IsWellFormed(*pool)) << turns;
+    const auto reached = static_cast<std::size_t>(std::min(turns, 7));
+    EXPECT_EQ(AllItems(*pool, "ir", "ExifData1").size(), reached) << turns;
+    EXPECT_EQ(AllItems(*pool, "tiff", "ResolutionUnit").size(), reached) << turns;
   }
 }
 

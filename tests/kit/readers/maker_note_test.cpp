@@ -97,10 +97,6 @@ TEST(MakerNote, ASignatureOfUpTo23BytesIsPassedOver) {
     const char* first;
   } cases[] = {
       {"OLYMPUS OPTICAL CO.,LTD", "olymp", Text("OLYMP") + Hex("00 01 00"), "SpecialMode"},
-      {"SIGMA", "sigma", Text("SIGMA") + Hex("00 00 00 01 00"), " 0200"},
-      {"Foveon", "foveon", Text("FOVEON") + Hex("00 00 01 00"), " 0200"},
-      {"Minolta Co., Ltd.", "minolta", {}, " 0200"},
-      {"Panasonic", "generic", Text("Panasonic") + Hex("00 00 00"), " 0200"},
       {"Some maker", "generic", Text("twenty-two characters!") + Hex("00"), " 0200"},
   };
   const TiffEntries entries = {Long(0x0200, {1, 2, 3}), Ascii(0x0F07, "a text"), Short(0x0F08, 7)};
@@ -153,12 +149,6 @@ TEST(MakerNote, ATiffHeaderOfItsOwnGivesOrderAndOrigin) {
           ParsePool(Photo(kBig, "Some maker", "model", NoteOfOwnOrigin(order, prefix, SomeEntries(), at)));
       EXPECT_EQ(Entries(*pool), at < 24 ? kSomeEntries : "") << at;
     }
-    // An IFD that has a header as its last value: the header is preferred.
-    const Bytes ifd = EncodeIfd(order, {Short(1, 1), Undef(2, Truncated(TiffHeader(order), 4))}, 0, 8);
-    const PoolPtr both =
-        ParsePool(Photo(order, "Some maker", "model", Undef(kMakerNote, ifd + EncodeIfd(order, SomeEntries(), 8))));
-    EXPECT_EQ(Entries(*both), kSomeEntries);
-    EXPECT_EQ(HeaderOf(*both), Truncated(ifd, 22));
   }
 }
 
@@ -188,39 +178,46 @@ TEST(MakerNote, OffsetsCountFromWhereTheirValuesMakeSense) {
   }
 }
 
-TEST(MakerNote, OffsetsStayAsTheyAreUnlessAShiftMakesMoreSense) {
-  // One opaque value with a gap before it: under the shift it would stand in the gap, and any bytes below 127 make
-  // equal sense.
-  const auto note = [](const Bytes& gap, const Bytes& value) {
-    const auto make = [=](Order order, std::uint32_t at) {
-      return Truncated(EncodeIfd(order, {Short(0x0001, 1), Undef(0x0002, value)}, at + 8), 30) + gap + value;
-    };
-    return TiffEntry{kMakerNote, 7, static_cast<std::uint32_t>(make(kBig, 0).size()), make};
+// The value read of a note with two values for its one long entry: `behind` stands right behind the IFD, as under the
+// shift that the search tries; `named` where the entry's offset says.
+Bytes ValueOfTwo(Order order, const TiffEntry& behind, const TiffEntry& named) {
+  const Bytes first = behind.value(order, 0), second = named.value(order, 0);
+  EXPECT_EQ(first.size(), second.size());
+  const auto size = static_cast<std::uint32_t>(first.size());
+  const auto make = [&](Order o, std::uint32_t at) {
+    const TiffEntry entry = {2, behind.type, behind.count, [&](Order, std::uint32_t) { return first; }};
+    return Truncated(EncodeIfd(o, {Short(1, 1), entry}, at + size), 30) + first + second;
   };
-  const auto valueOf = [](const TiffEntry& entry, Order order) {
-    return ValueOf(*Find(*ParsePool(Photo(order, "Some maker", "model", entry)), "generic", " 0002"));
+  const PoolPtr pool = ParsePool(Photo(order, "Some maker", "model", {kMakerNote, 7, 30 + 2 * size, make}));
+  const LxMetadataItem* item = Find(*pool, "generic", " 0002");
+  return item != nullptr ? ValueOf(*item) : Bytes();
+}
+
+TEST(MakerNote, OffsetsStayAsTheyAreUnlessAShiftMakesMoreSense) {
+  // Of opaque values, any bytes below 127 make equal sense. What counts is how many do: all, all but one, half, fewer.
+  const struct {
+    const char *behind, *named;
+    bool shifted;
+  } cases[] = {
+      {"01 01 01 01 01 01 01 01", "02 02 02 02 02 02 02 02", false},  // Equal.
+      {"F0 F0 F0 F0 F0 F0 F0 F0", "02 02 02 02 02 02 02 02", false},
+      {"01 01 01 01 01 01 01 01", "F0 F0 F0 F0 F0 F0 F0 F0", true},
+      {"01 01 01 01 01 01 01 01", "F0 02 02 02 02 02 02 02", true},
+      {"F0 01 01 01 01 01 01 01", "F0 F0 02 02 02 02 02 02", true},
+      {"F0 F0 F0 F0 01 01 01 01", "F0 F0 02 02 02 02 02 02", false},  // Equal again.
+      {"F0 F0 F0 F0 01 01 01 01", "F0 F0 F0 F0 F0 02 02 02", true},
   };
   for (const Order order : {kLittle, kBig}) {
-    const Bytes value = Text("VALUE OF"), odd = Filled(8, 0xF0);
-    EXPECT_EQ(valueOf(note(Text("THE GAP "), value), order), value);           // Equal.
-    EXPECT_EQ(valueOf(note(odd, value), order), value);                        // Less.
-    EXPECT_EQ(valueOf(note(Text("THE GAP "), odd), order), Text("THE GAP "));  // More.
-    // What counts is how many elements make sense: all, all but one, half, fewer.
-    EXPECT_EQ(valueOf(note(Text("THE GAP "), Hex("F0 01 01 01 01 01 01 01")), order), Text("THE GAP "));
-    EXPECT_EQ(valueOf(note(Hex("F0 02 02 02 02 02 02 02"), Hex("F0 F0 01 01 01 01 01 01")), order),
-              Hex("F0 02 02 02 02 02 02 02"));
-    EXPECT_EQ(valueOf(note(Hex("F0 F0 F0 F0 02 02 02 02"), Hex("F0 F0 01 01 01 01 01 01")), order),
-              Hex("F0 F0 01 01 01 01 01 01"));
-    EXPECT_EQ(valueOf(note(Hex("F0 F0 F0 F0 02 02 02 02"), Hex("F0 F0 F0 F0 F0 01 01 01")), order),
-              Hex("F0 F0 F0 F0 02 02 02 02"));
+    for (const auto& c : cases) {
+      EXPECT_EQ(ValueOfTwo(order, Undef(2, Hex(c.behind)), Undef(2, Hex(c.named))), Hex(c.shifted ? c.behind : c.named))
+          << c.behind << ", " << c.named;
+    }
     // Without any value out of line there is nothing to shift.
     EXPECT_EQ(Entries(*ParsePool(Photo(order, "Some maker", "model", Note(order, {}, {Short(1, 2), Long(2, 70000)})))),
               "generic  0001 short 2\ngeneric  0002 long 70000\n");
   }
 }
 
-// How plausible elements look, type by type: the shift is taken only when the value right behind the IFD scores higher
-// than the one that its offset names.
 TEST(MakerNote, EachTypeHasItsOwnPlausibility) {
   const struct {
     const char* what;
@@ -243,21 +240,9 @@ TEST(MakerNote, EachTypeHasItsOwnPlausibility) {
   };
   for (const auto& c : cases) {
     for (const Order order : {kLittle, kBig}) {
-      for (const bool shifted : {true, false}) {
-        SCOPED_TRACE(std::string(c.what) + (order == kBig ? " MM" : " II") + (shifted ? " behind" : " as named"));
-        const TiffEntry& behind = shifted ? c.sense : c.nonsense;
-        const TiffEntry& named = shifted ? c.nonsense : c.sense;
-        const Bytes first = behind.value(order, 0), second = named.value(order, 0);
-        ASSERT_EQ(first.size(), second.size());
-        const auto size = static_cast<std::uint32_t>(first.size());
-        const auto make = [&](Order o, std::uint32_t at) {
-          const TiffEntry entry = {2, behind.type, behind.count, [&](Order, std::uint32_t) { return first; }};
-          return Truncated(EncodeIfd(o, {Short(1, 1), entry}, at + size), 30) + first + second;
-        };
-        const PoolPtr pool = ParsePool(Photo(order, "Some maker", "model", {kMakerNote, 7, 30 + 2 * size, make}));
-        ASSERT_NE(Find(*pool, "generic", " 0002"), nullptr);
-        EXPECT_EQ(ValueOf(*Find(*pool, "generic", " 0002")), shifted ? first : second);
-      }
+      SCOPED_TRACE(std::string(c.what) + (order == kBig ? " MM" : " II"));
+      EXPECT_EQ(ValueOfTwo(order, c.sense, c.nonsense), c.sense.value(order, 0));
+      EXPECT_EQ(ValueOfTwo(order, c.nonsense, c.sense), c.sense.value(order, 0));
     }
   }
 }
@@ -278,25 +263,17 @@ TEST(MakerNote, WhatIsNoPlausibleIfdIsLeftAlone) {
       const char* found;     // The item below the note's header item.
     } cases[] = {
         {"two entries", ifd, 26, "IFD"},  // The next IFD's offset is not looked for.
-        {"a byte less", ifd, 25, ""},
         {"the last type", with(ifd, 16, Put16(14, order)), 30, "IFD"},
         {"a type too high", with(ifd, 16, Put16(15, order)), 30, ""},
-        {"no type", with(ifd, 16, Put16(0, order)), 30, ""},
-        {"the highest count", with(ifd, 18, Put32(65535, order)), 30, "IFD"},
         {"a count too high", with(ifd, 18, Put32(65536, order)), 30, ""},
         {"one entry", with(ifd, 0, Put16(1, order)), 30, ""},
-        {"three entries", with(ifd, 0, Put16(3, order)), 30, ""},
-        {"zeros", Filled(64), 64, ""},
-        {"255 entries", EncodeIfd(order, entries(255), 0), 255 * 12 + 2, "IFD"},
         {"256 entries", EncodeIfd(order, entries(256), 0), 256 * 12 + 2, ""},
         {"a header", own, 48 + 26, "IFDHeader"},
-        {"the shortest header", TiffHeader(order) + ifd, 8 + 26, "IFDHeader"},
         {"a header, a byte less", own, 48 + 25, ""},
         {"a header, its IFD behind the note", own + Filled(4000), 46, ""},
         {"a header of no order", with(own, 0, Text(order == kBig ? "IM" : "MI")), 78, ""},
         {"a header of another number", with(own, 2, Put16(43, order)), 78, ""},
         {"an odd offset", TiffHeader(order, 49) + Filled(41) + ifd, 79, ""},
-        {"an offset elsewhere", with(own, 4, Put32(46, order)), 78, ""},
         {"an offset far away", with(own, 4, Put32(0x7FFFFFFE, order)), 78, ""},
         {"an offset that wraps", with(own, 4, Put32(0xFFFFFFF8, order)), 78, ""},
     };
@@ -316,38 +293,24 @@ TEST(MakerNote, WhatIsNoPlausibleIfdIsLeftAlone) {
 
 TEST(MakerNote, TheDictionaryIsChosenByMakeAndModelAsTheyAreWritten) {
   const struct {
-    const char* make;
-    const char* model;
-    const char* nameSpace;  // Of the entries.
-    const char* name;       // Of tag 0x0002.
+    const char *make, *model;
+    const char *nameSpace, *name;  // Of the entries, and of tag 0x0002.
   } cases[] = {
       {"Nikon", "E990", "nikon", "ISOSetting"},
-      {"Nikon", "E700", "nikon", "ISOSetting"},
       {"NIKON CORPORATION", "NIKON D1X", "nikon", "ISOSetting"},
       {"NIKON CORPORATION", "NIKON D100 ", "nikon", "ISOSetting"},
       {"NIKON CORPORATION", "NIKON D100", "nikon", " 0002"},
-      {"NIKON CORPORATION", "NIKON D1X ", "nikon", " 0002"},
-      {"NIKON", "E990", "generic", " 0002"},
       {"nikon", "E990", "generic", " 0002"},
-      {"NIKON CORPORATION ", "NIKON D1X", "generic", " 0002"},
       {"Canon", "Canon PowerShot S300", "canon", " 0002"},
-      {"Canon", "Canon EOS-1DS", "generic", " 0002"},
       {"Canon", "Canon EOS-1Ds", "canon", " 0002"},
-      {"CANON", "Canon EOS-1Ds", "generic", " 0002"},
       {"FUJIFILM", "any model", "fuji", " 0002"},
       {"OLYMPUS OPTICAL CO.,LTD", "any model", "olymp", " 0002"},
-      {"OLYMPUS CORPORATION", "any model", "generic", " 0002"},
       {"SIGMA", "SIGMA SD10", "sigma", "CameraSerialNumber"},
-      {"SIGMA", "any model", "sigma", "CameraSerialNumber"},
-      {"FOVEON", "any model", "foveon", "CameraSerialNumber"},
       {"Foveon", "any model", "foveon", "CameraSerialNumber"},
       {"Minolta Co., Ltd.", "any model", "minolta", " 0002"},
-      {"KONICA MINOLTA ", "any model", "generic", " 0002"},
       {"PENTAX Corporation ", "PENTAX Optio S ", "pentax", "ThumbnailWH"},
       {"PENTAX Corporation ", "PENTAX Optio S", "generic", " 0002"},
-      {"PENTAX Corporation", "PENTAX Optio S ", "generic", " 0002"},
       {"SONY", "", "generic", " 0002"},
-      {"any maker", "any model", "generic", " 0002"},
   };
   for (const auto& c : cases) {
     for (const Order order : {kLittle, kBig}) {
@@ -392,33 +355,24 @@ TEST(MakerNote, WithoutMakeAndModelBeforeItANoteIsNotRead) {
   }
 }
 
-TEST(MakerNote, ThumbnailsAreJoinedInEitherTagOrder) {
+TEST(MakerNote, ThumbnailsAreThePicturesThatTwoTagsDescribe) {
   const Bytes jpeg = JpegBuilder().Comment("small").Sos().Eoi().Bare();
   const struct {
-    const char* make;
-    const char* model;
-    const char* nameSpace;
-    const char* name;
-    std::uint16_t start;
-    std::uint16_t length;
+    const char *make, *model, *nameSpace, *name;
+    std::uint16_t start, length;
   } cases[] = {{"PENTAX Corporation ", "PENTAX Optio S ", "pentax", "Thumbnail", 0x0004, 0x0003},
                {"Minolta Co., Ltd.", "DiMAGE", "minolta", "ThumbnailOffset", 0x0088, 0x0089}};
   for (const auto& c : cases) {
     for (const Order order : {kLittle, kBig}) {
-      for (const bool lengthFirst : {false, true}) {
-        SCOPED_TRACE(std::string(c.nameSpace) + (order == kBig ? " MM" : " II"));
-        const TiffEntry start = {c.start, 4, 1, [&](Order o, std::uint32_t at) { return Put32(at, o) + jpeg; }};
-        const TiffEntry length = Long(c.length, static_cast<std::int64_t>(jpeg.size()));
-        const TiffEntries entries = lengthFirst ? TiffEntries{length, start} : TiffEntries{start, length};
-        const PoolPtr pool = ParsePool(Photo(order, c.make, c.model, Note(order, {}, entries)));
-        EXPECT_TRUE(IsWellFormed(*pool));
-        const LxMetadataItem* entry = Find(*pool, c.nameSpace, c.name);
-        ASSERT_NE(entry, nullptr);
-        ASSERT_NE(entry->firstChild, nullptr);
-        EXPECT_STREQ(entry->firstChild->nameSpace, "jpegh");
-        EXPECT_EQ(ValueOf(*entry->firstChild), jpeg);
-        EXPECT_STREQ(Find(*pool, "jpegt", "COM")->displayText, "small");
-      }
+      SCOPED_TRACE(std::string(c.nameSpace) + (order == kBig ? " MM" : " II"));
+      const TiffEntry start = {c.start, 4, 1, [&](Order o, std::uint32_t at) { return Put32(at, o) + jpeg; }};
+      const TiffEntry length = Long(c.length, static_cast<std::int64_t>(jpeg.size()));
+      const PoolPtr pool = ParsePool(Photo(order, c.make, c.model, Note(order, {}, {start, length})));
+      EXPECT_TRUE(IsWellFormed(*pool));
+      const LxMetadataItem* entry = Find(*pool, c.nameSpace, c.name);
+      ASSERT_TRUE(entry != nullptr && entry->firstChild != nullptr);
+      EXPECT_EQ(ValueOf(*entry->firstChild), jpeg);
+      EXPECT_STREQ(Find(*pool, "jpegt", "COM")->displayText, "small");
       // No stream there: of the pointer that the dictionary takes for one to an IFD, nothing is left to see.
       const PoolPtr bad =
           ParsePool(Photo(order, c.make, c.model, Note(order, {}, {Long(c.start, 2), Long(c.length, 40)})));
@@ -427,67 +381,42 @@ TEST(MakerNote, ThumbnailsAreJoinedInEitherTagOrder) {
   }
 }
 
-TEST(MakerNote, AThumbnailIfdIsClosedAndRotationTurnsThePicture) {
-  Bytes rotation = Filled(1371);
-  rotation[1369] = 90;
+TEST(MakerNote, AThumbnailIfdIsClosedUnlessItIsNone) {
   const Bytes prefix = Text("Nikon") + Hex("00 02 10 00 00");
-  for (const char* model : {"NIKON D1X", "NIKON D100 "}) {
-    const bool bare = std::string(model) == "NIKON D1X";
+  for (const bool bare : {true, false}) {
     for (const Order order : {kLittle, kBig}) {
-      SCOPED_TRACE(std::string(model) + (order == kBig ? " MM" : " II"));
-      const TiffEntries entries = {SubIfd(0x0011, {Short(0x0103, 6), Short(0x0112, 1)}),
-                                   Ratl(0x0084, {18, 1, 55, 1, 35, 10, 56, 10}), Undef(0x0E01, rotation)};
-      const auto photo = [&](const TiffEntries& of) {
-        return Photo(order, "NIKON CORPORATION", model,
-                     bare ? Note(order, {}, of) : NoteOfOwnOrigin(order, prefix + TiffHeader(order), of, 10));
+      SCOPED_TRACE(std::string(bare ? "bare" : "header") + (order == kBig ? " MM" : " II"));
+      const auto read = [&](const TiffEntry& thumbnail) {
+        const TiffEntries entries = {Short(0x0002, {0, 200}), thumbnail};
+        const TiffEntry note =
+            bare ? Note(order, {}, entries) : NoteOfOwnOrigin(order, prefix + TiffHeader(order), entries, 10);
+        PoolPtr pool = ParsePool(Photo(order, "NIKON CORPORATION", bare ? "NIKON D1X" : "NIKON D100 ", note));
+        EXPECT_TRUE(IsWellFormed(*pool));
+        EXPECT_STREQ(Find(*pool, "nikon", "ISOSetting")->displayText, "200");
+        return pool;
       };
-      const PoolPtr pool = ParsePool(photo(entries));
-      EXPECT_TRUE(IsWellFormed(*pool));
+      const PoolPtr pool = read(SubIfd(0x0011, {Short(0x0103, 6), Short(0x0112, 1)}));
       const LxMetadataItem* thumbnail = Find(*pool, "nikon", "ThumbSubIFD");
-      ASSERT_NE(thumbnail, nullptr);
+      ASSERT_TRUE(thumbnail != nullptr && thumbnail->firstChild != nullptr);
       EXPECT_EQ(thumbnail->flags & kLxClosed, kLxClosed);
-      ASSERT_NE(thumbnail->firstChild, nullptr);
       EXPECT_STREQ(thumbnail->firstChild->name, "Compression");
       EXPECT_EQ(Find(*pool, "tiff", "Compression"), nullptr);  // Searches do not enter it.
-      EXPECT_STREQ(Find(*pool, "nikon", "LensInfo")->displayText, "18-55mm f3.5-5.6");
-      EXPECT_STREQ(Find(*pool, "nikon", "NikonRotate")->displayText, "90");
-      EXPECT_EQ(pool->orientation, kLxRot270Cw);
-      EXPECT_STREQ(Find(*pool, "tiff", "Orientation")->displayText, "8");
-
-      // A thumbnail that is the note's own IFD, or no IFD, is none.
-      const auto pointsTo = [&](std::uint32_t offset) {
-        const PoolPtr bent = ParsePool(photo({Raw(0x0011, 4, 1, offset), Short(0x0002, {0, 200})}));
-        EXPECT_TRUE(IsWellFormed(*bent));
-        EXPECT_STREQ(Find(*bent, "nikon", "ISOSetting")->displayText, "200");
-        return Find(*bent, "nikon", "ThumbSubIFD") != nullptr;
-      };
-      if (!bare) {
-        EXPECT_FALSE(pointsTo(8));
+      for (const std::uint32_t offset : {0xFFFFFF00u, 0x7FFFFFFFu, 8u}) {
+        if (offset == 8 && bare) continue;  // Behind a header, the note's own IFD.
+        EXPECT_EQ(Find(*read(Raw(0x0011, 4, 1, offset)), "nikon", "ThumbSubIFD"), nullptr) << offset;
       }
-      EXPECT_FALSE(pointsTo(0xFFFFFF00));
-      EXPECT_FALSE(pointsTo(0x7FFFFFFF));
     }
   }
 }
 
 TEST(MakerNote, AChainOfIfdsIsReadToTheEighth) {
   for (const Order order : {kLittle, kBig}) {
-    // Twelve IFDs, each right behind the one before; offsets count from the note, which has no value out of line.
-    Bytes note;
-    for (std::uint16_t i = 0; i < 12; ++i) {
-      note += EncodeIfd(order, {Short(i, 1), Short(0x7000, 2)}, 0, 0);
-    }
-    const TiffEntry chain = {kMakerNote, 7, static_cast<std::uint32_t>(note.size()), [&](Order o, std::uint32_t at) {
-                               Bytes out = note;
-                               for (std::uint32_t i = 0; i < 11; ++i)
-                                 out = WithBytes(out, 30 * i + 26, Put32(at + 30 * (i + 1), o));
-                               return out;
+    const TiffEntry chain = {kMakerNote, 7, 30, [](Order o, std::uint32_t at) {
+                               return EncodeIfd(o, {Short(0x7000, 1), Short(0x7001, 2)}, at, at);  // Back to itself.
                              }};
     const PoolPtr pool = ParsePool(Photo(order, "Some maker", "model", chain));
     EXPECT_TRUE(IsWellFormed(*pool));
     EXPECT_EQ(AllItems(*pool, "generic", " 7000").size(), 8u);
-    EXPECT_NE(Find(*pool, "generic", " 0000"), nullptr);
-    EXPECT_EQ(Find(*pool, "generic", " 0001"), nullptr);  // The first ends the run.
   }
 }
 
@@ -524,16 +453,9 @@ TEST(MakerNote, LookingForALayoutReadsAndCostsLittle) {
   EXPECT_GT(before - costly.context()->budget.valueBytes, before / 2);
 }
 
-// What an independent reader sees in the real photographs: how many entries, and one whose value tells that the layout,
-// the byte order and the origin of the offsets are right.
-class MakerNoteCorpus : public testing::Test {
- protected:
-  void SetUp() override {
-    if (CorpusFiles().empty()) GTEST_SKIP() << "no real photographs here";
-  }
-};
-
-TEST_F(MakerNoteCorpus, EntriesAreThoseThatAnIndependentReaderSees) {
+// How many entries, and one whose value tells that the layout, the byte order and the origin of the offsets are right.
+TEST(MakerNote, EntriesOfRealPhotographsAreThoseThatAnIndependentReaderSees) {
+  if (CorpusFiles().empty()) GTEST_SKIP() << "no real photographs here";
   const struct {
     const char* file;
     const char* nameSpace;  // "": not read.
@@ -546,21 +468,14 @@ TEST_F(MakerNoteCorpus, EntriesAreThoseThatAnIndependentReaderSees) {
       {"Canon_PowerShot_S330.jpg", "canon", 12, 0, "ImageNumber", "1070758"},
       {"Casio_EX-S1.jpg", "generic", 32, 6, " 0002", "320 240"},
       {"Fujifilm_FinePix6900ZOOM.jpg", "fuji", 17, 12, " 1000", "FINE   "},
-      {"Fujifilm_FinePix_E500.jpg", "fuji", 21, 12, " 1023", "1152 864"},
       {"Issue_508.jpg", "generic", 25, 14, " 001a", "q900n"},  // Was moved: its offsets are 84 too low.
       {"Konica_Minolta_DiMAGE_Z3.jpg", "generic", 15, 0, " 0040", "1953682"},
       {"Nikon_COOLPIX_P1.jpg", "generic", 30, 10, " 0007", "AF-S  "},
       {"Nikon_E5000.jpg", "generic", 21, 0, " 0005", "AUTO        "},
       {"Panasonic_DMC-FZ30.jpg", "generic", 30, 12, " 0029", "3303"},
-      {"Sanyo_SR662.jpg", "generic", 3, 8, " 0201", "4"},
-      // Texts, pictures, zeros, records of another kind; and one whose Exif IFD comes before the make.
-      {"HP_PhotoSmart_735.jpg", "", 0, 0, "", ""},
-      {"IMG_20180725_163423-tiny.jpg", "", 0, 0, "", ""},
+      // Notes of another kind.
       {"JVC_GR-DC2000.jpg", "", 0, 0, "", ""},
-      {"Reconyx_HF2_Pro_Covert.jpg", "", 0, 0, "", ""},
       {"Ricoh_DC-3Z_(low_res).jpg", "", 0, 0, "", ""},
-      {"Samsung_Digimax_i50_MP3.jpg", "", 0, 0, "", ""},
-      {"Traveler_SX330Z.jpg", "", 0, 0, "", ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.file);

@@ -6,6 +6,7 @@
 #include "kit/model/value.h"
 #include "kit/readers/readers.h"
 #include "tests/support/image_builders.h"
+#include "tests/support/item_tree.h"
 #include "tests/support/pool_support.h"
 
 using namespace lxtest;
@@ -37,27 +38,10 @@ TEST_P(Tiff, PointersLeadToTheIfdsBelowThem) {
                                 .Exif({Ratl(0x829A, 1, 250), Ascii(0x9003, "2024:06:21 18:30:05")})
                                 .Interop({Ascii(0x0001, "R98")})
                                 .Ifd1({Short(0x0112, 1)}));
-  std::string dump = DumpPool(*pool);
-  // The display texts of headers and pointers are numbers that depend on the layout: only names and types.
-  for (const char* name :
-       {"IFDHeader undef", "ExifOffset long", "GPSInfoIFD long", "InteroperabilityIFDPointer long"}) {
-    const std::size_t end = dump.find(name) + std::string(name).size();
-    dump.erase(end, dump.find('\n', end) - end);
-  }
-  EXPECT_EQ(dump,
-            "tiffh IFDHeader undef\n"
-            "  tiffh IFD undef\n"
-            "    tiff Make ascii Example\n"
-            "    tiff Orientation short 6\n"
-            "    tiff GPSInfoIFD long\n"
-            "      gps GPSAltitude ratl 12.5m\n"
-            "    tiff ExifOffset long\n"
-            "      exif ExposureTime ratl 1/250s\n"
-            "      exif DateTimeOriginal ascii 2024:06:21 18:30:05\n"
-            "      exif InteroperabilityIFDPointer long\n"
-            "        interop InteroperabilityIndex ascii R98\n"
-            "  tiffh IFD undef\n"
-            "    tiff Orientation short 1\n");
+  EXPECT_EQ(Shape(pool->root),
+            "tiffh.IFDHeader{tiffh.IFD{tiff.Make tiff.Orientation tiff.GPSInfoIFD{gps.GPSAltitude} "
+            "tiff.ExifOffset{exif.ExposureTime exif.DateTimeOriginal "
+            "exif.InteroperabilityIFDPointer{interop.InteroperabilityIndex}}} tiffh.IFD{tiff.Orientation}}");
   for (const LxMetadataItem* item : AllItems(*pool)) {
     EXPECT_EQ(LxItemOrder(item), GetParam()) << item->name;
     EXPECT_EQ((item->flags & kLxEndOfRun) != 0, std::string("IFD") == item->name) << item->name;
@@ -74,19 +58,14 @@ TEST_P(Tiff, ValuesOfEveryTypeAreTheFilesBytes) {
     std::size_t length;
     std::vector<std::uint32_t> elements;
   } cases[] = {
-      {Byte(kTag, {1, 2, 3, 250}), 4, {1, 2, 3, 250}},
       {Byte(kTag, {1, 2, 3, 4, 5}), 5, {1, 2, 3, 4, 5}},
-      {Ascii(kTag, "ab"), 3, {'a', 'b', 0}},
       {AsciiBytes(kTag, "abcdef"), 6, {'a', 'b', 'c', 'd', 'e', 'f'}},
       {Short(kTag, {0x0102, 0xFFFE}), 4, {0x0102, 0xFFFE}},
       {Short(kTag, {1, 2, 3}), 6, {1, 2, 3}},
-      {Long(kTag, 0x01020304), 4, {0x01020304}},
       {Long(kTag, {1, 0xFFFFFFFF}), 8, {1, 0xFFFFFFFF}},
       {Ratl(kTag, {1, 2, 3, 4}), 16, {1, 2, 3, 4}},
       {Numbers(kTag, 6, {-1, 5}), 2, {255, 5}},
-      {Undef(kTag, Hex("00FF")), 2, {0, 255}},
       {SShort(kTag, -2), 2, {0xFFFE}},
-      {SLong(kTag, -3), 4, {0xFFFFFFFD}},
       {SRatl(kTag, -1, 3), 8, {0xFFFFFFFF, 3}},
       {Float(kTag, 1.5f), 4, {0x3FC00000}},
       {Double(kTag, 1.5), 8, {}},
@@ -120,14 +99,11 @@ TEST_P(Tiff, BadEntriesEndTheirIfdAndLeaveWhatCameBefore) {
       {"type 0", Raw(0x010E, 0, 1, 0), "Orientation"},
       {"type 13 is the last", Raw(0x010E, 13, 1, 0), "Orientation|ImageDescription|ResolutionUnit"},
       {"type 14", Raw(0x010E, 14, 1, 0), "Orientation"},
-      {"type 0x0D00", Raw(0x010E, 0x0D00, 1, 0), "Orientation"},
       {"a value behind the end", Raw(0x010E, 2, 100, 20000), "Orientation| 010e"},
       {"a value that ends behind the end", Raw(0x010E, 2, 20000, 8), "Orientation| 010e"},
       {"an offset near 2^32", Raw(0x010E, 2, 5, 0xFFFFFFF8), "Orientation| 010e"},
-      {"an offset near 2^31", Raw(0x010E, 2, 5, 0x7FFFFFFE), "Orientation| 010e"},
       {"a count whose bytes wrap to 8", Raw(0x010E, 4, 0x40000002, 8), "Orientation| 010e"},
       {"a count whose bytes wrap to 0", Raw(0x010E, 5, 0x20000000, 8), "Orientation| 010e"},
-      {"the largest count", Raw(0x010E, 12, 0xFFFFFFFF, 8), "Orientation| 010e"},
   };
   for (const auto& c : cases) {
     const PoolPtr pool = ParsePool(Builder().Ifd0({first, c.entry, last}));
@@ -159,22 +135,13 @@ TEST_P(Tiff, AChainEndsAtItsEndMarkOrAfterEightIfds) {
     const char* what;
     std::uint32_t next;
     std::size_t ifds;
-  } cases[] = {{"none", 0, 1},
-               {"all bits", 0xFFFFFFFF, 1},
-               {"the top four bits", 0xF0000000, 1},
-               {"outside the file", 0x00FFFFFF, 1},
-               {"just behind the file", 26, 1},
-               {"back to itself", 8, 8}};
+  } cases[] = {{"none", 0, 1}, {"all bits", 0xFFFFFFFF, 1}, {"just behind the file", 26, 1}, {"back to itself", 8, 8}};
   for (const auto& c : cases) {
     OpenedFile opened(Builder().Ifd0({Short(0x0112, 1)}).LastNext(c.next).Build());
     (void)opened.Parse(kLxTiffSpace);
     EXPECT_EQ(AllItems(opened.pool(), "tiffh", "IFD").size(), c.ifds) << c.what;
     EXPECT_EQ(AllItems(opened.pool(), "tiff").size(), c.ifds) << c.what;
   }
-  TiffBuilder twoThatPointAtEachOther = Builder().Ifd0({Short(0x0112, 1)}).Ifd1({Short(0x0112, 3)}).LastNext(8);
-  OpenedFile opened(twoThatPointAtEachOther.Build());
-  (void)opened.Parse(kLxTiffSpace);
-  EXPECT_EQ(AllItems(opened.pool(), "tiffh", "IFD").size(), 8u);
 }
 
 TEST_P(Tiff, ABadHeaderGivesNothing) {
