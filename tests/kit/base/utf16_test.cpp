@@ -11,8 +11,7 @@ namespace {
 
 TEST(Utf8ToUtf16, DecodesByTheLeadByteAlone) {
   const struct {
-    const char* name;
-    const char* text;
+    const char *name, *text;
     std::u16string expected;
   } kCases[] = {
       {"two bytes", "Cr\xC3\xA9mieux", u"Cr\u00E9mieux"},

@@ -110,8 +110,7 @@ class Display : public testing::Test {
 };
 
 struct NumberCase {
-  std::uint16_t typeCode;
-  std::uint16_t tagId;
+  std::uint16_t typeCode, tagId;
   std::vector<std::uint32_t> numbers;
   const LxDisplayDescriptor* descriptor;
   std::string expected;
@@ -184,8 +183,7 @@ TEST_F(Display, LongValuesAreShortenedAndHiddenOnesSooner) {
 TEST_F(Display, OpaqueBytesMayBeVersionsOrTexts) {
   const struct {
     std::uint16_t typeCode;
-    std::string bytes;
-    std::string expected;
+    std::string bytes, expected;
   } cases[] = {
       {kLxTypeUndefined, "0220", "0.2.2.0"},
       {kLxTypeByte, "0220", "0220"},
@@ -206,8 +204,7 @@ TEST_F(Display, OpaqueBytesMayBeVersionsOrTexts) {
 
 TEST_F(Display, TextsPointIntoTheValueOrAreConverted) {
   const struct {
-    std::string bytes;
-    std::string expected;
+    std::string bytes, expected;
     std::ptrdiff_t place;
   } cases[] = {
       {"Harbour\0"s, "Harbour", 0},          {"na\xC3\xAFve\0\0"s, "na\xC3\xAFve", 0},
@@ -356,8 +353,7 @@ TEST_F(Display, CommentsFollowTheirCharacterCode) {
   const struct {
     const char* name;
     std::uint16_t tagId;
-    std::string bytes;
-    std::string expected;
+    std::string bytes, expected;
     std::ptrdiff_t place;  // Of the display text in the value; -1: a text of its own.
     bool deleted;
   } cases[] = {

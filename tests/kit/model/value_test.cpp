@@ -96,10 +96,8 @@ class ParseValueText : public testing::Test {
 
 TEST_F(ParseValueText, TakesTokensUntilOneDoesNotScan) {
   const struct {
-    const char* text;
-    const char* type;
-    const char* bigEndian;
-    const char* littleEndian;
+    const char *text, *type;
+    const char *bigEndian, *littleEndian;
   } kCases[] = {
       {"1 2 3", "short", "00 01 00 02 00 03", "01 00 02 00 03 00"},
       {"300", "byte", "2C", "2C"},

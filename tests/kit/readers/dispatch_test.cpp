@@ -25,6 +25,9 @@ TEST(Dispatch, AnInvalidRangeGivesNothingForAnyReader) {
   ASSERT_NE(opened.Parse(kLxJpegSpace), nullptr);  // The control: the file itself can be read.
   const LxParseRange invalid[] = {{0, 0, 10, 9, 100}, {11, 0, 10, 20, 100}, {0, 0, 10, 101, 100}};
   LxMetadataItem current = {};
+  for (const LxNamespaceDescriptor* space : {&kLxMakeSpace, &kLxModelSpace, &kLxThumbnailLengthSpace}) {
+    EXPECT_EQ(opened.Parse(*space), nullptr);  // There is no current item to remember.
+  }
   for (std::uint32_t code = 0; code <= 25; ++code) {
     for (const LxParseRange& range : invalid) {
       opened.context()->currentItem = &current;
@@ -34,16 +37,6 @@ TEST(Dispatch, AnInvalidRangeGivesNothingForAnyReader) {
       EXPECT_EQ(opened.context()->pendingThumbnailLength, 0u) << code;
     }
   }
-}
-
-TEST(Dispatch, WithoutACurrentItemNothingIsRemembered) {
-  OpenedFile opened(Filled(64));
-  for (const LxNamespaceDescriptor* space : {&kLxMakeSpace, &kLxModelSpace, &kLxThumbnailLengthSpace}) {
-    EXPECT_EQ(opened.Parse(*space), nullptr);
-  }
-  EXPECT_EQ(opened.context()->make, nullptr);
-  EXPECT_EQ(opened.context()->model, nullptr);
-  EXPECT_EQ(opened.context()->pendingThumbnailLength, 0u);
 }
 
 // IFD1 with the thumbnail's start and length in either order, the bytes behind it.

@@ -106,11 +106,7 @@ TEST(ImageResources, DataBeyondTheSegmentIsReadWhenTheFileHasIt) {
   EXPECT_EQ(Find(*over, "ir", "Caption")->valueLength, 6 + 40);
   // What would have to be read from beyond the limit is not.
   const Bytes iptc = ResourceBuilder().Iptc(IptcBuilder().Add(25, "harbours"));
-  EXPECT_EQ(DumpPool(*ParsePool(JpegBuilder().App13(iptc)), "iptc"), "iptc Keywords ascii harbours\n");
-  const PoolPtr beyond = ParsePool(JpegBuilder().App13(bent(iptc)));
-  EXPECT_EQ(DumpPool(*beyond, "iptc"), "");
-  ASSERT_EQ(AllItems(*beyond, "ir", "IptcNaa").size(), 1u);
-  EXPECT_EQ(AllItems(*beyond, "ir", "IptcNaa")[0]->flags & kLxDeleted, kLxDeleted);
+  EXPECT_EQ(Shape(AllItems(*ParsePool(JpegBuilder().App13(bent(iptc))), "ir")[0]), "-ir.IptcNaa");
 }
 
 TEST(ImageResources, WhatABlockHoldsStandsBelowIt) {
@@ -133,8 +129,6 @@ TEST(ImageResources, WhatABlockHoldsStandsBelowIt) {
                 "ir.XMPMetadata{xmp.XmpData} "
                 "ir.Thumbnail{jpegh.SOI{jpegt.COM jpegt.SOF0 jpegt.SOS}} "
                 "ir.JPEGQuality");
-      EXPECT_STREQ(Find(*pool, "iptc", "Keywords")->displayText, "harbour");
-      EXPECT_STREQ(Find(*pool, "exif", "ExposureTime")->displayText, "1/250s");
       EXPECT_STREQ(Find(*pool, "ir", "JPEGQuality")->displayText, "10");
       EXPECT_EQ(ValueOf(*Find(*pool, "xmp", "XmpData")), Text("<x/>"));
       // Searches do not enter a thumbnail, so its frame never passes for the image's.
@@ -150,8 +144,7 @@ TEST(ImageResources, ABlockWithoutWhatItShouldHoldIsDeleted) {
   const struct {
     const char* what;
     std::uint16_t id;
-    Bytes good;
-    Bytes bad;
+    Bytes good, bad;
   } cases[] = {
       {"datasets", 0x0404, IptcBuilder().Add(25, "x"), IptcBuilder().Raw({0x1D}).Add(25, "x")},
       {"a TIFF header", 0x0422, exif, WithByte(exif, 1, 'I')},
@@ -161,16 +154,14 @@ TEST(ImageResources, ABlockWithoutWhatItShouldHoldIsDeleted) {
   for (const auto& c : cases) {
     for (const Container& container : kContainers) {
       SCOPED_TRACE(std::string(c.what) + " in " + container.name);
-      const auto block = [&](const Bytes& data) {
+      const auto shape = [&](const Bytes& data) {
         const PoolPtr pool = ParsePool(container.around(ResourceBuilder().Block(c.id, data).Block(0x040A, {1})));
         EXPECT_TRUE(IsWellFormed(*pool));
-        EXPECT_NE(Find(*pool, "ir", "CopyrightFlag"), nullptr);
-        const auto items = AllItems(*pool, "ir");
-        const LxMetadataItem& item = *items.at(items.size() - 2);
-        return std::pair((item.flags & kLxDeleted) != 0, item.firstChild != nullptr);
+        return Shape(AllItems(*pool, "ir")[0]);
       };
-      EXPECT_EQ(block(c.good), std::pair(false, true));
-      EXPECT_EQ(block(c.bad), std::pair(true, false));
+      EXPECT_NE(shape(c.good).find('{'), std::string::npos);
+      EXPECT_EQ(shape(c.bad).substr(0, 4), "-ir.");
+      EXPECT_EQ(shape(c.bad).find('{'), std::string::npos);
     }
   }
 }
@@ -203,24 +194,6 @@ TEST(ImageResources, NestingEndsAtTheLastLevelThatWalksReach) {
     const auto reached = static_cast<std::size_t>(std::min(turns, 7));
     EXPECT_EQ(AllItems(*pool, "ir", "ExifData1").size(), reached) << turns;
     EXPECT_EQ(AllItems(*pool, "tiff", "ResolutionUnit").size(), reached) << turns;
-  }
-}
-
-TEST(ImageResources, TheSameBytesNamedAgainAndAgainArePaidFor) {
-  // A thousand short values point to one block or dataset of 30000 bytes.
-  const Bytes iptc = IptcBuilder().Add(120, std::string(30000, 'c')).Raw(Filled(1));
-  const Bytes block = ResourceBuilder().Block(0x03F0, Filled(30000, 'c')).Raw(Filled(1));
-  const struct {
-    std::uint16_t tag;
-    const Bytes& bytes;
-    const char* nameSpace;
-  } cases[] = {{0x83BB, iptc, "iptc"}, {0x8649, block, "ir"}};
-  for (const auto& c : cases) {
-    const PoolPtr pool =
-        ParsePool(TiffBuilder(kBig).Ifd0(TiffEntries(1000, Raw(c.tag, 4, 1, 8 + 12 * 1000 + 6))).Build() + c.bytes);
-    EXPECT_TRUE(IsWellFormed(*pool));
-    EXPECT_GT(AllItems(*pool, c.nameSpace).size(), 10u);
-    EXPECT_LT(AllItems(*pool, c.nameSpace).size(), 100u);
   }
 }
 

@@ -32,7 +32,7 @@ TEST(Iptc, DatasetsOfTheApplicationRecordAreItemsInFileOrder) {
   const Bytes data = IptcBuilder()
                          .DataSet(1, 90, Hex("1B2547"))  // IPTC-IIM 4, 5.15: an envelope record comes first.
                          .DataSet(2, 0, Hex("0004"))
-                         .Add(25, "harbour")
+                         .Add(25, "Z\xFCrich")
                          .Add(25, "")
                          .DataSet(3, 25, Text("of another record"))
                          .Add(25, "ship")
@@ -44,7 +44,7 @@ TEST(Iptc, DatasetsOfTheApplicationRecordAreItemsInFileOrder) {
     EXPECT_TRUE(IsWellFormed(*pool));
     EXPECT_EQ(DumpPool(*pool, "iptc"),
               "iptc RecordVersion undef 0 4\n"
-              "iptc Keywords ascii harbour\n"
+              "iptc Keywords ascii Z\xC3\xBCrich\n"  // Shown as UTF-8, kept as it is.
               "iptc Keywords ascii\n"
               "iptc Keywords ascii ship\n"
               "iptc  221 undef 1 2 3\n"
@@ -52,32 +52,11 @@ TEST(Iptc, DatasetsOfTheApplicationRecordAreItemsInFileOrder) {
                   std::string(0x7FFF, 'c') + "\n");
     const auto items = AllItems(*pool, "iptc");
     ASSERT_EQ(items.size(), 6u);
-    EXPECT_EQ(ValueOf(*items[1]), Text("harbour"));
+    EXPECT_EQ(ValueOf(*items[1]), Text("Z\xFCrich"));
     EXPECT_EQ(ValueOf(*items[4]), Bytes({1, 2, 3}));
     EXPECT_EQ(items[4]->tagId, 221);
     for (const LxMetadataItem* item : items) EXPECT_EQ(item->flags & kLxBigEndianValue, kLxBigEndianValue);
     EXPECT_EQ(items[0]->flags & kLxHidden, kLxHidden);
-  }
-}
-
-TEST(Iptc, TextsAreShownAsUtf8AndKeptAsTheyAre) {
-  const struct {
-    const char* text;
-    const char* shown;
-  } cases[] = {
-      {"Z\xC3\xBCrich", "Z\xC3\xBCrich"},                                    // UTF-8
-      {"Z\xFCrich", "Z\xC3\xBCrich"},                                        // Latin-1
-      {"\x82\xA0\x88\x9F\x82\xA0", "\xE3\x81\x82\xE4\xBA\x9C\xE3\x81\x82"},  // Shift_JIS
-  };
-  for (const auto& c : cases) {
-    for (const IptcContainer& container : kIptcContainers) {
-      const PoolPtr pool = ParsePool(container.around(IptcBuilder().Add(5, c.text).Add(90, "Bern")));
-      const LxMetadataItem* name = Find(*pool, "iptc", "ObjectName");
-      ASSERT_NE(name, nullptr);
-      EXPECT_STREQ(name->displayText, c.shown) << container.name;
-      EXPECT_EQ(ValueOf(*name), Text(c.text)) << container.name;
-      EXPECT_STREQ(Find(*pool, "iptc", "City")->displayText, "Bern");
-    }
   }
 }
 

@@ -91,8 +91,7 @@ TEST(MakerNote, ABareIfdIsReadInTheFilesOrderOrItsOwn) {
 
 TEST(MakerNote, ASignatureOfUpTo23BytesIsPassedOver) {
   const struct {
-    const char* make;
-    const char* nameSpace;
+    const char *make, *nameSpace;
     Bytes signature;
     const char* first;
   } cases[] = {
@@ -143,7 +142,7 @@ TEST(MakerNote, ATiffHeaderOfItsOwnGivesOrderAndOrigin) {
     }
   }
   for (const Order order : {kLittle, kBig}) {
-    for (const std::uint32_t at : {0u, 1u, 16u, 23u, 24u}) {
+    for (const std::uint32_t at : {0u, 1u, 23u, 24u}) {
       const Bytes prefix = Filled(at) + TiffHeader(order);
       const PoolPtr pool =
           ParsePool(Photo(kBig, "Some maker", "model", NoteOfOwnOrigin(order, prefix, SomeEntries(), at)));
@@ -461,8 +460,7 @@ TEST(MakerNote, EntriesOfRealPhotographsAreThoseThatAnIndependentReaderSees) {
     const char* nameSpace;  // "": not read.
     std::size_t entries;
     std::int32_t headerLength;
-    const char* name;
-    const char* text;
+    const char *name, *text;
   } cases[] = {
       {"45-gps_ifd.jpg", "generic", 8, 0, " 0302", "5500"},
       {"Canon_PowerShot_S330.jpg", "canon", 12, 0, "ImageNumber", "1070758"},

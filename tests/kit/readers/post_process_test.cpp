@@ -118,6 +118,8 @@ TEST_F(PostProcess, ColourSpaceAndProfileRefineTheColourModel) {
       {"a profile without bytes", JpegBuilder().App2Icc(Bytes()), "RGB"},
       {"a profile in a TIFF tag", TiffBuilder(kBig).Ifd0({Short(0x0106, 2), Undef(0x8773, IccProfile("Wide"))}),
        "RGBicc"},
+      {"a profile in a PSD file", PsdBuilder().Resources(ResourceBuilder().Block(0x040F, IccProfile("Wide"))),
+       "RGBicc"},
       {"sRGB in a TIFF file of unknown model", srgb, "sRGB"},
   };
   for (const auto& c : cases) EXPECT_STREQ(LxColourModelName(ReadPool(c.file)->colourModel), c.model) << c.what;

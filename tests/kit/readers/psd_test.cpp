@@ -1,4 +1,4 @@
-// PSD files: the header's attributes and limits, the sections behind it, and the tree that their resources make.
+// PSD files: the header's attributes and limits, and the sections behind it.
 #include <gtest/gtest.h>
 
 #include "kit/base/memory.h"
@@ -40,8 +40,7 @@ TEST(Psd, TheHeaderGivesTheAttributesWhateverStandsInReservedBytesAndColourData)
 TEST(Psd, AHeaderBeyondItsLimitsIsBad) {
   const struct {
     const char* field;
-    std::size_t at;
-    std::size_t bytes;
+    std::size_t at, bytes;
     std::vector<std::uint32_t> good;
     std::vector<std::uint32_t> bad;
   } cases[] = {
@@ -103,21 +102,6 @@ TEST(Psd, LayersAreASectionOfMoreThanEightBytes) {
     EXPECT_EQ(ParsePool(psd)->hasLayers, length > 8 ? 1 : 0) << length;
   }
   EXPECT_EQ(ParsePool(PsdBuilder().Resources(ResourceBuilder().Block(0x0400, {0, 1})))->hasLayers, 1);
-}
-
-TEST(Psd, ResourcesStandBelowTheHeaderAndSettleTheAttributes) {
-  const Bytes exif = TiffBuilder(kLittle).Ifd0({Short(0x0112, 6)}).Exif({Short(0xA001, 1)});
-  PsdBuilder psd;
-  psd.Resources(ResourceBuilder().Block(0x040A, {1}).Exif(exif).Block(0x040F, IccProfile("Wide")));
-  const PoolPtr pool = ParsePool(psd);
-  ASSERT_NE(pool->root, nullptr);
-  EXPECT_EQ(pool->root->value, nullptr);
-  EXPECT_EQ(pool->root->valueLength, 0);
-  EXPECT_EQ(pool->root->flags, 0u);
-  EXPECT_EQ(pool->root->next, nullptr);
-  EXPECT_EQ(pool->orientation, kLxRot90Cw);
-  EXPECT_EQ(pool->colourModel, kLxColourRgbIcc);
-  EXPECT_EQ(pool->hasMetadata, 1);
 }
 
 }  // namespace

@@ -1,10 +1,7 @@
-// From a path or an open stream to a pool: statuses, positions, what is left after a failure.
+// From an open stream to a pool: positions, what is left after a failure.
 #include "kit/readers/read_file.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdio>
-#include <filesystem>
 
 #include "tests/support/failing_stream.h"
 #include "tests/support/image_builders.h"
@@ -19,44 +16,6 @@ Bytes Photo() {
       .App1Exif(TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "Example")}).Exif({Short(0xA001, 1)}))
       .App1Xmp("<x:xmpmeta/>")
       .App13(ResourceBuilder().Iptc(IptcBuilder().Add(25, "harbour")));
-}
-
-TEST(ReadFile, ReadsByPathAndByStandardInputAlike) {
-  for (const Bytes& file : {Photo(), TiffBuilder(kBig).Ifd0({Short(0x0100, 5)}).Build(), Text("no image, just text")}) {
-    const TempFile temp(file);
-    LxResult byPath = -1, byInput = -1;
-    const PoolPtr one = ReadPoolFromPath(temp.path(), &byPath);
-    const PoolPtr other = ReadPoolFromStandardInput(temp.path(), &byInput);
-    EXPECT_EQ(byPath, kLxOk);
-    EXPECT_EQ(byInput, kLxOk);
-    EXPECT_EQ(DumpPool(*one), DumpPool(*other));
-    EXPECT_EQ(one->fileKind, other->fileKind);
-    EXPECT_TRUE(IsWellFormed(*other));
-    EXPECT_EQ(std::ftell(stdin), 0);
-  }
-}
-
-TEST(ReadFile, WhatCannotBeOpenedIsNotFound) {
-  LxResult status = 0;
-  const PoolPtr pool = ReadPoolFromPath("/nowhere/at/all.jpg", &status);
-  EXPECT_EQ(status, kLxNotFound);
-  EXPECT_EQ(pool->root, nullptr);
-  (void)ReadPoolFromPath("cut sequence \xE4\xB8", &status);
-  EXPECT_EQ(status, kLxNotFound);
-}
-
-TEST(ReadFile, WhatIsNoImageGivesAnEmptyPoolWithoutFailure) {
-  for (const Bytes& file : {Bytes(), Filled(10, 0xFF), Truncated(Photo(), 15), Text("RIFF\4\0\0\0WEBP????"),
-                            Text("%PDF-1.4 and more text"), Filled(5000)}) {
-    LxResult status = -1;
-    const PoolPtr pool = ReadPool(file, &status);
-    EXPECT_EQ(status, kLxOk) << file.size();
-    EXPECT_EQ(pool->root, nullptr) << file.size();
-    EXPECT_EQ(pool->hasMetadata, 0) << file.size();
-  }
-  LxResult status = -1;
-  const PoolPtr directory = ReadPoolFromPath(std::filesystem::temp_directory_path().string(), &status);
-  EXPECT_EQ(directory->root, nullptr);
 }
 
 // The first tell and the last seek are the two that the stream's position is lost by.
