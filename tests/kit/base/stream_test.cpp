@@ -182,16 +182,18 @@ TEST(Stream, ATerminalIsReadWithoutABuffer) {
 TEST(Stream, OpensByTheUtf8PathOnly) {
   FailingMemory memory;
   LxStream* stream = nullptr;
-  const TempFile accented(CountedBytes(3), "-Cr\xC3\xA9mieux.tif");
-  EXPECT_EQ(LxOpenFileStream(accented.path().c_str(), &stream), kLxOk);
+  const TempFile file(CountedBytes(3));
+  const std::string accented = file.path() + "-Cr\xC3\xA9mieux.tif";
+  const std::string truncated = file.path() + "-\xE2\x82";  // Is there, but ends within a sequence.
+  for (const std::string& path : {accented, truncated}) ASSERT_EQ(link(file.path().c_str(), path.c_str()), 0);
+  EXPECT_EQ(LxOpenFileStream(accented.c_str(), &stream), kLxOk);
   (void)LxCloseStream(stream);
-  // A file of this name is there, but the path ends within a sequence.
-  const TempFile truncated(CountedBytes(3), "-\xE2\x82");
-  EXPECT_EQ(LxOpenFileStream(truncated.path().c_str(), &stream), kLxNotFound);
+  EXPECT_EQ(LxOpenFileStream(truncated.c_str(), &stream), kLxNotFound);
   EXPECT_EQ(stream, nullptr);
-  EXPECT_EQ(LxOpenFileStream((accented.path() + ".missing").c_str(), &stream), kLxNotFound);
+  EXPECT_EQ(LxOpenFileStream((accented + ".missing").c_str(), &stream), kLxNotFound);
+  for (const std::string& path : {accented, truncated}) unlink(path.c_str());
   EXPECT_TRUE(LxPlatformIsDirectory("/"));
-  EXPECT_FALSE(LxPlatformIsDirectory(accented.path().c_str()));
+  EXPECT_FALSE(LxPlatformIsDirectory(file.path().c_str()));
   EXPECT_EQ(memory.liveBlocks(), 0);
 }
 

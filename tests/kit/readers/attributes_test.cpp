@@ -19,6 +19,16 @@ PoolPtr Read(const Bytes& file) {
   return pool;
 }
 
+// "640x480 3x8 RGB none": size, samples of so many bits, colour model, compression.
+std::string Attributes(const LxMetadataPool& pool) {
+  return std::to_string(pool.width) + "x" + std::to_string(pool.height) + " " + std::to_string(pool.samples) + "x" +
+         std::to_string(pool.bits) + " " + LxColourModelName(pool.colourModel) + " " +
+         LxCompressionName(pool.compression);
+}
+std::string Attributes(const Bytes& file) {
+  return Attributes(*Read(file));
+}
+
 void ExpectBadFormat(const Bytes& file, const char* what) {
   LxResult status = 0;
   const PoolPtr pool = ParsePool(file, &status);
@@ -31,28 +41,25 @@ TEST(JpegAttributes, ComeFromTheFrameHeader) {
   const struct {
     const char* what;
     JpegBuilder jpeg;
-    std::int32_t samples, mcuWidth, mcuHeight;
-    LxColourModel model;
+    std::int32_t mcuWidth, mcuHeight;
+    const char* attributes;
   } cases[] = {
-      {"4:2:0", JpegBuilder().Sof(0xC0, 640, 480, {0x22, 0x11, 0x11}), 3, 16, 16, kLxColourRgb},
-      {"4:2:2", JpegBuilder().Sof(0xC1, 640, 480, {0x21, 0x11, 0x11}), 3, 16, 8, kLxColourRgb},
-      {"4:1:1", JpegBuilder().Sof(0xC2, 640, 480, {0x41, 0x22, 0x11}), 3, 32, 16, kLxColourRgb},
-      {"a factor of 4 behind one of 2", JpegBuilder().Sof(0xC2, 640, 480, {0x22, 0x14, 0x11}), 3, 16, 32, kLxColourRgb},
-      {"four", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11, 0x11, 0x11}), 4, 8, 8, kLxColourCmyk},
-      {"more components than bytes", JpegBuilder().Segment(0xC0, Hex("08 01E0 0280 FF 012200")), 255, 16, 16,
-       kLxColourUnknown},
-      {"baseline before progressive", JpegBuilder().Sof2(10, 10).Sof(0xC0, 640, 480, {0x11}), 1, 8, 8, kLxColourGray},
+      {"4:2:0", JpegBuilder().Sof(0xC0, 640, 480, {0x22, 0x11, 0x11}), 16, 16, "640x480 3x8 RGB jpeg9"},
+      {"4:2:2", JpegBuilder().Sof(0xC1, 640, 480, {0x21, 0x11, 0x11}), 16, 8, "640x480 3x8 RGB jpeg9"},
+      {"4:1:1", JpegBuilder().Sof(0xC2, 640, 480, {0x41, 0x22, 0x11}), 32, 16, "640x480 3x8 RGB jpeg9"},
+      {"4 behind 2", JpegBuilder().Sof(0xC2, 640, 480, {0x22, 0x14, 0x11}), 16, 32, "640x480 3x8 RGB jpeg9"},
+      {"four", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11, 0x11, 0x11}), 8, 8, "640x480 4x8 CMYK jpeg9"},
+      {"more than bytes", JpegBuilder().Segment(0xC0, Hex("08 01E0 0280 FF 012200")), 16, 16,
+       "640x480 255x8 unk jpeg9"},
+      {"baseline before progressive", JpegBuilder().Sof2(10, 10).Sof(0xC0, 640, 480, {0x11}), 8, 8,
+       "640x480 1x8 gray jpeg9"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     const PoolPtr pool = Read(c.jpeg);
-    EXPECT_EQ(pool->width, 640);
-    EXPECT_EQ(pool->height, 480);
-    EXPECT_EQ(pool->bits, 8);
-    EXPECT_EQ(pool->samples, c.samples);
+    EXPECT_EQ(Attributes(*pool), c.attributes);
     EXPECT_EQ(pool->mcuWidth, c.mcuWidth);
     EXPECT_EQ(pool->mcuHeight, c.mcuHeight);
-    EXPECT_EQ(pool->colourModel, c.model);
     EXPECT_EQ(pool->fileKind, kLxFileJpeg);
   }
 }
@@ -96,24 +103,16 @@ TEST(JpegAttributes, QualityIsToldFromTheLuminanceTable) {
 
 TEST(TiffAttributes, ComeFromTheFirstIfd) {
   for (const Order order : {kLittle, kBig}) {
-    const PoolPtr pool = Read(TiffBuilder(order)
-                                  .Ifd0({Short(0x0100, 640), Long(0x0101, 480), Short(0x0102, {16, 16, 16}),
-                                         Short(0x0103, 5), Short(0x0106, 2), Short(0x0115, 3)})
-                                  .Ifd1({Short(0x0100, 8), Short(0x0106, 5)}));
-    EXPECT_EQ(pool->width, 640);
-    EXPECT_EQ(pool->height, 480);
-    EXPECT_EQ(pool->samples, 3);
-    EXPECT_EQ(pool->bits, 16);
-    EXPECT_EQ(pool->colourModel, kLxColourRgb);
-    EXPECT_EQ(pool->compression, kLxCompressionLzw);
+    EXPECT_EQ(Attributes(TiffBuilder(order)
+                             .Ifd0({Short(0x0100, 640), Long(0x0101, 480), Short(0x0102, {16, 16, 16}),
+                                    Short(0x0103, 5), Short(0x0106, 2), Short(0x0115, 3)})
+                             .Ifd1({Short(0x0100, 8), Short(0x0106, 5)})),
+              "640x480 3x16 RGB lzw");
   }
   // A file with a bad first IFD, or with a header of which only the marks are good, is an empty one and no failure.
   const PoolPtr bare = Read(Hex("49492A00 FFFFFF00 00000000 00000000"));
   EXPECT_EQ(AllItems(*bare).size(), 1u);
-  EXPECT_EQ(bare->samples, 1);
-  EXPECT_EQ(bare->bits, 1);
-  EXPECT_EQ(bare->compression, kLxCompressionNone);
-  EXPECT_EQ(bare->colourModel, kLxColourUnknown);
+  EXPECT_EQ(Attributes(*bare), "0x0 1x1 unk none");
 }
 
 // TIFF 6.0, sections 8, 16, 20, 21 and 23; section 3 and appendix A.
@@ -154,24 +153,13 @@ TEST(TiffAttributes, JpegInTiffTellsItsQuality) {
 
 TEST(PngAttributes, ComeFromTheFirstChunk) {
   const Bytes good = Hex("89504E470D0A1A0A 0000000D 49484452 00000280 000001E0 08 02 000000 00000000 00000000");
-  const PoolPtr pool = Read(good);
-  EXPECT_EQ(pool->width, 640);
-  EXPECT_EQ(pool->height, 480);
-  EXPECT_EQ(pool->bits, 8);
-  EXPECT_EQ(pool->samples, 3);
-  EXPECT_STREQ(LxColourModelName(pool->colourModel), "RGB");
-  EXPECT_STREQ(LxCompressionName(pool->compression), "flate");
-  EXPECT_EQ(pool->root, nullptr);
-  EXPECT_EQ(pool->blocks, nullptr);
-  const struct {
-    std::uint8_t type;
-    std::int32_t samples;
-    const char* model;
-  } types[] = {{0, 1, "gray"}, {3, 1, "indexedRGB"}, {4, 2, "graya"}, {6, 4, "rgba"}, {1, 0, "unk"}, {7, 0, "unk"}};
-  for (const auto& t : types) {
-    const PoolPtr other = Read(WithByte(good, 25, t.type));
-    EXPECT_EQ(other->samples, t.samples);
-    EXPECT_STREQ(LxColourModelName(other->colourModel), t.model);
+  EXPECT_EQ(Read(good)->root, nullptr);
+  EXPECT_EQ(Read(good)->blocks, nullptr);
+  const std::pair<std::uint8_t, const char*> types[] = {{0, "1x8 gray"},       {1, "0x8 unk"},   {2, "3x8 RGB"},
+                                                        {3, "1x8 indexedRGB"}, {4, "2x8 graya"}, {6, "4x8 rgba"},
+                                                        {7, "0x8 unk"}};
+  for (const auto& [type, attributes] : types) {
+    EXPECT_EQ(Attributes(WithByte(good, 25, type)), "640x480 " + std::string(attributes) + " flate");
   }
   (void)Read(Truncated(good, 33));
   ExpectBadFormat(Truncated(good, 32), "cut");
@@ -196,43 +184,27 @@ TEST(BmpAttributes, ComeFromEitherHeader) {
   const struct {
     const char* what;
     Bytes file;
-    std::int32_t height, samples, bits;
-    const char *model, *compression;
+    const char* attributes;
   } cases[] = {
-      {"16 bits", windows(480, 16, 0), 480, 3, 5, "RGB", "none"},
-      {"run length of 4 bits", windows(480, 4, 2), 480, 1, 4, "RGB", "pack"},
-      {"old, 24 bits", old(24), 480, 3, 8, "RGB", "none"},
-      {"no bits of its own", windows(480, 0, 3), 480, 3, 8, "RGB", "none"},
-      {"rows from the top", windows(0u - 480u, 24, 0), 480, 3, 8, "RGB", "none"},
-      {"the lowest height", windows(0x80000000u, 24, 0), INT32_MIN, 3, 8, "RGB", "none"},
-      {"run length", windows(480, 8, 1), 480, 1, 8, "RGB", "pack"},
-      {"32 bits", windows(480, 32, 0), 480, 4, 8, "RGB", "none"},
-      {"other bits, other method", windows(480, 7, 4), 480, 0, 0, "unk", "unk"},
-      {"old, 1 bit", old(1), 480, 1, 1, "RGB", "none"},
-      {"old, other bits", old(16), 480, 0, 0, "RGB", "none"},
+      {"16 bits", windows(480, 16, 0), "640x480 3x5 RGB none"},
+      {"no bits of its own", windows(480, 0, 3), "640x480 3x8 RGB none"},
+      {"rows from the top", windows(0u - 480u, 24, 0), "640x480 3x8 RGB none"},
+      {"the lowest height", windows(0x80000000u, 24, 0), "640x-2147483648 3x8 RGB none"},
+      {"run length", windows(480, 8, 1), "640x480 1x8 RGB pack"},
+      {"run length of 4 bits", windows(480, 4, 2), "640x480 1x4 RGB pack"},
+      {"32 bits", windows(480, 32, 0), "640x480 4x8 RGB none"},
+      {"other bits, other method", windows(480, 7, 4), "640x480 0x0 unk unk"},
+      {"old, 1 bit", old(1), "640x480 1x1 RGB none"},
+      {"old, 24 bits", old(24), "640x480 3x8 RGB none"},
+      {"old, other bits", old(16), "640x480 0x0 RGB none"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    const PoolPtr pool = Read(c.file);
-    EXPECT_EQ(pool->width, 640);
-    EXPECT_EQ(pool->height, c.height);
-    EXPECT_EQ(pool->samples, c.samples);
-    EXPECT_EQ(pool->bits, c.bits);
-    EXPECT_STREQ(LxColourModelName(pool->colourModel), c.model);
-    EXPECT_STREQ(LxCompressionName(pool->compression), c.compression);
-  }
+  for (const auto& c : cases) EXPECT_EQ(Attributes(c.file), c.attributes) << c.what;
   ExpectBadFormat(Truncated(old(1), 63), "cut");
 }
 
 TEST(GifAttributes, ComeFromTheScreenDescriptor) {
   const Bytes good = Text("GIF89a") + Put16(640, kLittle) + Put16(480, kLittle) + Filled(6);
-  const PoolPtr pool = Read(good);
-  EXPECT_EQ(pool->width, 640);
-  EXPECT_EQ(pool->height, 480);
-  EXPECT_EQ(pool->samples, 1);
-  EXPECT_EQ(pool->bits, 8);
-  EXPECT_STREQ(LxColourModelName(pool->colourModel), "indexedRGB");
-  EXPECT_STREQ(LxCompressionName(pool->compression), "lzw");
+  EXPECT_EQ(Attributes(good), "640x480 1x8 indexedRGB lzw");
   EXPECT_EQ(Read(Truncated(good, 15))->fileKind, kLxFileUnknown);  // Not even recognised.
 }
 

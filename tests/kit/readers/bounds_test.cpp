@@ -2,7 +2,6 @@
 // sound pool. (What hostile files may cost is measured elsewhere, in processes of their own.)
 #include <gtest/gtest.h>
 
-#include "kit/model/pool_walk.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/pool_support.h"
 #include "tests/support/rich_files.h"
@@ -37,15 +36,6 @@ TEST(Bounds, IfdsThatLeadBackIntoThemselvesEnd) {
     EXPECT_EQ(AllItems(*shared, "exif").size(), 1u);
     EXPECT_EQ(AllItems(*shared, "gps").size(), 1u);
   }
-}
-
-TEST(Bounds, NestingEndsWhereWalksDo) {
-  // A tower of sub-IFDs, each the only entry of the one above.
-  TiffEntries tower = {Short(0x0103, 1)};
-  for (int i = 0; i < 60; ++i) tower = {SubIfd(0x014A, tower)};
-  const PoolPtr pool = ParsePool(TiffBuilder(kBig).Ifd0(tower));
-  EXPECT_TRUE(IsWellFormed(*pool));
-  EXPECT_EQ(AllItems(*pool).size(), static_cast<std::size_t>(kLxMaxWalkDepth));
 }
 
 }  // namespace

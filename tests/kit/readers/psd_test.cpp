@@ -41,28 +41,21 @@ TEST(Psd, AHeaderBeyondItsLimitsIsBad) {
   const struct {
     const char* field;
     std::size_t at, bytes;
-    std::vector<std::uint32_t> good;
-    std::vector<std::uint32_t> bad;
-  } cases[] = {
-      {"channels", 12, 2, {1, 24}, {0, 25, 0xFFFF}},
-      {"height", 14, 4, {1, 30000}, {0, 30001, 0x80000001}},
-      {"width", 18, 4, {1, 30000}, {0, 30001, 0xFFFFFFFF}},
-      {"depth", 22, 2, {1, 16}, {0, 17, 0x0800}},
-      {"mode", 24, 2, {0, 9}, {10, 0x0300}},
-  };
+    std::uint32_t lowest, highest;
+  } cases[] = {{"channels", 12, 2, 1, 24},
+               {"height", 14, 4, 1, 30000},
+               {"width", 18, 4, 1, 30000},
+               {"depth", 22, 2, 1, 16},
+               {"mode", 24, 2, 0, 9}};
   const Bytes file = PsdBuilder().Resources(ResourceBuilder().Iptc(IptcBuilder().Add(25, "x")));
   for (const auto& c : cases) {
-    const auto with = [&](std::uint32_t value) {
-      return WithBytes(file, c.at, c.bytes == 2 ? Put16(value) : Put32(value));
-    };
-    LxResult status = kLxOk;
-    for (const std::uint32_t value : c.good) {
-      EXPECT_NE(Find(*ParsePool(with(value), &status), "iptc", "Keywords"), nullptr) << c.field << " " << value;
-      EXPECT_EQ(status, kLxOk) << c.field << " " << value;
-    }
-    for (const std::uint32_t value : c.bad) {
-      EXPECT_EQ(ParsePool(with(value), &status)->root, nullptr) << c.field << " " << value;
-      EXPECT_EQ(status, kLxBadReadFormat) << c.field << " " << value;
+    const std::uint32_t topBit = c.bytes == 2 ? 0x8000 : 0x80000000;
+    for (const std::uint32_t value : {c.lowest, c.highest, c.lowest - 1, c.highest + 1, topBit, topBit + 1}) {
+      const bool good = value == c.lowest || value == c.highest;
+      LxResult status = kLxInternalError;
+      const PoolPtr pool = ParsePool(WithBytes(file, c.at, c.bytes == 2 ? Put16(value) : Put32(value)), &status);
+      EXPECT_EQ(status, good ? kLxOk : kLxBadReadFormat) << c.field << " " << value;
+      EXPECT_EQ(pool->root != nullptr, good) << c.field << " " << value;
     }
   }
   // Another version is another kind of file altogether.

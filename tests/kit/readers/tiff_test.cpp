@@ -109,10 +109,7 @@ TEST_P(Tiff, BadEntriesEndTheirIfdAndLeaveWhatCameBefore) {
     const PoolPtr pool = ParsePool(Builder().Ifd0({first, c.entry, last}));
     EXPECT_EQ(EntriesOf(*pool), c.names) << c.what;
     EXPECT_TRUE(IsWellFormed(*pool)) << c.what;
-    if (const LxMetadataItem* unnamed =
-            AllItems(*pool, "tiff", " 010e").empty() ? nullptr : AllItems(*pool, "tiff", " 010e")[0]) {
-      EXPECT_EQ(unnamed->value, nullptr) << c.what;
-    }
+    for (const LxMetadataItem* unnamed : AllItems(*pool, "tiff", " 010e")) EXPECT_EQ(unnamed->value, nullptr) << c.what;
   }
 }
 
@@ -175,15 +172,15 @@ TEST_P(Tiff, ASegmentsBlockIsReadWithinItsLimits) {
 
 TEST_P(Tiff, SubIfdsAreReadOneByOneAndSearchesDoNotEnterThem) {
   const TiffEntries one = {Short(0x0112, 3)}, two = {Short(0x0112, 8), Short(0x0103, 7)};
-  for (const std::vector<TiffEntries>& ifds : {std::vector<TiffEntries>{one}, {one, two}, {two, {}, one}}) {
+  const std::pair<std::vector<TiffEntries>, const char*> cases[] = {
+      {{one}, "tiff.Orientation"},
+      {{one, two}, "tiff.Orientation tiff.Orientation tiff.Compression"},
+      {{two, {}, one}, "tiff.Orientation tiff.Compression tiff.Orientation"}};
+  for (const auto& [ifds, children] : cases) {
     const PoolPtr pool = Read(Builder().Ifd0({SubIfds(0x014A, ifds), Short(0x0128, 2)}));
     const LxMetadataItem* pointer = Find(*pool, "tiff", "SubIFDs");
     ASSERT_NE(pointer, nullptr);
-    std::size_t entries = 0, children = 0;
-    for (const TiffEntries& ifd : ifds) entries += ifd.size();
-    for (const LxMetadataItem* child = pointer->firstChild; child != nullptr; child = child->next) ++children;
-    EXPECT_EQ(children, entries);
-    EXPECT_NE(pointer->flags & kLxClosed, 0u);
+    EXPECT_EQ(Shape(pointer->firstChild), children);
     EXPECT_EQ(Find(*pool, "tiff", "Orientation"), nullptr);
     EXPECT_NE(Find(*pool, "tiff", "ResolutionUnit"), nullptr);
   }
