@@ -70,7 +70,6 @@ class FailingStream : public LxStream {
 
   [[nodiscard]] const std::vector<StreamRead>& reads() const { return reads_; }
   [[nodiscard]] bool hasFailed() const { return faults_.hasFailed(); }
-  [[nodiscard]] bool isClosed() const { return isClosed_; }
   void setFaults(const StreamFaults& faults) { faults_ = StreamFaultCounter(faults); }
 
  private:
@@ -98,23 +97,18 @@ class FailingStream : public LxStream {
     FailingStream* self = Of(stream);
     return self->faults_.TellFails() ? -1 : static_cast<std::int32_t>(self->position_);
   }
-  static std::int32_t Close(LxStream* stream) noexcept {
-    Of(stream)->isClosed_ = true;
-    return 0;
-  }
   static std::int32_t MinusOne(LxStream*) noexcept { return -1; }
   static std::int32_t Zero(LxStream*) noexcept { return 0; }
   static std::int32_t NoByte(std::int32_t, LxStream*) noexcept { return -1; }
   static std::int32_t NoWrite(const void*, std::int32_t, std::int32_t, LxStream*) noexcept { return 0; }
 
   static constexpr LxStreamMethods kMethods = {
-      MinusOne, NoByte, Read, NoWrite, NoByte, MinusOne, Close, MinusOne, MinusOne, MinusOne, Seek, Tell, Zero,
+      MinusOne, NoByte, Read, NoWrite, NoByte, MinusOne, Zero, MinusOne, MinusOne, MinusOne, Seek, Tell, Zero,
   };
   std::vector<std::uint8_t> bytes_;
   StreamFaultCounter faults_;
   std::vector<StreamRead> reads_;
   std::int64_t position_ = 0;
-  bool isClosed_ = false;
 };
 
 }  // namespace lxtest

@@ -32,7 +32,6 @@ TEST(Options, FilesAndOptionsStandInAnyOrderBehindTheCommand) {
     const char* parsed;
   } kCases[] = {
       {{"a.jpg"}, "xmp rdf: a.jpg"},
-      {{"xmp", "a.jpg", "b.jpg"}, "xmp rdf: a.jpg b.jpg"},
       {{"pool", "a.jpg"}, "pool text: a.jpg"},
       {{"--format", "json", "a.jpg"}, "xmp json: a.jpg"},
       {{"a.jpg", "--format=json", "b.jpg"}, "xmp json: a.jpg b.jpg"},
@@ -43,7 +42,6 @@ TEST(Options, FilesAndOptionsStandInAnyOrderBehindTheCommand) {
       {{"xmp", "--format", "json", "--", "--format", "-", "--"}, "xmp json: --format - --"},
       {{"--", "pool"}, "xmp rdf: pool"},
       {{"a.jpg", "pool"}, "xmp rdf: a.jpg pool"},
-      {{"pool", "pool"}, "pool text: pool"},
       {{"--help"}, "help"},
       {{"pool", "a.jpg", "-h"}, "help"},
       {{"xmp", "--version"}, "version"},
@@ -58,10 +56,8 @@ TEST(Options, EveryMistakeIsNamed) {
     const char* error;
   } kCases[] = {
       {{}, "no FILE given"},
-      {{"pool"}, "no FILE given"},
       {{"xmp", "--format", "json", "--"}, "no FILE given"},
       {{"a.jpg", ""}, "empty FILE"},
-      {{"xmp", "--", ""}, "empty FILE"},
       {{"--fromat", "json", "a.jpg"}, "unknown option '--fromat'"},
       {{"--formatjson", "a.jpg"}, "unknown option '--formatjson'"},
       {{"-f", "a.jpg"}, "unknown option '-f'"},
@@ -69,11 +65,9 @@ TEST(Options, EveryMistakeIsNamed) {
       {{"xmp", "--all", "a.jpg"}, "unknown option '--all'"},
       {{"--format", "text", "a.jpg"}, "unknown format 'text'"},
       {{"pool", "--format", "rdf", "a.jpg"}, "unknown format 'rdf'"},
-      {{"pool", "--format=", "a.jpg"}, "unknown format ''"},
       {{"--format", "JSON", "a.jpg"}, "unknown format 'JSON'"},
       {{"a.jpg", "--format"}, "option '--format' needs a value"},
       {{"-j", "0", "a.jpg"}, "not a number of workers from 1 to 256: '0'"},
-      {{"-jx", "a.jpg"}, "not a number of workers from 1 to 256: 'x'"},
       {{"--timeout=1s", "a.jpg"}, "not a number of seconds: '1s'"},
       {{"--timeout", "nan", "a.jpg"}, "not a number of seconds: 'nan'"},
       {{"-0", "a.jpg"}, "option '-0' needs '--files-from'"},
