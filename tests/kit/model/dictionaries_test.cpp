@@ -133,7 +133,7 @@ std::string AllTables() {
 }
 
 TEST(Dictionaries, GoldenRowsStayAsTheyAre) {
-  const std::string golden = std::string(LX_GOLDEN_DIR) + "/dictionaries.txt";
+  const std::string golden = LX_GOLDEN_DIR "/dictionaries.txt";
   const std::string text = AllTables();
   if (std::getenv("LX_UPDATE_GOLDENS") != nullptr) std::ofstream(golden, std::ios::binary) << text;
   const lxtest::Bytes kept = lxtest::ReadWholeFile(golden);
