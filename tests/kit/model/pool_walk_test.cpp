@@ -75,10 +75,10 @@ TEST(PoolWalk, BreaksBehindThirtyLevels) {
     top->next = Shown("n", "b", "text");
     TreePool pool(top);
     if (levels == 30) {
-      EXPECT_EQ(Walk(pool.get()), std::string(29, 'a') + "zb:1");
+      EXPECT_EQ(Walk(pool.get()), std::string(29, 'a').append("zb:1"));
       EXPECT_EQ(DisplayWalk(pool.get()), "zb:1");
     } else {
-      EXPECT_EQ(Walk(pool.get()), std::string(29, 'a') + ":-8");
+      EXPECT_EQ(Walk(pool.get()), std::string(29, 'a').append(":-8"));
       EXPECT_EQ(DisplayWalk(pool.get()), ":-8");
     }
   }
