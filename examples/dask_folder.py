@@ -9,6 +9,7 @@ that reads it, is a line with "error" in place of "properties"; the others are n
 """
 import argparse
 import collections
+import itertools
 import json
 import os
 import sys
@@ -31,27 +32,31 @@ def read_files(names):
     return lines
 
 
-def finish(client, names, future, read):
-    """The lines of a task. One whose worker died again and again is done anew, file by file, to find the one to blame."""
-    try:
-        return future.result()
-    except distributed.KilledWorker:
-        if len(names) == 1:
-            return [json.dumps({"file": names[0], "error": "KilledWorker: the process that read it died"})]
-        return [line for name in names for line in finish(client, [name], client.submit(read, [name], pure=False), read)]
+def one_by_one(client, names, read):
+    """The lines of files whose task lost its worker again and again, with nothing else under way, so that the right one is blamed."""
+    for name in names:
+        try:
+            yield from client.submit(read, [name], pure=False).result()
+        except distributed.KilledWorker:
+            yield json.dumps({"file": name, "error": "KilledWorker: the process that read it died"})
 
 
 def lines_of(client, names, read=read_files, chunk=CHUNK):
     """The lines of all files in order. So many tasks are under way that no worker waits, and no more."""
     window = 4 * max(1, sum(client.nthreads().values()))
     pending = collections.deque()
-    for start in range(0, len(names), chunk):
-        part = names[start:start + chunk]
-        pending.append((part, client.submit(read, part, pure=False)))
-        if len(pending) == window:
-            yield from finish(client, *pending.popleft(), read)
-    while pending:
-        yield from finish(client, *pending.popleft(), read)
+    parts = (names[start:start + chunk] for start in range(0, len(names), chunk))
+    while True:
+        for part in itertools.islice(parts, window - len(pending)):
+            pending.append((part, client.submit(read, part, pure=False)))
+        if not pending:
+            return
+        part, future = pending.popleft()
+        try:
+            yield from future.result()
+        except distributed.KilledWorker:  # Blames all that was on the worker when it died.
+            distributed.wait([other for _, other in pending])
+            yield from one_by_one(client, part, read)
 
 
 def main():
