@@ -14,14 +14,14 @@ constexpr std::size_t kHeaderSize = 26;
 
 TEST(Psd, TheHeaderGivesTheAttributesWhateverStandsInReservedBytesAndColourData) {
   const char* const models[] = {"bitbz", "gray", "indexedRGB", "RGB", "CMYK", "unk", "unk", "multi", "duo", "icclab"};
-  for (std::uint16_t mode = 0; mode < std::size(models); ++mode) {
+  for (std::size_t mode = 0; mode < std::size(models); ++mode) {
     PsdBuilder psd;
-    psd.mode = mode;
+    psd.mode = static_cast<std::uint16_t>(mode);
     psd.channels = 5;
     psd.width = 640;
     psd.height = 480;
     psd.depth = 16;
-    psd.colourData = Filled(mode * 99u, 0x38);
+    psd.colourData = Filled(mode * 99, 0x38);
     psd.Resources(ResourceBuilder().Iptc(IptcBuilder().Add(25, "harbour")));
     LxResult status = kLxInternalError;
     const PoolPtr pool = ParsePool(WithBytes(psd, 6, Filled(6, 0xEE)), &status);
