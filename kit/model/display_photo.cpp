@@ -1,7 +1,9 @@
 // Display texts of photographic quantities (exposure, aperture, distances), of GPS positions and times, and of the few
 // maker-note numbers that need more than their type. Uses display_parts.h, value.h and kit/base.
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 #include "kit/base/byte_order.h"
@@ -57,13 +59,22 @@ void AppendFNumber(LxDisplayBuffer* out, double number) noexcept {
   }
 }
 
+// e^x as its series; ln 2 / 2 is the largest x here, and 16 terms leave 1e-21 of it.
+constexpr std::size_t kTerms = 16;
+constexpr std::array<double, kTerms> kInverseFactorials = [] {
+  std::array<double, kTerms> inverse = {1};
+  double factor = 0;
+  for (std::size_t term = 1; term < kTerms; ++term) inverse[term] = inverse[term - 1] / ++factor;
+  return inverse;
+}();
+
 // 2^exponent, for exponents of a few dozen at most. A system's pow() may differ from another's in the last bit, and it
 // is the one thing that the library would need its mathematics library for.
 double PowerOfTwo(double exponent) noexcept {
   int whole = static_cast<int>(exponent < 0 ? exponent - 0.5 : exponent + 0.5);
-  const double x = (exponent - whole) * 0.693147180559945309417;  // ln 2; at most 0.35, so 18 terms leave 1e-24.
-  double sum = 1;
-  for (int term = 18; term > 0; --term) sum = 1 + sum * x / term;
+  const double x = (exponent - whole) * 0.693147180559945309417;  // ln 2
+  double sum = 0;
+  for (std::size_t term = kTerms; term > 0; --term) sum = sum * x + kInverseFactorials[term - 1];
   for (; whole > 0; --whole) sum *= 2;
   for (; whole < 0; ++whole) sum /= 2;
   return sum;
