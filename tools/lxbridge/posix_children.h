@@ -1,20 +1,18 @@
-// The worker processes as the signal handlers see them. POSIX; for system_posix.cpp and workers_posix.cpp.
+// The worker processes as the signal handlers see them. POSIX; for system_posix.cpp and worker_process_posix.cpp.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_POSIX_CHILDREN_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_POSIX_CHILDREN_H_
 
 #include <sys/types.h>
 
 #include <atomic>
-#include <cstddef>
 
-#include "tools/lxbridge/options.h"
+#include "tools/lxbridge/worker_process.h"
 
 namespace lxbridge::command {
 
 // The process of each worker, 0 where there is none. A process is entered while signals are blocked and taken out
 // before it is waited for, so a handler never kills another one of the same number.
-inline constexpr std::size_t kMostChildren = 2 * kMostWorkers;  // Some are leaving while their followers work.
-extern std::atomic<pid_t> children[kMostChildren];
+extern std::atomic<pid_t> children[kMostProcesses];
 static_assert(std::atomic<pid_t>::is_always_lock_free);
 
 void KillChildren() noexcept;           // Safe in a signal handler, as the next one.

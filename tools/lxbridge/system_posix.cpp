@@ -34,7 +34,7 @@ extern "C" void EndAtSignal(int number) {
 
 }  // namespace
 
-std::atomic<pid_t> children[kMostChildren] = {};
+std::atomic<pid_t> children[kMostProcesses] = {};
 
 void KillChildren() noexcept {
   for (const std::atomic<pid_t>& child : children) {

@@ -1,5 +1,5 @@
-// Working on the files in several processes. One implementation a system (workers_posix.cpp, workers_windows.cpp). Uses
-// inputs.h and report.h.
+// Working on the files in several processes, where the system has them (workers.cpp; workers_windows.cpp where it has
+// not). Uses inputs.h and report.h.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
 

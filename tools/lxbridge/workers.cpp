@@ -1,32 +1,18 @@
-// Worker processes on POSIX: forked before the library is started, each with a socket for jobs and results, and a few
-// words of shared memory that tell which file it is at. Uses posix_children.h and worker_protocol.h.
-//
-// A worker is given some jobs ahead and answers in their order, several results in one write where they come fast. When
-// it dies, the shared words say which file it was at: that one is reported, and the others that it has not answered are
-// done again by another.
+// Worker processes: each is given some jobs ahead and answers in their order, several results in one write where they
+// come fast; a few words of shared memory tell which file it is at. When it dies, that one is reported, and the others
+// that it has not answered are done again by another. Uses worker_process.h and worker_protocol.h.
 #include "tools/lxbridge/workers.h"
-
-#include <fcntl.h>
-#include <poll.h>
-#include <signal.h>
-#include <sys/mman.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <chrono>
-#include <cstring>
 #include <deque>
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "tools/lxbridge/file_work.h"
-#include "tools/lxbridge/posix_children.h"
+#include "tools/lxbridge/worker_process.h"
 #include "tools/lxbridge/worker_protocol.h"
 
 namespace lxbridge::command {
@@ -45,7 +31,7 @@ constexpr std::uint64_t kJobsOfALife = 4096;
 // the workers but of the one that holds the earliest.
 constexpr std::uint64_t kMostAhead = 8192;
 constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
-constexpr std::size_t kSocketBlock = 128 * 1024;
+constexpr std::size_t kReceivedKept = 512 * 1024;  // Of memory, by a worker's received bytes when they are few.
 constexpr std::size_t kJobBlock = 16 * 1024;
 constexpr std::size_t kResultBlock = 64 * 1024;
 // Results are gathered until this long after the first, looked at after each file; the first few go at once.
@@ -59,24 +45,10 @@ std::int64_t NowNs() {
       .count();
 }
 
-// Where a worker is, written by it and read by the command.
-struct alignas(64) Place {
-  std::atomic<std::uint64_t> begun;
-  std::atomic<std::uint64_t> finished;
-  std::atomic<std::int64_t> sinceNs;  // When the last one begun was.
-};
-static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
-
 // --- in the worker -------------------------------------------------------------------------------------------------
 
-void SendAll(int socket, std::string* bytes) {
-  std::size_t sent = 0;
-  while (sent < bytes->size()) {
-    const ssize_t done = ::send(socket, bytes->data() + sent, bytes->size() - sent, MSG_NOSIGNAL);
-    if (done < 0 && errno == EINTR) continue;
-    if (done < 0) ::_exit(0);  // Nobody is left to work for.
-    sent += static_cast<std::size_t>(done);
-  }
+void SendAll(const WorkerSide& side, std::string* bytes) {
+  SendResults(side, *bytes);
   bytes->clear();
   if (bytes->capacity() > 4 * kResultBlock) bytes->shrink_to_fit();
 }
@@ -92,46 +64,6 @@ void DoJob(FileWork* work, const Input& input, FileResult* result) {
   }
 }
 
-[[noreturn]] void BeWorker(const Options& options, int socket, Place* place) {
-  std::string out;
-  std::unique_ptr<FileWork> work;
-  try {
-    work = MakeWork(options);
-  } catch (const std::exception& error) {
-    AppendFault(error.what(), &out);
-    SendAll(socket, &out);
-    ::_exit(0);
-  }
-  std::string in, block(kJobBlock, '\0');
-  std::size_t at = 0;
-  Input input;
-  FileResult result;
-  std::int64_t sentNs = NowNs();
-  int results = 0;
-  for (;;) {
-    if (TakeJob(in, &at, &input) != Taken::kOne) {
-      SendAll(socket, &out);
-      in.erase(0, at);
-      at = 0;
-      const ssize_t got = ::recv(socket, block.data(), block.size(), 0);
-      if (got == 0 || (got < 0 && errno != EINTR)) ::_exit(0);
-      in.append(block, 0, static_cast<std::size_t>(got < 0 ? 0 : got));
-      continue;
-    }
-    const std::int64_t beganNs = NowNs();
-    place->sinceNs.store(beganNs, std::memory_order_relaxed);
-    place->begun.fetch_add(1, std::memory_order_release);
-    DoJob(work.get(), input, &result);
-    place->finished.fetch_add(1, std::memory_order_release);
-    if (out.empty()) sentNs = beganNs;
-    AppendResult(result, &out);
-    if (results < kResultsAtOnce) ++results;
-    if (results < kResultsAtOnce || out.size() >= kResultBlock || NowNs() - sentNs >= kResultDelayNs) {
-      SendAll(socket, &out);
-    }
-  }
-}
-
 // --- in the command ------------------------------------------------------------------------------------------------
 
 struct Job {
@@ -140,8 +72,7 @@ struct Job {
 };
 
 struct Worker {
-  std::size_t slot = 0;  // Of its process and its place.
-  int socket = -1;
+  std::size_t slot = 0;  // Of its process.
   std::deque<Job> jobs;  // Given and not answered.
   std::uint64_t given = 0;
   std::uint64_t answered = 0;
@@ -155,26 +86,21 @@ struct Worker {
 class Pool {
  public:
   Pool(const Options& options, int count, InputSource* source, Report* report)
-      : options_(options), count_(static_cast<std::size_t>(count)), source_(*source), report_(*report) {
-    const std::size_t size = kMostChildren * sizeof(Place);
-    void* shared = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    places_ = shared == MAP_FAILED ? nullptr : static_cast<Place*>(shared);
-    block_.resize(kSocketBlock);
-  }
+      : options_(options),
+        count_(static_cast<std::size_t>(count)),
+        source_(*source),
+        report_(*report),
+        processes_(options, !source->ReadsStandardInput()) {}
 
   ~Pool() {
-    if (stopped_) KillChildren();
-    for (Worker& worker : workers_) {
-      (void)::close(worker.socket);
-      (void)Wait(&worker);
-    }
-    if (places_ != nullptr) (void)::munmap(places_, kMostChildren * sizeof(Place));
+    if (stopped_) processes_.KillAll();
+    for (const Worker& worker : workers_) (void)processes_.End(worker.slot);
   }
   Pool(const Pool&) = delete;
   Pool& operator=(const Pool&) = delete;
 
   void Run() {
-    if (places_ == nullptr) return Stop("no memory to share with workers");
+    if (!processes_.CanStart()) return Stop("no memory to share with workers");
     stopped_ = true;  // Until the end is reached, leaving means to stop.
     for (;;) {
       GiveJobs();
@@ -269,20 +195,8 @@ class Pool {
   }
 
   void Send(Worker* worker) {
-    std::size_t sent = 0;
-    while (sent < worker->toSend.size()) {
-      const ssize_t done = ::send(worker->socket, worker->toSend.data() + sent, worker->toSend.size() - sent,
-                                  MSG_NOSIGNAL | MSG_DONTWAIT);
-      if (done < 0 && errno == EINTR) continue;
-      if (done < 0) {
-        // It has died, which reading from it will show.
-        if (errno != EAGAIN && errno != EWOULDBLOCK) sent = worker->toSend.size();
-        break;
-      }
-      sent += static_cast<std::size_t>(done);
-    }
-    worker->toSend.erase(0, sent);
-    if (worker->leaving && worker->toSend.empty()) (void)::shutdown(worker->socket, SHUT_WR);
+    processes_.Send(worker->slot, &worker->toSend);
+    if (worker->leaving && worker->toSend.empty()) processes_.EndJobs(worker->slot);
   }
 
   // --- workers
@@ -296,7 +210,7 @@ class Pool {
       ++staying;
       if (least == nullptr || worker.jobs.size() < least->jobs.size()) least = &worker;
     }
-    if ((least == nullptr || !least->jobs.empty()) && staying < count_ && workers_.size() < kMostChildren) {
+    if ((least == nullptr || !least->jobs.empty()) && staying < count_ && workers_.size() < kMostProcesses) {
       if (Worker* started = Start()) return started;
       if (failed_) return nullptr;
     }
@@ -311,60 +225,19 @@ class Pool {
   }
 
   Worker* Start() {
-    int ends[2];
-    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0) return CannotStart();
     std::size_t slot = 0;
-    while (children[slot].load(std::memory_order_relaxed) != 0) ++slot;
-    Place* place = new (&places_[slot]) Place{};
-    // Until the process is entered, or in it nothing of ours is left to run, no signal may come.
-    sigset_t all, before;
-    (void)::sigfillset(&all);
-    (void)::sigprocmask(SIG_SETMASK, &all, &before);
-    const pid_t id = ::fork();
-    if (id == 0) {
-      ForgetEndingSignals();
-      // An interruption is for the command, which ends its workers.
-      (void)::signal(SIGINT, SIG_IGN);
-      (void)::sigprocmask(SIG_SETMASK, &before, nullptr);
-      (void)::close(ends[0]);
-      for (const Worker& other : workers_) (void)::close(other.socket);
-      if (source_.ReadsStandardInput()) {
-        const int nothing = ::open("/dev/null", O_RDONLY);
-        if (nothing >= 0) (void)::dup2(nothing, STDIN_FILENO);
-      }
-      BeWorker(options_, ends[1], place);
+    std::string problem;
+    if (processes_.Start(&slot, &problem)) {
+      Worker& worker = workers_.emplace_back();
+      worker.slot = slot;
+      return &worker;
     }
-    const int error = errno;
-    if (id > 0) children[slot].store(id, std::memory_order_relaxed);
-    (void)::sigprocmask(SIG_SETMASK, &before, nullptr);
-    (void)::close(ends[1]);
-    if (id < 0) {
-      (void)::close(ends[0]);
-      errno = error;
-      return CannotStart();
-    }
-    Worker& worker = workers_.emplace_back();
-    worker.slot = slot;
-    worker.socket = ends[0];
-    return &worker;
-  }
-
-  // The others do it.
-  Worker* CannotStart() {
     if (workers_.empty()) {
-      Stop(std::string("cannot start a worker: ") + std::strerror(errno));
+      Stop(problem);
     } else {
-      count_ = workers_.size();
+      count_ = workers_.size();  // The others do it.
     }
     return nullptr;
-  }
-
-  int Wait(Worker* worker) {
-    const pid_t id = children[worker->slot].exchange(0, std::memory_order_relaxed);
-    int status = 0;
-    while (::waitpid(id, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status;
   }
 
   // --- results
@@ -376,20 +249,12 @@ class Pool {
   }
 
   void Wait() {
-    polled_.clear();
-    for (const Worker& worker : workers_) {
-      const int events = (MayRead(worker) ? POLLIN : 0) | (worker.toSend.empty() ? 0 : POLLOUT);
-      polled_.push_back({events != 0 ? worker.socket : -1, static_cast<short>(events), 0});
-    }
-    if (waitsForList_) polled_.push_back({source_.WaitDescriptor(), POLLIN, 0});
-    if (::poll(polled_.data(), static_cast<nfds_t>(polled_.size()), EndLate()) < 0 && errno != EINTR) {
-      return Stop(std::string("cannot wait for workers: ") + std::strerror(errno));
-    }
-    std::size_t at = 0;
-    for (auto worker = workers_.begin(); worker != workers_.end() && !failed_; ++at) {
-      const short events = polled_[at].revents;
-      if ((events & POLLOUT) != 0) Send(&*worker);
-      if ((events & (POLLIN | POLLHUP | POLLERR)) != 0 && !Receive(&*worker)) {
+    for (const Worker& worker : workers_) processes_.Watch(worker.slot, MayRead(worker), !worker.toSend.empty());
+    std::string problem;
+    if (!processes_.Wait(waitsForList_ ? source_.WaitDescriptor() : -1, EndLate(), &problem)) return Stop(problem);
+    for (auto worker = workers_.begin(); worker != workers_.end() && !failed_;) {
+      if (processes_.MaySend(worker->slot)) Send(&*worker);
+      if (processes_.MayReceive(worker->slot) && !Receive(&*worker)) {
         Bury(&*worker);
         worker = workers_.erase(worker);
       } else {
@@ -405,7 +270,7 @@ class Pool {
     const std::int64_t now = NowNs();
     std::int64_t least = std::int64_t{kWakeMs} * 1'000'000;
     for (Worker& worker : workers_) {
-      const Place& place = places_[worker.slot];
+      const Place& place = processes_.PlaceOf(worker.slot);
       const std::uint64_t begun = place.begun.load(std::memory_order_acquire);
       if (worker.killedIn != 0 || place.finished.load(std::memory_order_acquire) >= begun) continue;
       const std::int64_t left = place.sinceNs.load(std::memory_order_relaxed) + limit - now;
@@ -414,17 +279,14 @@ class Pool {
         continue;
       }
       worker.killedIn = begun;
-      (void)::kill(children[worker.slot].load(std::memory_order_relaxed), SIGKILL);
+      processes_.Kill(worker.slot);
     }
     return static_cast<int>(least / 1'000'000) + 1;
   }
 
   // False: it has ended.
   bool Receive(Worker* worker) {
-    const ssize_t got = ::recv(worker->socket, block_.data(), block_.size(), MSG_DONTWAIT);
-    if (got < 0) return errno == EINTR || errno == EAGAIN || errno == EWOULDBLOCK;
-    if (got == 0) return false;
-    worker->received.append(block_.data(), static_cast<std::size_t>(got));
+    if (!processes_.Receive(worker->slot, &worker->received)) return false;
     std::size_t at = 0;
     for (;;) {
       FileResult result;
@@ -435,7 +297,7 @@ class Pool {
         return true;
       }
       if (taken == Taken::kNonsense || worker->jobs.empty()) {
-        (void)::kill(children[worker->slot].load(std::memory_order_relaxed), SIGKILL);
+        processes_.Kill(worker->slot);
         return false;
       }
       const std::uint64_t number = worker->jobs.front().number;
@@ -446,17 +308,15 @@ class Pool {
       if (failed_) return true;
     }
     worker->received.erase(0, at);
-    if (worker->received.capacity() > 4 * kSocketBlock && worker->received.size() < kSocketBlock) {
-      worker->received.shrink_to_fit();
-    }
+    std::string& received = worker->received;
+    if (received.capacity() > kReceivedKept && received.size() < kReceivedKept / 4) received.shrink_to_fit();
     return true;
   }
 
   // A worker has ended: what it was at is lost, what it had not come to is done again.
   void Bury(Worker* worker) {
-    (void)::close(worker->socket);
-    const int status = Wait(worker);
-    const Place& place = places_[worker->slot];
+    const Place& place = processes_.PlaceOf(worker->slot);
+    const std::string cause = processes_.End(worker->slot);
     const std::uint64_t begun = place.begun.load(std::memory_order_acquire);
     const bool within = begun > place.finished.load(std::memory_order_acquire);
     // Killed for its last file, it may have come to the next one meanwhile, which has done nothing wrong.
@@ -465,29 +325,24 @@ class Pool {
     if (blamed && begun > worker->answered && index < worker->jobs.size()) {
       const auto at = worker->jobs.begin() + static_cast<std::ptrdiff_t>(index);
       FileResult result;
-      result.Fail(at->input.name, worker->killedIn != 0 ? "timed out" : Cause(status));
+      result.Fail(at->input.name, worker->killedIn != 0 ? "timed out" : cause);
       if (worker->killedIn == 0) result.status = "crashed";
       const std::uint64_t number = at->number;
       worker->jobs.erase(at);
       deathsAtStart_ = 0;
       Done(number, std::move(result));
     } else if (begun == 0 && !worker->jobs.empty() && ++deathsAtStart_ == kDeathsAtStart) {
-      Stop("workers do not start: " + Cause(status));
+      Stop("workers do not start: " + cause);
     }
     for (Job& job : worker->jobs) again_.push_back(std::move(job));
     std::sort(again_.begin(), again_.end(), [](const Job& a, const Job& b) { return a.number < b.number; });
-  }
-
-  static std::string Cause(int status) {
-    if (WIFSIGNALED(status)) return "crashed (signal " + std::to_string(WTERMSIG(status)) + ")";
-    return "crashed (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
   }
 
   const Options& options_;
   std::size_t count_;
   InputSource& source_;
   Report& report_;
-  Place* places_ = nullptr;
+  WorkerProcesses processes_;
   std::deque<Worker> workers_;
   std::deque<Job> again_;     // Of workers that have died, by number.
   std::uint64_t number_ = 0;  // Of the next input.
@@ -496,14 +351,52 @@ class Pool {
   bool failed_ = false;  // All is to end.
   bool stopped_ = false;
   int deathsAtStart_ = 0;
-  std::vector<pollfd> polled_;
-  std::string block_;
 };
 
 }  // namespace
 
 bool HasWorkers() {
   return true;
+}
+
+void BeWorker(const Options& options, const WorkerSide& side) {
+  std::string out;
+  std::unique_ptr<FileWork> work;
+  try {
+    work = MakeWork(options);
+  } catch (const std::exception& error) {
+    AppendFault(error.what(), &out);
+    SendAll(side, &out);
+    EndWorker();
+  }
+  std::string in, block(kJobBlock, '\0');
+  std::size_t at = 0;
+  Input input;
+  FileResult result;
+  std::int64_t sentNs = NowNs();
+  int results = 0;
+  for (;;) {
+    if (TakeJob(in, &at, &input) != Taken::kOne) {
+      SendAll(side, &out);
+      in.erase(0, at);
+      at = 0;
+      const std::size_t got = ReceiveJobs(side, block.data(), block.size());
+      if (got == 0) EndWorker();
+      in.append(block, 0, got);
+      continue;
+    }
+    const std::int64_t beganNs = NowNs();
+    side.place->sinceNs.store(beganNs, std::memory_order_relaxed);
+    side.place->begun.fetch_add(1, std::memory_order_release);
+    DoJob(work.get(), input, &result);
+    side.place->finished.fetch_add(1, std::memory_order_release);
+    if (out.empty()) sentNs = beganNs;
+    AppendResult(result, &out);
+    if (results < kResultsAtOnce) ++results;
+    if (results < kResultsAtOnce || out.size() >= kResultBlock || NowNs() - sentNs >= kResultDelayNs) {
+      SendAll(side, &out);
+    }
+  }
 }
 
 void RunInWorkers(const Options& options, int count, InputSource* source, Report* report) {
