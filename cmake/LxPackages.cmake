@@ -95,7 +95,11 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 list(APPEND lx_outside "${lx_this_library}")
 list(JOIN lx_outside ", " lx_outside)
 if(TARGET lxbridge)
-  lx_debian_package(command lxbridge graphics "${lx_outside}"
+  set(needs "${lx_outside}")
+  if(LXBRIDGE_COMMAND_IN_ONE_FILE)
+    set(needs "libc6 (>= 2.36)")
+  endif()
+  lx_debian_package(command lxbridge graphics "${needs}"
     "print the metadata of image files as XMP, JSON or tables"
     "The command lxbridge prints what the camera and editors wrote into JPEG, TIFF
 and PSD files (EXIF, GPS, IPTC, the XMP packet): as an XMP packet, a line of

@@ -38,8 +38,19 @@ if(LXBRIDGE_LTO AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32 AND NOT L
   set(LX_LTO_COMPILE "$<$<CONFIG:Release>:-flto=auto;-ffat-lto-objects>")
   set(LX_LTO_LINK "$<$<CONFIG:Release>:-flto=auto;-O2>")
   # Without this the linker would optimise every test program so.
-  target_link_options(lx_options INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-fno-lto>)
+  target_link_options(lx_options INTERFACE
+    $<$<AND:$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>,$<NOT:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>>>:-fno-lto>)
 endif()
+
+# What a program of the tree takes the library and the two outside libraries from: the shared libraries, or, where it has the
+# property LX_IN_ONE_FILE, their parts.
+add_library(lx_library INTERFACE)
+target_include_directories(lx_library INTERFACE "${PROJECT_SOURCE_DIR}/api/include")
+target_link_libraries(lx_library INTERFACE $<IF:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>,lx_api,LxBridge>)
+add_library(lx_outside INTERFACE)
+target_link_libraries(lx_outside INTERFACE
+  $<IF:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>,lx_velto_parts,VeltoXMP>
+  $<IF:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>,lx_tal_parts,TAL>)
 
 # lx_room(NAME SOURCES ... DEPENDS ...): a room's static library. Includes are written from the root of the tree.
 function(lx_room name)
