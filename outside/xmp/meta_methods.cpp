@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "outside/xmp/boundary.h"
 #include "outside/xmp/dates.h"
@@ -118,7 +119,7 @@ TALErrorRef serializeToBuffer(XMPObjectRef self, XMPTextOut* packet, std::uint32
     how.baseIndent = baseIndent;
     std::string text;
     serializeObject(instance.object, how, text);
-    giveText(instance.texts, packet, text);
+    if (packet != nullptr) *packet = instance.texts.keepWhole(std::move(text));
   });
 }
 

@@ -47,6 +47,36 @@ void checkOptions(const SerializeOptions& options) {
   if (options.baseIndent < 0 || options.baseIndent > kMostBaseIndent) refuse("the base indent is out of range");
 }
 
+// A text that grows at its end. A packet is put together of short pieces, most of a length that the compiler knows; so
+// there is room before they come, and adding one is a copy of bytes in place.
+class PacketText {
+ public:
+  PacketText() { grow(kUsualLength); }
+
+  [[gnu::always_inline]] void put(std::string_view piece) {
+    if (piece.size() > static_cast<std::size_t>(end_ - at_)) [[unlikely]] grow(piece.size());
+    piece.copy(at_, piece.size());
+    at_ += piece.size();
+  }
+  std::size_t length() const noexcept { return static_cast<std::size_t>(at_ - room_.data()); }
+  std::string take() {
+    room_.resize(length());
+    return std::move(room_);
+  }
+
+ private:
+  [[gnu::noinline]] void grow(std::size_t more) {
+    const std::size_t length = at_ != nullptr ? this->length() : 0;
+    room_.resize(std::max(length + more, 2 * room_.size()));
+    at_ = room_.data() + length;
+    end_ = room_.data() + room_.size();
+  }
+
+  std::string room_;
+  char* at_ = nullptr;
+  char* end_ = nullptr;
+};
+
 // The namespaces that the object uses, in the order of their first use.
 class UsedNamespaces {
  public:
@@ -65,18 +95,25 @@ class UsedNamespaces {
     if (ns == nullptr || ns == last_) return;
     last_ = ns;
     // Prefix xml needs no declaration, and rdf has one farther out.
-    if (ns == wellKnown().xml || ns == wellKnown().rdf) return;
-    if (seen_.insert(ns).second) inOrder_.push_back(ns);
+    if (ns == wellKnown().xml || ns == wellKnown().rdf || isThere(ns)) return;
+    inOrder_.push_back(ns);
+    if (inOrder_.size() == kFewNamespaces) seen_.insert(inOrder_.begin(), inOrder_.end());
+  }
+  // The set is there for packets that have many; looking through a few is quicker than making it.
+  bool isThere(const Namespace* ns) {
+    if (inOrder_.size() >= kFewNamespaces) return !seen_.insert(ns).second;
+    return std::find(inOrder_.begin(), inOrder_.end(), ns) != inOrder_.end();
   }
 
+  static constexpr std::size_t kFewNamespaces = 16;
   const Namespace* last_ = nullptr;
-  std::unordered_set<const Namespace*> seen_;
   std::vector<const Namespace*> inOrder_;
+  std::unordered_set<const Namespace*> seen_;  // The same, once they are so many.
 };
 
 class Writer {
  public:
-  Writer(const SerializeOptions& options, std::string& out)
+  Writer(const SerializeOptions& options, PacketText& out)
       : options_(options),
         out_(out),
         isCompact_((options.options & kXMPSerializeCompact) != 0),
@@ -103,10 +140,10 @@ class Writer {
   };
   static Name nameOf(const Node* node) noexcept { return {node->ns->prefix, node->name()}; }
 
-  void put(std::string_view text) { out_.append(text); }
+  [[gnu::always_inline]] void put(std::string_view text) { out_.put(text); }
   void put(Name name) {
     put(name.prefix);
-    out_.push_back(':');
+    put(":");
     put(name.local);
   }
   void putEscaped(std::string_view text) {
@@ -302,20 +339,21 @@ class Writer {
   }
 
   const SerializeOptions& options_;
-  std::string& out_;
+  PacketText& out_;
   const bool isCompact_;
   std::string lineStart_;  // A line end and the deepest indent so far.
   bool isFirstLine_ = true;
 };
 
 // Exactly that many bytes, in lines where they are long enough for a line end.
-void appendPadding(std::string& packet, std::size_t bytes, std::string_view newline) {
+void putPadding(PacketText& packet, std::size_t bytes, std::string_view newline) {
+  const std::string line(kPaddingLine, ' ');
   while (bytes > 0) {
-    const std::size_t line = std::min(bytes, kPaddingLine);
-    const std::size_t spaces = line >= newline.size() ? line - newline.size() : line;
-    packet.append(spaces, ' ');
-    if (spaces < line) packet.append(newline);
-    bytes -= line;
+    const std::size_t length = std::min(bytes, kPaddingLine);
+    const std::size_t spaces = length >= newline.size() ? length - newline.size() : length;
+    packet.put(std::string_view(line).substr(0, spaces));
+    if (spaces < length) packet.put(newline);
+    bytes -= length;
   }
 }
 
@@ -323,21 +361,20 @@ void appendPadding(std::string& packet, std::size_t bytes, std::string_view newl
 
 void serializeObject(const Object& object, const SerializeOptions& options, std::string& packet) {
   checkOptions(options);
-  std::string text;
-  text.reserve(kUsualLength);
+  PacketText text;
   const bool hasWrapper = (options.options & kXMPSerializeOmitWrapper) == 0;
   if (hasWrapper) {
-    text.append(kHeader);
-    text.append(options.newline);
+    text.put(kHeader);
+    text.put(options.newline);
   }
   Writer(options, text).writeMeta(object);
-  text.append(options.newline);
+  text.put(options.newline);
   if (hasWrapper) {
     const bool isReadOnly = (options.options & kXMPSerializeReadOnly) != 0;
     const std::string_view trailer = isReadOnly ? kReadOnlyTrailer : kWritableTrailer;
     std::size_t padding = static_cast<std::size_t>(std::max(options.padding, 0));
     if ((options.options & kXMPSerializeExactLength) != 0) {
-      const std::size_t length = text.size() + trailer.size();
+      const std::size_t length = text.length() + trailer.size();
       if (length > padding) {
         throw ToolkitError(ErrorId::kTooLong,
                            "the packet takes " + std::to_string(length) + " bytes, not " + std::to_string(padding));
@@ -347,13 +384,13 @@ void serializeObject(const Object& object, const SerializeOptions& options, std:
       // Padding is there so that a packet can grow where it is; a read-only one never does.
       padding = isReadOnly ? 0 : kUsualPadding;
     }
-    appendPadding(text, padding, options.newline);
-    text.append(trailer);
+    putPadding(text, padding, options.newline);
+    text.put(trailer);
   }
-  if (text.size() > std::numeric_limits<std::uint32_t>::max()) {
+  if (text.length() > std::numeric_limits<std::uint32_t>::max()) {
     throw ToolkitError(ErrorId::kTooLong, "the packet is longer than 32 bits can say");
   }
-  packet = std::move(text);
+  packet = text.take();
 }
 
 }  // namespace velto

@@ -6,7 +6,9 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "clients/xmp/xmp_abi.h"
@@ -25,9 +27,17 @@ class TextStore {
     return {place, static_cast<std::uint32_t>(text.size())};
   }
 
+  // The text itself, where it is long enough that copying it costs more than keeping it.
+  XMPTextOut keepWhole(std::string&& text) {
+    if (text.size() < kBlockSize / 4 || text.size() >= UINT32_MAX) return keep(text);
+    const std::string& kept = whole_.emplace_back(std::move(text));
+    return {kept.c_str(), static_cast<std::uint32_t>(kept.size())};
+  }
+
   // Ends all texts given so far.
   void unlock() noexcept {
     blocks_.clear();
+    whole_.clear();
     left_ = sizeof first_;
     next_ = first_;
   }
@@ -55,6 +65,7 @@ class TextStore {
   char* next_ = first_;
   std::size_t left_ = sizeof first_;
   std::vector<std::unique_ptr<char[]>> blocks_;
+  std::vector<std::string> whole_;  // Long ones: their bytes stay where they are when the vector grows.
 };
 
 }  // namespace velto

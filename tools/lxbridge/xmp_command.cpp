@@ -96,7 +96,7 @@ class XmpWork : public FileWork {
       } else if (options_.format == Format::kJson) {
         WriteXmpJson(&result->out, input.name.c_str(), xmp);
       } else {
-        result->out = xmp.Serialize();
+        xmp.SerializeTo(&result->out);
         if (!result->out.empty() && result->out.back() != '\n') result->out.push_back('\n');
       }
     } catch (const std::exception& error) {

@@ -140,6 +140,12 @@ class XmpView {
     CheckXmp(LxXmpSerialize(xmp_, options, padding, &packet));
     return std::string(packet.bytes, packet.length);
   }
+  // The same into a text whose room is used again, for those who take the packets of many files.
+  void SerializeTo(std::string* out, std::uint32_t options = 0, std::int32_t padding = 0) const {
+    LxXmpText packet;
+    CheckXmp(LxXmpSerialize(xmp_, options, padding, &packet));
+    out->assign(packet.bytes, packet.length);
+  }
 
   // LxXmpSet: a simple value.
   void Set(const char* namespaceUri, const char* path, const char* value, std::uint32_t options = 0) {
