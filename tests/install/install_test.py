@@ -156,6 +156,8 @@ def check_packages(scratch):
         version, depends = fields["Version"], fields["Depends"]
         if name == "liblxbridge1":
             check(re.search(r"libc6 .*libexpat1 .*libstdc\+\+6 ", depends), f"{name} depends on {depends}")
+        elif name == "lxbridge" and b"libLxBridge.so" not in (BUILT / "bin/lxbridge").read_bytes():
+            check(re.search(r"libc6 ", depends) and "liblxbridge" not in depends, f"{name} depends on {depends}")
         else:
             check(f"liblxbridge1 (= {version})" in depends, f"{name} {version} depends on {depends}")
     dangling = [path for path in (scratch / "root").rglob("*") if path.is_symlink() and not path.exists()]
