@@ -101,6 +101,9 @@ TEST_F(XmpTest, TheSerialisedPacketHoldsTheSameObject) {
   EXPECT_GE(xmp.Serialize(0, 2000).size(), packet.size() + 2000);
   EXPECT_EQ(xmp.Serialize(LX_XMP_EXACT_LENGTH, 9000).size(), 9000U);
   EXPECT_EQ(xmp.Serialize(), packet);
+  std::string again = "what it held before";
+  xmp.SerializeTo(&again);
+  EXPECT_EQ(again, packet);
 
   EXPECT_EQ(Lines(Open(JpegBuilder().App1Xmp(packet))), lines);
 }
