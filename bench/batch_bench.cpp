@@ -1,8 +1,8 @@
 // What does the command cost over many files, and for one? In one run, repetitions interleaved, of the same files:
 //   two workers beside one          files a second
 //   one worker beside the library   the library: LxInterchangeNew to LxInterchangeDelete, once bare and once with the
-//                                   packet that the command prints. Each time in a process of its own, as the worker is:
-//                                   a process's first thousand files cost it a tenth more each than the later ones
+//                                   packet that the command prints. Each time in a process of its own, as the worker
+//                                   is: a process's first thousand files cost it a tenth more each than the later ones
 //   memory                          the largest process of the command, over ten times the files too
 //   start-up                        the whole process for one file of 2 kB beside open_read's
 // Ratios are of medians; minima are printed beside them, since other work on the machine only ever adds.
