@@ -54,8 +54,7 @@ class PacketText {
   PacketText() { grow(kUsualLength); }
 
   [[gnu::always_inline]] void put(std::string_view piece) {
-    if (piece.size() > static_cast<std::size_t>(end_ - at_)) [[unlikely]]
-      grow(piece.size());
+    if (piece.size() > static_cast<std::size_t>(end_ - at_)) grow(piece.size());
     piece.copy(at_, piece.size());
     at_ += piece.size();
   }
