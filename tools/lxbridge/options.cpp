@@ -241,9 +241,8 @@ Input:
 Many files:
   -j, --jobs N       work in N processes (1 to 256; default: as many as there are
                      processors, once there are more than a few files). A file that
-                     brings its process down costs nothing but itself. On Windows
-                     all work is done in one process
-  --timeout SECONDS  give up a file that takes longer (not on Windows)
+                     brings its process down costs nothing but itself
+  --timeout SECONDS  give up a file that takes longer
   --unordered        print results as they come, not in the order of the files
   --progress         say on standard error how far it is; without it only when that is
                      a terminal, standard output is none, and it takes a while
