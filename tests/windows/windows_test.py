@@ -1,17 +1,22 @@
 #!/usr/bin/env python3
 """What the Windows build is, and whether it does what this machine's own build does.
 
-windows_test.py --built FOLDER --native FOLDER --wine PROGRAM --corpus FOLDER layout|load|example|command|same_output
+windows_test.py --built FOLDER --native FOLDER --wine PROGRAM --corpus FOLDER layout|load|example|command|same_output|many|ends
 Status 77: what the test needs is not there.
 """
 import argparse
+import fcntl
 import os
 import pathlib
 import re
 import shutil
+import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
+import time
 
 SKIPPED = 77
 EXPORTS = ["LxInterchangeDelete", "LxInterchangeGetXMP", "LxInterchangeInit", "LxInterchangeNew", "LxInterchangeTerm"]
@@ -25,9 +30,8 @@ def expect(holds, what):
         faults.append(what)
 
 
-def run(command, **options):
-    environment = dict(os.environ, TZ=options.pop("zone", "Asia/Kolkata"))
-    return subprocess.run(command, capture_output=True, env=environment, timeout=100, check=False, **options)
+def run(command, zone="Asia/Kolkata", **options):
+    return subprocess.run(command, capture_output=True, env=dict(os.environ, TZ=zone), timeout=100, check=False, **options)
 
 
 def lines(data):
@@ -156,12 +160,116 @@ def same_output(options, folder):
     print(f"{len(names)} pictures")
 
 
+def start(options, folder, arguments, **pipes):
+    return subprocess.Popen([options.wine, options.built / "lxbridge.exe", *arguments], cwd=folder,
+                            env=dict(os.environ, TZ="Asia/Kolkata"), **pipes)
+
+
+def eventually(holds):
+    until = time.monotonic() + 20
+    while not holds():
+        if time.monotonic() > until:
+            return False
+        time.sleep(0.02)
+    return True
+
+
+def many(options, folder):
+    """Worker processes: what one process gives, in its order, however the names come."""
+    for i in range(100):
+        if i % 7 != 3:
+            shutil.copy(folder / "sample.jpg", folder / f"p{i}.jpg")
+    names = [f"p{i}.jpg\n".encode() for i in range(100)]
+    (folder / "list").write_bytes(b"".join(names))
+    (folder / "long").write_bytes(b"".join(names * 42))
+    table = ["--format", "csv", "--header", "--separator", "*\"? ", "--fields", "tiff:Make,exif:Flash/exif:Fired,dc:subject"]
+    same(options, folder, table + ["-j2", "--summary", "--files-from", "list"], "a table by two workers")
+    same(options, folder, ["pool", "--all", "-j3", "--summary", "--files-from", "list"], "pools by three workers")
+    same(options, folder, ["pool", "--format", "json", "-j70", "--files-from", "list"],
+         "more workers than a wait takes handles")
+    same(options, folder, ["--format", "json", "-j1", "--files-from", "long"], "a worker after the other")
+    with open(folder / "sample.jpg", "rb") as photo:
+        same(options, folder, ["--format", "json", "-j3"] + 20 * ["-"], "standard input by three workers", stdin=photo)
+    arguments = ["--format", "json", "--files-from", "list"]
+    ordered = run([options.native / "lxbridge", *arguments], cwd=folder)
+    loose = run([options.wine, options.built / "lxbridge.exe", "--unordered", "-j3", *arguments], cwd=folder)
+    expect(sorted(loose.stdout.splitlines()) == sorted(ordered.stdout.splitlines()), "the same lines in any order")
+    expect(sorted(loose.stderr.splitlines()) == sorted(ordered.stderr.splitlines()), "the same messages in any order")
+    # Names are worked on as they come.
+    with open(folder / "out", "wb") as out, start(options, folder, ["--format", "json", "-j2", "--files-from", "-"],
+                                                  stdin=subprocess.PIPE, stdout=out, stderr=subprocess.DEVNULL) as process:
+        for i in range(0, 100, 35):
+            process.stdin.write(b"".join(names[i:i + 35]))
+            process.stdin.flush()
+            there = sum(j % 7 != 3 for j in range(min(i + 35, 100)))
+            expect(eventually(lambda: (folder / "out").read_bytes().count(b"\n") == there), f"{there} results of a slow list")
+        process.stdin.close()
+    expect((folder / "out").read_bytes() == ordered.stdout and process.returncode == 1, "a slow list is read to its end")
+
+
+def ends(options, folder):
+    """What hangs, dies or is interrupted: a pipe in the folder that is walked, which a Wine opens and waits to read."""
+    (folder / "walked").mkdir()
+    for i in range(40):
+        shutil.copy(folder / "sample.jpg", folder / "walked" / f"p{i}.jpg")
+    arguments = ["pool", "--format", "json", "-j2", "-r", "walked"]
+    photos = run([options.native / "lxbridge", *arguments], cwd=folder).stdout
+    pipe = folder / "walked" / "hangs"
+    os.mkfifo(pipe)
+    keeper = os.open(pipe, os.O_RDWR)  # So that opening it does not wait.
+
+    def readers():
+        found = []
+        for process in pathlib.Path("/proc").iterdir():
+            try:
+                if (process / "comm").read_text() == "lxbridge.exe\n":
+                    found += [int(process.name) for file in (process / "fd").iterdir() if os.readlink(file) == str(pipe)]
+            except OSError:
+                pass  # No process, or not any more.
+        return found
+
+    def waiting(output):
+        return struct.unpack("i", fcntl.ioctl(output, termios.FIONREAD, bytes(4)))[0]
+
+    def command_of(process):
+        return int(pathlib.Path(f"/proc/{process.pid}/task/{process.pid}/children").read_text().split()[0])
+
+    def expect_others(process, out, err, why):
+        said = sorted(out.replace(b"\\\\", b"/").splitlines())
+        expect(said == sorted(photos.splitlines()), f"the others are done where one file {why}")
+        expect(lines(err) == b"lxbridge: walked\\hangs: %s\n" % why.encode(), f"a file is reported that {why}, not {err!r}")
+        expect(process.returncode == 1, f"a file that {why} is a failed one")
+
+    pipes = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
+    process = run([options.wine, options.built / "lxbridge.exe", *arguments, "--timeout", "1.5"], cwd=folder)
+    expect_others(process, process.stdout, process.stderr, "timed out")
+    with start(options, folder, arguments, **pipes) as process:
+        expect(eventually(readers), "a worker hangs and will crash")
+        for reader in readers():
+            os.kill(reader, signal.SIGFPE)  # Becomes an exception there.
+        expect_others(process, *process.communicate(), "crashed (exception 0xC0000094)")
+    with start(options, folder, arguments, **pipes) as process:
+        expect(eventually(readers), "a worker hangs and its command is killed")
+        os.kill(command_of(process), signal.SIGKILL)
+        expect(eventually(lambda: not readers()), "no worker is left behind")
+    with start(options, folder, [*arguments, "--unordered"], **pipes) as process:
+        expect(eventually(lambda: readers() and waiting(process.stdout) > 32 * 1024), "a worker hangs, and the output is full")
+        time.sleep(0.2)
+        os.kill(command_of(process), signal.SIGINT)  # Becomes Control-C there.
+        out, err = process.communicate()
+        expect(out.endswith(b"\n") and err == b"", "an interruption leaves whole lines")
+        expect(process.returncode == 0x3A, f"an interruption ends it as one, not with {process.returncode}")
+        expect(eventually(lambda: not readers()), "no worker is left behind an interruption")
+    os.close(keeper)
+
+
 def main():
+    tests = {"load": load, "example": example, "command": command, "same_output": same_output, "many": many, "ends": ends}
     parser = argparse.ArgumentParser()
     for option in ["--built", "--native", "--wine", "--corpus"]:
         parser.add_argument(option, type=lambda path: pathlib.Path(path).resolve(), required=True)
     parser.add_argument("--objdump")
-    parser.add_argument("test", choices=["layout", "load", "example", "command", "same_output"])
+    parser.add_argument("test", choices=["layout", *tests])
     options = parser.parse_args()
     if options.test == "layout":
         layout(options)
@@ -176,7 +284,7 @@ def main():
             folder = pathlib.Path(name)
             run([options.native / "lx_make_sample", folder / "sample.jpg"])
             shutil.copy(folder / "sample.jpg", folder / "Hafen \u65e5\u672c \U0001f4f7.jpg")
-            {"load": load, "example": example, "command": command, "same_output": same_output}[options.test](options, folder)
+            tests[options.test](options, folder)
     for fault in faults:
         print("not so:", fault)
     return 1 if faults else 0

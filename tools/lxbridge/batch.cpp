@@ -21,7 +21,6 @@ constexpr std::size_t kFewFiles = 16;
 
 // 0: none.
 int WorkersFor(const Options& options) {
-  if (!HasWorkers()) return 0;
   if (options.workers > 0) return options.workers;
   const bool many = options.recursive || options.filesFrom != nullptr || options.files.size() > kFewFiles;
   if (!many && options.timeoutSeconds <= 0) return 0;
@@ -58,6 +57,7 @@ int RunFiles(const Options& options) {
     }
   }
   EndWholeAtSignals();
+  PrepareTerminal();
   InputSource source(options);
   Report report(options, source.total());
   if (options.header && !WriteResult(HeaderRow(options))) return kExitFileFailed;

@@ -8,6 +8,7 @@
 #include "tools/lxbridge/commands.h"
 #include "tools/lxbridge/options.h"
 #include "tools/lxbridge/output.h"
+#include "tools/lxbridge/worker_process.h"
 
 namespace command = lxbridge::command;
 
@@ -35,6 +36,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  command::BecomeWorkerIfStartedAsOne();
   (void)LxPlatformArguments(&argc, &argv);
   LxPlatformSetTextMode(stdout, false);
   try {

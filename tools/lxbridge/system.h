@@ -23,11 +23,14 @@ class ByteReader {
   [[nodiscard]] std::ptrdiff_t Read(char* buffer, std::size_t length);
   // Whether Read would not wait.
   [[nodiscard]] bool IsReady() const;
+  // What a wait for it to be ready takes (WorkerProcesses::Wait).
   [[nodiscard]] int descriptor() const { return descriptor_; }
 
  private:
   int descriptor_ = -1;
   bool owned_ = false;
+  struct Ahead;
+  Ahead* ahead_ = nullptr;  // Where the system does not say whether there is something, it is read by a thread.
 };
 
 struct PathFacts {
@@ -41,6 +44,9 @@ struct PathFacts {
 // From here on an interruption, a request to end or a broken pipe ends the process at once and the worker processes
 // with it, but never within a text of WriteStandardOutput: that is finished first. A second one does not wait for it.
 void EndWholeAtSignals();
+
+// Makes a terminal obey what progress is written with.
+void PrepareTerminal();
 
 // Writes all of the text. False: errno says why not.
 [[nodiscard]] bool WriteStandardOutput(std::string_view text);

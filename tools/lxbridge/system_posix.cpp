@@ -72,6 +72,8 @@ void ForgetEndingSignals() {
   }
 }
 
+void PrepareTerminal() {}
+
 bool WriteStandardOutput(std::string_view text) {
   bool whole = true;
   writing = 1;

@@ -42,6 +42,10 @@ void SendResults(const WorkerSide& side, std::string_view bytes);
 // The life of a worker, in its process (workers.cpp).
 [[noreturn]] void BeWorker(const Options& options, const WorkerSide& side);
 
+// Becomes a worker in a process that was started as one, where a start does not give the command's own state along.
+// First of all in main().
+void BecomeWorkerIfStartedAsOne();
+
 // --- in the command ------------------------------------------------------------------------------------------------
 
 // Each process has a slot, from 0, which is free for another when it has been ended.

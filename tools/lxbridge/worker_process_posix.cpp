@@ -61,6 +61,8 @@ void EndWorker() {
   ::_exit(0);
 }
 
+void BecomeWorkerIfStartedAsOne() {}
+
 // --- in the command ------------------------------------------------------------------------------------------------
 
 // The process of a slot is in `children`.

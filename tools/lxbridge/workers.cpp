@@ -355,10 +355,6 @@ class Pool {
 
 }  // namespace
 
-bool HasWorkers() {
-  return true;
-}
-
 void BeWorker(const Options& options, const WorkerSide& side) {
   std::string out;
   std::unique_ptr<FileWork> work;

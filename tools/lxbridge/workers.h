@@ -1,5 +1,4 @@
-// Working on the files in several processes, where the system has them (workers.cpp; workers_windows.cpp where it has
-// not). Uses inputs.h and report.h.
+// Working on the files in several processes. Uses inputs.h and report.h.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
 
@@ -8,9 +7,6 @@
 #include "tools/lxbridge/report.h"
 
 namespace lxbridge::command {
-
-// Whether the system has what they take.
-[[nodiscard]] bool HasWorkers();
 
 // All of the source's files in up to `count` processes; their results go to the report. The library must not have been
 // started: its state is the process's, so each worker starts it for itself.
