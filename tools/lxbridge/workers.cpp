@@ -23,7 +23,7 @@ namespace {
 // that left. So quick files cost few calls of the system, and slow ones do not wait in one worker's queue while another
 // has nothing to do.
 constexpr std::int64_t kJobsAtOnceNs = 5'000'000;
-constexpr std::size_t kJobsAtOnce = 16;
+constexpr std::size_t kJobsAtOnce = 32;
 // A worker is followed by a fresh one after so many files: what packets of strangers leave behind in it, as the
 // namespaces that they register for the life of a process, does not add up.
 constexpr std::uint64_t kJobsOfALife = 4096;
