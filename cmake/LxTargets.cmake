@@ -83,6 +83,7 @@ endfunction()
 
 # lx_test(NAME SOURCES ... DEPENDS ...): one test program of GoogleTest, one ctest entry for each of its tests.
 # Dates depend on the machine's zone, so tests run in a fixed one that is not UTC.
+set(LXBRIDGE_TEST_TIMEOUT 120 CACHE STRING "Seconds that a test may take")
 function(lx_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
@@ -90,6 +91,6 @@ function(lx_test name)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} $<BUILD_INTERFACE:lx_options> GTest::gtest_main)
   # What is tested is optimised; the tests themselves are compiled often and run once.
   target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120 ENVIRONMENT "TZ=Asia/Kolkata"
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${LXBRIDGE_TEST_TIMEOUT} ENVIRONMENT "TZ=Asia/Kolkata"
     DISCOVERY_TIMEOUT 60)
 endfunction()
