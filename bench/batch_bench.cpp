@@ -9,7 +9,7 @@
 //
 //   batch_bench [FOLDER [FILES [REPETITIONS]]]        with LXBRIDGE=PATH: of another build of the command
 //
-// FOLDER (../shared/corpus beside the tree) holds the files that are linked, FILES (4000) times in all, into a
+// FOLDER (../shared/corpus beside the tree) holds the files that are linked, FILES (16000) times in all, into a
 // temporary folder. Uses the library's public header, host/ and the built command.
 #include <fcntl.h>
 #include <spawn.h>
@@ -118,7 +118,7 @@ void Print(const char* what, Series* a, Series* b, const char* wanted) {
 
 int main(int argc, char** argv) {
   const fs::path corpus = argc > 1 ? argv[1] : LXBRIDGE_CORPUS;
-  const std::size_t count = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 4000;
+  const std::size_t count = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 16000;
   const int repetitions = argc > 3 ? std::atoi(argv[3]) : 15;
   std::string folder = (fs::temp_directory_path() / "batch_bench-XXXXXX").string();
   if (::mkdtemp(folder.data()) == nullptr) return 1;
