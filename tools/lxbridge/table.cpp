@@ -1,6 +1,7 @@
 // Rows of tables. Uses host/.
 #include "tools/lxbridge/table.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -57,7 +58,7 @@ void AppendCell(std::string_view text, Format format, std::string* row) {
 
 bool Columns::Resolve(const std::vector<std::string_view>& fields, std::string* error) {
   for (std::string_view rest : fields) {
-    std::vector<Step>& path = paths_.emplace_back();
+    std::vector<Step>& path = columns_.emplace_back().path;
     for (;;) {
       const std::size_t end = rest.find('/');
       const std::string_view step = rest.substr(0, end);
@@ -72,18 +73,22 @@ bool Columns::Resolve(const std::vector<std::string_view>& fields, std::string* 
       if (end == std::string_view::npos) break;
       rest.remove_prefix(end + 1);
     }
+    const auto known = std::find(schemas_.begin(), schemas_.end(), path.front().schema);
+    columns_.back().schema = static_cast<std::size_t>(known - schemas_.begin());
+    if (known == schemas_.end()) schemas_.push_back(path.front().schema);
   }
   return true;
 }
 
 void Columns::WriteRow(std::string_view file, const XmpView& xmp, const Options& options, std::string* out) const {
-  const std::vector<XmpNode> properties = xmp.Properties();
+  std::vector<std::vector<XmpNode>> properties;
+  for (const std::string& schema : schemas_) properties.push_back(xmp.Properties(schema.c_str()));
   AppendCell(file, options.format, out);
   std::string text;
-  for (const std::vector<Step>& path : paths_) {
-    const std::vector<XmpNode>* among = &properties;
+  for (const Column& column : columns_) {
+    const std::vector<XmpNode>* among = &properties[column.schema];
     const XmpNode* node = nullptr;
-    for (const Step& step : path) {
+    for (const Step& step : column.path) {
       node = Find(*among, step.schema, step.name);
       if (node == nullptr) break;
       among = &node->children;

@@ -2,6 +2,7 @@
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_TABLE_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_TABLE_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +26,12 @@ class Columns {
     std::string schema;
     std::string name;
   };
-  std::vector<std::vector<Step>> paths_;
+  struct Column {
+    std::size_t schema;  // Of the first step, in schemas_.
+    std::vector<Step> path;
+  };
+  std::vector<Column> columns_;
+  std::vector<std::string> schemas_;  // Each once; of an object no others are looked at.
 };
 
 // The row of the columns' names.
