@@ -181,7 +181,7 @@ def many(options, folder):
             shutil.copy(folder / "sample.jpg", folder / f"p{i}.jpg")
     names = [f"p{i}.jpg\n".encode() for i in range(100)]
     (folder / "list").write_bytes(b"".join(names))
-    (folder / "long").write_bytes(b"".join(names * 42))
+    (folder / "long").write_bytes(b"".join(names * 170))
     table = ["--format", "csv", "--header", "--separator", "*\"? ", "--fields", "tiff:Make,exif:Flash/exif:Fired,dc:subject"]
     same(options, folder, table + ["-j2", "--summary", "--files-from", "list"], "a table by two workers")
     same(options, folder, ["pool", "--all", "-j3", "--summary", "--files-from", "list"], "pools by three workers")
