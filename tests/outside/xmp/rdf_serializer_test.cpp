@@ -91,6 +91,24 @@ TEST(RDFSerializer, CompactFormWithOtherLineEndsAndIndents) {
             "\t</rdf:RDF>\r\n");
 }
 
+TEST(RDFSerializer, EachOfManyNamespacesIsDeclaredOnceWhereverItIsUsedAgain) {
+  constexpr int kCount = 40;
+  std::string declared, properties;
+  for (int i = 0; i < kCount; ++i) {
+    const std::string prefix = "n" + std::to_string(i), next = "n" + std::to_string((i + 1) % kCount);
+    declared += " xmlns:" + prefix + "='http://test.example/" + prefix + "/'";
+    properties += "<" + prefix + ":s rdf:parseType='Resource'><" + next + ":f>v</" + next + ":f></" + prefix + ":s>";
+  }
+  const std::string packet =
+      serialized(inRDF("<rdf:Description rdf:about=''" + declared + ">" + properties + "</rdf:Description>"), {});
+  for (int i = 0; i < kCount; ++i) {
+    const std::string start = "xmlns:n" + std::to_string(i) + "=";
+    const std::size_t at = packet.find(start);
+    ASSERT_NE(at, std::string::npos) << start;
+    EXPECT_EQ(packet.find(start, at + 1), std::string::npos) << start;
+  }
+}
+
 TEST(RDFSerializer, PaddingAndLengthAreExact) {
   const Object object;
   for (const std::string_view newline : {"\n", "\r\n", ""}) {
