@@ -1,5 +1,5 @@
 // What the library does when Windows loads it: it has nothing to do for threads, so it is not told of them. Nothing is
-// started here; that is LxInterchangeInit's. Touches nothing of the tree.
+// started here; that is LxInterchangeInit's.
 #include <windows.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {

@@ -1,5 +1,5 @@
 // The interchange object: one import, from a file's path to its XMP object. Owns the path, the metadata pool and the
-// XMP object; shares nothing with other imports. Uses the kit, the conversion and the XMP client.
+// XMP object; shares nothing with other imports.
 #ifndef LXBRIDGE_API_INTERCHANGE_H_
 #define LXBRIDGE_API_INTERCHANGE_H_
 

@@ -10,7 +10,7 @@
 //   batch_bench [FOLDER [FILES [REPETITIONS]]]        with LXBRIDGE=PATH: of another build of the command
 //
 // FOLDER (../shared/corpus beside the tree) holds the files that are linked, FILES (16000) times in all, into a
-// temporary folder. Uses the library's public header, host/ and the built command.
+// temporary folder.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>

@@ -1,5 +1,5 @@
-// What the benchmarks share: many short repetitions in random order, so that all see the machine in the same state, and
-// the medians' ratios, which are what is asked for. Uses Google Benchmark only.
+// What the benchmarks share: many short repetitions in random order, so that all see the machine in the same state,
+// and the medians' ratios, which are what is asked for.
 #ifndef LXBRIDGE_BENCH_MEDIANS_H_
 #define LXBRIDGE_BENCH_MEDIANS_H_
 

@@ -7,7 +7,7 @@
 //   road_bench [--files=FOLDER-OR-FILE] [Google Benchmark's options]
 //
 // FOLDER is ../shared/corpus beside the tree unless it is given. A camera JPEG is a JPEG file whose first 64 KiB hold
-// an EXIF segment. Uses the library's public header only.
+// an EXIF segment.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/stat.h>

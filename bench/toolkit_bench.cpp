@@ -6,7 +6,7 @@
 //
 //   toolkit_bench [Google Benchmark's options]
 //
-// Uses the toolkit through its boundary, as its clients do, and expat.
+// The toolkit is reached through its boundary, as its clients reach it.
 #include <benchmark/benchmark.h>
 #include <expat.h>
 

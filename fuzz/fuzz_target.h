@@ -1,5 +1,5 @@
 // What the fuzz targets share: the entry point, a check that ends the process with a message, and taking an input
-// apart. Uses tests/support.
+// apart.
 //
 // Each <target>.cpp is linked twice over: with libFuzzer (preset `fuzz`), and with replay_main.cpp elsewhere, where
 // every seed and every regression file is a test.

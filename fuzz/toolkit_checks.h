@@ -1,5 +1,5 @@
 // What the targets that make XMP objects share: the toolkit for the length of one input, and what every object keeps
-// to. Uses the clients and tests/support.
+// to.
 #ifndef LXBRIDGE_FUZZ_TOOLKIT_CHECKS_H_
 #define LXBRIDGE_FUZZ_TOOLKIT_CHECKS_H_
 

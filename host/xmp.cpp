@@ -1,5 +1,5 @@
-// The host's client over the toolkit's object, behind a C interface. Uses clients/ only. What the clients raise stops
-// in Guarded(), which keeps it as the last failure.
+// The host's client over the toolkit's object, behind a C interface. What the clients raise stops in Guarded(), which
+// keeps it as the last failure.
 #include "host/include/lxbridge/xmp.h"
 
 #include <cstring>

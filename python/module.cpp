@@ -1,5 +1,5 @@
-// The extension behind the Python module `lxbridge`: bytes of a path in, texts out; lxbridge/__init__.py makes the rest
-// of them. Uses the public headers, the kit's readers and the command's lines of JSON.
+// The extension behind the Python module `lxbridge`: bytes of a path in, texts out; lxbridge/__init__.py makes the
+// rest of them.
 //
 // The libraries belong to one thread at a time, so one mutex of the process stands around all work. Nobody waits for it
 // while he holds the interpreter's lock, so that the two are never waited for crosswise.

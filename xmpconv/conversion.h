@@ -1,5 +1,5 @@
 // What the conversion of one file hands from item to item: the pool, the XMP object, and what keeps the work linear in
-// the file's size whatever the file holds. Uses kit/model and the XMP client.
+// the file's size whatever the file holds.
 #ifndef LXBRIDGE_XMPCONV_CONVERSION_H_
 #define LXBRIDGE_XMPCONV_CONVERSION_H_
 

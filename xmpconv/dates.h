@@ -1,6 +1,5 @@
 // Dates and times as Exif and IPTC write them, into the fields of an XMP date or its text. No toolkit is called here:
-// what names no instant is refused by whoever makes a date of the fields. Uses the toolkit's boundary for the date
-// record.
+// what names no instant is refused by whoever makes a date of the fields.
 #ifndef LXBRIDGE_XMPCONV_DATES_H_
 #define LXBRIDGE_XMPCONV_DATES_H_
 

@@ -1,5 +1,4 @@
-// The Exif tags whose value is a packed record, or text by convention: structs of the Exif schema, arrays, texts. Uses
-// kit/model and the XMP client.
+// The Exif tags whose value is a packed record, or text by convention: structs of the Exif schema, arrays, texts.
 #ifndef LXBRIDGE_XMPCONV_EXIF_STRUCTS_H_
 #define LXBRIDGE_XMPCONV_EXIF_STRUCTS_H_
 

@@ -1,5 +1,5 @@
 // The GPS tags that need more than their own value: coordinates with their reference letters, the time stamp with its
-// date. Uses kit/model and the XMP client.
+// date.
 #ifndef LXBRIDGE_XMPCONV_GPS_H_
 #define LXBRIDGE_XMPCONV_GPS_H_
 

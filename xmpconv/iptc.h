@@ -1,5 +1,4 @@
 // IPTC datasets and image resources to properties of the picturist schema. Values are display texts, which are UTF-8.
-// Uses kit/model and the XMP client.
 //
 // No call of the toolkit is guarded here but those of the search for a keyword: exceptions leave these functions.
 #ifndef LXBRIDGE_XMPCONV_IPTC_H_

@@ -1,5 +1,5 @@
 // The texts of one bag, for telling in constant time whether a keyword is in it already: a file may hold a million
-// keywords, and comparing each with all before it would take hours. Uses the standard library only.
+// keywords, and comparing each with all before it would take hours.
 #ifndef LXBRIDGE_XMPCONV_KEYWORD_SET_H_
 #define LXBRIDGE_XMPCONV_KEYWORD_SET_H_
 

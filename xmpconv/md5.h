@@ -1,4 +1,4 @@
-// The MD5 message digest, RFC 1321. Uses kit/base.
+// The MD5 message digest, RFC 1321.
 #ifndef LXBRIDGE_XMPCONV_MD5_H_
 #define LXBRIDGE_XMPCONV_MD5_H_
 

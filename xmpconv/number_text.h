@@ -1,5 +1,4 @@
-// A short text made of numbers, on the stack: what the setters and the date and coordinate texts are built in. Uses the
-// standard library only.
+// A short text made of numbers, on the stack: what the setters and the date and coordinate texts are built in.
 #ifndef LXBRIDGE_XMPCONV_NUMBER_TEXT_H_
 #define LXBRIDGE_XMPCONV_NUMBER_TEXT_H_
 

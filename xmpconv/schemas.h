@@ -1,5 +1,5 @@
 // The XMP schemas that the conversion writes, by namespace URI (ISO 16684-1, 8.4 to 8.6, and the schemas of the same
-// kind beside them). Touches nothing else of the tree.
+// kind beside them).
 #ifndef LXBRIDGE_XMPCONV_SCHEMAS_H_
 #define LXBRIDGE_XMPCONV_SCHEMAS_H_
 

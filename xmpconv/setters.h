@@ -1,5 +1,5 @@
 // Setting XMP properties from decoded values: the text forms of numbers, rationals, flags and texts, and the arrays of
-// them. Uses the XMP client.
+// them.
 //
 // Every setter gives false when it refuses its input or a call of the toolkit raises; the exception goes no further.
 // All but LxSetXMPStructFlag and LxSetXMPPrefixedText delete the property before they set it, so that the new value

@@ -1,5 +1,4 @@
-// TIFF, Exif and GPS items to XMP properties: which tag is mapped by which rule, and the plain rules. Uses kit/model
-// and the XMP client.
+// TIFF, Exif and GPS items to XMP properties: which tag is mapped by which rule, and the plain rules.
 //
 // An item of value length 0 deletes the property of its name, whatever its tag; that call is not guarded. A tag in no
 // table, and an item that its rule does not accept, leave the XMP object as it is. True: the property was written.

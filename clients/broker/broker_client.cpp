@@ -1,4 +1,4 @@
-// The interface broker client's state: start and stop, and the broker's own interfaces. Uses the broker's boundary.
+// The interface broker client's state: start and stop, and the broker's own interfaces.
 #include "clients/broker/broker_client.h"
 
 #include <iterator>

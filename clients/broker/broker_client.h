@@ -1,5 +1,5 @@
 // The interface broker client: its start and stop, the broker's own interfaces, and the tables that it and other
-// clients bind through the broker. One per process image, without locks. Uses the broker's boundary only.
+// clients bind through the broker. One per process image, without locks.
 #ifndef LXBRIDGE_CLIENTS_BROKER_BROKER_CLIENT_H_
 #define LXBRIDGE_CLIENTS_BROKER_BROKER_CLIENT_H_
 

@@ -1,4 +1,4 @@
-// Binding the methods of objects by string atoms. Uses the broker's container and string interfaces.
+// Binding the methods of objects by string atoms.
 #include "clients/broker/broker_client.h"
 
 namespace TAL_T_NMT {

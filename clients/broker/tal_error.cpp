@@ -1,4 +1,4 @@
-// The exception of the client layers. Uses the broker client's own error interface.
+// The exception of the client layers.
 #include "clients/broker/tal_error.h"
 
 #include <utility>

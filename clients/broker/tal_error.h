@@ -1,4 +1,4 @@
-// The exception of the client layers: one error of the interface broker. Uses the broker's boundary only.
+// The exception of the client layers: one error of the interface broker.
 #ifndef LXBRIDGE_CLIENTS_BROKER_TAL_ERROR_H_
 #define LXBRIDGE_CLIENTS_BROKER_TAL_ERROR_H_
 

@@ -1,6 +1,6 @@
 // The boundary between the XMP toolkit (`VeltoXMP`) and its clients: what crosses it, the names under which its
-// procedures are looked up through the broker, and their signatures. The toolkit implements them; LxBridge's own client
-// and a host's call them. Includes the broker's boundary only, and holds no code.
+// procedures are looked up through the broker, and their signatures. The toolkit implements them; LxBridge's own
+// client and a host's call them.
 //
 // Conventions of all procedures:
 // - C calling convention, nothing raises. The result is null or a broker error reference that the caller now owns.

@@ -1,5 +1,4 @@
-// The XMP toolkit's start and stop, and the tables of its static interfaces. Uses the broker client and the toolkit's
-// boundary.
+// The XMP toolkit's start and stop, and the tables of its static interfaces.
 #ifndef LXBRIDGE_CLIENTS_XMP_XMP_CLIENT_H_
 #define LXBRIDGE_CLIENTS_XMP_XMP_CLIENT_H_
 

@@ -1,4 +1,4 @@
-// One XMP object of the toolkit, and the operations on it. Uses the broker client and the toolkit's boundary.
+// One XMP object of the toolkit, and the operations on it.
 #include "clients/xmp/xmp_meta.h"
 
 #include "clients/broker/broker_client.h"

@@ -1,5 +1,4 @@
-// One XMP object of the toolkit: CXMPMeta owns it, XMPMetaHolder has the operations that the conversion uses. Uses the
-// broker client and the toolkit's boundary.
+// One XMP object of the toolkit: CXMPMeta owns it, XMPMetaHolder has the operations that the conversion uses.
 #ifndef LXBRIDGE_CLIENTS_XMP_XMP_META_H_
 #define LXBRIDGE_CLIENTS_XMP_XMP_META_H_
 

@@ -1,5 +1,5 @@
-// The toolkit's interfaces and methods as this client has bound them, and what starts and stops with the broker client.
-// Uses the broker client and the toolkit's boundary.
+// The toolkit's interfaces and methods as this client has bound them, and what starts and stops with the broker
+// client.
 #include "clients/xmp/xmp_tables.h"
 
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// The toolkit's utilities. Uses the broker client and the toolkit's boundary.
+// The toolkit's utilities.
 #include "clients/xmp/xmp_utils.h"
 
 #include <stdexcept>

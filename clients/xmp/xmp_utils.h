@@ -1,4 +1,4 @@
-// The toolkit's utilities, as far as this library uses them. Uses the broker client and the toolkit's boundary.
+// The toolkit's utilities, as far as this library uses them.
 #ifndef LXBRIDGE_CLIENTS_XMP_XMP_UTILS_H_
 #define LXBRIDGE_CLIENTS_XMP_XMP_UTILS_H_
 

@@ -2,7 +2,6 @@
 // it with an example value, and read through the exported functions. One line a tag, on standard output, its fields
 // between tabs:
 //   block, tag id, name, the value in the file, property, the value in XMP     (the last two empty: nothing lands)
-// Uses the kit's tables, the public header, host/ and the test builders.
 #include <algorithm>
 #include <cstdio>
 #include <fstream>

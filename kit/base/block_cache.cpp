@@ -1,5 +1,5 @@
 // The block cache: whole pages around what is asked for, never freed before the cache, so that values may overlap
-// blocks and blocks each other. Touches memory.h and stream.h.
+// blocks and blocks each other.
 #include "kit/base/block_cache.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Byte ranges of one open file, kept in memory so that values can point into them. Offsets and lengths are bytes from
 // the start of the file. The cache borrows the stream and owns its blocks; a mapped pointer is valid until
 // LxFreeBlockCache, also after later loads and after the stream is closed. This is the one way in which readers reach
-// the bytes of a file. Uses memory.h, result.h and stream.h.
+// the bytes of a file.
 #ifndef LXBRIDGE_KIT_BASE_BLOCK_CACHE_H_
 #define LXBRIDGE_KIT_BASE_BLOCK_CACHE_H_
 

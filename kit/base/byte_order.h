@@ -1,6 +1,5 @@
 // Reading and writing 16- and 32-bit numbers in a file's byte order, one byte at a time, so that alignment and the
-// machine's own order play no part. Order 1 is big-endian ("MM"); every other value is little-endian ("II"). Touches
-// nothing else of the tree.
+// machine's own order play no part. Order 1 is big-endian ("MM"); every other value is little-endian ("II").
 #ifndef LXBRIDGE_KIT_BASE_BYTE_ORDER_H_
 #define LXBRIDGE_KIT_BASE_BYTE_ORDER_H_
 

@@ -1,4 +1,4 @@
-// The kit's allocator and its record on the C runtime. Touches the C runtime's heap and nothing else.
+// The kit's allocator and its record on the C runtime.
 #include "kit/base/memory.h"
 
 #include <cstdlib>

@@ -1,6 +1,5 @@
 // The kit's allocator: every block of the kit comes from the memory procedures that the process has installed, so that
-// tests and hosts can watch it or make it fail. Touches nothing else of the tree. Process-wide state, no locks: one
-// thread uses the kit at a time.
+// tests and hosts can watch it or make it fail. Process-wide state, no locks: one thread uses the kit at a time.
 #ifndef LXBRIDGE_KIT_BASE_MEMORY_H_
 #define LXBRIDGE_KIT_BASE_MEMORY_H_
 

@@ -1,4 +1,4 @@
-// The names of the kit's result codes. Touches nothing else of the tree.
+// The names of the kit's result codes.
 #include "kit/base/result.h"
 
 #include <iterator>

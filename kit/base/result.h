@@ -1,4 +1,4 @@
-// The result codes of the metadata kit. Touches nothing else of the tree.
+// The result codes of the metadata kit.
 #ifndef LXBRIDGE_KIT_BASE_RESULT_H_
 #define LXBRIDGE_KIT_BASE_RESULT_H_
 

@@ -1,5 +1,4 @@
-// File streams: the thirteen methods over a C runtime FILE, opening by path, length. Touches memory.h, utf16.h and
-// platform.h.
+// File streams: the thirteen methods over a C runtime FILE, opening by path, length.
 //
 // Nothing in the kit leaves an operation but by its return: there is no jump out and no exception, and every failure is
 // a result code. So the operations link no error frames for anyone to unwind to.

@@ -1,5 +1,5 @@
 // A buffered byte stream over a C runtime FILE, with a table of methods so that tests and other stream kinds can stand
-// in for it. Uses memory.h, result.h, utf16.h and platform.h.
+// in for it.
 #ifndef LXBRIDGE_KIT_BASE_STREAM_H_
 #define LXBRIDGE_KIT_BASE_STREAM_H_
 

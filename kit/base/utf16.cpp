@@ -1,4 +1,4 @@
-// The lenient UTF-8 to UTF-16 conversion of file paths. Touches memory.h only.
+// The lenient UTF-8 to UTF-16 conversion of file paths.
 #include "kit/base/utf16.h"
 
 #include <cstddef>

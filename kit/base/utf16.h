@@ -1,4 +1,4 @@
-// UTF-8 to UTF-16 for file paths. Uses memory.h only.
+// UTF-8 to UTF-16 for file paths.
 #ifndef LXBRIDGE_KIT_BASE_UTF16_H_
 #define LXBRIDGE_KIT_BASE_UTF16_H_
 

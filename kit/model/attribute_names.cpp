@@ -1,4 +1,4 @@
-// The names of the enumerations among the image attributes, in the enumerations' order. Touches pool.h only.
+// The names of the enumerations among the image attributes, in the enumerations' order.
 #include <cstddef>
 
 #include "kit/model/pool.h"

@@ -1,5 +1,4 @@
-// Chooses the treatment of an item's value by its tag's display descriptor, and shows what image resources hold. Uses
-// display_parts.h, value.h and kit/base.
+// Chooses the treatment of an item's value by its tag's display descriptor, and shows what image resources hold.
 #include "kit/model/display.h"
 
 #include "kit/base/byte_order.h"

@@ -1,5 +1,4 @@
-// The display text of an item: a short human-readable rendering of its value. Uses pool.h, value.h, tag_record.h,
-// text_encoding.h.
+// The display text of an item: a short human-readable rendering of its value.
 #ifndef LXBRIDGE_KIT_MODEL_DISPLAY_H_
 #define LXBRIDGE_KIT_MODEL_DISPLAY_H_
 

@@ -1,5 +1,5 @@
 // Display texts of comments: the EXIF UserComment with its character code, and the UTF-16 texts that a file manager
-// leaves in TIFF tags. Uses display_parts.h, text_encoding.h and kit/base.
+// leaves in TIFF tags.
 #include <cstring>
 
 #include "kit/base/byte_order.h"

@@ -1,5 +1,4 @@
-// Display texts by a value's type alone, and by a table of value names. Uses display_parts.h, lookup.h, value.h,
-// text_encoding.h and kit/base.
+// Display texts by a value's type alone, and by a table of value names.
 #include <charconv>
 #include <cstring>
 #include <numeric>

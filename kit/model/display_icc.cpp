@@ -1,5 +1,4 @@
-// The description of an ICC profile, as the display text of the items that hold one. Uses display.h, display_parts.h,
-// text_encoding.h and kit/base.
+// The description of an ICC profile, as the display text of the items that hold one.
 #include <cstring>
 
 #include "kit/base/byte_order.h"

@@ -1,5 +1,5 @@
 // What the display_*.cpp files share and nobody else includes: the buffer in which a display text is put together, the
-// length limits, and one function for each group of display formats. Uses pool.h, value.h, tag_record.h and kit/base.
+// length limits, and one function for each group of display formats.
 #ifndef LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
 #define LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
 

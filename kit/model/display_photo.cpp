@@ -1,5 +1,5 @@
 // Display texts of photographic quantities (exposure, aperture, distances), of GPS positions and times, and of the few
-// maker-note numbers that need more than their type. Uses display_parts.h, value.h and kit/base.
+// maker-note numbers that need more than their type.
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -1,4 +1,4 @@
-// One walk in search order for several searches. Touches pool.h only.
+// One walk in search order for several searches.
 #include "kit/model/find_items.h"
 
 #include <cstring>

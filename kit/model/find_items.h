@@ -1,5 +1,5 @@
 // Several searches of a pool in one walk: what each would find alone. A finished pool is asked for two dozen items,
-// most of which are not there, and a search for one of those looks at every item. Uses pool.h.
+// most of which are not there, and a search for one of those looks at every item.
 #ifndef LXBRIDGE_KIT_MODEL_FIND_ITEMS_H_
 #define LXBRIDGE_KIT_MODEL_FIND_ITEMS_H_
 

@@ -1,5 +1,4 @@
-// Lookups in the constant tables. All compare texts byte for byte and return the entry found, or null. Uses
-// tag_record.h only.
+// Lookups in the constant tables. All compare texts byte for byte and return the entry found, or null.
 #ifndef LXBRIDGE_KIT_MODEL_LOOKUP_H_
 #define LXBRIDGE_KIT_MODEL_LOOKUP_H_
 

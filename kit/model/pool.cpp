@@ -1,4 +1,4 @@
-// Items and pools: making, freeing, searching. Touches value.h (type names) and kit/base.
+// Items and pools: making, freeing, searching.
 #include "kit/model/pool.h"
 
 #include <cstring>

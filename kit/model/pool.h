@@ -1,5 +1,5 @@
 // The metadata pool: the in-memory picture of all metadata of one file, a tree of items, with the file's image
-// attributes and the blocks that the items' values point into. Uses kit/base.
+// attributes and the blocks that the items' values point into.
 #ifndef LXBRIDGE_KIT_MODEL_POOL_H_
 #define LXBRIDGE_KIT_MODEL_POOL_H_
 

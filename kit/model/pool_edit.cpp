@@ -1,6 +1,5 @@
-// The editing operations. Everything is allocated before anything is linked or changed, so a failure leaves the tree as
-// it was but for containers that stay empty. Touches pool.h, pool_walk.h, value.h, lookup.h, text_scan.h and the
-// constant tables.
+// The editing operations. Everything is allocated before anything is linked or changed, so a failure leaves the tree
+// as it was but for containers that stay empty.
 #include "kit/model/pool_edit.h"
 
 #include <cstring>

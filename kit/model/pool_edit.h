@@ -1,5 +1,4 @@
-// Changing a pool after it was read: values from text, new items in the place where a namespace lives, deletion. Uses
-// pool.h and the constant tables.
+// Changing a pool after it was read: values from text, new items in the place where a namespace lives, deletion.
 #ifndef LXBRIDGE_KIT_MODEL_POOL_EDIT_H_
 #define LXBRIDGE_KIT_MODEL_POOL_EDIT_H_
 

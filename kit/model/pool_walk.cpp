@@ -1,5 +1,4 @@
 // The two walks over a pool. They share the stack of levels and differ in what they enter and what they give out.
-// Touches pool.h and kit/base.
 #include "kit/model/pool_walk.h"
 
 #include "kit/base/memory.h"

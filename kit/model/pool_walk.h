@@ -1,4 +1,4 @@
-// Walking a pool in tree order. Uses pool.h.
+// Walking a pool in tree order.
 #ifndef LXBRIDGE_KIT_MODEL_POOL_WALK_H_
 #define LXBRIDGE_KIT_MODEL_POOL_WALK_H_
 

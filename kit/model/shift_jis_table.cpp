@@ -1,4 +1,4 @@
-// The characters of JIS X 0208 by their Shift_JIS codes. Uses text_encoding.h only.
+// The characters of JIS X 0208 by their Shift_JIS codes.
 #include "kit/model/text_encoding.h"
 
 #include <array>

@@ -1,6 +1,5 @@
 // The shapes of the constant tables that name what files hold: tag records and dictionaries, namespace descriptors,
-// value names, structure tables. Data only; the tables themselves are in tables/, the lookups in lookup.h. Touches
-// nothing else.
+// value names, structure tables. Data only; the tables themselves are in tables/, the lookups in lookup.h.
 #ifndef LXBRIDGE_KIT_MODEL_TAG_RECORD_H_
 #define LXBRIDGE_KIT_MODEL_TAG_RECORD_H_
 

@@ -1,4 +1,4 @@
-// Telling text encodings apart, and converting to UTF-8. Uses text_scan.h and kit/base.
+// Telling text encodings apart, and converting to UTF-8.
 #include "kit/model/text_encoding.h"
 
 #include <bit>

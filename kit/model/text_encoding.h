@@ -1,6 +1,5 @@
 // What encoding a text of a file has, and how it becomes UTF-8. All functions stay within the bytes that they are
-// given. New texts are zero-terminated, from LxAlloc, the caller's to free; null when there is no memory. Uses
-// kit/base.
+// given. New texts are zero-terminated, from LxAlloc, the caller's to free; null when there is no memory.
 #ifndef LXBRIDGE_KIT_MODEL_TEXT_ENCODING_H_
 #define LXBRIDGE_KIT_MODEL_TEXT_ENCODING_H_
 

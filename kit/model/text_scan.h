@@ -1,4 +1,4 @@
-// Scans over bytes that are perhaps text. Touches nothing else of the tree.
+// Scans over bytes that are perhaps text.
 #ifndef LXBRIDGE_KIT_MODEL_TEXT_SCAN_H_
 #define LXBRIDGE_KIT_MODEL_TEXT_SCAN_H_
 

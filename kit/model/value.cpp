@@ -1,4 +1,4 @@
-// Type names and element sizes, the two accessors of elements, and values built from text. Touches pool.h and kit/base.
+// Type names and element sizes, the two accessors of elements, and values built from text.
 #include "kit/model/value.h"
 
 #include <cstring>

@@ -1,5 +1,5 @@
-// Type codes and the elements of values. Codes 1 to 12 are the field types of TIFF 6.0, 13 is the IFD type. Values keep
-// their file's byte order. Uses pool.h (the item) and kit/base.
+// Type codes and the elements of values. Codes 1 to 12 are the field types of TIFF 6.0, 13 is the IFD type. Values
+// keep their file's byte order.
 #ifndef LXBRIDGE_KIT_MODEL_VALUE_H_
 #define LXBRIDGE_KIT_MODEL_VALUE_H_
 

@@ -1,5 +1,5 @@
 // The file readers of JPEG, TIFF, PNG, BMP and GIF files: which bytes become items, and the image attributes that each
-// kind gives. Touches kit/model and kit/base; format readers through dispatch.h only.
+// kind gives.
 #include "kit/readers/attributes.h"
 
 #include <cstring>

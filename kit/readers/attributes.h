@@ -1,5 +1,5 @@
-// One reader a file kind: what it sets of the image attributes, and for the kinds with metadata the block cache and the
-// items. Each takes the stream, the file's size and the pool, and returns a status. Uses dispatch.h.
+// One reader a file kind: what it sets of the image attributes, and for the kinds with metadata the block cache and
+// the items. Each takes the stream, the file's size and the pool, and returns a status.
 #ifndef LXBRIDGE_KIT_READERS_ATTRIBUTES_H_
 #define LXBRIDGE_KIT_READERS_ATTRIBUTES_H_
 

@@ -1,5 +1,5 @@
 // The machinery that all format readers share: one switch over the reader codes, items within the file's budget, names
-// and display texts by tag record, the two reader codes that only remember something. Touches kit/model and kit/base.
+// and display texts by tag record, the two reader codes that only remember something.
 #include "kit/readers/dispatch.h"
 
 #include <charconv>

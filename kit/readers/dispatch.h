@@ -1,6 +1,5 @@
-// What all format readers share: the byte range they read, the context of one parsed file, the budget of that file, the
-// making of items, and the one switch that calls the routine of a descriptor's reader code. Uses kit/model and
-// kit/base.
+// What all format readers share: the byte range they read, the context of one parsed file, the budget of that file,
+// the making of items, and the one switch that calls the routine of a descriptor's reader code.
 //
 // A reader that meets bad data stops and returns the items that it has made; it reports nothing. Every byte of the file
 // is reached through LxMapRange or LxMapFileRange of the block cache.

@@ -1,4 +1,4 @@
-// The tests on a file's first bytes, in the order in which they decide. Touches kit/model (the enumeration) only.
+// The tests on a file's first bytes, in the order in which they decide.
 #include "kit/readers/file_kind.h"
 
 #include <cstring>

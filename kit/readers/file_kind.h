@@ -1,4 +1,4 @@
-// Recognising a file by its first bytes. Uses pool.h (the enumeration) only.
+// Recognising a file by its first bytes.
 #ifndef LXBRIDGE_KIT_READERS_FILE_KIND_H_
 #define LXBRIDGE_KIT_READERS_FILE_KIND_H_
 

@@ -1,5 +1,4 @@
 // Image resource blocks ("8BIM"), as they stand in APP13 segments, in a TIFF tag and in PSD files: one item a block.
-// Uses dispatch.h.
 #include <cstring>
 
 #include "kit/base/byte_order.h"

@@ -1,4 +1,4 @@
-// IPTC-IIM 4: the datasets of the application record (record 2), one item each. Uses dispatch.h.
+// IPTC-IIM 4: the datasets of the application record (record 2), one item each.
 #include "kit/base/byte_order.h"
 #include "kit/model/lookup.h"
 #include "kit/model/value.h"

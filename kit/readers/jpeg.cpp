@@ -1,5 +1,5 @@
 // JPEG streams: the marker segments up to the entropy-coded data (ISO/IEC 10918-1, B.1), APPn segments told apart by
-// the identifier that they begin with. Touches kit/model and kit/base; other readers through dispatch.h only.
+// the identifier that they begin with.
 #include <cstring>
 
 #include "kit/base/byte_order.h"

@@ -1,6 +1,6 @@
 // What the payloads of recognised JPEG segments are: handed on to the reader of what they hold, or one item. A range
-// begins at the segment's length field, so offsets count two bytes of length, the identifier with its zero byte and its
-// padding. Touches kit/model and kit/base; other readers through dispatch.h only.
+// begins at the segment's length field, so offsets count two bytes of length, the identifier with its zero byte and
+// its padding.
 #include <iterator>
 
 #include "kit/base/memory.h"

@@ -1,5 +1,5 @@
 // The quality level of a JPEG, told from its luminance quantisation table: encoders scale one table, so its first and
-// last entries tell the level. Touches kit/model only.
+// last entries tell the level.
 #include "kit/readers/jpeg_quality.h"
 
 #include "kit/model/pool.h"

@@ -1,5 +1,4 @@
-// The quality level of a JPEG: over a DQT segment, and by one quantisation table as TIFF files hold it. Touches nothing
-// else of the tree.
+// The quality level of a JPEG: over a DQT segment, and by one quantisation table as TIFF files hold it.
 #ifndef LXBRIDGE_KIT_READERS_JPEG_QUALITY_H_
 #define LXBRIDGE_KIT_READERS_JPEG_QUALITY_H_
 

@@ -1,5 +1,5 @@
-// Maker notes (Exif 2.2, 4.6.5: tag 0x927C, whose layout each maker makes up): choosing the maker's dictionary, finding
-// the layout and the origin of the value offsets, reading the IFDs. Uses dispatch.h.
+// Maker notes (Exif 2.2, 4.6.5: tag 0x927C, whose layout each maker makes up): choosing the maker's dictionary,
+// finding the layout and the origin of the value offsets, reading the IFDs.
 #include <algorithm>
 #include <cstring>
 

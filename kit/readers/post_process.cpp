@@ -1,6 +1,6 @@
 // What is settled over a whole pool after reading. The order of the steps matters: blank and oversized items are gone
 // before it is asked what there is to show, and the camera's own rotation is in place before the orientation is told
-// from it. Touches kit/model only.
+// from it.
 #include "kit/readers/post_process.h"
 
 #include <iterator>

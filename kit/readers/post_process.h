@@ -1,5 +1,5 @@
 // What is settled over a whole pool once its file has been read: layers, blank and oversized items, rotation,
-// orientation, colour model. Uses kit/model.
+// orientation, colour model.
 #ifndef LXBRIDGE_KIT_READERS_POST_PROCESS_H_
 #define LXBRIDGE_KIT_READERS_POST_PROCESS_H_
 

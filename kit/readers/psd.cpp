@@ -1,4 +1,4 @@
-// PSD files: the header's image attributes, the image resource section, and whether there are layers. Uses dispatch.h.
+// PSD files: the header's image attributes, the image resource section, and whether there are layers.
 #include <cstring>
 
 #include "kit/base/byte_order.h"

@@ -1,5 +1,4 @@
-// From an open stream or a path to a pool: recognise, read, settle. Touches kit/model and kit/base; the file readers
-// through attributes.h.
+// From an open stream or a path to a pool: recognise, read, settle.
 #include "kit/readers/read_file.h"
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Reading one file into a pool: the kit's entry for everybody outside it. Uses kit/model and kit/base.
+// Reading one file into a pool: the kit's entry for everybody outside it.
 #ifndef LXBRIDGE_KIT_READERS_READ_FILE_H_
 #define LXBRIDGE_KIT_READERS_READ_FILE_H_
 

@@ -1,5 +1,5 @@
 // The reading routines, one for each reader code, as dispatch.cpp calls them, and the parts of them that other readers
-// use. Each takes a valid range and gives the first item of a sibling list, or null. Uses dispatch.h.
+// use. Each takes a valid range and gives the first item of a sibling list, or null.
 #ifndef LXBRIDGE_KIT_READERS_READERS_H_
 #define LXBRIDGE_KIT_READERS_READERS_H_
 

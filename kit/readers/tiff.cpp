@@ -1,5 +1,5 @@
 // TIFF structures (TIFF 6.0, section 2; Exif 2.2, 4.6): the header, chains of IFDs, the entries of one IFD and what
-// they point to. Touches kit/model and kit/base; other readers through dispatch.h only.
+// they point to.
 #include <cstring>
 #include <limits>
 

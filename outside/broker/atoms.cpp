@@ -1,4 +1,4 @@
-// String atoms: equal texts share one counted record, so that texts compare by address. Uses the broker's memory.
+// String atoms: equal texts share one counted record, so that texts compare by address.
 #include "outside/broker/atoms.h"
 
 #include <cstring>

@@ -1,4 +1,4 @@
-// String atoms. Uses the boundary and the broker's memory.
+// String atoms.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_ATOMS_H_
 #define LXBRIDGE_OUTSIDE_BROKER_ATOMS_H_
 

@@ -1,4 +1,4 @@
-// The broker's entry point, and the interfaces that it registers for itself. Uses the boundary and the broker's rooms.
+// The broker's entry point, and the interfaces that it registers for itself.
 #include <cstring>
 #include <iterator>
 

@@ -1,5 +1,4 @@
-// Counted objects: a container holds one instance of a kind, and the kind holds the methods. Uses the boundary and the
-// broker's memory.
+// Counted objects: a container holds one instance of a kind, and the kind holds the methods.
 #include "outside/broker/containers.h"
 
 #include <cstring>

@@ -1,4 +1,4 @@
-// Counted objects and their kinds. Uses the boundary and the broker's memory.
+// Counted objects and their kinds.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_CONTAINERS_H_
 #define LXBRIDGE_OUTSIDE_BROKER_CONTAINERS_H_
 

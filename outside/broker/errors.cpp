@@ -1,4 +1,4 @@
-// Counted errors: message, component and id in one block. Uses the boundary and the broker's memory.
+// Counted errors: message, component and id in one block.
 #include "outside/broker/errors.h"
 
 #include <cstring>

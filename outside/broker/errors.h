@@ -1,4 +1,4 @@
-// The broker's errors. Uses the boundary and the broker's memory.
+// The broker's errors.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_ERRORS_H_
 #define LXBRIDGE_OUTSIDE_BROKER_ERRORS_H_
 

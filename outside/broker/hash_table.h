@@ -1,4 +1,4 @@
-// The broker's one container: a hash table of records that bring their own link. Uses the broker's memory.
+// The broker's one container: a hash table of records that bring their own link.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_HASH_TABLE_H_
 #define LXBRIDGE_OUTSIDE_BROKER_HASH_TABLE_H_
 

@@ -1,4 +1,4 @@
-// The broker's memory: that of the C runtime. Uses the boundary only.
+// The broker's memory: that of the C runtime.
 #include "outside/broker/memory.h"
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// Where all memory of the broker comes from, its own records and the memory interface alike. Uses the boundary only.
+// Where all memory of the broker comes from, its own records and the memory interface alike.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_MEMORY_H_
 #define LXBRIDGE_OUTSIDE_BROKER_MEMORY_H_
 

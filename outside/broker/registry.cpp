@@ -1,5 +1,5 @@
-// The registry: one hash table for all procedures and one for the interfaces, which keep a list of their procedures for
-// the day they are unregistered. Uses the boundary and the broker's memory.
+// The registry: one hash table for all procedures and one for the interfaces, which keep a list of their procedures
+// for the day they are unregistered.
 #include "outside/broker/registry.h"
 
 #include <cstring>

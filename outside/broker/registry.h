@@ -1,4 +1,4 @@
-// The interfaces and procedures that libraries register with the broker. Uses the boundary and the broker's memory.
+// The interfaces and procedures that libraries register with the broker.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_REGISTRY_H_
 #define LXBRIDGE_OUTSIDE_BROKER_REGISTRY_H_
 

@@ -1,4 +1,4 @@
-// Arrays as one line of text, for people to see and to type. May use the model, the paths and the texts.
+// Arrays as one line of text, for people to see and to type.
 #include <algorithm>
 #include <utility>
 

@@ -1,5 +1,5 @@
 // The toolkit's side of its boundary: the broker's procedures that it uses, toolkit objects as containers of the
-// broker, and the way that errors take out of the toolkit. May use everything of the toolkit but the procedure tables.
+// broker, and the way that errors take out of the toolkit.
 #ifndef LXBRIDGE_OUTSIDE_XMP_BOUNDARY_H_
 #define LXBRIDGE_OUTSIDE_XMP_BOUNDARY_H_
 

@@ -1,4 +1,4 @@
-// Dates. May use the errors, the texts and the machine's zone.
+// Dates.
 #include "outside/xmp/dates.h"
 
 #include <charconv>

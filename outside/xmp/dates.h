@@ -1,5 +1,4 @@
-// Dates: the ten fields, ISO 8601 texts (as ISO 16684-1, 8.2.1.2 profiles them) and the machine's zone. May use the
-// errors and the boundary's record.
+// Dates: the ten fields, ISO 8601 texts (as ISO 16684-1, 8.2.1.2 profiles them) and the machine's zone.
 #ifndef LXBRIDGE_OUTSIDE_XMP_DATES_H_
 #define LXBRIDGE_OUTSIDE_XMP_DATES_H_
 

@@ -1,4 +1,4 @@
-// The two entry points of the library, ordinals 1 and 2. May use the boundary.
+// The two entry points of the library, ordinals 1 and 2.
 #include "outside/xmp/boundary.h"
 
 extern "C" std::uint32_t VeltoXMPOrdinal1(TALLookupProc lookup, std::uint32_t clientVersion, std::uint32_t* version) {

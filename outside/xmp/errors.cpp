@@ -1,4 +1,4 @@
-// The texts of the error ids. Touches nothing else.
+// The texts of the error ids.
 #include "outside/xmp/errors.h"
 
 namespace velto {

@@ -1,4 +1,4 @@
-// Language alternatives (ISO 16684-1, 8.2.2.4). May use the model, the paths and the texts.
+// Language alternatives (ISO 16684-1, 8.2.2.4).
 #include <utility>
 
 #include "outside/xmp/operations.h"

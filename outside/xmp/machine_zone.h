@@ -1,5 +1,5 @@
 // The time zone of the machine. One implementation a system (machine_zone_posix.cpp, machine_zone_windows.cpp), chosen
-// by the build. Touches nothing of the tree.
+// by the build.
 #ifndef LXBRIDGE_OUTSIDE_XMP_MACHINE_ZONE_H_
 #define LXBRIDGE_OUTSIDE_XMP_MACHINE_ZONE_H_
 

@@ -1,4 +1,4 @@
-// The machine's zone on POSIX systems. Touches nothing of the tree.
+// The machine's zone on POSIX systems.
 #include <time.h>
 
 #include "outside/xmp/machine_zone.h"

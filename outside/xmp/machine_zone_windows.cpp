@@ -1,5 +1,5 @@
 // The machine's zone on Windows: the one of the system's settings, with the rules of the year in question. The C
-// runtime knows no rules of other years and no instant before 1970. Touches nothing of the tree.
+// runtime knows no rules of other years and no instant before 1970.
 #include <windows.h>
 
 #include <algorithm>

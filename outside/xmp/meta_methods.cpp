@@ -1,4 +1,4 @@
-// The methods of a toolkit object. May use all of the toolkit.
+// The methods of a toolkit object.
 #include <cassert>
 #include <cstdint>
 #include <memory>

@@ -1,5 +1,4 @@
-// "ZXMPMeta_StaticInterface": making objects, the namespace registry, facts about the toolkit. May use all of the
-// toolkit.
+// "ZXMPMeta_StaticInterface": making objects, the namespace registry, facts about the toolkit.
 #include <cstdint>
 #include <memory>
 

@@ -1,4 +1,4 @@
-// The data model. May use the registry, the texts and the errors.
+// The data model.
 #include "outside/xmp/model.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // The XMP data model (ISO 16684-1, clause 6): an object is an ordered tree of nodes. Below the root stand the schemas
 // (one node for each namespace that the object uses), below each its properties, below those array items and struct
-// fields; any node but root and schema may carry qualifiers. May use only the registry and the boundary's option bits.
+// fields; any node but root and schema may carry qualifiers.
 #ifndef LXBRIDGE_OUTSIDE_XMP_MODEL_H_
 #define LXBRIDGE_OUTSIDE_XMP_MODEL_H_
 

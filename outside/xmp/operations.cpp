@@ -1,4 +1,4 @@
-// What changes an object. May use the model, the paths and the texts.
+// What changes an object.
 #include "outside/xmp/operations.h"
 
 #include <cstring>

@@ -1,5 +1,5 @@
 // What changes an object, by path. Everything that can fail is done on nodes apart from the object, which are then put
-// into it, so that an error leaves the object as it was. May use the model, the paths and the texts.
+// into it, so that an error leaves the object as it was.
 #ifndef LXBRIDGE_OUTSIDE_XMP_OPERATIONS_H_
 #define LXBRIDGE_OUTSIDE_XMP_OPERATIONS_H_
 

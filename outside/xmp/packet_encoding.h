@@ -1,5 +1,4 @@
-// The bytes of a packet before XML: their encoding, and their way to the clean UTF-8 that the XML parser is given. May
-// use the texts only.
+// The bytes of a packet before XML: their encoding, and their way to the clean UTF-8 that the XML parser is given.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PACKET_ENCODING_H_
 #define LXBRIDGE_OUTSIDE_XMP_PACKET_ENCODING_H_
 

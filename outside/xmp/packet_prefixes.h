@@ -1,4 +1,4 @@
-// The prefixes that are declared at a place of a packet. May use the registry only.
+// The prefixes that are declared at a place of a packet.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PACKET_PREFIXES_H_
 #define LXBRIDGE_OUTSIDE_XMP_PACKET_PREFIXES_H_
 

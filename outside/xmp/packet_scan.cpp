@@ -1,4 +1,4 @@
-// Packets among other bytes, and whether bytes are one. Uses the packet's encodings.
+// Packets among other bytes, and whether bytes are one.
 #include <algorithm>
 #include <cstdint>
 #include <new>

@@ -1,4 +1,4 @@
-// Paths. May use the model, the registry and the texts.
+// Paths.
 #include "outside/xmp/path.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 // Property paths: "name", "prefix:name" and behind that any number of "/prefix:field", "/?prefix:qualifier", "[n]",
 // "[last()]", "[prefix:field="value"]" and "[?prefix:qualifier="value"]". Values stand in " or ' and double it where
-// they contain it. May use the model and the texts.
+// they contain it.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PATH_H_
 #define LXBRIDGE_OUTSIDE_XMP_PATH_H_
 

@@ -1,4 +1,4 @@
-// Where a path ends in an object. May use the model, the paths, the texts and the standard's forms.
+// Where a path ends in an object.
 #include "outside/xmp/place.h"
 
 #include <utility>

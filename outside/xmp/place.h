@@ -1,5 +1,5 @@
 // Where a path ends in an object, and how what is missing there is made: the common ground of all operations that
-// change an object. May use the model, the paths, the texts and the standard's forms.
+// change an object.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PLACE_H_
 #define LXBRIDGE_OUTSIDE_XMP_PLACE_H_
 

@@ -1,4 +1,4 @@
-// The forms of the standard's arrays. May use the registry and the option bits.
+// The forms of the standard's arrays.
 #include "outside/xmp/property_forms.h"
 
 #include "clients/xmp/xmp_abi.h"

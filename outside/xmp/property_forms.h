@@ -1,4 +1,4 @@
-// Which of the standard's properties are arrays, and of which form. May use the registry and the option bits.
+// Which of the standard's properties are arrays, and of which form.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PROPERTY_FORMS_H_
 #define LXBRIDGE_OUTSIDE_XMP_PROPERTY_FORMS_H_
 

@@ -1,4 +1,4 @@
-// RDF/XML (ISO 16684-1, clause 7): packets in and out. May use the model, the texts and the errors; expat is behind it.
+// RDF/XML (ISO 16684-1, clause 7): packets in and out.
 #ifndef LXBRIDGE_OUTSIDE_XMP_RDF_H_
 #define LXBRIDGE_OUTSIDE_XMP_RDF_H_
 

@@ -1,5 +1,4 @@
-// Packets in: expat's events become nodes. Uses expat, the packet's encodings and prefixes, the model, the registry,
-// the texts and the errors.
+// Packets in: expat's events become nodes.
 //
 // What is decided here beyond what ISO 16684-1, clause 7 and annex C, say:
 // - rdf:RDF may stand at any depth below other elements; those and what stands beside it are read past. Behind the end

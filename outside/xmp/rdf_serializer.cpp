@@ -1,5 +1,5 @@
-// Packets out: one rdf:Description with all namespaces that the object uses, one element on a line, all in the order of
-// the object, so that two packets can be compared line by line. Uses the model, the registry, the texts and the errors.
+// Packets out: one rdf:Description with all namespaces that the object uses, one element on a line, all in the order
+// of the object, so that two packets can be compared line by line.
 //
 // Values stand on one line whatever is in them: line ends and tabs are written as character references, since an XML
 // parser would make spaces or other line ends of some. The forms are those of ISO 16684-1, 7.4 to 7.9; the compact ones

@@ -1,4 +1,4 @@
-// The namespace registry. May use the texts and the errors.
+// The namespace registry.
 #include "outside/xmp/registry.h"
 
 #include <algorithm>

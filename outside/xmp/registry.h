@@ -1,5 +1,5 @@
-// The namespace registry: each namespace URI that the process has met is one record, so that nodes name their namespace
-// by a pointer and two names are compared without looking at a URI. Includes nothing of the tree. One thread at a time.
+// The namespace registry: each namespace URI that the process has met is one record, so that nodes name their
+// namespace by a pointer and two names are compared without looking at a URI. One thread at a time.
 //
 // A record lives while anything uses it, and beyond that until some thousand others have come: a host that runs for
 // months reads packets of any number of namespaces, and nobody asks for most of them again. The standard's own, and

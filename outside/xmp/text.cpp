@@ -1,4 +1,4 @@
-// Texts. May use the errors; names beyond ASCII are put to expat, which has to read them back.
+// Texts.
 #include "outside/xmp/text.h"
 
 #include <expat.h>

@@ -1,4 +1,4 @@
-// Texts: UTF-8 and what of it XML can carry, XML names, language tags. Includes nothing of the tree.
+// Texts: UTF-8 and what of it XML can carry, XML names, language tags.
 #ifndef LXBRIDGE_OUTSIDE_XMP_TEXT_H_
 #define LXBRIDGE_OUTSIDE_XMP_TEXT_H_
 

@@ -1,5 +1,4 @@
-// Texts that have been handed out of the toolkit and have to stay where they are until they are unlocked. May use the
-// errors and the boundary's record.
+// Texts that have been handed out of the toolkit and have to stay where they are until they are unlocked.
 #ifndef LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_
 #define LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_
 

@@ -1,4 +1,4 @@
-// "ZXMPUtils_StaticInterface": paths, values, dates, operations on whole objects, texts. May use all of the toolkit.
+// "ZXMPUtils_StaticInterface": paths, values, dates, operations on whole objects, texts.
 #include <cstdint>
 #include <string>
 #include <string_view>

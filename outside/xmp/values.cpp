@@ -1,4 +1,4 @@
-// Values to and from texts. May use the errors and the texts.
+// Values to and from texts.
 #include "outside/xmp/values.h"
 
 #include <charconv>

@@ -1,4 +1,4 @@
-// The simple value types other than dates, to and from texts (ISO 16684-1, 8.2.1). May use the errors.
+// The simple value types other than dates, to and from texts (ISO 16684-1, 8.2.1).
 #ifndef LXBRIDGE_OUTSIDE_XMP_VALUES_H_
 #define LXBRIDGE_OUTSIDE_XMP_VALUES_H_
 

@@ -1,5 +1,5 @@
-// The broker and the toolkit as the shared library under test meets them: this program's entry points stand in front of
-// the real ones, note each call, and can hide procedures or make them fail. Uses the two boundaries.
+// The broker and the toolkit as the shared library under test meets them: this program's entry points stand in front
+// of the real ones, note each call, and can hide procedures or make them fail.
 #ifndef LXBRIDGE_TESTS_API_NEIGHBOURS_H_
 #define LXBRIDGE_TESTS_API_NEIGHBOURS_H_
 

@@ -1,6 +1,6 @@
-// Files made to cost as much as their size lets them: one generator a way to ask for more work or memory than there are
-// bytes. Each gives a file of about the size that is asked for, so that the same trick can be measured at two sizes.
-// Uses tests/support.
+// Files made to cost as much as their size lets them: one generator a way to ask for more work or memory than there
+// are bytes. Each gives a file of about the size that is asked for, so that the same trick can be measured at two
+// sizes.
 #ifndef LXBRIDGE_TESTS_BOUNDS_HOSTILE_FILES_H_
 #define LXBRIDGE_TESTS_BOUNDS_HOSTILE_FILES_H_
 

@@ -1,5 +1,5 @@
 // The real broker, seen through a lookup procedure that tests can bend: procedures hidden or replaced by name, lookups
-// counted. Uses the broker's boundary only.
+// counted.
 #ifndef LXBRIDGE_TESTS_CLIENTS_BENT_BROKER_H_
 #define LXBRIDGE_TESTS_CLIENTS_BENT_BROKER_H_
 

@@ -1,5 +1,5 @@
 // What all fault sweeps share: one file through the whole road, from its path to its packet, and the rich files that
-// they go over. Uses api's interchange object, the clients and tests/support.
+// they go over.
 #ifndef LXBRIDGE_TESTS_FAULTS_WHOLE_ROAD_H_
 #define LXBRIDGE_TESTS_FAULTS_WHOLE_ROAD_H_
 

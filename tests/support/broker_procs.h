@@ -1,4 +1,4 @@
-// The interface broker as tests call it: all of its procedures, looked up once. Uses the broker's boundary only.
+// The interface broker as tests call it: all of its procedures, looked up once.
 #ifndef LXBRIDGE_TESTS_SUPPORT_BROKER_PROCS_H_
 #define LXBRIDGE_TESTS_SUPPORT_BROKER_PROCS_H_
 

@@ -1,5 +1,4 @@
-// Byte strings of the tests: written readably, joined, bent in one place, and put into temporary files. Uses the
-// standard library only.
+// Byte strings of the tests: written readably, joined, bent in one place, and put into temporary files.
 #ifndef LXBRIDGE_TESTS_SUPPORT_BYTES_H_
 #define LXBRIDGE_TESTS_SUPPORT_BYTES_H_
 

@@ -1,4 +1,4 @@
-// Memory procedures whose nth allocation fails, and that count the blocks that are alive. Uses kit/base/memory.h.
+// Memory procedures whose nth allocation fails, and that count the blocks that are alive.
 #ifndef LXBRIDGE_TESTS_SUPPORT_FAILING_MEMORY_H_
 #define LXBRIDGE_TESTS_SUPPORT_FAILING_MEMORY_H_
 

@@ -1,6 +1,5 @@
 // Makes the nth call of operator new fail, and counts the blocks that are alive. Replaces the global operators of the
-// program, its shared libraries included, so exactly one file of a program includes this. Uses the standard library
-// only.
+// program, its shared libraries included, so exactly one file of a program includes this.
 #ifndef LXBRIDGE_TESTS_SUPPORT_FAILING_NEW_H_
 #define LXBRIDGE_TESTS_SUPPORT_FAILING_NEW_H_
 

@@ -1,5 +1,5 @@
 // Which calls of a stream fail, and a stream over bytes with a method table of its own, whose nth read, seek or tell
-// fails or comes short, and that keeps what was read where. Uses kit/base/stream.h.
+// fails or comes short, and that keeps what was read where.
 #ifndef LXBRIDGE_TESTS_SUPPORT_FAILING_STREAM_H_
 #define LXBRIDGE_TESTS_SUPPORT_FAILING_STREAM_H_
 

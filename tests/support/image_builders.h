@@ -1,5 +1,5 @@
 // Builds the image files and blocks that carry metadata, byte by byte: JPEG streams, image resources, IPTC datasets,
-// PSD files. Uses bytes.h and tiff_builder.h.
+// PSD files.
 //
 //   JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Ascii(0x010F, "Canon")})).App1Xmp("<x:xmpmeta .../>").Build()
 #ifndef LXBRIDGE_TESTS_SUPPORT_IMAGE_BUILDERS_H_

@@ -1,4 +1,4 @@
-// Trees of items written as they look, and read back as one line. Uses kit/model/pool.h.
+// Trees of items written as they look, and read back as one line.
 #ifndef LXBRIDGE_TESTS_SUPPORT_ITEM_TREE_H_
 #define LXBRIDGE_TESTS_SUPPORT_ITEM_TREE_H_
 

@@ -1,6 +1,5 @@
 // Writes the sample photograph of `scripts/run`: a JPEG file with what a camera and an editor leave in one (TIFF, EXIF
-// and GPS tags, IPTC datasets, an XMP packet with the caption digest that says that the datasets are newer). Uses the
-// test builders.
+// and GPS tags, IPTC datasets, an XMP packet with the caption digest that says that the datasets are newer).
 #include <cstdio>
 #include <fstream>
 

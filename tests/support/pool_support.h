@@ -1,4 +1,4 @@
-// Reading files into pools in tests, and looking at pools: as text, by name, for soundness. Uses the kit and bytes.h.
+// Reading files into pools in tests, and looking at pools: as text, by name, for soundness.
 #ifndef LXBRIDGE_TESTS_SUPPORT_POOL_SUPPORT_H_
 #define LXBRIDGE_TESTS_SUPPORT_POOL_SUPPORT_H_
 

@@ -1,5 +1,5 @@
 // Files that hold everything at once: what a camera, an editor and a picture desk leave in one. For sweeps over faults
-// and as seeds of fuzzing. Uses image_builders.h.
+// and as seeds of fuzzing.
 #ifndef LXBRIDGE_TESTS_SUPPORT_RICH_FILES_H_
 #define LXBRIDGE_TESTS_SUPPORT_RICH_FILES_H_
 

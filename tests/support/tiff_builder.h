@@ -1,5 +1,5 @@
 // Builds TIFF structures (TIFF 6.0, section 2) byte by byte, in both byte orders: as a file, as the block of an Exif
-// segment, or one IFD at a given offset (maker notes). Uses bytes.h.
+// segment, or one IFD at a given offset (maker notes).
 //
 //   TiffBuilder(kBig).Ifd0({Ascii(0x010F, "Canon"), Short(0x0112, 6)}).Exif({Ratl(0x829A, 1, 250)}).Build()
 #ifndef LXBRIDGE_TESTS_SUPPORT_TIFF_BUILDER_H_

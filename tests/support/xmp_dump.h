@@ -3,7 +3,7 @@
 //   exif:ISOSpeedRatings=seq[100, 200]
 //   tiff:Copyright=alt[x-default: me]
 //   exif:Flash={exif:Fired=True, exif:Return=0}
-// Uses host/. A session must be there (lxbridge::HostSession).
+// A session must be there (lxbridge::HostSession).
 #ifndef LXBRIDGE_TESTS_SUPPORT_XMP_DUMP_H_
 #define LXBRIDGE_TESTS_SUPPORT_XMP_DUMP_H_
 

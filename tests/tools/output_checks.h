@@ -1,4 +1,4 @@
-// Whether what the command printed is what it promises, whatever the files hold. Uses host/, nlohmann's JSON and expat.
+// Whether what the command printed is what it promises, whatever the files hold.
 #ifndef LXBRIDGE_TESTS_TOOLS_OUTPUT_CHECKS_H_
 #define LXBRIDGE_TESTS_TOOLS_OUTPUT_CHECKS_H_
 

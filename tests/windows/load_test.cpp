@@ -1,5 +1,5 @@
 // A host on Windows that loads the library at run time: lx_load_test PHOTO. Prints what failed; status 0 if nothing
-// did. Uses the boundaries' headers only.
+// did.
 #include <windows.h>
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// The work of the command: all files of a call. Uses options.h.
+// The work of the command: all files of a call.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_COMMANDS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_COMMANDS_H_
 

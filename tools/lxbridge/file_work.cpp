@@ -1,4 +1,4 @@
-// What both commands share about a file. Uses kit/readers and kit/base.
+// What both commands share about a file.
 #include "tools/lxbridge/file_work.h"
 
 #include "kit/base/stream.h"

@@ -1,4 +1,4 @@
-// What is done with one file, and what that gives. Uses inputs.h and options.h.
+// What is done with one file, and what that gives.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_FILE_WORK_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_FILE_WORK_H_
 

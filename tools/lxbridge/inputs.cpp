@@ -1,4 +1,4 @@
-// Walking folders and lists. Uses system.h.
+// Walking folders and lists.
 #include "tools/lxbridge/inputs.h"
 
 #include <cerrno>

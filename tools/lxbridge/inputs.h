@@ -1,5 +1,5 @@
 // The files of a call, one after the other: those of the command line, those of a list, those below folders. Never all
-// at once: a list may be longer than memory and still be growing. Uses options.h and system.h.
+// at once: a list may be longer than memory and still be growing.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_INPUTS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_INPUTS_H_
 

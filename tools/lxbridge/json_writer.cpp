@@ -1,4 +1,4 @@
-// JSON texts and their escapes. Touches nothing else of the tree.
+// JSON texts and their escapes.
 #include "tools/lxbridge/json_writer.h"
 
 #include <charconv>

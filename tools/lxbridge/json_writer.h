@@ -1,4 +1,4 @@
-// Writing JSON (RFC 8259) into a string, a value at a time. Touches nothing else of the tree.
+// Writing JSON (RFC 8259) into a string, a value at a time.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_JSON_WRITER_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_JSON_WRITER_H_
 

@@ -1,5 +1,4 @@
-// The `lxbridge` command: the command line, and what its results are as exit status. Uses the command's own files and
-// kit/base/platform.h.
+// The `lxbridge` command: the command line, and what its results are as exit status.
 #include <cstdio>
 #include <exception>
 #include <string>

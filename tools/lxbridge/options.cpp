@@ -1,4 +1,4 @@
-// The grammar of the command line. Touches nothing else of the tree.
+// The grammar of the command line.
 #include "tools/lxbridge/options.h"
 
 #include <charconv>

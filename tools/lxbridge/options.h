@@ -1,4 +1,4 @@
-// The command line of `lxbridge` as a record. Touches nothing else of the tree and prints nothing.
+// The command line of `lxbridge` as a record.
 //
 // Parsed by hand: the grammar is two subcommands and some options, and a library for it would cost more at start-up
 // than reading a photograph does.

@@ -1,4 +1,4 @@
-// Standard output and standard error. Uses kit/base/platform.h and system.h.
+// Standard output and standard error.
 #include "tools/lxbridge/output.h"
 
 #include <cerrno>

@@ -1,4 +1,4 @@
-// Where results and messages go. Uses system.h.
+// Where results and messages go.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 

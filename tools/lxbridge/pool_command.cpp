@@ -1,4 +1,4 @@
-// `lxbridge pool`: what the readers saw in each file, before any conversion. Uses kit/readers, kit/model, kit/base.
+// `lxbridge pool`: what the readers saw in each file, before any conversion.
 #include <cstdint>
 #include <cstring>
 #include <memory>

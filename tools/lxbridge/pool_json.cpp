@@ -1,4 +1,4 @@
-// The items of a pool in JSON. Uses kit/model, kit/base and json_writer.h.
+// The items of a pool in JSON.
 #include "tools/lxbridge/pool_json.h"
 
 #include <cstddef>

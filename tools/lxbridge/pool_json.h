@@ -1,4 +1,4 @@
-// A metadata pool as a line of JSON. Uses kit/model and kit/base.
+// A metadata pool as a line of JSON.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_POOL_JSON_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_POOL_JSON_H_
 

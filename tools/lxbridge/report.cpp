@@ -1,4 +1,4 @@
-// Results and counts on their way out. Uses kit/model (the names of kinds) and kit/base/platform.h.
+// Results and counts on their way out.
 #include "tools/lxbridge/report.h"
 
 #include <cstdio>

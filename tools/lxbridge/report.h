@@ -1,5 +1,5 @@
 // What has become of the files so far, on its way out: results and messages in the order of the files, progress, the
-// summary, the exit status. Uses file_work.h.
+// summary, the exit status.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_REPORT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_REPORT_H_
 

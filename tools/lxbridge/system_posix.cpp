@@ -1,4 +1,4 @@
-// The command's side of POSIX. Uses posix_children.h.
+// The command's side of POSIX.
 #ifndef _FILE_OFFSET_BITS
 #define _FILE_OFFSET_BITS 64
 #endif

@@ -1,4 +1,4 @@
-// Rows of tables. Uses host/.
+// Rows of tables.
 #include "tools/lxbridge/table.h"
 
 #include <algorithm>

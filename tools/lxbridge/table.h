@@ -1,4 +1,4 @@
-// Chosen properties of an XMP object as a row of a table (RFC 4180). Uses host/ and options.h.
+// Chosen properties of an XMP object as a row of a table (RFC 4180).
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_TABLE_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_TABLE_H_
 

@@ -1,5 +1,4 @@
-// Worker processes on POSIX: forked before the library is started, each with a socket for jobs and results. Uses
-// posix_children.h.
+// Worker processes on POSIX: forked before the library is started, each with a socket for jobs and results.
 #include "tools/lxbridge/worker_process.h"
 
 #include <fcntl.h>

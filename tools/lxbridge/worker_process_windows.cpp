@@ -1,6 +1,5 @@
 // Worker processes on Windows: the command's own image started again. It finds in its environment which handles it has
 // been given, and in the shared memory what to do; its command line, which the command has read, it does not look at.
-// Uses report.h.
 //
 // A channel is two named pipes, since anonymous ones cannot be read without waiting. The command reads and writes with
 // completion routines, which run while it waits: so one wait of its only thread is for any number of workers, for the

@@ -1,6 +1,6 @@
-// What the command and its worker processes say to each other: jobs one way, results the other, in the same order. Both
-// ends are one program on one machine, so numbers are as they are in memory; a worker that has read a hostile file may
-// still say nonsense. Uses file_work.h.
+// What the command and its worker processes say to each other: jobs one way, results the other, in the same order.
+// Both ends are one program on one machine, so numbers are as they are in memory; a worker that has read a hostile
+// file may still say nonsense.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_WORKER_PROTOCOL_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_WORKER_PROTOCOL_H_
 

@@ -1,6 +1,6 @@
 // Worker processes: each is given some jobs ahead and answers in their order, several results in one write where they
 // come fast; a few words of shared memory tell which file it is at. When it dies, that one is reported, and the others
-// that it has not answered are done again by another. Uses worker_process.h and worker_protocol.h.
+// that it has not answered are done again by another.
 #include "tools/lxbridge/workers.h"
 
 #include <algorithm>

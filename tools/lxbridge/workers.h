@@ -1,4 +1,4 @@
-// Working on the files in several processes. Uses inputs.h and report.h.
+// Working on the files in several processes.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
 

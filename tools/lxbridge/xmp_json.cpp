@@ -1,4 +1,4 @@
-// The nodes of an XMP object in JSON. Uses host/ and json_writer.h.
+// The nodes of an XMP object in JSON.
 #include "tools/lxbridge/xmp_json.h"
 
 #include <vector>

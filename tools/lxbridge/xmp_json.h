@@ -1,4 +1,4 @@
-// An XMP object as a line of JSON. Uses host/.
+// An XMP object as a line of JSON.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_XMP_JSON_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_XMP_JSON_H_
 

@@ -1,5 +1,5 @@
 // What the rows of this folder's tables are written with: short type and flag constants, and the shape that the
-// compiler checks. For the tables' .cpp files only. Uses tag_record.h and the type codes of value.h.
+// compiler checks. For the tables' .cpp files only.
 #ifndef LXBRIDGE_KIT_MODEL_TABLES_TABLE_ROW_H_
 #define LXBRIDGE_KIT_MODEL_TABLES_TABLE_ROW_H_
 

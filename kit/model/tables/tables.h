@@ -1,5 +1,5 @@
 // All constant tables of the kit, by name. Each is defined in a .cpp of this folder (one a namespace, maker/ one a
-// maker), constant-initialised: nothing runs at load. Uses tag_record.h only.
+// maker), constant-initialised: nothing runs at load.
 #ifndef LXBRIDGE_KIT_MODEL_TABLES_TABLES_H_
 #define LXBRIDGE_KIT_MODEL_TABLES_TABLES_H_
 

@@ -1,5 +1,5 @@
 // The display descriptors that tag records point at: value names and the other formats. For the tables of this folder;
-// the formatting reaches them through the records. Uses tag_record.h only.
+// the formatting reaches them through the records.
 #ifndef LXBRIDGE_KIT_MODEL_TABLES_VALUE_NAMES_H_
 #define LXBRIDGE_KIT_MODEL_TABLES_VALUE_NAMES_H_
 

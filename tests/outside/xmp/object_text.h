@@ -1,4 +1,4 @@
-// An object as lines of text, so that a test can say what it expects of a packet. Uses the toolkit's model and parser.
+// An object as lines of text, so that a test can say what it expects of a packet.
 #ifndef LXBRIDGE_TESTS_OUTSIDE_XMP_OBJECT_TEXT_H_
 #define LXBRIDGE_TESTS_OUTSIDE_XMP_OBJECT_TEXT_H_
 
