@@ -10,6 +10,9 @@ constexpr LxWantedItem kPartners[] = {  // In the order of LxPartner, behind kNo
     {"exif", "SubSecTime", nullptr},
     {"exif", "SubSecTimeOriginal", nullptr},
     {"exif", "SubSecTimeDigitized", nullptr},
+    {"exif", " 9010", nullptr},  // OffsetTime (Exif 2.31), OffsetTimeOriginal, OffsetTimeDigitized: in no dictionary.
+    {"exif", " 9011", nullptr},
+    {"exif", " 9012", nullptr},
     {"gps",  "GPSLatitudeRef", nullptr},
     {"gps",  "GPSLongitudeRef", nullptr},
     {"gps",  "GPSDestLatitudeRef", nullptr},

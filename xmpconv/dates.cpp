@@ -51,6 +51,24 @@ void LxParseExifTime(const std::uint8_t* text, XMPDateTime* date) noexcept {
   date->second = Field(text + 6, 2);
 }
 
+bool LxParseExifOffset(const std::uint8_t* text, std::size_t length, XMPDateTime* date) noexcept {
+  constexpr std::size_t kLength = 6;
+  constexpr std::int32_t kFurthestHour = 14;  // No zone of the earth is further from UTC.
+  if (length == kLength + 1 && text[kLength] == 0) --length;
+  if (length != kLength || (text[0] != '+' && text[0] != '-') || text[3] != ':') return false;
+  constexpr std::size_t kDigits[] = {1, 2, 4, 5};
+  for (const std::size_t at : kDigits) {
+    if (text[at] < '0' || text[at] > '9') return false;
+  }
+  const std::int32_t hour = Field(text + 1, 2);
+  const std::int32_t minute = Field(text + 4, 2);
+  if (hour > kFurthestHour || minute > 59) return false;
+  date->zoneSign = hour == 0 && minute == 0 ? 0 : text[0] == '+' ? 1 : -1;
+  date->zoneHour = hour;
+  date->zoneMinute = minute;
+  return true;
+}
+
 std::int32_t LxParseSubSeconds(const std::uint8_t* text, std::size_t length) noexcept {
   // Both numbers stay finite over this many bytes; what follows is far below a nanosecond.
   constexpr std::size_t kTellingBytes = 300;

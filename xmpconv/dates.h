@@ -15,6 +15,11 @@ void LxParseExifDate(const std::uint8_t* text, XMPDateTime* date) noexcept;
 // "HH:MM:SS": hour, minute and second, in the same way. REQUIRES: 8 readable bytes.
 void LxParseExifTime(const std::uint8_t* text, XMPDateTime* date) noexcept;
 
+// "+HH:MM" or "-HH:MM" (Exif 2.31, 4.6.5: OffsetTime), with or without a zero byte: sets the zone. Any other text,
+// hours above 14 and minutes above 59 give false and leave the date as it is; cameras that do not know their zone write
+// blanks.
+[[nodiscard]] bool LxParseExifOffset(const std::uint8_t* text, std::size_t length, XMPDateTime* date) noexcept;
+
 // The nanoseconds that the decimal fraction of a second with these digits has ("25": a quarter). Ends at a zero byte or
 // at the length. No byte is rejected, so other bytes than digits can give a number that no second has.
 [[nodiscard]] std::int32_t LxParseSubSeconds(const std::uint8_t* text, std::size_t length) noexcept;

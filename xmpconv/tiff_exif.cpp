@@ -92,15 +92,26 @@ bool MapRationalSeq(LxConversion& conversion, const LxMetadataItem* item, const 
                              IsSignedType(item->typeCode), LxItemOrder(item));
 }
 
-// partner: the fraction of the second. Exif 2.2 has no zone, so the date is taken as the machine's local time. A date
-// that names no instant ("0000:00:00", or blanks for an unset clock) is refused by the toolkit, so that nothing false
-// is written; it has no zone either, so that it is refused before a packet's own date is touched.
+// The item with the zone of the date whose fraction of the second is in `subSeconds`.
+LxPartner OffsetOf(LxPartner subSeconds) noexcept {
+  constexpr int kDistance = static_cast<int>(LxPartner::kOffsetTime) - static_cast<int>(LxPartner::kSubSecTime);
+  return static_cast<LxPartner>(static_cast<int>(subSeconds) + kDistance);
+}
+
+// partner: the fraction of the second. Exif 2.2 has no zone, so the date is taken as the machine's local time, unless
+// the camera says its zone as Exif 2.31 has it. A date that names no instant ("0000:00:00", or blanks for an unset
+// clock) is refused by the toolkit, so that nothing false is written; the machine has no zone for it either, so that it
+// is refused before a packet's own date is touched.
 bool MapDateTime(LxConversion& conversion, const LxMetadataItem* item, const char* schema, LxPartner partner) {
   if (!item->value || item->typeCode != kLxTypeAscii || item->valueLength != kDateTimeLength) return false;
   XMPDateTime date{};
   LxParseExifDate(item->value, &date);
   LxParseExifTime(item->value + 11, &date);
   if (!LxTryXMP([&] { XMPUtils::SetTimeZone(&date); })) return false;
+  const LxMetadataItem* const offset = conversion.Find(OffsetOf(partner));
+  if (offset && offset->value && offset->typeCode == kLxTypeAscii) {
+    (void)LxParseExifOffset(offset->value, static_cast<std::size_t>(offset->valueLength), &date);
+  }
   if (const LxMetadataItem* const subSeconds = conversion.Find(partner)) {
     if (!subSeconds->value) return false;
     date.nanosecond = LxParseSubSeconds(subSeconds->value, static_cast<std::size_t>(subSeconds->valueLength));

@@ -25,8 +25,9 @@ RULES = {
     "MapIntegerSeq": "any number of integers, as a `seq`",
     "MapRational": "one RATIONAL or SRATIONAL, as `numerator/denominator`, not reduced; no other count",
     "MapRationalSeq": "any number of rationals, as a `seq`",
-    "MapDateTime": "ASCII of 20 bytes, `YYYY:MM:DD HH:MM:SS`, as an ISO 8601 date with the zone of the machine, and the fraction "
-                   "of the partner tag; a date that names no instant is not written",
+    "MapDateTime": "ASCII of 20 bytes, `YYYY:MM:DD HH:MM:SS`, as an ISO 8601 date with the zone that OffsetTime, "
+                   "OffsetTimeOriginal or OffsetTimeDigitized (Exif 2.31) says, else that of the machine, and the fraction of the "
+                   "partner tag; a date that names no instant is not written",
     "LxMapGPSCoordinate": "three RATIONALs and the letter of the partner tag: `DDD,MM,SSk` when all denominators are 1, else "
                           "`DDD,MM.mmk` with as many digits as the largest denominator tells apart",
     "LxMapGPSTimeStamp": "three RATIONALs and the partner's date, as an ISO 8601 date in UTC; without the date nothing",
@@ -197,7 +198,8 @@ HEAD = """# What lands in XMP
 
 Every tag that becomes an XMP property, with an example that the library itself has converted: a file with that value was
 built, read by `LxInterchangeNew`, and the object's property printed. Arrays are shown as `seq[…]`, `bag[…]` and `alt[…]`
-(with the language), structs as `{field=value, …}`. Dates were made on a machine in the zone of Berlin.
+(with the language), structs as `{field=value, …}`. Dates were made on a machine in the zone of Berlin:
+a time for which the camera says no zone takes that of the machine, so it is another instant on a machine elsewhere.
 
 Of the TIFF directories of a file the first one is converted, with the EXIF and GPS directories below it: sub-IFDs, IFD1 (the
 thumbnail), further directories of a chain and a second Exif block are read into the pool only. Of entries with the same tag

@@ -1,5 +1,7 @@
 #include "xmpconv/tiff_exif.h"
 
+#include <utility>
+
 #include "tests/xmpconv/conversion_fixture.h"
 #include "xmpconv/schemas.h"
 
@@ -99,7 +101,7 @@ TEST_F(TiffExifTest, ARefusedItemLeavesThePacketsValueAndAnEmptyOneDeletesIt) {
   EXPECT_EQ(Dump(), "tiff:Gamma=2.2\n");
 }
 
-TEST_F(TiffExifTest, DatesTakeTheMachinesZoneAndTheirOwnSubSeconds) {
+TEST_F(TiffExifTest, DatesTakeTheirOwnZoneElseTheMachinesAndTheirOwnSubSeconds) {
   Add(ValueItem("exif", "SubSecTimeOriginal", 0x9291, kLxTypeAscii, ZText("25")));
   Add(ValueItem("exif", "SubSecTimeDigitized", 0x9292, kLxTypeAscii, Text("5")));  // No zero byte behind it.
   const Bytes date = ZText("2004:03:15 14:30:59");
@@ -109,6 +111,23 @@ TEST_F(TiffExifTest, DatesTakeTheMachinesZoneAndTheirOwnSubSeconds) {
             "exif:DateTimeOriginal=2004-03-15T14:30:59.25+05:30\n");
   EXPECT_EQ(Converted(ValueItem("exif", "DateTimeDigitized", 0x9004, kLxTypeAscii, date)),
             "exif:DateTimeDigitized=2004-03-15T14:30:59.5+05:30\n");
+  const std::pair<Bytes, const char*> offsets[] = {
+      {ZText("+02:00"), "+02:00"},  {Text("-09:30"), "-09:30"},  {ZText("+14:59"), "+14:59"},
+      {ZText("-00:00"), "Z"},       {ZText("   :  "), "+05:30"}, {ZText("+15:00"), "+05:30"},
+      {ZText("+02:60"), "+05:30"},  {ZText("+2:00"), "+05:30"},  {ZText("02:00"), "+05:30"},
+      {ZText("+02:00 "), "+05:30"}, {ZText("+02 00"), "+05:30"}, {ZText("+0:200"), "+05:30"}};
+  for (const auto& [offset, zone] : offsets) {
+    Add(ValueItem("exif", " 9010", 0x9010, kLxTypeAscii, offset));
+    Add(ValueItem("exif", " 9011", 0x9011, kLxTypeUndefined, ZText("+01:00")));
+    Add(ValueItem("exif", " 9012", 0x9012, kLxTypeAscii, ZText("-01:00")));
+    EXPECT_EQ(Converted(ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, date)),
+              std::string("tiff:DateTime=2004-03-15T14:30:59") + zone + "\n");
+    EXPECT_EQ(Converted(ValueItem("exif", "DateTimeOriginal", 0x9003, kLxTypeAscii, date)),
+              "exif:DateTimeOriginal=2004-03-15T14:30:59.25+05:30\n");
+    EXPECT_EQ(Converted(ValueItem("exif", "DateTimeDigitized", 0x9004, kLxTypeAscii, date)),
+              "exif:DateTimeDigitized=2004-03-15T14:30:59.5-01:00\n");
+  }
+  EXPECT_EQ(Converted(ValueItem("exif", " 9010", 0x9010, kLxTypeAscii, ZText("+02:00"))), "");
   Add(Item("exif", "SubSecTime"));  // Without a value.
   EXPECT_EQ(Converted(ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, date)), "");
 }
