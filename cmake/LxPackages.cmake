@@ -1,7 +1,7 @@
 # Debian packages (preset package), one a component; elsewhere one archive. A library of the next major version goes beside this one, hence the number.
 set(CPACK_PACKAGE_NAME lxbridge)
-set(CPACK_PACKAGE_VENDOR "LxBridge developers")
-set(LXBRIDGE_MAINTAINER "LxBridge developers <developers@lxbridge.example>" CACHE STRING "Maintainer of the packages")
+set(CPACK_PACKAGE_VENDOR "${LXBRIDGE_AUTHORS}")
+set(CPACK_PACKAGE_HOMEPAGE_URL "${PROJECT_HOMEPAGE_URL}")
 set(CPACK_PACKAGE_CONTACT "${LXBRIDGE_MAINTAINER}")
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
 set(CPACK_VERBATIM_VARIABLES ON)

@@ -1,5 +1,5 @@
-// A host on Windows that loads the library at run time: lx_load_test PHOTO. Prints what failed; status 0 if nothing
-// did.
+// A host on Windows that loads the library at run time, without any of the compiler's shared libraries of its own:
+// lx_load_test PHOTO. Prints what failed; status 0 if nothing did.
 #include <windows.h>
 
 #include <cstdio>
@@ -125,6 +125,35 @@ void ReadsPathsInUtf8(const Bridge& bridge, const char* photo) {
   Expect(PropertiesOf(bridge, Utf8(path)) < expected, "a file that is not there gives no property of a file");
 }
 
+// Bytes of all blocks of all heaps.
+std::size_t BytesInUse() {
+  HANDLE heaps[64];
+  std::size_t bytes = 0;
+  for (DWORD count = GetProcessHeaps(64, heaps); count > 0; --count) {
+    PROCESS_HEAP_ENTRY entry = {};
+    while (HeapWalk(heaps[count - 1], &entry)) {
+      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+    }
+  }
+  return bytes;
+}
+
+void UnloadingGivesMemoryBack(const char* photo) {
+  constexpr std::size_t kRounds = 50;
+  std::size_t before = 0;
+  for (std::size_t round = 0; round < kRounds + 2; ++round) {
+    if (round == 2) before = BytesInUse();
+    const Bridge bridge;
+    (void)bridge.init();
+    bridge.destroy(bridge.create(photo));
+    bridge.term();
+    FreeLibrary(bridge.library);
+  }
+  const std::size_t lost = BytesInUse() - before;
+  std::printf("%d bytes lost for each load\n", static_cast<int>(lost) / static_cast<int>(kRounds));
+  Expect(lost < kRounds * 1024, "loading and unloading loses less than 1 KB");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -143,5 +172,6 @@ int main(int argc, char** argv) {
     bridge.term();
     Expect(FreeLibrary(bridge.library) != 0 && GetModuleHandleW(L"LxBridge.dll") == nullptr, "the library is unloaded");
   }
+  UnloadingGivesMemoryBack(argv[1]);
   return failures == 0 ? 0 : 1;
 }

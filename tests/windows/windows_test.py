@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What the Windows build is, and whether it does what this machine's own build does.
 
-windows_test.py --built FOLDER --native FOLDER --wine PROGRAM --corpus FOLDER layout|load|example|command|same_output|many|ends
+windows_test.py --built FOLDER --native FOLDER --wine PROGRAM --corpus FOLDER layout|hosts|example|command|same_output|many|ends
 Status 77: what the test needs is not there.
 """
 import argparse
@@ -21,6 +21,7 @@ import time
 SKIPPED = 77
 EXPORTS = ["LxInterchangeDelete", "LxInterchangeGetXMP", "LxInterchangeInit", "LxInterchangeNew", "LxInterchangeTerm"]
 SYSTEM = {"kernel32.dll", "msvcrt.dll", "shell32.dll"}
+RUNTIME = {"libgcc_s_dw2-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"}
 
 faults = []
 
@@ -78,8 +79,19 @@ def layout(options):
     expect("LxBridge.dll" in example and "LxHost.dll" in example, "edit_property.exe has the libraries linked")
     del files["edit_property.exe"]
     for name, (_, imports) in files.items():
-        others = {dll: entries for dll, entries in imports.items() if dll.lower() not in SYSTEM}
+        others = {dll: entries for dll, entries in imports.items() if dll.lower() not in SYSTEM | RUNTIME}
         expect(others == own.get(name, {}), f"{name}: imports {others} besides the system's own")
+        text = run([options.objdump, "-p", str(options.built / name)]).stdout.decode()
+        oldest = re.findall(r"^Major(?:OSystem|Subsystem)Version\s+(\d+)\nMinor\w+\s+(\d+)", text, re.MULTILINE)
+        expect(oldest == [("6", "1")] * 2, f"{name} says that it needs {oldest}, not Windows 7")
+    for name in ["LxBridge.dll", "LxHost.dll", "VeltoXMP.dll", "lxbridge.exe"]:
+        expect({"libgcc_s_dw2-1.dll", "libstdc++-6.dll"} <= set(files[name][1]), f"{name} has the shared C++ runtime")
+    expect(all((options.built / name).is_file() for name in RUNTIME), "the C++ runtime lies beside")
+    for name in ["LxBridge.dll", "LxHost.dll", "VeltoXMP.dll", "TAL.dll", "lxbridge.exe"]:
+        resource = (options.built / name).read_bytes()
+        named = [re.escape(text.encode("utf-16-le")) for text in ("OriginalFilename", name)]
+        expect(re.search(rb"(?:\0)+".join(named), resource), f"{name} has a version resource")
+    expect(b">true</longPathAware>" in resource and b">UTF-8</activeCodePage>" in resource, "lxbridge.exe has its manifest")
     imports = files["LxBridge.dll"][1]
     expect("DisableThreadLibraryCalls" in imports.get("KERNEL32.dll", []), "LxBridge.dll is not told of threads")
     expect({"_wfopen", "_setmode", "_isatty"} <= set(imports.get("msvcrt.dll", [])), "files are opened by wide paths")
@@ -113,13 +125,14 @@ def same(options, folder, arguments, what, **settings):
     return ours
 
 
-def load(options, folder):
-    result = run([options.wine, options.built / "lx_load_test.exe", "sample.jpg"], cwd=folder)
-    expect(result.returncode == 0, f"lx_load_test: {result.returncode}\n{result.stdout.decode(errors='replace')}")
+def hosts(options, folder):
+    for program, *photos in [["lx_load_test", "sample.jpg"], ["lx_exceptions_test", "sample.jpg", "damaged.jpg"]]:
+        result = run([options.wine, options.built / f"{program}.exe", *photos], cwd=folder)
+        expect(result.returncode == 0, f"{program}: {result.returncode} {(result.stdout + result.stderr).decode(errors='replace')}")
 
 
 def example(options, folder):
-    for name in ["sample.jpg", "Hafen \u65e5\u672c \U0001f4f7.jpg"]:
+    for name in ["sample.jpg", "damaged.jpg", "Hafen \u65e5\u672c \U0001f4f7.jpg"]:
         ours = run([options.native / "lxbridge", name], cwd=folder)
         theirs = run([options.wine, options.built / "print_xmp.exe", name], cwd=folder)
         expect(lines(theirs.stdout) == ours.stdout and theirs.returncode == 0, f"print_xmp prints the packet of {name}")
@@ -264,7 +277,7 @@ def ends(options, folder):
 
 
 def main():
-    tests = {"load": load, "example": example, "command": command, "same_output": same_output, "many": many, "ends": ends}
+    tests = {"hosts": hosts, "example": example, "command": command, "same_output": same_output, "many": many, "ends": ends}
     parser = argparse.ArgumentParser()
     for option in ["--built", "--native", "--wine", "--corpus"]:
         parser.add_argument(option, type=lambda path: pathlib.Path(path).resolve(), required=True)
@@ -284,6 +297,8 @@ def main():
             folder = pathlib.Path(name)
             run([options.native / "lx_make_sample", folder / "sample.jpg"])
             shutil.copy(folder / "sample.jpg", folder / "Hafen \u65e5\u672c \U0001f4f7.jpg")
+            sample = (folder / "sample.jpg").read_bytes()
+            (folder / "damaged.jpg").write_bytes(sample.replace(b"</rdf:RDF>", b"</rdf:RDX>"))
             tests[options.test](options, folder)
     for fault in faults:
         print("not so:", fault)
