@@ -17,8 +17,8 @@
 #include "kit/base/memory.h"
 #include "kit/model/pool.h"
 #include "kit/readers/read_file.h"
-#include "tools/lxbridge/pool_json.h"
-#include "tools/lxbridge/xmp_json.h"
+#include "tools/json/pool_json.h"
+#include "tools/json/xmp_json.h"
 
 namespace py = pybind11;
 
@@ -53,7 +53,7 @@ py::str XmpJson(const std::string& path) {
   return Decoded(Alone([&] {
     const lxbridge::Interchange interchange(path);
     std::string line;
-    lxbridge::command::WriteXmpJson(&line, path.c_str(), interchange.Xmp());
+    lxbridge::json::WriteXmpJson(&line, path.c_str(), interchange.Xmp());
     return line;
   }));
 }
@@ -70,7 +70,7 @@ py::object PoolJson(const std::string& path) {
     const LxResult status = LxReadFileIntoPool(pool.get(), path.c_str());
     if (status == kLxNotFound) return std::nullopt;
     std::string text;
-    lxbridge::command::WritePoolJson(&text, path.c_str(), status, *pool);
+    lxbridge::json::WritePoolJson(&text, path.c_str(), status, *pool);
     return text;
   });
   if (!line) return py::none();

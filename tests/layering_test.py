@@ -19,12 +19,13 @@ ALLOWED = {
     "outside/broker/": ["clients/broker/broker_abi.h"],
     "outside/xmp/": ["clients/broker/broker_abi.h", "clients/xmp/xmp_abi.h"],
     "host/": ["api/include/", "clients/xmp/", "clients/broker/"],
-    "tools/": ["api/include/", "host/", "kit/readers/", "kit/model/", "kit/base/"],
+    "tools/json/": ["host/include/", "kit/model/", "kit/base/"],
+    "tools/lxbridge/": ["tools/json/", "api/include/", "host/", "kit/readers/", "kit/model/", "kit/base/"],
     "docs/mapping/": ["api/include/", "host/", "kit/", "tests/support/"],
     "bench/": ["api/include/", "host/", "kit/", "outside/", "clients/", "tests/support/"],
     "fuzz/": ["api/", "host/", "kit/", "xmpconv/", "outside/", "clients/", "tests/support/"],
     "examples/": ["api/include/", "host/include/"],
-    "python/": ["host/include/", "tools/lxbridge/", "kit/readers/", "kit/model/", "kit/base/"],
+    "python/": ["host/include/", "tools/json/", "kit/readers/", "kit/model/", "kit/base/"],
     "tests/": [""],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)

@@ -91,7 +91,8 @@ def _told(line, path):
 def xmp(path):
     """The XMP object of the file, in the object's order:
 
-        {"file": str, "properties": [{"schema": str, "prefix": str, "name": str, "value": NODE}, ...]}
+        {"file": str, "properties": [{"schema": str, "prefix": str, "name": str, "value": NODE}, ...],
+         "namespaces": {prefix: URI, ...}}
 
     "schema" is the URI of the property's namespace. A NODE is one of
 

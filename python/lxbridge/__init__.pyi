@@ -16,6 +16,7 @@ class _Property(TypedDict):
 class _Xmp(TypedDict):
     file: str
     properties: List[_Property]
+    namespaces: Dict[str, str]
 
 class _Attributes(TypedDict):
     width: int

@@ -192,7 +192,7 @@ TEST(CommandFailures, FilesThatHoldNothingAreReadAndEmpty) {
     const Outcome xmp = Lxbridge({"--format", "json", path});
     EXPECT_EQ(xmp.status, 0);
     EXPECT_EQ(xmp.err, "");
-    EXPECT_EQ(xmp.out, R"({"file": ")" + path + R"(", "properties": []})" + "\n");
+    EXPECT_EQ(xmp.out, R"({"file": ")" + path + R"(", "properties": [], "namespaces": {}})" + "\n");
     const Outcome pool = Lxbridge({"pool", path});
     EXPECT_EQ(pool.status, 0);
     EXPECT_EQ(pool.err, "");
@@ -241,7 +241,7 @@ TEST(CommandInput, FromAPipeNothingIsReadAndTheResultIsEmpty) {
   const Outcome xmp = Lxbridge({"--format", "json", "-"}, piped);
   EXPECT_EQ(xmp.status, 0);
   EXPECT_EQ(xmp.err, "");
-  EXPECT_EQ(xmp.out, "{\"file\": \"-\", \"properties\": []}\n");
+  EXPECT_EQ(xmp.out, "{\"file\": \"-\", \"properties\": [], \"namespaces\": {}}\n");
   EXPECT_TRUE(IsPackets(Lxbridge({"-"}, piped).out, 1));
   const Outcome pool = Lxbridge({"pool", "--format", "json", "-"}, piped);
   EXPECT_EQ(pool.status, 0);

@@ -1,15 +1,15 @@
 // JSON texts against a parser of somebody else's: every byte comes back, and every line is valid.
-#include "tools/lxbridge/json_writer.h"
+#include "tools/json/json_writer.h"
 
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
 #include <string>
 
-namespace lxbridge::command {
+namespace lxbridge::json {
 namespace {
 
-using nlohmann::json;
+using Json = nlohmann::json;
 
 std::string Written(const std::string& text) {
   std::string out;
@@ -20,13 +20,21 @@ std::string Written(const std::string& text) {
 TEST(JsonWriter, EveryTextComesBack) {
   for (int c = 0; c < 0x80; ++c) {
     const std::string text = {'a', static_cast<char>(c), 'b'};
-    EXPECT_EQ(json::parse(Written(text)).get<std::string>(), text) << "character " << c;
+    EXPECT_EQ(Json::parse(Written(text)).get<std::string>(), text) << "character " << c;
   }
   for (const char* text :
        {"", "Crémieux", "日本", "😀", "\xF4\x8F\xBF\xBF", "\xED\x9F\xBF", "\xEF\xBF\xBF", "a\\\"b/"}) {
-    EXPECT_EQ(json::parse(Written(text)).get<std::string>(), text);
+    EXPECT_EQ(Json::parse(Written(text)).get<std::string>(), text);
   }
-  EXPECT_EQ(Written("line\nnext").find('\n'), std::string::npos) << "a line end would tear the line";
+  // What a terminal or an editor would obey comes back too, and does not stand in the line as it is; its neighbours do.
+  for (const char* text :
+       {"\n", "\x7F", "\u0080", "\u009F", "\u061C", "\u200E", "\u200F", "\u2028", "\u202E", "\u2066", "\u2069"}) {
+    EXPECT_EQ(Json::parse(Written(text)).get<std::string>(), text);
+    EXPECT_EQ(Written(text).find(text), std::string::npos) << Written(text);
+  }
+  for (const char* text : {"\u00A0", "\u061B", "\u200D", "\u2010", "\u2027", "\u202F", "\u2065", "\u206A"}) {
+    EXPECT_EQ(Written(text), std::string("\"") + text + '"');
+  }
 }
 
 TEST(JsonWriter, WhatIsNotUtf8BecomesHex) {
@@ -45,7 +53,7 @@ TEST(JsonWriter, WhatIsNotUtf8BecomesHex) {
       {"a lead byte that never was one", "\xF8\x88\x80\x80\x80", "f888808080"},
   };
   for (const auto& c : kCases) {
-    EXPECT_EQ(json::parse(Written(c.text)), json({{"hex", c.hex}})) << c.what;
+    EXPECT_EQ(Json::parse(Written(c.text)), Json({{"hex", c.hex}})) << c.what;
   }
 }
 
@@ -78,4 +86,4 @@ TEST(JsonWriter, CommasAndColonsStandWhereTheyBelong) {
 }
 
 }  // namespace
-}  // namespace lxbridge::command
+}  // namespace lxbridge::json

@@ -3,6 +3,7 @@
 #include <expat.h>
 
 #include <memory>
+#include <set>
 #include <string_view>
 
 #include "clients/xmp/xmp_meta.h"
@@ -40,8 +41,27 @@ std::string ItemFault(const OrderedJson& item) {
   return "";
 }
 
+// The prefix of every key that is a name, and of nothing else.
+void CollectPrefixes(const OrderedJson& node, std::set<std::string>* prefixes) {
+  for (const auto& [key, value] : node.items()) {
+    if (const std::size_t colon = key.find(':'); node.is_object() && colon != 0 && colon != std::string::npos) {
+      prefixes->insert(key.substr(0, colon));
+    }
+    if (value.is_structured()) CollectPrefixes(value, prefixes);
+  }
+}
+
 std::string XmpFault(const OrderedJson& line) {
-  if (line.size() != 2 || !line.at("properties").is_array()) return "a line with other keys";
+  if (line.size() != 3 || !line.at("properties").is_array()) return "a line with other keys";
+  std::set<std::string> prefixes, explained;
+  for (const OrderedJson& property : line["properties"]) {
+    prefixes.insert(property.at("prefix").get<std::string>());
+    CollectPrefixes(property.at("value"), &prefixes);
+    if (line.at("namespaces").value(property["prefix"].get<std::string>(), "") != property["schema"])
+      return "a prefix of another namespace";
+  }
+  for (const auto& [prefix, uri] : line.at("namespaces").items()) explained.insert(prefix);
+  if (prefixes != explained) return "prefixes that the line does not explain, or does not have";
   for (const OrderedJson& property : line["properties"]) {
     for (const char* key : {"schema", "prefix", "name"}) {
       if (property.at(key).get<std::string>().empty()) return std::string(key) + " is no text";

@@ -10,10 +10,10 @@
 #include "kit/base/result.h"
 #include "kit/model/pool.h"
 #include "kit/readers/read_file.h"
+#include "tools/json/json_writer.h"
+#include "tools/json/pool_json.h"
 #include "tools/lxbridge/file_work.h"
-#include "tools/lxbridge/json_writer.h"
 #include "tools/lxbridge/output.h"
-#include "tools/lxbridge/pool_json.h"
 #include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
@@ -49,7 +49,7 @@ void AppendForPerson(std::string* out, std::string_view text) {
     while (end > kShownDisplay - 3 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
     text = text.substr(0, end);
   }
-  const bool valid = IsValidUtf8(text);
+  const bool valid = json::IsValidUtf8(text);
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
     const bool c1 = c == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
@@ -118,11 +118,11 @@ class PoolWork : public FileWork {
     const PoolPtr pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
     const LxResult status = LxReadFileIntoPool(pool.get(), path);
-    if (status < 0) result->Fail(file, PoolStatusName(status));
+    if (status < 0) result->Fail(file, json::PoolStatusName(status));
     if (status == kLxNotFound) return;
     result->kind = static_cast<std::uint8_t>(pool->fileKind);
     if (options_.format == Format::kJson) {
-      WritePoolJson(&result->out, file, status, *pool);
+      json::WritePoolJson(&result->out, file, status, *pool);
     } else {
       WriteText(&result->out, file, *pool, options_.all);
     }

@@ -11,11 +11,11 @@
 #include "kit/base/memory.h"
 #include "kit/base/result.h"
 #include "kit/base/stream.h"
+#include "tools/json/xmp_json.h"
 #include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/report.h"
 #include "tools/lxbridge/system.h"
 #include "tools/lxbridge/table.h"
-#include "tools/lxbridge/xmp_json.h"
 
 namespace lxbridge::command {
 
@@ -94,7 +94,7 @@ class XmpWork : public FileWork {
       if (options_.IsTable()) {
         columns_.WriteRow(input.name, xmp, options_, &result->out);
       } else if (options_.format == Format::kJson) {
-        WriteXmpJson(&result->out, input.name.c_str(), xmp);
+        json::WriteXmpJson(&result->out, input.name, xmp);
       } else {
         xmp.SerializeTo(&result->out);
         if (!result->out.empty() && result->out.back() != '\n') result->out.push_back('\n');

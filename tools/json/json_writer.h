@@ -1,19 +1,21 @@
 // Writing JSON (RFC 8259) into a string, a value at a time.
-#ifndef LXBRIDGE_TOOLS_LXBRIDGE_JSON_WRITER_H_
-#define LXBRIDGE_TOOLS_LXBRIDGE_JSON_WRITER_H_
+#ifndef LXBRIDGE_TOOLS_JSON_JSON_WRITER_H_
+#define LXBRIDGE_TOOLS_JSON_JSON_WRITER_H_
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-namespace lxbridge::command {
+namespace lxbridge::json {
 
-// Appends to a string that it borrows. Commas are put where they belong; that objects and arrays are closed and that
-// every key gets a value is the caller's care.
+enum class Layout { kLine, kIndented };  // All on one line, or a line for each value.
+
+// Appends to a string that it borrows, and places the commas. REQUIRES: every object and array is closed, every key
+// gets a value.
 class JsonWriter {
  public:
-  explicit JsonWriter(std::string* out) : out_(out) {}
+  explicit JsonWriter(std::string* out, Layout layout = Layout::kLine) : out_(out), layout_(layout) {}
 
   void BeginObject() { Open('{'); }
   void EndObject() { Close('}'); }
@@ -25,6 +27,8 @@ class JsonWriter {
   void String(std::string_view text);
   void StringOrNull(const char* text);
   void Integer(std::int64_t value);
+  void Number(std::string_view digits);  // REQUIRES: a number as JSON writes it.
+  void Boolean(bool value);
   void HexOrNull(const std::uint8_t* bytes, std::size_t length);  // A string of lower-case digits.
   void Null();
 
@@ -32,17 +36,22 @@ class JsonWriter {
   void Separate();
   void Open(char bracket);
   void Close(char bracket);
-  void Quoted(std::string_view text);
+  void Quoted(std::string_view text);  // REQUIRES: valid UTF-8.
+  void AppendEscape(std::uint32_t character);
   void Hex(const std::uint8_t* bytes, std::size_t length);
 
+  void NewLine();
+
   std::string* out_;
-  bool first_ = true;   // Nothing stands yet in the innermost object or array.
+  Layout layout_;
+  std::size_t depth_ = 0;
+  bool first_ = true;   // The innermost object or array is still empty.
   bool keyed_ = false;  // A key waits for its value.
 };
 
 // RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF.
 [[nodiscard]] bool IsValidUtf8(std::string_view text);
 
-}  // namespace lxbridge::command
+}  // namespace lxbridge::json
 
-#endif  // LXBRIDGE_TOOLS_LXBRIDGE_JSON_WRITER_H_
+#endif  // LXBRIDGE_TOOLS_JSON_JSON_WRITER_H_

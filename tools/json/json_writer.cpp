@@ -1,13 +1,22 @@
 // JSON texts and their escapes.
-#include "tools/lxbridge/json_writer.h"
+#include "tools/json/json_writer.h"
 
+#include <array>
 #include <charconv>
 
-namespace lxbridge::command {
+namespace lxbridge::json {
 
 namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
+
+// The bytes that an escaped character begins with: quotes, C0, DEL, and the lead bytes of what ControlCharacter knows.
+constexpr std::array<bool, 256> kMayNeedEscape = [] {
+  std::array<bool, 256> bytes = {};
+  for (std::size_t c = 0; c < 0x20; ++c) bytes[c] = true;
+  for (const std::size_t c : {0x22U, 0x5CU, 0x7FU, 0xC2U, 0xD8U, 0xE2U}) bytes[c] = true;
+  return bytes;
+}();
 
 // The length of the UTF-8 sequence at the front of the text, or 0 when there is no valid one.
 std::size_t SequenceLength(std::string_view text) {
@@ -30,6 +39,20 @@ std::size_t SequenceLength(std::string_view text) {
   return length;
 }
 
+// The character that the sequence of two or three bytes stands for, when it is one that a terminal or an editor obeys:
+// C1 controls, line and paragraph separator, the controls of bidirectional text (Unicode, UAX 9). 0: any other.
+std::uint32_t ControlCharacter(std::string_view sequence) {
+  const auto low = [&](std::size_t i) { return static_cast<std::uint32_t>(sequence[i]) & 0x3F; };
+  if (sequence.size() == 2) {
+    const std::uint32_t character = (static_cast<std::uint32_t>(sequence[0]) & 0x1F) << 6 | low(1);
+    return character < 0xA0 || character == 0x061C ? character : 0;
+  }
+  const std::uint32_t character = (static_cast<std::uint32_t>(sequence[0]) & 0x0F) << 12 | low(1) << 6 | low(2);
+  const bool obeyed = character == 0x200E || character == 0x200F || (character >= 0x2028 && character <= 0x202E) ||
+                      (character >= 0x2066 && character <= 0x2069);
+  return obeyed ? character : 0;
+}
+
 }  // namespace
 
 bool IsValidUtf8(std::string_view text) {
@@ -41,23 +64,35 @@ bool IsValidUtf8(std::string_view text) {
   return true;
 }
 
+void JsonWriter::NewLine() {
+  out_->push_back('\n');
+  out_->append(2 * depth_, ' ');
+}
+
 void JsonWriter::Separate() {
   if (keyed_) {
     keyed_ = false;
-  } else if (first_) {
-    first_ = false;
-  } else {
-    out_->append(", ");
+    return;
   }
+  if (layout_ == Layout::kLine) {
+    if (!first_) out_->append(", ");
+  } else {
+    if (!first_) out_->push_back(',');
+    if (depth_ > 0) NewLine();
+  }
+  first_ = false;
 }
 
 void JsonWriter::Open(char bracket) {
   Separate();
   out_->push_back(bracket);
+  ++depth_;
   first_ = true;
 }
 
 void JsonWriter::Close(char bracket) {
+  --depth_;
+  if (layout_ == Layout::kIndented && !first_) NewLine();
   out_->push_back(bracket);
   first_ = false;
 }
@@ -103,6 +138,16 @@ void JsonWriter::Integer(std::int64_t value) {
   out_->append(digits, end);
 }
 
+void JsonWriter::Number(std::string_view digits) {
+  Separate();
+  out_->append(digits);
+}
+
+void JsonWriter::Boolean(bool value) {
+  Separate();
+  out_->append(value ? "true" : "false");
+}
+
 void JsonWriter::HexOrNull(const std::uint8_t* bytes, std::size_t length) {
   if (bytes == nullptr) {
     Null();
@@ -124,7 +169,18 @@ void JsonWriter::Quoted(std::string_view text) {
   std::size_t from = 0;  // What is not escaped is copied in runs.
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
-    if (c >= 0x20 && c != '"' && c != '\\' && c != 0x7F) continue;
+    if (!kMayNeedEscape[c]) continue;
+    if (c >= 0x80) {
+      const std::size_t length = SequenceLength(text.substr(i));
+      const std::uint32_t character = ControlCharacter(text.substr(i, length));
+      if (character != 0) {
+        out_->append(text.substr(from, i - from));
+        from = i + length;
+        AppendEscape(character);
+      }
+      i += length - 1;
+      continue;
+    }
     out_->append(text.substr(from, i - from));
     from = i + 1;
     switch (c) {
@@ -144,13 +200,16 @@ void JsonWriter::Quoted(std::string_view text) {
         out_->append("\\t");
         break;
       default:
-        out_->append("\\u00");
-        out_->push_back(kHexDigits[c >> 4]);
-        out_->push_back(kHexDigits[c & 15]);
+        AppendEscape(c);
     }
   }
   out_->append(text.substr(from));
   out_->push_back('"');
+}
+
+void JsonWriter::AppendEscape(std::uint32_t character) {
+  out_->append("\\u");
+  for (int shift = 12; shift >= 0; shift -= 4) out_->push_back(kHexDigits[character >> shift & 15]);
 }
 
 void JsonWriter::Hex(const std::uint8_t* bytes, std::size_t length) {
@@ -163,4 +222,4 @@ void JsonWriter::Hex(const std::uint8_t* bytes, std::size_t length) {
   }
 }
 
-}  // namespace lxbridge::command
+}  // namespace lxbridge::json

@@ -1,12 +1,12 @@
 // The items of a pool in JSON.
-#include "tools/lxbridge/pool_json.h"
+#include "tools/json/pool_json.h"
 
 #include <cstddef>
 #include <string_view>
 
-#include "tools/lxbridge/json_writer.h"
+#include "tools/json/json_writer.h"
 
-namespace lxbridge::command {
+namespace lxbridge::json {
 
 namespace {
 
@@ -98,4 +98,4 @@ void WritePoolJson(std::string* out, const char* file, LxResult status, const Lx
   out->push_back('\n');
 }
 
-}  // namespace lxbridge::command
+}  // namespace lxbridge::json
