@@ -6,6 +6,7 @@
 
 #include "kit/readers/read_file.h"
 #include "xmpconv/driver.h"
+#include "xmpconv/extended_packet.h"
 
 // The XMP object is built before the pool, and the pool goes before it, here as in the destructor.
 LxInterchange::LxInterchange(const char* path) : path_(path) {
@@ -27,6 +28,8 @@ void LxInterchange::Import() {
   // Whatever the status, the pool holds what could be read, and that is what the rest works on.
   (void)LxReadFileIntoPool(pool_.get(), path_.c_str());
   ParsePacket();
+  // Of a packet that was damaged, the name of an extended one is no sounder than the rest.
+  if (hasNativeXmp_) (void)LxAddExtendedPacket(*pool_, xmp_);
   std::int32_t converted = 0;
   std::int32_t further = 0;
   LxConvertPoolToXMP(*this, &converted, &further);

@@ -6,6 +6,7 @@
 inline constexpr const char kLxTiffSchema[] = "http://ns.adobe.com/tiff/1.0/";
 inline constexpr const char kLxExifSchema[] = "http://ns.adobe.com/exif/1.0/";
 inline constexpr const char kLxAuxSchema[] = "http://ns.adobe.com/exif/1.0/aux/";
+inline constexpr const char kLxXmpNoteSchema[] = "http://ns.adobe.com/xmp/note/";
 inline constexpr const char kLxRawforgeSchema[] = "http://ns.adobe.com/rawforge-settings/1.0/";
 inline constexpr const char kLxPicturistSchema[] = "http://ns.adobe.com/picturist/1.0/";
 

@@ -84,6 +84,10 @@ void XMPMetaHolder::RemoveProperties(const char* schema, const char* name, std::
   XMPUtils::RemoveProperties(&meta_, schema, name, options);
 }
 
+void XMPMetaHolder::AddMissingProperties(const XMPMetaHolder& source) {
+  XMPUtils::AppendProperties(source.Meta(), &meta_);
+}
+
 bool XMPMetaHolder::DoesPropertyExist(const char* schema, const char* name) const {
   std::uint8_t found = 0;
   ThrowIfError(meta_.Methods().doesPropertyExist(meta_.Object(), schema, name, &found));

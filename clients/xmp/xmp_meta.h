@@ -57,6 +57,8 @@ class XMPMetaHolder {
   void DeleteProperty(const char* schema, const char* name);
   // Empty name: all of the schema.
   void RemoveProperties(const char* schema, const char* name, std::uint32_t options = 0);
+  // The source's top-level properties that this object does not have; arrays are not joined.
+  void AddMissingProperties(const XMPMetaHolder& source);
 
   bool DoesPropertyExist(const char* schema, const char* name) const;
   bool GetProperty(const char* schema, const char* name, std::string* value, std::uint32_t* options = nullptr) const;

@@ -26,3 +26,8 @@ void XMPUtils::RemoveProperties(const CXMPMeta* meta, const char* schema, const 
   if (!meta || !meta->Object()) throw std::logic_error("XMP error");
   ThrowIfError(XMPUtilsTable().removeProperties(meta->Object(), schema, name, options));
 }
+
+void XMPUtils::AppendProperties(const CXMPMeta* source, const CXMPMeta* target) {
+  if (!source || !source->Object() || !target || !target->Object()) throw std::logic_error("XMP error");
+  ThrowIfError(XMPUtilsTable().appendProperties(source->Object(), target->Object(), 0));
+}

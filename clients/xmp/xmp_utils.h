@@ -18,6 +18,9 @@ class XMPUtils {
   static void SetTimeZone(XMPDateTime* value);
   // Empty name: all of the schema. std::logic_error "XMP error" when there is no object.
   static void RemoveProperties(const CXMPMeta* meta, const char* schema, const char* name, std::uint32_t options = 0);
+  // Adds the source's top-level properties that the target does not have; arrays are not joined. Raises as
+  // RemoveProperties does.
+  static void AppendProperties(const CXMPMeta* source, const CXMPMeta* target);
 };
 
 #endif  // LXBRIDGE_CLIENTS_XMP_XMP_UTILS_H_
