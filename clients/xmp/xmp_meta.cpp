@@ -11,21 +11,44 @@ using TAL_T_NMT::CTALError;
 using TAL_T_NMT::ReleaseContainer;
 using TAL_T_NMT::ThrowIfError;
 
-CXMPMeta::CXMPMeta() : object_(nullptr), methods_(nullptr) {
+namespace {
+
+XMPObjectRef NewEmptyObject() {
   XMPObjectRef object = nullptr;
   ThrowIfError(XMPStatics().newWithBuffer(nullptr, 0, &object));
-  if (!object) throw CTALError("CXMPMeta object is invalid", "XMP", 3);
+  return object;
+}
+
+}  // namespace
+
+CXMPMeta::CXMPMeta() : CXMPMeta(NewEmptyObject()) {}
+
+CXMPMeta::CXMPMeta(XMPObjectRef made) : object_(nullptr), methods_(nullptr) {
+  if (!made) throw CTALError("CXMPMeta object is invalid", "XMP", 3);
   try {
     const TALContainerProcs* containers = TAL_T_NMT::ContainerProcs();
     if (!containers) throw CTALError("invalid container", "", 0);
-    ThrowIfError(containers->addRef(object));
-    methods_ = &XMPMethodsOf(object);
+    ThrowIfError(containers->addRef(made));
+    methods_ = &XMPMethodsOf(made);
   } catch (...) {
     // Destroys the object whether or not it has its reference: a release that finds the count at 0 does so too.
-    ReleaseContainer(object);
+    ReleaseContainer(made);
     throw;
   }
-  object_ = object;
+  object_ = made;
+}
+
+std::unique_ptr<CXMPMeta> CXMPMeta::NewCopyOf(XMPObjectRef source) {
+  // The toolkit's object comes last: whatever fails after that is the constructor's to clean up.
+  void* place = ::operator new(sizeof(CXMPMeta));
+  try {
+    XMPObjectRef object = nullptr;
+    ThrowIfError(XMPStatics().newCopy(source, &object));
+    return std::unique_ptr<CXMPMeta>(::new (place) CXMPMeta(object));
+  } catch (...) {
+    ::operator delete(place);
+    throw;
+  }
 }
 
 CXMPMeta::~CXMPMeta() {

@@ -3,6 +3,7 @@
 #define LXBRIDGE_CLIENTS_XMP_XMP_META_H_
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "clients/xmp/xmp_abi.h"
@@ -15,6 +16,8 @@ class CXMPMeta {
   // reference or the object's methods cannot be had; std::logic_error "ZXMPMeta Client initialization failure" when the
   // broker client is not started. Nothing is left behind then.
   CXMPMeta();
+  // A new object with the contents of another. Raises as CXMPMeta does.
+  static std::unique_ptr<CXMPMeta> NewCopyOf(XMPObjectRef source);
   // Gives the reference back, unless the broker client has been shut down before: then the object is lost.
   virtual ~CXMPMeta();
   CXMPMeta(const CXMPMeta&) = delete;
@@ -26,6 +29,9 @@ class CXMPMeta {
   const XMPMetaMethods& Methods() const;
 
  private:
+  // Of an object that the toolkit has just made and that nobody else holds. It is destroyed when this raises.
+  explicit CXMPMeta(XMPObjectRef made);
+
   XMPObjectRef object_;
   const XMPMetaMethods* methods_;
 };

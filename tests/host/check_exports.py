@@ -7,11 +7,11 @@ import sys
 
 library, *texts = sys.argv[1:]
 header, script, definition = (pathlib.Path(text).read_text(encoding="utf-8") for text in texts)
-declared = sorted(re.findall(r"^(?:\w+ )+\*? ?(LxXmp\w+)\(|^const char\* (LxXmp\w+)\(", header, re.MULTILINE))
-declared = sorted(name for pair in declared for name in pair if name)
+declared = sorted(re.findall(r"^(?:LxXmpStatus|uint32_t|void|const char\*) (LxXmp\w+)\(", header, re.MULTILINE))
 ordinals = re.findall(r"^\s+(\w+)\s+@(\d+)$", definition, re.MULTILINE)
 listed = subprocess.run(["nm", "-D", "--defined-only", "--format=posix", library], check=True, capture_output=True)
-exported = sorted(line.split()[0] for line in listed.stdout.decode().splitlines())
+symbols = [line.split() for line in listed.stdout.decode().splitlines()]
+exported = sorted(name.removesuffix("@@LXHOST_1.0") for name, kind, *_ in symbols if kind == "T")
 faults = []
 if len(declared) < 10:
     faults.append(f"the header declares {declared}")

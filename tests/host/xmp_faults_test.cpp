@@ -99,6 +99,13 @@ TEST(HostFaults, MemoryThatRunsOutIsToldByEveryCall) {
     check(LxXmpVisit(xmp, nullptr, nullptr, visitor, nullptr), "visit");
     check(LxXmpSerialize(xmp, 0, 0, &text), "serialize");
     check(LxXmpDelete(xmp, LX_XMP_NS_XMP, "Label"), "delete");
+    check(LxXmpGetLocalizedText(xmp, LX_XMP_NS_DC, "title", "de", "de-AT", &text, nullptr), "get localized text");
+    const auto namespaceVisitor = [](void*, const char*, const char*) { return LX_XMP_GO_ON; };
+    check(LxXmpVisitNamespaces(xmp, namespaceVisitor, nullptr), "visit namespaces");
+    CXMPMeta* copy = nullptr;
+    check(LxXmpCopy(xmp, &copy), "copy");
+    check(LxXmpMerge(copy != nullptr ? copy : xmp, xmp, LX_XMP_REPLACE), "merge");
+    LxXmpFree(copy);
   };
   for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
     int nth = 1;

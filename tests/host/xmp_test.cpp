@@ -9,6 +9,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -164,6 +165,118 @@ TEST_F(XmpTest, WhatTheHostChangesIsInTheObjectThatTheLibraryHolds) {
   EXPECT_NE(file_->Xmp().Serialize().find("<xmp:Rating>5</xmp:Rating>"), std::string::npos);
 }
 
+TEST_F(XmpTest, ItemsFieldsAndQualifiersAreReachedWithoutAPathOfTheirOwn) {
+  constexpr const char kV[] = "http://example.com/v/";
+  XmpView xmp = OpenPhoto();
+  EXPECT_EQ(xmp.CountItems(kDc, "subject"), 2U);
+  EXPECT_EQ(xmp.CountItems(kDc, "rights"), 0U);
+  EXPECT_EQ(xmp.GetItem(kDc, "subject", 1), "harbour");
+  EXPECT_EQ(xmp.GetItem(kDc, "subject", -1), "dusk");
+  EXPECT_EQ(xmp.GetItem(kDc, "subject", 3), std::nullopt);
+  EXPECT_EQ(xmp.GetField(kV, "Places[2]", kV, "City"), "Rome");
+  EXPECT_EQ(xmp.GetField(kV, "Places[2]", kDc, "City"), std::nullopt);
+  EXPECT_EQ(xmp.GetQualifier(kV, "Scale", kV, "Of"), "5");
+  EXPECT_EQ(xmp.GetQualifier(kTiff, "Make", kV, "Of"), std::nullopt);
+
+  xmp.SetItem(kDc, "subject", 2, "dawn");
+  xmp.InsertItem(kDc, "subject", 1, "pier");
+  xmp.SetField(kV, "Places[2]", kXmp, "Rating", "3");
+  xmp.SetQualifier(kDc, "creator[1]", kXmp, "Label", "painter");
+  EXPECT_EQ(xmp.GetQualifier(kDc, "creator[1]", kXmp, "Label"), "painter");
+  xmp.DeleteQualifier(kV, "Scale", kV, "Of");
+  xmp.DeleteField(kV, "Places[1]", kV, "Tags");
+  xmp.DeleteField(kV, "Places[1]", kV, "Tags");
+  xmp.DeleteItem(kDc, "subject", 2);
+  const std::vector<std::string> lines = Lines(xmp);
+  for (const char* line :
+       {"dc:subject=bag[pier, dawn]", "v:Places=seq[{v:City=Oslo}, {v:City=Rome, xmp:Rating=3}]", "v:Scale=stars: 4"}) {
+    EXPECT_NE(std::find(lines.begin(), lines.end(), line), lines.end()) << line << " in " << xmp.Serialize();
+  }
+}
+
+TEST_F(XmpTest, TheTextOfTheBestLanguageIsChosen) {
+  XmpView xmp = OpenPhoto();
+  xmp.SetLocalizedText(kDc, "title", "en", "en-GB", "Quay");
+  const struct {
+    const char* generic;
+    const char* specific;
+    const char* text;
+    const char* language;
+  } kCases[] = {{"de", "de", "Steg", "de"},
+                {"de", "de-AT", "Steg", "de"},
+                {nullptr, "de-AT", "Pier", "x-default"},
+                {"en", "en-US", "Quay", "en-GB"},
+                {"", "fr", "Pier", "x-default"}};
+  for (const auto& c : kCases) {
+    std::string language;
+    EXPECT_EQ(xmp.GetLocalizedText(kDc, "title", c.generic, c.specific, &language), c.text) << c.specific;
+    EXPECT_EQ(language, c.language) << c.specific;
+  }
+  EXPECT_EQ(xmp.GetLocalizedText(kDc, "rights", "", "de"), std::nullopt);
+  xmp.DeleteLocalizedText(kDc, "title", "", "de");
+  EXPECT_EQ(xmp.GetLocalizedText(kDc, "title", "de", "de"), "Pier");
+}
+
+TEST_F(XmpTest, ValuesComeAndGoAsTruthValuesNumbersAndDates) {
+  XmpView xmp = OpenPhoto();
+  EXPECT_EQ(xmp.GetReal(kExif, "FNumber"), 5.6) << "a rational";
+  EXPECT_EQ(xmp.GetReal(kExif, "FocalLength"), std::nullopt);
+  xmp.SetReal(kXmp, "Value", -0.25);
+  EXPECT_EQ(Get(xmp, kXmp, "Value"), "-0.25");
+  EXPECT_EQ(xmp.GetReal(kXmp, "Value"), -0.25);
+  xmp.SetInteger(kXmp, "Count", -9007199254740993);
+  EXPECT_EQ(xmp.GetInteger(kXmp, "Count"), -9007199254740993);
+  xmp.SetBool(kXmp, "Marked", true);
+  EXPECT_EQ(Get(xmp, kXmp, "Marked"), "True");
+  EXPECT_EQ(xmp.GetBool(kXmp, "Marked"), true);
+  xmp.SetDate(kXmp, "CreateDate", {2024, 6, 21, 18, 30, 5, 1, 2, 45, 250000000});
+  EXPECT_EQ(Get(xmp, kXmp, "CreateDate"), "2024-06-21T18:30:05.25+02:45");
+  const LxXmpDate date = xmp.GetDate(kXmp, "CreateDate").value_or(LxXmpDate{});
+  EXPECT_EQ((std::vector<int>{date.year, date.month, date.day, date.hour, date.minute, date.second, date.zoneSign,
+                              date.zoneHour, date.zoneMinute, date.nanosecond}),
+            (std::vector<int>{2024, 6, 21, 18, 30, 5, 1, 2, 45, 250000000}));
+  LxXmpDate now = {};
+  ASSERT_EQ(LxXmpNow(&now), LX_XMP_OK);
+  EXPECT_GE(now.year, 2024);
+  for (const char* noRational : {"1/0", "1/", "/2", "1/2/3", "1/2 ", "x/2"}) {
+    xmp.Set(kXmp, "Value", noRational);
+    EXPECT_THROW((void)xmp.GetReal(kXmp, "Value"), XmpError) << noRational;
+  }
+}
+
+TEST_F(XmpTest, ObjectsOfTheHostAreParsedMergedComparedAndEmptied) {
+  XmpView photo = OpenPhoto();
+  const XmpObject own(photo);
+  EXPECT_TRUE(own.Xmp().IsEqual(photo));
+  XmpView copy = own.Xmp();
+  copy.Set(kTiff, "Make", "Other");
+  EXPECT_FALSE(copy.IsEqual(photo));
+  EXPECT_EQ(Get(photo, kTiff, "Make"), "Canon") << "a copy is its own";
+
+  const XmpObject sideCar;
+  EXPECT_TRUE(sideCar.Xmp().Properties().empty());
+  sideCar.Xmp().Parse(R"(<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#"><rdf:Description
+      xmlns:tiff="http://ns.adobe.com/tiff/1.0/" xmlns:w="http://example.com/w/" tiff:Make="Side" w:Own="own"/></rdf:RDF>)");
+  photo.Merge(sideCar.Xmp());
+  EXPECT_EQ(Get(photo, kTiff, "Make"), "Canon") << "a property that is there stays";
+  EXPECT_EQ(photo.Get("http://example.com/w/", "Own"), "own");
+  photo.Merge(sideCar.Xmp(), LX_XMP_REPLACE);
+  EXPECT_EQ(Get(photo, kTiff, "Make"), "Side");
+
+  using Namespace = std::pair<std::string, std::string>;
+  const std::vector<Namespace> namespaces = photo.Namespaces();
+  for (const Namespace& one : {Namespace("dc", kDc), Namespace("w", "http://example.com/w/"), Namespace("exif", kExif),
+                               Namespace("xml", "http://www.w3.org/XML/1998/namespace")}) {
+    EXPECT_EQ(std::count(namespaces.begin(), namespaces.end(), one), 1) << one.first;
+  }
+  photo.Remove("");
+  photo.Remove(kDc);
+  EXPECT_TRUE(photo.Properties(kDc).empty());
+  EXPECT_TRUE(photo.Has(kTiff, "Make"));
+  photo.Remove();
+  EXPECT_TRUE(photo.IsEqual(XmpObject().Xmp()));
+}
+
 TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
   XmpView xmp = OpenPhoto();
   const std::vector<std::string> before = Lines(xmp);
@@ -190,6 +303,16 @@ TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
       {"no object", LX_XMP_BAD_ARGUMENT, [](XmpView*) { (void)XmpView(nullptr).Serialize(); }},
       {"no prefix", LX_XMP_BAD_ARGUMENT, [](XmpView*) { (void)NamespaceOfPrefix(nullptr); }},
       {"a namespace without URI", LX_XMP_REFUSED, [](XmpView*) { (void)RegisterNamespace("", "none"); }},
+      {"an item far beyond the array", LX_XMP_REFUSED, [](XmpView* view) { view->SetItem(kDc, "subject", 9, "x"); }},
+      {"the count of no array", LX_XMP_REFUSED, [](XmpView* view) { (void)view->CountItems(kTiff, "Make"); }},
+      {"a field of no structure", LX_XMP_REFUSED,
+       [](XmpView* view) { view->SetField(kTiff, "Make", kXmp, "Rating", "1"); }},
+      {"a text that is no date", LX_XMP_REFUSED, [](XmpView* view) { (void)view->GetDate(kTiff, "Make"); }},
+      {"a text that is no number", LX_XMP_REFUSED, [](XmpView* view) { (void)view->GetInteger(kExif, "FNumber"); }},
+      {"a date that is none", LX_XMP_REFUSED, [](XmpView* view) { view->SetDate(kXmp, "ModifyDate", {}); }},
+      {"no packet", LX_XMP_REFUSED, [](XmpView* view) { view->Parse("<a"); }},
+      {"unknown options", LX_XMP_REFUSED, [](XmpView* view) { view->Merge(XmpObject().Xmp(), 0x80); }},
+      {"a merge of nothing", LX_XMP_BAD_ARGUMENT, [](XmpView* view) { view->Merge(XmpView(nullptr)); }},
   };
   for (const auto& c : kCases) {
     try {
@@ -206,6 +329,48 @@ TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
   const std::string kept = LxXmpLastMessage();
   EXPECT_FALSE(xmp.Has(kTiff, "Model"));
   EXPECT_EQ(LxXmpLastMessage(), kept) << "what is not there is no failure";
+}
+
+// The toolkit quotes the name that it refuses.
+TEST_F(XmpTest, AMessageIsOneLineOfWholeCharactersForATerminal) {
+  XmpView xmp = Open({});
+  const auto messageFor = [&](const std::string& name) {
+    EXPECT_THROW(xmp.Set(kXmp, name.c_str(), "x"), XmpError);
+    return std::string(LxXmpLastMessage());
+  };
+  const std::string quoted = messageFor("a \n\x1B\x7F\xC2\x9B\xE2\x80\xA8\xE2\x80\xAE\xE2\x81\xA6\xD8\x9C\xE2\x82\xAC");
+  EXPECT_EQ(quoted.find_first_of("\n\x1B\x7F"), std::string::npos) << quoted;
+  for (const char* character : {"\xC2\x9B", "\xE2\x80\xA8", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xD8\x9C"}) {
+    EXPECT_EQ(quoted.find(character), std::string::npos) << quoted;
+  }
+  EXPECT_NE(quoted.find("\xE2\x82\xAC"), std::string::npos) << quoted;
+  for (std::size_t shift = 0; shift < 4; ++shift) {
+    std::string name(shift, ' ');
+    while (name.size() < 600) name += "\xF0\x9F\x93\xB7";
+    const std::string message = messageFor(name);
+    EXPECT_GE(message.size(), 508U);
+    EXPECT_LE(message.size(), 511U);
+    EXPECT_EQ(message.substr(message.size() - 4), "\xF0\x9F\x93\xB7") << "shift " << shift;
+  }
+}
+
+TEST_F(XmpTest, ThreadsDoNotSeeEachOthersTextsAndFailures) {
+  const XmpView xmp = OpenPhoto();
+  LxXmpText ours;
+  ASSERT_EQ(LxXmpGet(xmp.object(), kTiff, "Make", &ours, nullptr), LX_XMP_OK);
+  ASSERT_EQ(LxXmpNew(nullptr), LX_XMP_BAD_ARGUMENT);
+  const std::string message = LxXmpLastMessage();
+  std::thread([&] {
+    EXPECT_EQ(LxXmpLastError(), LX_XMP_OK);
+    EXPECT_STREQ(LxXmpLastMessage(), "");
+    LxXmpText theirs;
+    EXPECT_EQ(LxXmpGet(xmp.object(), kDc, "creator[1]", &theirs, nullptr), LX_XMP_OK);
+    EXPECT_STREQ(ours.bytes, "Canon");
+    EXPECT_EQ(LxXmpGet(xmp.object(), kTiff, "Make[", nullptr, nullptr), LX_XMP_NOT_FOUND);
+    EXPECT_EQ(LxXmpSet(xmp.object(), kTiff, "no name", "x", 0), LX_XMP_REFUSED);
+  }).join();
+  EXPECT_STREQ(ours.bytes, "Canon");
+  EXPECT_EQ(LxXmpLastMessage(), message);
 }
 
 TEST_F(XmpTest, AWalkGoesWhereTheVisitorSays) {

@@ -1,5 +1,5 @@
-/* LxHost: what a host does with the XMP object that LxInterchangeGetXMP hands out, as a C interface: reading, walking,
- * changing and serialising it. C99 or any C++; xmp.hpp is the same for C++17, with objects and exceptions.
+/* LxHost: reads, walks, changes and serialises the XMP object that LxInterchangeGetXMP returns, and makes objects of
+ * its own. A C interface for C99 and any C++; xmp.hpp is the same for C++17, with objects and exceptions.
  *
  *   LxInterchangeInit();
  *   LxXmpStart();
@@ -10,30 +10,33 @@
  *   LxXmpStop();
  *   LxInterchangeTerm();
  *
- * The object. A CXMPMeta is the XMP data model of ISO 16684-1, clause 6: properties of namespaces, each with a simple
- * value, a structure or an array, and any node with qualifiers. It belongs to its interchange handle; nothing here
- * frees or keeps it, and no call may be given one whose handle is deleted.
+ * The object. A CXMPMeta is the XMP data model of ISO 16684-1, clause 6: properties in namespaces, each with a simple
+ * value, a structure or an array; any node can have qualifiers. An object belongs either to an interchange handle and
+ * ends with it, or to the host that made it with LxXmpNew or LxXmpCopy and ends with LxXmpFree.
  *
- * Names. A namespace is given by its URI. A path names a property below it and, from there on, what it holds:
+ * Names. A namespace is given by its URI. A path names a property in it and, from there on, the nodes below it:
  *   Make                     a property of the namespace
- *   Flash/exif:Fired         a field of a structure, with a registered prefix
- *   creator[2]               an item of an array; counts from 1, creator[last()] is the last
+ *   Flash/exif:Fired         a field of a structure, with the prefix that its namespace has
+ *   creator[2]               an item of an array; the first is 1, creator[last()] is the last
  *   title[?xml:lang="de"]    the item that has the qualifier with that value
  *   title[1]/?xml:lang       a qualifier
+ * The calls for items, fields and qualifiers take the path of the node above, and an index or a second name.
  *
- * Texts are UTF-8. Those given to a call are zero-terminated, never null unless said, and copied. Those that come from
- * a call (LxXmpText) belong to the library, end in a zero byte that the length does not count, and are valid until the
- * next call that gives a text or LxXmpStop, whichever comes first.
+ * Texts are UTF-8. Those given to a call are zero-terminated, never null unless stated otherwise, and copied. Those
+ * that a call returns (LxXmpText) belong to the library, end in a zero byte that the length does not count, and are
+ * valid until the same thread's next call that returns a text, the thread's end, or the last LxXmpStop, whichever comes
+ * first.
  *
  * Results. Every call that can fail returns an LxXmpStatus: LX_XMP_OK, LX_XMP_NOT_FOUND, or a failure, which is below
- * 0. Unless the result is LX_XMP_OK, the out values are as they were and the object is unchanged. LxXmpLastError and
- * LxXmpLastMessage tell of the last failure. No exception leaves the library.
+ * 0. Unless the result is LX_XMP_OK, the out values are as they were, and so is the object unless stated otherwise.
+ * LxXmpLastError and LxXmpLastMessage describe the thread's last failure. No exception leaves the library.
  *
- * Threads. As in lxbridge.h: no locks, no threads of its own; from any thread, but from one at a time. What counts as
- * the library then is LxBridge, LxHost and the two outside libraries together.
+ * Threads. Between LxXmpStart and LxXmpStop any number of threads can call at once, each with objects of its own: one
+ * object is used by one thread at a time, and may move from one thread to another. Which threads LxBridge allows,
+ * lxbridge.h says.
  *
- * The library is a client of the interface broker (TAL) and the XMP toolkit (VeltoXMP) of its own, independent of the
- * one inside LxBridge: starting or stopping one does not touch the other. Nothing runs when it is loaded.
+ * The library has its own client of the interface broker (TAL) and of the XMP toolkit (VeltoXMP), independent of the
+ * one inside LxBridge: starting or stopping one does not affect the other. Nothing runs when it is loaded.
  */
 #ifndef LXBRIDGE_XMP_H_
 #define LXBRIDGE_XMP_H_
@@ -55,21 +58,20 @@ extern "C" {
 #define LX_XMP_NS_TIFF "http://ns.adobe.com/tiff/1.0/"
 #define LX_XMP_NS_EXIF "http://ns.adobe.com/exif/1.0/"
 
-/* What a call has come to. Below 0: a failure. */
+/* The result of a call. Below 0: a failure. */
 typedef enum LxXmpStatus {
   LX_XMP_OK = 0,            /* Done. */
-  LX_XMP_NOT_FOUND = 1,     /* What was asked for is not there, or cannot be: no failure. */
+  LX_XMP_NOT_FOUND = 1,     /* There is no such thing, or there cannot be: no failure. */
   LX_XMP_NO_MEMORY = -1,    /* Memory is exhausted. */
-  LX_XMP_NO_SESSION = -2,   /* LxXmpStart is to be called first. */
+  LX_XMP_NO_SESSION = -2,   /* LxXmpStart has not been called. */
   LX_XMP_BAD_ARGUMENT = -3, /* A null where there must be none, or no XMP object. */
-  LX_XMP_REFUSED = -4,      /* The toolkit refused: the message says what (a namespace that it does not know, no path,
-                               an item for what is no array, ...). */
+  LX_XMP_REFUSED = -4,      /* The toolkit refused, for the reason in the message: an unknown namespace, a text that is
+                               no path or not of the type, a node that is no array, ... */
   LX_XMP_UNAVAILABLE = -5   /* The broker or the toolkit did not start, or lacks a procedure. */
 } LxXmpStatus;
 
-/* What a node is; in and out. Several bits at once: a language alternative comes as LX_XMP_ARRAY | LX_XMP_ORDERED |
- * LX_XMP_ALTERNATIVE | LX_XMP_ALT_TEXT. A simple value that is no URI and has no qualifiers comes as 0. Bits that are
- * not listed are to be ignored. */
+/* The form of a node; in and out. Bits: a language alternative has LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE |
+ * LX_XMP_ALT_TEXT. A simple value that is no URI and has no qualifiers has none. Ignore bits that are not listed. */
 typedef enum LxXmpOption {
   LX_XMP_VALUE_IS_URI = 0x0002,   /* A simple value that is a URI (rdf:resource). */
   LX_XMP_HAS_QUALIFIERS = 0x0010, /* Out only. */
@@ -82,6 +84,11 @@ typedef enum LxXmpOption {
   LX_XMP_ALT_TEXT = 0x1000        /* A language alternative: every item has xml:lang. */
 } LxXmpOption;
 
+/* What LxXmpMerge does; bits. */
+typedef enum LxXmpMergeOption {
+  LX_XMP_REPLACE = 0x0001 /* A property that both objects have is replaced by the source's, whole. */
+} LxXmpMergeOption;
+
 /* The form of a packet; bits. */
 typedef enum LxXmpSerializeOption {
   LX_XMP_OMIT_WRAPPER = 0x0010, /* No packet wrapper (<?xpacket ...?>, ISO 16684-1, 7.3) around the XML. */
@@ -91,11 +98,25 @@ typedef enum LxXmpSerializeOption {
   LX_XMP_OMIT_META = 0x0800     /* No x:xmpmeta element around rdf:RDF. */
 } LxXmpSerializeOption;
 
-/* A text that a call gives; see above for how long. */
+/* A text that a call returns; the head of this file says how long it is valid. */
 typedef struct LxXmpText {
-  const char* bytes; /* Never null in a text that a call gave. */
+  const char* bytes; /* Never null in a text that a call returned. */
   size_t length;     /* Bytes, without the zero byte. */
 } LxXmpText;
+
+/* A date (ISO 8601) as numbers. All members of the zone 0: UTC. The layout is the toolkit's own. */
+typedef struct LxXmpDate {
+  int32_t year;       /* 1 to 9999. */
+  int32_t month;      /* 1 to 12. */
+  int32_t day;        /* 1 to 31. */
+  int32_t hour;       /* 0 to 23. */
+  int32_t minute;     /* 0 to 59. */
+  int32_t second;     /* 0 to 59. */
+  int32_t zoneSign;   /* -1: west of UTC, 1: east of it. */
+  int32_t zoneHour;   /* The distance from UTC: hours, 0 to 23, */
+  int32_t zoneMinute; /* and minutes, 0 to 59. */
+  int32_t nanosecond; /* 0 to 999,999,999. */
+} LxXmpDate;
 
 /* One node of a walk. The texts live as long as the call of the visitor. Later versions may append members. */
 typedef struct LxXmpNode {
@@ -107,78 +128,185 @@ typedef struct LxXmpNode {
   LxXmpText value;          /* A simple value; of anything else, length 0. */
 } LxXmpNode;
 
-/* What a visitor returns. */
+/* The result of a visitor. */
 typedef enum LxXmpNext {
   LX_XMP_GO_ON = 0,     /* To the next node. */
-  LX_XMP_PASS_OVER = 1, /* Not to what lies below this node. */
+  LX_XMP_PASS_OVER = 1, /* To the next node that is not below this one. */
   LX_XMP_END = 2        /* No further node; the walk succeeds. */
 } LxXmpNext;
 
-/* Called for each node. May read the object by LxXmpGet and LxXmpSerialize; changing it is refused. Must return: an
- * exception or a jump out of it ends the program. */
+/* Called for each node. May read the object; changing it is refused. Must return: an exception or a jump out of it ends
+ * the program. */
 typedef LxXmpNext (*LxXmpVisitor)(void* user, const LxXmpNode* node);
+
+/* Called for each namespace, under the same rules; LX_XMP_PASS_OVER is as LX_XMP_GO_ON. */
+typedef LxXmpNext (*LxXmpNamespaceVisitor)(void* user, const char* namespaceUri, const char* prefix);
 
 /* The library's version, as LX_XMP_VERSION. Needs no session. */
 uint32_t LxXmpVersion(void);
 
-/* Starts the host's client of the broker and the toolkit. Counted: each success is paired with one LxXmpStop. The order
- * of this and LxInterchangeInit is free.
+/* --- the session ---------------------------------------------------------------------------------------------------
+ */
+
+/* Starts the host's client of the broker and the toolkit. Counted: each success is paired with one LxXmpStop. This and
+ * LxInterchangeInit can come in either order.
  * LX_XMP_UNAVAILABLE, LX_XMP_NO_MEMORY: nothing is started. */
 LxXmpStatus LxXmpStart(void);
 
-/* Ends what one LxXmpStart began; the last one stops the client and ends every text. Does nothing without a session. */
+/* Ends what one LxXmpStart began. The last one stops the client and ends every text; no other call may be at work then,
+ * and objects that the host made are lost unless it has freed them. Does nothing without a session. */
 void LxXmpStop(void);
 
-/* The last failure and what is to be said of it, in English and on one line; LX_XMP_OK and "" before the first. Neither
- * a success nor LX_XMP_NOT_FOUND changes them. The text is valid until the next failure. Needs no session. */
+/* The calling thread's last failure, and a description of it in English: one line of at most 511 bytes, without control
+ * characters. LX_XMP_OK and "" before the first failure. Neither a success nor LX_XMP_NOT_FOUND changes them. The text
+ * is valid until the thread's next failure. Needs no session. */
 LxXmpStatus LxXmpLastError(void);
 const char* LxXmpLastMessage(void);
 
-/* The simple value of the node of that path ("" for an array or a structure) and its LxXmpOption bits. Either out
- * pointer may be null, so that with two nulls only the node's presence is told.
- * LX_XMP_NOT_FOUND: there is no such node, the path is none or nobody knows the namespace. */
+/* --- reading -------------------------------------------------------------------------------------------------------
+ */
+
+/* The simple value of the node at a path ("" for an array or a structure) and its LxXmpOption bits. Either out pointer
+ * may be null; with two nulls the result alone says whether the node is there.
+ * LX_XMP_NOT_FOUND: there is no such node, the path is malformed or the namespace unknown. */
 LxXmpStatus LxXmpGet(CXMPMeta* xmp, const char* namespaceUri, const char* path, LxXmpText* value, uint32_t* options);
 
-/* Walks nodes in the object's order, which is the order of a serialised packet: a node before what lies below it, its
+/* The same for an item of an array, a field of a structure and a qualifier of a node. An index counts from 1; -1 is the
+ * last item. */
+LxXmpStatus LxXmpGetItem(CXMPMeta* xmp, const char* namespaceUri, const char* arrayPath, int32_t index,
+                         LxXmpText* value, uint32_t* options);
+LxXmpStatus LxXmpGetField(CXMPMeta* xmp, const char* namespaceUri, const char* structPath, const char* fieldNamespace,
+                          const char* field, LxXmpText* value, uint32_t* options);
+LxXmpStatus LxXmpGetQualifier(CXMPMeta* xmp, const char* namespaceUri, const char* path, const char* qualifierNamespace,
+                              const char* qualifier, LxXmpText* value, uint32_t* options);
+
+/* The number of items of an array; 0 where there is none.
+ * LX_XMP_REFUSED: the node is no array. */
+LxXmpStatus LxXmpCountItems(CXMPMeta* xmp, const char* namespaceUri, const char* arrayPath, uint32_t* count);
+
+/* The text of a language alternative (ISO 16684-1, 8.2.2.4) that fits best: that of the language, else the first of the
+ * generic language, else x-default, else the first. `language`, which may be null, receives the one that was chosen.
+ * Languages are those of RFC 5646 ("en", "de-AT") and "x-default"; genericLanguage may be null or "".
+ * LX_XMP_REFUSED: a text is no language, or the node no language alternative. */
+LxXmpStatus LxXmpGetLocalizedText(CXMPMeta* xmp, const char* namespaceUri, const char* path,
+                                  const char* genericLanguage, const char* specificLanguage, LxXmpText* value,
+                                  LxXmpText* language);
+
+/* A simple value as a truth value (0 or 1), a whole number, a number and a date. LxXmpGetReal also takes a rational of
+ * EXIF ("56/10"). What a date leaves out is the earliest possible: "2024" is 2024-01-01T00:00:00Z.
+ * LX_XMP_REFUSED: the value is not of that type. */
+LxXmpStatus LxXmpGetBool(CXMPMeta* xmp, const char* namespaceUri, const char* path, int* value);
+LxXmpStatus LxXmpGetInteger(CXMPMeta* xmp, const char* namespaceUri, const char* path, int64_t* value);
+LxXmpStatus LxXmpGetReal(CXMPMeta* xmp, const char* namespaceUri, const char* path, double* value);
+LxXmpStatus LxXmpGetDate(CXMPMeta* xmp, const char* namespaceUri, const char* path, LxXmpDate* value);
+
+/* Walks nodes in the object's order, which is the order of a serialised packet: a node before the nodes below it, its
  * qualifiers before its items or fields. The whole object when namespaceUri is null; all of a namespace when path is
- * null; else the node of the path, with depth 1, and what lies below it. Nothing to walk is no failure. */
+ * null; else the node at the path, with depth 1, and the nodes below it. Nothing to walk is no failure. */
 LxXmpStatus LxXmpVisit(CXMPMeta* xmp, const char* namespaceUri, const char* path, LxXmpVisitor visitor, void* user);
 
-/* The object as an XMP packet (ISO 16684-1, clause 7): UTF-8, one property element a line. Options:
- * LxXmpSerializeOption bits. `padding`: spaces in front of the trailer, for editing in place; below 0 the toolkit's own
- * choice, 2048. */
+/* Calls the visitor once for each namespace that a name in the object has, in the order in which a walk meets them,
+ * with the prefix that a packet of this object binds to it. */
+LxXmpStatus LxXmpVisitNamespaces(CXMPMeta* xmp, LxXmpNamespaceVisitor visitor, void* user);
+
+/* The object as an XMP packet (ISO 16684-1, clause 7): UTF-8, one property element per line. Options:
+ * LxXmpSerializeOption bits. `padding`: the number of spaces before the trailer, for editing in place; below 0 the
+ * toolkit's own choice, 2048. */
 LxXmpStatus LxXmpSerialize(CXMPMeta* xmp, uint32_t options, int32_t padding, LxXmpText* packet);
 
-/* Sets the simple value of the node of that path and makes what is missing on the way. A null value with LX_XMP_STRUCT,
- * LX_XMP_ARRAY, LX_XMP_ORDERED or LX_XMP_ALTERNATIVE makes an empty structure or array of that form.
- * LX_XMP_REFUSED: the namespace is not registered, the path is none, or the node is of another form. */
+/* --- changing ------------------------------------------------------------------------------------------------------
+ */
+
+/* Sets the simple value of the node at a path and makes the nodes on the way that are missing. A null value with
+ * LX_XMP_STRUCT, LX_XMP_ARRAY, LX_XMP_ORDERED or LX_XMP_ALTERNATIVE makes an empty structure or array of that form.
+ * LX_XMP_REFUSED: the namespace is not registered, the path is malformed, or the node is of another form. */
 LxXmpStatus LxXmpSet(CXMPMeta* xmp, const char* namespaceUri, const char* path, const char* value, uint32_t options);
 
-/* Adds an item behind the last one of the array, which is made of the form arrayOptions where there is none; those are
- * 0 for an array that is there. A null value with itemOptions makes an empty structure or array, as LxXmpSet does.
- * LX_XMP_REFUSED: besides what LxXmpSet says, the path names no array, or there is none and arrayOptions say no form.
- */
+/* The same for an item that is there, a field and a qualifier. The index after the last item adds one. */
+LxXmpStatus LxXmpSetItem(CXMPMeta* xmp, const char* namespaceUri, const char* arrayPath, int32_t index,
+                         const char* value, uint32_t options);
+LxXmpStatus LxXmpSetField(CXMPMeta* xmp, const char* namespaceUri, const char* structPath, const char* fieldNamespace,
+                          const char* field, const char* value, uint32_t options);
+LxXmpStatus LxXmpSetQualifier(CXMPMeta* xmp, const char* namespaceUri, const char* path, const char* qualifierNamespace,
+                              const char* qualifier, const char* value, uint32_t options);
+
+/* Adds an item after the last one of the array. An array that is not there is made, of the form arrayOptions; for one
+ * that is there these can be 0. A null value with itemOptions makes an empty structure or array, as LxXmpSet does.
+ * LX_XMP_REFUSED: as for LxXmpSet; the node is no array; or there is none and arrayOptions name no form. */
 LxXmpStatus LxXmpAppend(CXMPMeta* xmp, const char* namespaceUri, const char* path, uint32_t arrayOptions,
                         const char* value, uint32_t itemOptions);
 
-/* Sets a text of a language alternative (ISO 16684-1, 8.2.2.4), which is made where there is none. Languages are those
- * of RFC 5646 ("en", "de-AT") and "x-default"; genericLanguage may be null or "". */
+/* Adds an item before the one of that index.
+ * LX_XMP_REFUSED: as for LxXmpSetItem. */
+LxXmpStatus LxXmpInsertItem(CXMPMeta* xmp, const char* namespaceUri, const char* arrayPath, int32_t index,
+                            const char* value, uint32_t options);
+
+/* Sets a text of a language alternative, which is made if there is none; languages as for LxXmpGetLocalizedText. The
+ * first text is x-default as well. */
 LxXmpStatus LxXmpSetLocalizedText(CXMPMeta* xmp, const char* namespaceUri, const char* path,
                                   const char* genericLanguage, const char* language, const char* value);
 
-/* Deletes the node of that path and all that belongs to it. One that is not there needs no deleting: LX_XMP_OK. */
+/* LxXmpSet with the text of a value: "True" or "False", digits, a date as ISO 8601 has it. A real number must be
+ * finite, a date one of the calendar. */
+LxXmpStatus LxXmpSetBool(CXMPMeta* xmp, const char* namespaceUri, const char* path, int value);
+LxXmpStatus LxXmpSetInteger(CXMPMeta* xmp, const char* namespaceUri, const char* path, int64_t value);
+LxXmpStatus LxXmpSetReal(CXMPMeta* xmp, const char* namespaceUri, const char* path, double value);
+LxXmpStatus LxXmpSetDate(CXMPMeta* xmp, const char* namespaceUri, const char* path, const LxXmpDate* value);
+
+/* The time now, in the machine's zone; for xmp:ModifyDate and xmp:MetadataDate. */
+LxXmpStatus LxXmpNow(LxXmpDate* now);
+
+/* Deletes the node at a path and everything below it. A node that is not there is no failure. */
 LxXmpStatus LxXmpDelete(CXMPMeta* xmp, const char* namespaceUri, const char* path);
 
+/* The same for an item, a field, a qualifier and a text of a language alternative. */
+LxXmpStatus LxXmpDeleteItem(CXMPMeta* xmp, const char* namespaceUri, const char* arrayPath, int32_t index);
+LxXmpStatus LxXmpDeleteField(CXMPMeta* xmp, const char* namespaceUri, const char* structPath,
+                             const char* fieldNamespace, const char* field);
+LxXmpStatus LxXmpDeleteQualifier(CXMPMeta* xmp, const char* namespaceUri, const char* path,
+                                 const char* qualifierNamespace, const char* qualifier);
+LxXmpStatus LxXmpDeleteLocalizedText(CXMPMeta* xmp, const char* namespaceUri, const char* path,
+                                     const char* genericLanguage, const char* language);
+
+/* Deletes every property of a namespace; of all namespaces when namespaceUri is null. */
+LxXmpStatus LxXmpRemove(CXMPMeta* xmp, const char* namespaceUri);
+
+/* --- whole objects -------------------------------------------------------------------------------------------------
+ */
+
+/* A new object: empty, or a copy of another. It is the host's, to be given to LxXmpFree before the last LxXmpStop. */
+LxXmpStatus LxXmpNew(CXMPMeta** xmp);
+LxXmpStatus LxXmpCopy(CXMPMeta* source, CXMPMeta** copy);
+
+/* Frees an object of LxXmpNew or LxXmpCopy, and no other. Does nothing for null. */
+void LxXmpFree(CXMPMeta* xmp);
+
+/* Adds the properties of an XMP packet, such as a side-car file; those that the object has are replaced. The bytes are
+ * UTF-8, UTF-16 or UTF-32, with or without the packet wrapper.
+ * LX_XMP_REFUSED: they are no XMP or damaged. The object then has the properties that were complete before the fault.
+ */
+LxXmpStatus LxXmpParse(CXMPMeta* xmp, const void* bytes, size_t length);
+
+/* Adds the properties of another object that `xmp` does not have. Options: LxXmpMergeOption bits. */
+LxXmpStatus LxXmpMerge(CXMPMeta* xmp, CXMPMeta* source, uint32_t options);
+
+/* Whether two objects hold the same: the same properties with the same values and qualifiers, in any order. */
+LxXmpStatus LxXmpIsEqual(CXMPMeta* left, CXMPMeta* right, int* equal);
+
+/* --- namespaces ----------------------------------------------------------------------------------------------------
+ */
+
 /* The URI that a prefix ("tiff", without colon) stands for, and the prefix of a URI, among the namespaces that the
- * toolkit knows: the standard's, those that were registered, and those of the packets that were read.
+ * toolkit knows: the standard's and those that a host has registered. Those that only a packet binds are its object's
+ * own: LxXmpVisitNamespaces.
  * LX_XMP_NOT_FOUND: it knows none. */
 LxXmpStatus LxXmpNamespaceOfPrefix(const char* prefix, LxXmpText* namespaceUri);
 LxXmpStatus LxXmpPrefixOfNamespace(const char* namespaceUri, LxXmpText* prefix);
 
-/* Makes a namespace known, so that its properties can be set. One that is known keeps its prefix, and a prefix that is
- * taken gets a number behind it, one that is no XML name is replaced: `prefix`, which may be null, tells the one that
- * it has now. It is known to the whole process, also to LxBridge, until the toolkit is stopped. LX_XMP_REFUSED: the URI
- * is empty. */
+/* Makes a namespace known, so that its properties can be set. A namespace that is known keeps its prefix. A suggested
+ * prefix that is taken gets a number, and one that is no XML name is replaced: `prefix`, which may be null, receives
+ * the one that the namespace has now. It is known to the whole process, also to LxBridge, until the toolkit is stopped.
+ * LX_XMP_REFUSED: the URI is empty. */
 LxXmpStatus LxXmpRegisterNamespace(const char* namespaceUri, const char* suggestedPrefix, LxXmpText* prefix);
 
 #ifdef __cplusplus

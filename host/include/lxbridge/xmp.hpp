@@ -1,6 +1,6 @@
-// LxBridge and LxHost for C++17: sessions and files that end by themselves, the XMP object as a view and as trees of
-// nodes, failures as exceptions. Header only, over the C interfaces of lxbridge.h and xmp.h, which say what is not said
-// here: paths, options, threads.
+// LxBridge and LxHost for C++17: sessions, files and objects that end by themselves, the XMP object as a view and as
+// trees of nodes, failures as exceptions. Header only, over the C interfaces of lxbridge.h and xmp.h, which document
+// paths, options and threads.
 //
 //   lxbridge::Library library;
 //   lxbridge::Interchange photo("photo.jpg");
@@ -26,8 +26,8 @@
 
 namespace lxbridge {
 
-// What every failure of this header leaves as, but for std::bad_alloc: LX_XMP_NO_SESSION, LX_XMP_BAD_ARGUMENT,
-// LX_XMP_REFUSED or LX_XMP_UNAVAILABLE, and LxXmpLastMessage as what().
+// Every failure but LX_XMP_NO_MEMORY, which is std::bad_alloc: LX_XMP_NO_SESSION, LX_XMP_BAD_ARGUMENT, LX_XMP_REFUSED
+// or LX_XMP_UNAVAILABLE, with LxXmpLastMessage as what().
 class XmpError : public std::runtime_error {
  public:
   // The message is copied.
@@ -39,7 +39,7 @@ class XmpError : public std::runtime_error {
   LxXmpStatus status_;
 };
 
-// Raises what the status of a call says. False: LX_XMP_NOT_FOUND.
+// Raises the failure of a status. False: LX_XMP_NOT_FOUND.
 inline bool CheckXmp(LxXmpStatus status) {
   if (status == LX_XMP_NO_MEMORY) throw std::bad_alloc();
   if (status < 0) throw XmpError(status, LxXmpLastMessage());
@@ -82,7 +82,7 @@ class Library {
   Library& operator=(const Library&) = delete;
 };
 
-// A node of the XMP data model (ISO 16684-1, clause 6) and all that belongs to it; a copy, which outlives everything.
+// A copy of a node of the XMP data model (ISO 16684-1, clause 6) with everything below it.
 struct XmpNode {
   std::string namespaceUri;         // Of the name; "" for an array item, which has none.
   std::string prefix;               // The namespace's, without colon; "" for an array item.
@@ -102,18 +102,71 @@ struct XmpNode {
   [[nodiscard]] std::string QualifiedName() const { return prefix.empty() ? name : prefix + ':' + name; }
 };
 
-// A view of an XMP object that somebody else owns (an Interchange): cheap to copy, must not outlive the object nor the
-// last session. A function of const objects changes nothing; one that is not const changes the object for everybody.
+// A view of an XMP object that an Interchange or an XmpObject owns: cheap to copy, must not outlive the object nor the
+// last session. A function that is not const changes the object for everybody. Each function is the one of xmp.h with
+// LxXmp before its name, which says when it fails; an absent value is LX_XMP_NOT_FOUND.
 class XmpView {
  public:
-  // Of an object that LxInterchangeGetXMP gave; never null.
+  // Of an object of LxInterchangeGetXMP, LxXmpNew or LxXmpCopy; never null.
   explicit XmpView(CXMPMeta* xmp) noexcept : xmp_(xmp) {}
 
-  // The simple value at a path; none: there is no such node. "" for an array or a structure.
+  // The simple value of a node; "" for an array or a structure.
   [[nodiscard]] std::optional<std::string> Get(const char* namespaceUri, const char* path) const {
-    LxXmpText value;
-    if (!CheckXmp(LxXmpGet(xmp_, namespaceUri, path, &value, nullptr))) return std::nullopt;
-    return std::string(value.bytes, value.length);
+    return Text([&](LxXmpText* value) { return LxXmpGet(xmp_, namespaceUri, path, value, nullptr); });
+  }
+  // The same for an item of an array.
+  [[nodiscard]] std::optional<std::string> GetItem(const char* namespaceUri, const char* arrayPath,
+                                                   std::int32_t index) const {
+    return Text([&](LxXmpText* value) { return LxXmpGetItem(xmp_, namespaceUri, arrayPath, index, value, nullptr); });
+  }
+  // The same for a field of a structure.
+  [[nodiscard]] std::optional<std::string> GetField(const char* namespaceUri, const char* structPath,
+                                                    const char* fieldNamespace, const char* field) const {
+    return Text([&](LxXmpText* value) {
+      return LxXmpGetField(xmp_, namespaceUri, structPath, fieldNamespace, field, value, nullptr);
+    });
+  }
+  // The same for a qualifier.
+  [[nodiscard]] std::optional<std::string> GetQualifier(const char* namespaceUri, const char* path,
+                                                        const char* qualifierNamespace, const char* qualifier) const {
+    return Text([&](LxXmpText* value) {
+      return LxXmpGetQualifier(xmp_, namespaceUri, path, qualifierNamespace, qualifier, value, nullptr);
+    });
+  }
+  // The text that fits best; `language`, if not null, receives its language.
+  [[nodiscard]] std::optional<std::string> GetLocalizedText(const char* namespaceUri, const char* path,
+                                                            const char* genericLanguage, const char* specificLanguage,
+                                                            std::string* language = nullptr) const {
+    LxXmpText chosen;
+    std::optional<std::string> text = Text([&](LxXmpText* value) {
+      return LxXmpGetLocalizedText(xmp_, namespaceUri, path, genericLanguage, specificLanguage, value, &chosen);
+    });
+    if (text && language != nullptr) language->assign(chosen.bytes, chosen.length);
+    return text;
+  }
+  // A truth value.
+  [[nodiscard]] std::optional<bool> GetBool(const char* namespaceUri, const char* path) const {
+    int value = 0;
+    if (!CheckXmp(LxXmpGetBool(xmp_, namespaceUri, path, &value))) return std::nullopt;
+    return value != 0;
+  }
+  // A whole number.
+  [[nodiscard]] std::optional<std::int64_t> GetInteger(const char* namespaceUri, const char* path) const {
+    std::int64_t value = 0;
+    if (!CheckXmp(LxXmpGetInteger(xmp_, namespaceUri, path, &value))) return std::nullopt;
+    return value;
+  }
+  // A number, also a rational.
+  [[nodiscard]] std::optional<double> GetReal(const char* namespaceUri, const char* path) const {
+    double value = 0;
+    if (!CheckXmp(LxXmpGetReal(xmp_, namespaceUri, path, &value))) return std::nullopt;
+    return value;
+  }
+  // A date.
+  [[nodiscard]] std::optional<LxXmpDate> GetDate(const char* namespaceUri, const char* path) const {
+    LxXmpDate value = {};
+    if (!CheckXmp(LxXmpGetDate(xmp_, namespaceUri, path, &value))) return std::nullopt;
+    return value;
   }
   // The LxXmpOption bits of the node at a path.
   [[nodiscard]] std::optional<std::uint32_t> OptionsOf(const char* namespaceUri, const char* path) const {
@@ -125,29 +178,45 @@ class XmpView {
   [[nodiscard]] bool Has(const char* namespaceUri, const char* path) const {
     return CheckXmp(LxXmpGet(xmp_, namespaceUri, path, nullptr, nullptr));
   }
+  // The number of items of an array; 0 where there is none.
+  [[nodiscard]] std::uint32_t CountItems(const char* namespaceUri, const char* arrayPath) const {
+    std::uint32_t count = 0;
+    CheckXmp(LxXmpCountItems(xmp_, namespaceUri, arrayPath, &count));
+    return count;
+  }
 
   // All properties, or those of a namespace, as trees in the object's order.
   [[nodiscard]] std::vector<XmpNode> Properties(const char* namespaceUri = nullptr) const;
 
-  // Calls visitor(const LxXmpNode&) for each node as LxXmpVisit says. The visitor returns an LxXmpNext or nothing; what
-  // it raises ends the walk and comes out of this.
+  // The namespaces of the object's names, each once: {prefix, URI}.
+  [[nodiscard]] std::vector<std::pair<std::string, std::string>> Namespaces() const;
+
+  // Calls visitor(const LxXmpNode&) for each node as LxXmpVisit says. The visitor returns an LxXmpNext or nothing; an
+  // exception that it raises ends the walk and leaves this function.
   template <typename Visitor>
   void Visit(Visitor&& visitor, const char* namespaceUri = nullptr, const char* path = nullptr) const;
 
   // A whole packet. Options: LxXmpSerializeOption bits.
   [[nodiscard]] std::string Serialize(std::uint32_t options = 0, std::int32_t padding = 0) const {
-    LxXmpText packet;
-    CheckXmp(LxXmpSerialize(xmp_, options, padding, &packet));
-    return std::string(packet.bytes, packet.length);
+    std::string packet;
+    SerializeTo(&packet, options, padding);
+    return packet;
   }
-  // The same into a text whose room is used again, for those who take the packets of many files.
+  // The same into a text whose memory is used again, for the packets of many files.
   void SerializeTo(std::string* out, std::uint32_t options = 0, std::int32_t padding = 0) const {
     LxXmpText packet;
     CheckXmp(LxXmpSerialize(xmp_, options, padding, &packet));
     out->assign(packet.bytes, packet.length);
   }
 
-  // LxXmpSet: a simple value.
+  // Whether another object holds the same.
+  [[nodiscard]] bool IsEqual(const XmpView& other) const {
+    int equal = 0;
+    CheckXmp(LxXmpIsEqual(xmp_, other.xmp_, &equal));
+    return equal != 0;
+  }
+
+  // A simple value.
   void Set(const char* namespaceUri, const char* path, const char* value, std::uint32_t options = 0) {
     CheckXmp(LxXmpSet(xmp_, namespaceUri, path, value, options));
   }
@@ -159,24 +228,117 @@ class XmpView {
   void SetEmpty(const char* namespaceUri, const char* path, std::uint32_t form) {
     CheckXmp(LxXmpSet(xmp_, namespaceUri, path, nullptr, form));
   }
-  // LxXmpAppend: an item behind the last one.
-  void Append(const char* namespaceUri, const char* path, std::uint32_t arrayOptions, const char* value,
-              std::uint32_t itemOptions = 0) {
-    CheckXmp(LxXmpAppend(xmp_, namespaceUri, path, arrayOptions, value, itemOptions));
+  // An item of an array.
+  void SetItem(const char* namespaceUri, const char* arrayPath, std::int32_t index, const char* value,
+               std::uint32_t options = 0) {
+    CheckXmp(LxXmpSetItem(xmp_, namespaceUri, arrayPath, index, value, options));
   }
-  // LxXmpSetLocalizedText: a text of a language alternative.
+  // A field of a structure.
+  void SetField(const char* namespaceUri, const char* structPath, const char* fieldNamespace, const char* field,
+                const char* value, std::uint32_t options = 0) {
+    CheckXmp(LxXmpSetField(xmp_, namespaceUri, structPath, fieldNamespace, field, value, options));
+  }
+  // A qualifier of a node.
+  void SetQualifier(const char* namespaceUri, const char* path, const char* qualifierNamespace, const char* qualifier,
+                    const char* value, std::uint32_t options = 0) {
+    CheckXmp(LxXmpSetQualifier(xmp_, namespaceUri, path, qualifierNamespace, qualifier, value, options));
+  }
+  // A text of a language alternative.
   void SetLocalizedText(const char* namespaceUri, const char* path, const char* genericLanguage, const char* language,
                         const char* value) {
     CheckXmp(LxXmpSetLocalizedText(xmp_, namespaceUri, path, genericLanguage, language, value));
   }
-  // LxXmpDelete: what is not there needs no deleting.
+  // A truth value.
+  void SetBool(const char* namespaceUri, const char* path, bool value) {
+    CheckXmp(LxXmpSetBool(xmp_, namespaceUri, path, value ? 1 : 0));
+  }
+  // A whole number.
+  void SetInteger(const char* namespaceUri, const char* path, std::int64_t value) {
+    CheckXmp(LxXmpSetInteger(xmp_, namespaceUri, path, value));
+  }
+  // A number.
+  void SetReal(const char* namespaceUri, const char* path, double value) {
+    CheckXmp(LxXmpSetReal(xmp_, namespaceUri, path, value));
+  }
+  // A date.
+  void SetDate(const char* namespaceUri, const char* path, const LxXmpDate& value) {
+    CheckXmp(LxXmpSetDate(xmp_, namespaceUri, path, &value));
+  }
+  // Adds an item after the last one.
+  void Append(const char* namespaceUri, const char* path, std::uint32_t arrayOptions, const char* value,
+              std::uint32_t itemOptions = 0) {
+    CheckXmp(LxXmpAppend(xmp_, namespaceUri, path, arrayOptions, value, itemOptions));
+  }
+  // Adds an item before the one of that index.
+  void InsertItem(const char* namespaceUri, const char* arrayPath, std::int32_t index, const char* value,
+                  std::uint32_t options = 0) {
+    CheckXmp(LxXmpInsertItem(xmp_, namespaceUri, arrayPath, index, value, options));
+  }
+  // A node that is not there needs no deleting.
   void Delete(const char* namespaceUri, const char* path) { CheckXmp(LxXmpDelete(xmp_, namespaceUri, path)); }
+  // An item of an array.
+  void DeleteItem(const char* namespaceUri, const char* arrayPath, std::int32_t index) {
+    CheckXmp(LxXmpDeleteItem(xmp_, namespaceUri, arrayPath, index));
+  }
+  // A field of a structure.
+  void DeleteField(const char* namespaceUri, const char* structPath, const char* fieldNamespace, const char* field) {
+    CheckXmp(LxXmpDeleteField(xmp_, namespaceUri, structPath, fieldNamespace, field));
+  }
+  // A qualifier of a node.
+  void DeleteQualifier(const char* namespaceUri, const char* path, const char* qualifierNamespace,
+                       const char* qualifier) {
+    CheckXmp(LxXmpDeleteQualifier(xmp_, namespaceUri, path, qualifierNamespace, qualifier));
+  }
+  // A text of a language alternative.
+  void DeleteLocalizedText(const char* namespaceUri, const char* path, const char* genericLanguage,
+                           const char* language) {
+    CheckXmp(LxXmpDeleteLocalizedText(xmp_, namespaceUri, path, genericLanguage, language));
+  }
+  // Every property of a namespace, or of all.
+  void Remove(const char* namespaceUri = nullptr) { CheckXmp(LxXmpRemove(xmp_, namespaceUri)); }
+  // Adds the properties of a packet.
+  void Parse(const void* bytes, std::size_t length) { CheckXmp(LxXmpParse(xmp_, bytes, length)); }
+  // The same.
+  void Parse(const std::string& packet) { Parse(packet.data(), packet.size()); }
+  // Adds the properties of another object. Options: LxXmpMergeOption bits.
+  void Merge(const XmpView& source, std::uint32_t options = 0) { CheckXmp(LxXmpMerge(xmp_, source.xmp_, options)); }
 
   // For the functions of xmp.h.
   [[nodiscard]] CXMPMeta* object() const noexcept { return xmp_; }
 
  private:
+  // The text that get(LxXmpText*) gives.
+  template <typename Getter>
+  static std::optional<std::string> Text(Getter get) {
+    LxXmpText value;
+    if (!CheckXmp(get(&value))) return std::nullopt;
+    return std::string(value.bytes, value.length);
+  }
+
   CXMPMeta* xmp_;
+};
+
+// An object of the host's own. It must not outlive the last session.
+class XmpObject {
+ public:
+  // An empty one.
+  XmpObject() { CheckXmp(LxXmpNew(&xmp_)); }
+  // A copy of another.
+  explicit XmpObject(const XmpView& source) { CheckXmp(LxXmpCopy(source.object(), &xmp_)); }
+  ~XmpObject() { LxXmpFree(xmp_); }
+  // Moves the object; one that was moved from can only be assigned to or destroyed.
+  XmpObject(XmpObject&& other) noexcept : xmp_(std::exchange(other.xmp_, nullptr)) {}
+  // Exchanges the two objects.
+  XmpObject& operator=(XmpObject&& other) noexcept {
+    std::swap(xmp_, other.xmp_);
+    return *this;
+  }
+
+  // Valid as long as this lives. Not of one that was moved from.
+  [[nodiscard]] XmpView Xmp() const { return XmpView(xmp_); }
+
+ private:
+  CXMPMeta* xmp_ = nullptr;
 };
 
 // One file's import. Everything that can be read is in its XMP object; a file that is missing or damaged is no failure.
@@ -210,7 +372,7 @@ class Interchange {
   LxInterchangeHandle handle_ = nullptr;
 };
 
-// The namespaces that the toolkit knows; none: it does not know this one.
+// The URI of a prefix among the namespaces that the toolkit knows.
 [[nodiscard]] inline std::optional<std::string> NamespaceOfPrefix(const char* prefix) {
   LxXmpText text;
   if (!CheckXmp(LxXmpNamespaceOfPrefix(prefix, &text))) return std::nullopt;
@@ -256,6 +418,28 @@ void XmpView::Visit(Visitor&& visitor, const char* namespaceUri, const char* pat
   Walk walk = {&visitor, nullptr};
   CheckXmp(LxXmpVisit(xmp_, namespaceUri, path, Walk::Call, &walk));
   if (walk.failure) std::rethrow_exception(walk.failure);
+}
+
+inline std::vector<std::pair<std::string, std::string>> XmpView::Namespaces() const {
+  struct Walk {
+    std::vector<std::pair<std::string, std::string>> found;
+    std::exception_ptr failure;
+
+    static LxXmpNext Call(void* user, const char* namespaceUri, const char* prefix) noexcept {
+      Walk* walk = static_cast<Walk*>(user);
+      try {
+        walk->found.emplace_back(prefix, namespaceUri);
+        return LX_XMP_GO_ON;
+      } catch (...) {
+        walk->failure = std::current_exception();
+        return LX_XMP_END;
+      }
+    }
+  };
+  Walk walk;
+  CheckXmp(LxXmpVisitNamespaces(xmp_, Walk::Call, &walk));
+  if (walk.failure) std::rethrow_exception(walk.failure);
+  return std::move(walk.found);
 }
 
 inline std::vector<XmpNode> XmpView::Properties(const char* namespaceUri) const {

@@ -1,0 +1,203 @@
+// The session's start and stop, the last failure, and the texts of each thread.
+#include "host/session.h"
+
+#include <pthread.h>
+
+#include <atomic>
+#include <cstddef>
+#include <exception>
+#include <mutex>
+
+#include "clients/broker/broker_client.h"
+
+namespace lxhost {
+namespace {
+
+using TAL_T_NMT::CTALError;
+
+static_assert(LX_XMP_VERSION == ((LX_VERSION_MAJOR << 16) | (LX_VERSION_MINOR << 8) | LX_VERSION_PATCH),
+              "the public header is of another version");
+
+// --- the last failure -----------------------------------------------------------------------------------------------
+
+// Of fixed size, since a failure for want of memory has to be told, too.
+struct LastFailure {
+  LxXmpStatus status;
+  char message[512];
+};
+constinit thread_local LastFailure lastFailure = {LX_XMP_OK, ""};
+
+bool IsContinuation(char c) noexcept {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+// The length of the character that starts a text; 0 if that is not UTF-8 (RFC 3629).
+std::size_t CharacterLength(const char* text) noexcept {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  if (lead < 0x80) return 1;
+  const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if (!IsContinuation(text[i])) return 0;  // Also where the text ends.
+  }
+  return length;
+}
+
+// Whether a terminal could obey a character, or show the text after it in another order: control characters, the
+// separators of lines and paragraphs, and the bidirectional controls of Unicode (UAX #9).
+bool IsControl(const char* character, std::size_t length) noexcept {
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(character[i]); };
+  if (length == 1) return byte(0) < 0x20 || byte(0) == 0x7F;
+  if (length == 2) return (byte(0) == 0xC2 && byte(1) < 0xA0) || (byte(0) == 0xD8 && byte(1) == 0x9C);
+  if (length != 3 || byte(0) != 0xE2) return false;
+  if (byte(1) == 0x80) return byte(2) == 0x8E || byte(2) == 0x8F || (byte(2) >= 0xA8 && byte(2) <= 0xAE);
+  return byte(1) == 0x81 && byte(2) >= 0xA6 && byte(2) <= 0xA9;
+}
+
+void KeepMessage(const char* message) noexcept {
+  std::size_t length = 0;
+  while (*message != '\0') {
+    const std::size_t taken = CharacterLength(message);
+    const bool isPlain = taken != 0 && !IsControl(message, taken);
+    const std::size_t put = isPlain ? taken : 1;
+    if (length + put >= sizeof lastFailure.message) break;
+    for (std::size_t i = 0; i < put; ++i)
+      lastFailure.message[length + i] = isPlain ? message[i] : taken != 0 ? ' ' : '?';
+    length += put;
+    message += taken != 0 ? taken : 1;
+  }
+  lastFailure.message[length] = '\0';
+}
+
+LxXmpStatus FailBy(const CTALError& error) noexcept {
+  const TALErrorProcs* procs = TAL_T_NMT::ErrorProcs();
+  if (procs == nullptr) return Fail(LX_XMP_UNAVAILABLE, "the interface broker has no errors any more");
+  if (error.Reference() == procs->getCoreError(0)) return Fail(LX_XMP_NO_MEMORY, error.what());
+  // The clients report a missing procedure so; a missing method has a text but no component.
+  if (*error.what() == '\0') return Fail(LX_XMP_UNAVAILABLE, "the broker or the XMP toolkit lacks a procedure");
+  return Fail(*error.Component() == '\0' ? LX_XMP_UNAVAILABLE : LX_XMP_REFUSED, error.what());
+}
+
+// --- the session and the texts of its threads -----------------------------------------------------------------------
+
+struct ThreadTexts : GivenTexts {
+  ThreadTexts* next = nullptr;
+};
+
+constinit std::mutex lock;  // Of the session's start and stop, and of the list of texts.
+constinit std::atomic<int> sessions = 0;
+// Each thread's texts are found by a key of the thread library and not by an object with a destructor, since those keep
+// a library in memory that the host unloads.
+constinit pthread_key_t textsKey{};
+constinit ThreadTexts* allTexts = nullptr;
+
+// At a thread's end. The texts are no longer in the list when the last LxXmpStop has come first.
+extern "C" void DropTexts(void* texts) {
+  const std::lock_guard<std::mutex> guard(lock);
+  for (ThreadTexts** link = &allTexts; *link != nullptr; link = &(*link)->next) {
+    if (*link != texts) continue;
+    ThreadTexts* dropped = *link;
+    *link = dropped->next;
+    delete dropped;
+    return;
+  }
+}
+
+LxXmpStatus StartClients() noexcept {
+  LxXmpStatus status = LX_XMP_OK;
+  try {
+    const TALLookupProc lookup = TALOrdinal5();
+    if (!TAL_T_NMT::StartBrokerClient(lookup)) {
+      status = Fail(LX_XMP_UNAVAILABLE, "the interface broker did not start");
+    } else if (!StartXMPClient(lookup)) {
+      status = Fail(LX_XMP_UNAVAILABLE, "the XMP toolkit did not start");
+    } else if (pthread_key_create(&textsKey, DropTexts) != 0) {
+      StopXMPClient();
+      status = Fail(LX_XMP_NO_MEMORY, "the system has no more places for the data of threads");
+    }
+  } catch (const std::bad_alloc&) {
+    status = Fail(LX_XMP_NO_MEMORY, "out of memory");
+  } catch (const std::exception& error) {
+    status = Fail(LX_XMP_UNAVAILABLE, error.what());
+  }
+  // Not before the handlers have ended: they still read the error, which belongs to the broker.
+  if (status != LX_XMP_OK) TAL_T_NMT::ShutDownBrokerClient();
+  return status;
+}
+
+}  // namespace
+
+LxXmpStatus Fail(LxXmpStatus status, const char* message) noexcept {
+  KeepMessage(message);
+  lastFailure.status = status;
+  return status;
+}
+
+LxXmpStatus FailByException() noexcept {
+  try {
+    throw;
+  } catch (const CTALError& error) {
+    return FailBy(error);
+  } catch (const std::bad_alloc&) {
+    return Fail(LX_XMP_NO_MEMORY, "out of memory");
+  } catch (const std::exception& error) {
+    return Fail(LX_XMP_UNAVAILABLE, error.what());
+  } catch (...) {
+    return Fail(LX_XMP_UNAVAILABLE, "the XMP toolkit's client failed");
+  }
+}
+
+LxXmpStatus NullArgument() noexcept {
+  return Fail(LX_XMP_BAD_ARGUMENT, "an argument is null");
+}
+
+bool IsStarted() noexcept {
+  return sessions.load(std::memory_order_relaxed) > 0;
+}
+
+GivenTexts* TextsOfThread() noexcept {
+  if (void* texts = pthread_getspecific(textsKey)) return static_cast<ThreadTexts*>(texts);
+  auto* texts = new (std::nothrow) ThreadTexts();
+  if (texts == nullptr || pthread_setspecific(textsKey, texts) != 0) {
+    delete texts;
+    return nullptr;
+  }
+  const std::lock_guard<std::mutex> guard(lock);
+  texts->next = std::exchange(allTexts, texts);
+  return texts;
+}
+
+}  // namespace lxhost
+
+std::uint32_t LxXmpVersion() {
+  return LX_XMP_VERSION;
+}
+
+LxXmpStatus LxXmpStart() {
+  const std::lock_guard<std::mutex> guard(lxhost::lock);
+  if (!lxhost::IsStarted()) {
+    const LxXmpStatus status = lxhost::StartClients();
+    if (status != LX_XMP_OK) return status;
+  }
+  ++lxhost::sessions;
+  return LX_XMP_OK;
+}
+
+void LxXmpStop() {
+  const std::lock_guard<std::mutex> guard(lxhost::lock);
+  if (!lxhost::IsStarted() || --lxhost::sessions > 0) return;
+  pthread_key_delete(lxhost::textsKey);
+  while (lxhost::ThreadTexts* texts = lxhost::allTexts) {
+    lxhost::allTexts = texts->next;
+    delete texts;
+  }
+  StopXMPClient();
+  TAL_T_NMT::ShutDownBrokerClient();
+}
+
+LxXmpStatus LxXmpLastError() {
+  return lxhost::lastFailure.status;
+}
+
+const char* LxXmpLastMessage() {
+  return lxhost::lastFailure.message;
+}
