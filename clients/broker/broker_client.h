@@ -68,8 +68,10 @@ inline std::uint32_t UnregisterCount() noexcept {
 // component "TAL") when it is and a procedure is missing.
 bool BindInterface(const char* interfaceName, const TALProcName* names, std::size_t count, TALProc* slots);
 
-// Fills the slots with the methods of the object. CTALError "invalid container" when one cannot be had.
-void BindMethods(TALContainerRef object, const TALProcName* names, std::size_t count, TALProc* slots);
+// Fills the slots with the methods of the object. CTALError "invalid container" when one cannot be had; an optional one
+// that the object lacks is null.
+enum class MethodNeed { kRequired, kOptional };
+void BindMethods(TALContainerRef object, const TALProcName* names, std::size_t count, TALProc* slots, MethodNeed need);
 
 // The kind of the object; CTALError "invalid container" when it has none.
 TALKindRef KindOf(TALContainerRef object);
@@ -115,7 +117,7 @@ class TALInterfaceTable {
 
 // The methods of objects, one table for each kind of object, in the broker's memory. A table keeps its address until
 // Forget and is bound again in place when the unregister count has changed.
-template <typename Procs, std::size_t kCount>
+template <typename Procs, std::size_t kCount, MethodNeed kNeed = MethodNeed::kRequired>
 class TALMethodTables {
   static_assert(sizeof(Procs) == kCount * sizeof(TALProc));
 
@@ -176,7 +178,7 @@ class TALMethodTables {
   void Bind(TALContainerRef object, Entry* entry) {
     entry->boundAt = 0;
     TALProc slots[kCount];
-    BindMethods(object, names_, kCount, slots);
+    BindMethods(object, names_, kCount, slots, kNeed);
     std::memcpy(&entry->procs, slots, sizeof entry->procs);
     entry->boundAt = UnregisterCount();
   }

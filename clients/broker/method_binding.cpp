@@ -42,16 +42,19 @@ TALKindRef KindOf(TALContainerRef object) {
   return kind;
 }
 
-void BindMethods(TALContainerRef object, const TALProcName* names, std::size_t count, TALProc* slots) {
+void BindMethods(TALContainerRef object, const TALProcName* names, std::size_t count, TALProc* slots, MethodNeed need) {
   const TALContainerProcs* containers = object ? ContainerProcs() : nullptr;
   const TALStringProcs* strings = StringProcs();
   if (!containers || !strings) ThrowInvalidContainer();
+  const bool isOptional = need == MethodNeed::kOptional;
   for (std::size_t i = 0; i < count; ++i) {
     const Atom shortName(*strings, names[i].shortName);
     const Atom qualifiedName(*strings, names[i].qualifiedName);
     slots[i] = nullptr;
     if (!shortName.Get() || !qualifiedName.Get() ||
-        !Succeeded(containers->getMethod(&slots[i], object, shortName.Get(), qualifiedName.Get(), 0)) || !slots[i]) {
+        !Succeeded(
+            containers->getMethod(&slots[i], object, shortName.Get(), qualifiedName.Get(), isOptional ? 1 : 0)) ||
+        (!slots[i] && !isOptional)) {
       ThrowInvalidContainer();
     }
   }

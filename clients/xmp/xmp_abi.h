@@ -257,6 +257,28 @@ inline constexpr TALProcName kXMPMetaMethodNames[] = {
 };
 static_assert(sizeof(kXMPMetaMethodNames) / sizeof(TALProcName) == 40);
 
+// --- methods that a toolkit may lack: their slots are null then ------------------------------------------------------
+
+struct XMPMetaOptionalMethods {
+  // What the toolkit skipped in the packets that it parsed into the object since it was made or cleared. It keeps a
+  // bounded number of warnings, the first ones: *kept. *total counts the others too.
+  TALErrorRef (*countWarnings)(XMPObjectRef self, std::uint32_t* kept, std::uint32_t* total);
+  // From 0, in the order of the packet. Line and column count from 1, columns in characters, in the packet as it was
+  // given. The text is one line and names no place.
+  TALErrorRef (*getWarning)(XMPObjectRef self, std::uint32_t index, std::uint32_t* line, std::uint32_t* column,
+                            XMPTextOut* text);
+  // The prefix that a namespace has in this object and the namespace of a prefix: those that the toolkit knows, those
+  // that a client has registered, and those that the object's packets have brought.
+  TALErrorRef (*getNamespacePrefix)(XMPObjectRef self, const char* uri, XMPTextOut* prefix, std::uint8_t* found);
+  TALErrorRef (*getNamespaceURI)(XMPObjectRef self, const char* prefix, XMPTextOut* uri, std::uint8_t* found);
+};
+inline constexpr TALProcName kXMPMetaOptionalMethodNames[] = {
+    {"CountWarnings", "XMPMeta_CountWarnings_Method"},
+    {"GetWarning", "XMPMeta_GetWarning_Method"},
+    {"GetNamespacePrefix", "XMPMeta_GetNamespacePrefix_Method"},
+    {"GetNamespaceURI", "XMPMeta_GetNamespaceURI_Method"},
+};
+
 // --- "ZXMPUtils_StaticInterface" ------------------------------------------------------------------------------------
 
 inline constexpr const char kXMPUtilsStaticInterface[] = "ZXMPUtils_StaticInterface";
@@ -375,6 +397,8 @@ static_assert(sizeof(kXMPUtilsStaticNames) / sizeof(TALProcName) == 44);
 // The tables are bound slot by slot in the order of their names, so a table is exactly its procedures.
 static_assert(sizeof(XMPMetaStatics) == sizeof(TALProc) * 17);
 static_assert(sizeof(XMPMetaMethods) == sizeof(TALProc) * 40);
+static_assert(sizeof(XMPMetaOptionalMethods) ==
+              sizeof(kXMPMetaOptionalMethodNames) / sizeof(TALProcName) * sizeof(TALProc));
 static_assert(sizeof(XMPUtilsStatics) == sizeof(TALProc) * 44);
 
 #endif  // LXBRIDGE_CLIENTS_XMP_XMP_ABI_H_

@@ -17,5 +17,8 @@ void StopXMPClient() noexcept;
 const XMPMetaStatics& XMPStatics();
 const XMPUtilsStatics& XMPUtilsTable();
 const XMPMetaMethods& XMPMethodsOf(XMPObjectRef object);
+// The methods that a toolkit may lack: a null slot. An object of a toolkit that has no warnings, for example, gives
+// none.
+const XMPMetaOptionalMethods& XMPOptionalMethodsOf(XMPObjectRef object);
 
 #endif  // LXBRIDGE_CLIENTS_XMP_XMP_CLIENT_H_

@@ -12,6 +12,7 @@ using TAL_T_NMT::TALClientObject;
 using TAL_T_NMT::TALInterfaceTable;
 
 constinit XMPMethodTables xmpMethodTables(kXMPMetaMethodNames);
+constinit XMPOptionalMethodTables xmpOptionalMethodTables(kXMPMetaOptionalMethodNames);
 
 namespace {
 
@@ -24,10 +25,16 @@ constinit TALInterfaceTable<XMPUtilsStatics, std::size(kXMPUtilsStaticNames)> ut
   throw std::logic_error("ZXMPMeta Client initialization failure");
 }
 
+void RequireObject(XMPObjectRef object) {
+  if (!BrokerClientStarted()) ThrowMetaNotInitialised();
+  if (!object) throw CTALError("CXMPMeta object is invalid", "XMP", 3);
+}
+
 void Forget() noexcept {
   metaTable.Forget();
   utilsTable.Forget();
   xmpMethodTables.Forget();
+  xmpOptionalMethodTables.Forget();
 }
 
 // The toolkit is started after the broker client, so there is nothing to bind yet.
@@ -55,7 +62,11 @@ const XMPUtilsStatics& XMPUtilsTable() {
 }
 
 const XMPMetaMethods& XMPMethodsOf(XMPObjectRef object) {
-  if (!BrokerClientStarted()) ThrowMetaNotInitialised();
-  if (!object) throw CTALError("CXMPMeta object is invalid", "XMP", 3);
+  RequireObject(object);
   return xmpMethodTables.Of(object);
+}
+
+const XMPMetaOptionalMethods& XMPOptionalMethodsOf(XMPObjectRef object) {
+  RequireObject(object);
+  return xmpOptionalMethodTables.Of(object);
 }

@@ -9,5 +9,9 @@
 
 using XMPMethodTables = TAL_T_NMT::TALMethodTables<XMPMetaMethods, std::size(kXMPMetaMethodNames)>;
 extern constinit XMPMethodTables xmpMethodTables;
+using XMPOptionalMethodTables =
+    TAL_T_NMT::TALMethodTables<XMPMetaOptionalMethods, std::size(kXMPMetaOptionalMethodNames),
+                               TAL_T_NMT::MethodNeed::kOptional>;
+extern constinit XMPOptionalMethodTables xmpOptionalMethodTables;
 
 #endif  // LXBRIDGE_CLIENTS_XMP_XMP_TABLES_H_

@@ -61,19 +61,27 @@ bool registerTable(const char* interfaceName, const TALProcName (&names)[kCount]
   return true;
 }
 
+template <typename Table, std::size_t kCount>
+bool addMethods(TALKindRef kind, const TALProcName (&names)[kCount], const Table& table) noexcept {
+  TALProc slots[kCount];
+  static_assert(sizeof slots == sizeof table);
+  std::memcpy(slots, static_cast<const void*>(&table), sizeof slots);
+  for (std::size_t at = 0; at < kCount; ++at) {
+    if (!succeeded(state.containers.addMethod(kind, names[at].shortName, names[at].qualifiedName, slots[at]))) {
+      return false;
+    }
+  }
+  return true;
+}
+
 bool makeKind() noexcept {
   if (state.kind != nullptr) return true;
   TALKindRef kind = nullptr;
   if (!succeeded(state.containers.newKind(&kind, kObjectKindName, destroyInstance))) return false;
-  TALProc slots[sizeof(kXMPMetaMethodNames) / sizeof(TALProcName)];
-  static_assert(sizeof slots == sizeof kMetaMethods);
-  std::memcpy(slots, static_cast<const void*>(&kMetaMethods), sizeof slots);
-  for (std::size_t at = 0; at < sizeof slots / sizeof slots[0]; ++at) {
-    const TALProcName& name = kXMPMetaMethodNames[at];
-    if (!succeeded(state.containers.addMethod(kind, name.shortName, name.qualifiedName, slots[at]))) {
-      static_cast<void>(succeeded(state.containers.deleteKind(kind)));
-      return false;
-    }
+  if (!addMethods(kind, kXMPMetaMethodNames, kMetaMethods) ||
+      !addMethods(kind, kXMPMetaOptionalMethodNames, kMetaOptionalMethods)) {
+    static_cast<void>(succeeded(state.containers.deleteKind(kind)));
+    return false;
   }
   state.kind = kind;
   return true;

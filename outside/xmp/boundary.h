@@ -86,9 +86,10 @@ Pointer required(Pointer pointer, const char* what) {
 std::string_view requiredBytes(const char* bytes, std::uint32_t length);
 void requireNoOptions(std::uint32_t options);
 
-// The three tables, in the order of their names.
+// The tables, in the order of their names.
 extern const XMPMetaStatics kMetaStatics;
 extern const XMPMetaMethods kMetaMethods;
+extern const XMPMetaOptionalMethods kMetaOptionalMethods;
 extern const XMPUtilsStatics kUtilsStatics;
 
 }  // namespace velto

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "outside/xmp/boundary.h"
 #include "outside/xmp/dates.h"
@@ -465,7 +466,54 @@ TALErrorRef unlockObject(XMPObjectRef self, std::uint32_t options) {
   });
 }
 
+// --- warnings and namespaces ----------------------------------------------------------------------------------------
+
+TALErrorRef countWarnings(XMPObjectRef self, std::uint32_t* kept, std::uint32_t* total) {
+  return guarded([&] {
+    const Warnings& warnings = instanceOf(self).object.warnings;
+    give(kept, static_cast<std::uint32_t>(warnings.kept().size()));
+    give(total, warnings.total());
+  });
+}
+
+TALErrorRef getWarning(XMPObjectRef self, std::uint32_t index, std::uint32_t* line, std::uint32_t* column,
+                       XMPTextOut* text) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    const std::vector<Warning>& kept = instance.object.warnings.kept();
+    if (index >= kept.size()) throw ToolkitError(ErrorId::kBadIndex, "there are not so many warnings");
+    give(line, kept[index].line);
+    give(column, kept[index].column);
+    giveText(instance.texts, text, kept[index].text);
+  });
+}
+
+TALErrorRef getNamespacePrefix(XMPObjectRef self, const char* uri, XMPTextOut* prefix, std::uint8_t* found) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    const Namespace* known = findNamespace(required(uri, "the namespace is null"));
+    giveText(instance.texts, prefix, known != nullptr ? std::string_view(known->prefix) : std::string_view());
+    giveAnswer(found, known != nullptr);
+  });
+}
+
+TALErrorRef getNamespaceURI(XMPObjectRef self, const char* prefix, XMPTextOut* uri, std::uint8_t* found) {
+  return guarded([&] {
+    Instance& instance = instanceOf(self);
+    const Namespace* known = findPrefix(required(prefix, "the prefix is null"));
+    giveText(instance.texts, uri, known != nullptr ? std::string_view(known->uri) : std::string_view());
+    giveAnswer(found, known != nullptr);
+  });
+}
+
 }  // namespace
+
+constinit const XMPMetaOptionalMethods kMetaOptionalMethods = {
+    countWarnings,
+    getWarning,
+    getNamespacePrefix,
+    getNamespaceURI,
+};
 
 constinit const XMPMetaMethods kMetaMethods = {
     parseFromBuffer,      serializeToBuffer,   getProperty,

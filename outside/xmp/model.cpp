@@ -431,6 +431,11 @@ bool equalTrees(const Node* left, const Node* right) {
   return left->isArray() ? equalItems(left, right) : equalByName(left->children, right->children);
 }
 
+void Warnings::add(Warning warning) {
+  if (kept_.size() < kMost) kept_.push_back(std::move(warning));
+  if (total_ != UINT32_MAX) ++total_;
+}
+
 Object::Object() : root_(makeNode(nullptr, {}, 0)) {}
 
 Node* Object::ensureSchema(const Namespace* ns) {
@@ -445,6 +450,7 @@ void Object::dropSchemaIfEmpty(Node* schema) noexcept {
 void Object::clear() noexcept {
   root_->children.clear();
   name.clear();
+  warnings = {};
 }
 
 void Object::merge(Object& other) noexcept {

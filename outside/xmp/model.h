@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "clients/xmp/xmp_abi.h"
 #include "outside/xmp/registry.h"
@@ -133,6 +134,27 @@ NodePtr cloneTree(const Node* node);
 // language alternative are matched by language.
 bool equalTrees(const Node* left, const Node* right);
 
+// Something that a packet had and the object has not.
+struct Warning {
+  std::uint32_t line;  // From 1, as is the column.
+  std::uint32_t column;
+  std::string text;
+};
+
+// The first of the object's warnings; a hostile packet could give one for every few bytes.
+class Warnings {
+ public:
+  static constexpr std::size_t kMost = 64;
+
+  void add(Warning warning);
+  const std::vector<Warning>& kept() const noexcept { return kept_; }
+  std::uint32_t total() const noexcept { return total_; }
+
+ private:
+  std::vector<Warning> kept_;
+  std::uint32_t total_ = 0;
+};
+
 class Object {
  public:
   Object();
@@ -154,6 +176,7 @@ class Object {
   void copyFrom(const Object& other);
 
   std::string name;  // rdf:about
+  Warnings warnings;
 
  private:
   NodePtr root_;
