@@ -101,7 +101,8 @@ TEST(CommandPool, DeletedItemsAreInTheJsonAndWithAllInTheText) {
 TEST(CommandPool, TheTextIsWhatATerminalCanShow) {
   const TempFolder folder;
   const TiffBuilder tiff = TiffBuilder(kBig).Ifd0({Ascii(0x8298, std::string(99, 'c') + "\xC3\xA9" + "end")});
-  folder.Add("a.jpg", JpegBuilder().App1Exif(tiff).Comment("Andr\xE9").Comment("two\nlines\x1B[31m red\xC2\x9B"));
+  folder.Add("a.jpg",
+             JpegBuilder().App1Exif(tiff).Comment("Andr\xE9").Comment("two\nlines\x1B[31m red\xC2\x9B\xE2\x80\xAE"));
   const std::string text = Lxbridge({"pool", "a.jpg"}, {.folder = folder.path()}).out;
   for (const std::string& line : {"ascii  " + std::string(99, 'c') + "...\n", std::string("undef  Andr?\n"),
                                   std::string("undef  two lines [31m red\n")}) {
@@ -201,16 +202,24 @@ TEST(CommandFailures, FilesThatHoldNothingAreReadAndEmpty) {
 }
 
 TEST(CommandFailures, AMessageStaysOneLineWhateverTheNameHolds) {
-  const Outcome names =
-      Lxbridge({"pool", "two\nlines", "bell\a", "caf\xE9.jpg", "cut\xE9", "back\\slash", "C1\xC2\x9B"});
+  constexpr const char* kNames[][2] = {
+      {"two\nlines", "two\\nlines"},
+      {"bell\a\x7F", "bell\\x07\\x7f"},
+      {"caf\xE9.jpg", "caf\xE9.jpg"},
+      {"cut\xE2\x80", "cut\xE2\\x80"},
+      {"back\\slash", "back\\\\slash"},
+      {"C1\xC2\x9B and \x9B, not \xC3\x9B", "C1\\x9b and \\x9b, not \xC3\x9B"},
+      {"evil\xE2\x80\xAEgpj\xE2\x80\xA8\xD8\x9C\xE2\x81\xA6.jpg", "evil\\u202egpj\\u2028\\u061c\\u2066.jpg"},
+  };
+  std::vector<std::string> arguments = {"pool"};
+  std::string messages;
+  for (const auto& [name, shown] : kNames) {
+    arguments.push_back(name);
+    messages += std::string("lxbridge: ") + shown + ": NotFound\n";
+  }
+  const Outcome names = Lxbridge(arguments);
   EXPECT_EQ(names.status, 1);
-  EXPECT_EQ(names.err,
-            "lxbridge: two\\nlines: NotFound\n"
-            "lxbridge: bell\\x07: NotFound\n"
-            "lxbridge: caf\xE9.jpg: NotFound\n"
-            "lxbridge: cut\xE9: NotFound\n"
-            "lxbridge: back\\slash: NotFound\n"
-            "lxbridge: C1\\x9b: NotFound\n");
+  EXPECT_EQ(names.err, messages);
   EXPECT_EQ(Lxbridge({"--no\nsuch"}).err,
             "lxbridge: unknown option '--no\\nsuch'\nTry 'lxbridge --help' for more information.\n");
 
@@ -235,19 +244,21 @@ TEST(CommandInput, StandardInputIsReadAsAFileIs) {
   }
 }
 
-TEST(CommandInput, FromAPipeNothingIsReadAndTheResultIsEmpty) {
+// It is copied first, so a pipe gives what a file does, as often as it is named and whichever process reads it.
+TEST(CommandInput, APipeGivesWhatAFileDoes) {
   const TempFolder folder;
-  const Surroundings piped = {.input = folder.Add("photo.jpg", Photo()), .inputIsPipe = true};
-  const Outcome xmp = Lxbridge({"--format", "json", "-"}, piped);
-  EXPECT_EQ(xmp.status, 0);
-  EXPECT_EQ(xmp.err, "");
-  EXPECT_EQ(xmp.out, "{\"file\": \"-\", \"properties\": [], \"namespaces\": {}}\n");
-  EXPECT_TRUE(IsPackets(Lxbridge({"-"}, piped).out, 1));
-  const Outcome pool = Lxbridge({"pool", "--format", "json", "-"}, piped);
-  EXPECT_EQ(pool.status, 0);
-  EXPECT_EQ(pool.err, "");
-  ASSERT_TRUE(IsPoolJson(pool.out, {"-"}));
-  EXPECT_TRUE(pool.out.starts_with(R"({"file": "-", "status": 1, "statusName": "1", )")) << pool.out;
+  const std::string path = folder.Add("photo.jpg", Photo(std::string(60000, 'x')));
+  folder.Add("list", Text("-\nmissing\n-\n"));
+  for (const auto& form : kForms) {
+    for (const std::vector<std::string>& files :
+         {std::vector<std::string>{"-", "-"}, {"-j2", "--files-from", "list"}}) {
+      const Outcome file = Lxbridge(With(form, files), {.input = path, .folder = folder.path()});
+      const Outcome pipe = Lxbridge(With(form, files), {.input = path, .inputIsPipe = true, .folder = folder.path()});
+      EXPECT_EQ(pipe.status, file.status);
+      EXPECT_EQ(pipe.err, file.err);
+      EXPECT_TRUE(pipe.out == file.out && pipe.out.find("xxxx") != std::string::npos) << form[2];
+    }
+  }
 }
 
 TEST(CommandInput, ANamedPipeWithOneWriterDoesNotHang) {
@@ -280,7 +291,7 @@ TEST(CommandOutput, AClosedPipeEndsItQuietly) {
     EXPECT_EQ(killed.signal, SIGPIPE);
     EXPECT_EQ(killed.err, "");
     const Outcome told = Lxbridge(arguments, {.outputIsClosedPipe = true, .ignoresBrokenPipe = true});
-    EXPECT_EQ(told.status, 1);
+    EXPECT_EQ(told.status, 3);
     EXPECT_EQ(told.err, "");
   }
 }
@@ -292,7 +303,7 @@ TEST(CommandOutput, AFullDiskIsSaidOnceAndEndsIt) {
   for (const auto& form : kForms) calls.push_back(With(form, {path, path}));
   for (const auto& arguments : calls) {
     const Outcome outcome = Lxbridge(arguments, {.output = "/dev/full"});
-    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.status, 3);
     EXPECT_EQ(outcome.err, "lxbridge: standard output: No space left on device\n");
   }
 }

@@ -189,7 +189,7 @@ TEST(ManyFiles, AnEndInTheMiddleOfAWriteLeavesWholeLines) {
   const Outcome outcome = Script(many.folder, R"sh(
     mkfifo pipe; "$0" -j2 --files-from list --format json >pipe 2>err & p=$!; exec 3<pipe
     (sleep 2.5; cat <&3 >got) & c=$!; sleep 1.5; kill -TERM $p; wait $p; s=$?; wait $c
-    tail -c 1 got | od -An -c; grep -vc '^{"file": "p[0-9]*.jpg", "properties": \[.*\]}$' got; exit $s)sh");
+    tail -c 1 got | od -An -c; grep -vc '^{"file": "p[0-9]*.jpg", "properties": \[.*}}$' got; exit $s)sh");
   EXPECT_EQ(outcome.status, 128 + SIGTERM);
   EXPECT_EQ(outcome.out, "  \\n\n0\n");
 }
@@ -206,21 +206,6 @@ TEST(ManyFiles, ATerminalHasProgressAndItsInterruptEndsAll) {
   EXPECT_EQ(outcome.out.substr(0, 7), "1\n  \\n\n") << outcome.out;
   EXPECT_GE(std::atoi(outcome.out.c_str() + 7), 2) << outcome.out;
   EXPECT_EQ(outcome.out.find("left"), std::string::npos) << outcome.out;
-}
-
-TEST(ManyFiles, AWorkerIsFollowedByAFreshOneAfterSoManyFiles) {
-  const Many many(10);
-  for (const char* workers : {"-j1", "-j2"}) {
-    const Outcome outcome = Script(many.folder, std::string(R"sh(
-      longer() { for i in 0 1 2 3 4 5 6 7 8 9; do cat "$1" "$1"; done >l1; for i in 0 1 2 3 4 5 6 7 8 9; do cat l1 l1; done >l2
-        for i in 0 1 2 3 4 5 6 7 8 9; do cat l2; done; }
-      longer list >names; "$0" --format csv --fields tiff:Make --files-from names )sh") +
-                                                    workers + R"sh( >out 2>err
-      "$0" --format csv --fields tiff:Make $(cat list) >once 2>errOnce; longer once | cmp - out
-      sort -u err | cmp - errOnce; wc -l <err)sh");
-    EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(outcome.out, "4000\n");
-  }
 }
 
 TEST(ManyFiles, AWorkerThatDiesCostsTheFileThatItWasAt) {
@@ -260,9 +245,9 @@ TEST(ManyFiles, AClosedPipeAndAFullDiskEndTheWorkersToo) {
   EXPECT_EQ(pipe.signal, SIGPIPE);
   const Outcome told =
       Lxbridge(arguments, {.outputIsClosedPipe = true, .ignoresBrokenPipe = true, .folder = many.folder.path()});
-  EXPECT_EQ(told.status, 1);
+  EXPECT_EQ(told.status, 3);
   const Outcome full = Lxbridge(arguments, {.output = "/dev/full", .folder = many.folder.path()});
-  EXPECT_EQ(full.status, 1);
+  EXPECT_EQ(full.status, 3);
   EXPECT_EQ(full.err.substr(full.err.find("lxbridge: standard")),
             "lxbridge: standard output: No space left on device\n");
 }

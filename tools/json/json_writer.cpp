@@ -4,13 +4,15 @@
 #include <array>
 #include <charconv>
 
+#include "tools/json/utf8.h"
+
 namespace lxbridge::json {
 
 namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
-// The bytes that an escaped character begins with: quotes, C0, DEL, and the lead bytes of what ControlCharacter knows.
+// The bytes that an escaped character begins with: quotes, C0, DEL, and the lead bytes of terminal controls.
 constexpr std::array<bool, 256> kMayNeedEscape = [] {
   std::array<bool, 256> bytes = {};
   for (std::size_t c = 0; c < 0x20; ++c) bytes[c] = true;
@@ -18,46 +20,12 @@ constexpr std::array<bool, 256> kMayNeedEscape = [] {
   return bytes;
 }();
 
-// The length of the UTF-8 sequence at the front of the text, or 0 when there is no valid one.
-std::size_t SequenceLength(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char lead = byte(0);
-  if (lead < 0x80) return 1;
-  const std::size_t length = lead >= 0xC2 && lead < 0xE0   ? 2
-                             : (lead & 0xF0) == 0xE0       ? 3
-                             : lead >= 0xF0 && lead < 0xF5 ? 4
-                                                           : 0;
-  if (length == 0 || text.size() < length) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-  }
-  const unsigned char second = byte(1);
-  if (lead == 0xE0 && second < 0xA0) return 0;   // Overlong.
-  if (lead == 0xED && second >= 0xA0) return 0;  // A surrogate.
-  if (lead == 0xF0 && second < 0x90) return 0;   // Overlong.
-  if (lead == 0xF4 && second >= 0x90) return 0;  // Above U+10FFFF.
-  return length;
-}
-
-// The character that the sequence of two or three bytes stands for, when it is one that a terminal or an editor obeys:
-// C1 controls, line and paragraph separator, the controls of bidirectional text (Unicode, UAX 9). 0: any other.
-std::uint32_t ControlCharacter(std::string_view sequence) {
-  const auto low = [&](std::size_t i) { return static_cast<std::uint32_t>(sequence[i]) & 0x3F; };
-  if (sequence.size() == 2) {
-    const std::uint32_t character = (static_cast<std::uint32_t>(sequence[0]) & 0x1F) << 6 | low(1);
-    return character < 0xA0 || character == 0x061C ? character : 0;
-  }
-  const std::uint32_t character = (static_cast<std::uint32_t>(sequence[0]) & 0x0F) << 12 | low(1) << 6 | low(2);
-  const bool obeyed = character == 0x200E || character == 0x200F || (character >= 0x2028 && character <= 0x202E) ||
-                      (character >= 0x2066 && character <= 0x2069);
-  return obeyed ? character : 0;
-}
-
 }  // namespace
 
 bool IsValidUtf8(std::string_view text) {
+  char32_t character = 0;
   while (!text.empty()) {
-    const std::size_t length = SequenceLength(text);
+    const std::size_t length = DecodeUtf8(text, &character);
     if (length == 0) return false;
     text.remove_prefix(length);
   }
@@ -171,9 +139,9 @@ void JsonWriter::Quoted(std::string_view text) {
     const auto c = static_cast<unsigned char>(text[i]);
     if (!kMayNeedEscape[c]) continue;
     if (c >= 0x80) {
-      const std::size_t length = SequenceLength(text.substr(i));
-      const std::uint32_t character = ControlCharacter(text.substr(i, length));
-      if (character != 0) {
+      char32_t character = 0;
+      const std::size_t length = DecodeUtf8(text.substr(i), &character);
+      if (IsTerminalControl(character)) {
         out_->append(text.substr(from, i - from));
         from = i + length;
         AppendEscape(character);

@@ -1,4 +1,7 @@
-// From the command line to its files: who works on them, and how it ends.
+// Runs a command line's files, in this process or in workers.
+#include <cerrno>
+#include <cstring>
+#include <exception>
 #include <memory>
 #include <string>
 #include <thread>
@@ -28,20 +31,30 @@ int WorkersFor(const Options& options) {
   return processors < 1 ? 1 : processors > kMostWorkers ? kMostWorkers : processors;
 }
 
+// One file, whose result is out before the next is read. False: standard output cannot be written any more.
+bool DoHere(const Input& input, std::uint64_t number, FileWork* work, FileResult* result, Report* report) {
+  try {
+    result->Clear();
+    if (input.problem.empty()) {
+      work->Do(input, result);
+    } else {
+      result->Fail(input.name, input.problem);
+      result->status = "failed";
+    }
+    return report->Add(number, result) && report->Flush();
+  } catch (const std::exception& error) {
+    return report->AddFailureWithoutMemory(number, input.name, MessageOf(error));
+  }
+}
+
 void RunHere(const Options& options, InputSource* source, Report* report) {
   const std::unique_ptr<FileWork> work = MakeWork(options);
   Input input;
+  // So that the name of a file never takes memory that its work has run out of.
+  for (const char* file : options.files) input.name.reserve(std::strlen(file));
   FileResult result;
   for (std::uint64_t number = 0; source->Take(true, &input) == InputSource::Next::kInput; ++number) {
-    result.Clear();
-    if (input.problem.empty()) {
-      work->Do(input, &result);
-    } else {
-      result.Fail(input.name, input.problem);
-      result.status = "failed";
-    }
-    // Each file's result is out before the next is read.
-    if (!report->Add(number, &result) || !report->Flush()) return;
+    if (!DoHere(input, number, work.get(), &result, report)) return;
     report->ShowProgress();
   }
 }
@@ -58,9 +71,13 @@ int RunFiles(const Options& options) {
   }
   EndWholeAtSignals();
   PrepareTerminal();
+  if (!StandardOutputCanBeWritten()) {
+    ReportWithoutMemory("standard output", std::strerror(errno));
+    return kExitCutOff;
+  }
   InputSource source(options);
   Report report(options, source.total());
-  if (options.header && !WriteResult(HeaderRow(options))) return kExitFileFailed;
+  if (options.header && !WriteResult(HeaderRow(options))) return kExitCutOff;
   const int workers = WorkersFor(options);
   if (workers > 0) {
     RunInWorkers(options, workers, &source, &report);

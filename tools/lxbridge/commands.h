@@ -9,6 +9,7 @@ namespace lxbridge::command {
 inline constexpr int kExitOk = 0;
 inline constexpr int kExitFileFailed = 1;
 inline constexpr int kExitUsage = 2;
+inline constexpr int kExitCutOff = 3;  // Results are missing: the run could not be brought to its end.
 
 // Does the files in order, here or in worker processes, prints what they give and returns the exit status.
 [[nodiscard]] int RunFiles(const Options& options);

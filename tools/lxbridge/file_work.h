@@ -1,4 +1,4 @@
-// What is done with one file, and what that gives.
+// The work on one file, and its result.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_FILE_WORK_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_FILE_WORK_H_
 
@@ -12,27 +12,28 @@
 
 namespace lxbridge::command {
 
-inline constexpr std::uint8_t kNoKind = 255;  // Nobody has looked.
+inline constexpr std::uint8_t kNoKind = 255;
 
 struct FileResult {
   std::string out;       // For standard output: a whole packet, whole lines or a row.
-  std::string messages;  // For standard error, in front of it: whole lines.
+  std::string messages;  // For standard error, before it: whole lines.
   std::string status = "OK";
-  std::uint8_t kind = kNoKind;  // LxFileKind, where it is asked for.
+  std::uint8_t kind = kNoKind;  // LxFileKind, if somebody has looked.
   bool failed = false;
   bool passedOver = false;
-  std::uint64_t bytes = 0;  // The file's length, where it is known.
+  std::uint64_t bytes = 0;  // The file's length, if it is known.
 
   void Clear();
-  void Fail(std::string_view file, std::string_view what);  // A status with its message.
+  // Takes `what` as the status and as the message about the file.
+  void Fail(std::string_view file, std::string_view what);
 };
 
-// In a process of its own or in the command's: one of them at a time, made where it is used, since it starts the
-// library.
+// Does one file after another, in a worker or in the command's own process. It starts the library, so there is one at a
+// time in a process, made in the process that uses it.
 class FileWork {
  public:
   virtual ~FileWork() = default;
-  // The result is cleared before.
+  // The result comes cleared.
   virtual void Do(const Input& input, FileResult* result) = 0;
 };
 

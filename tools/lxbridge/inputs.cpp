@@ -1,37 +1,28 @@
-// Walking folders and lists.
+// The command line's files, lists of names, and walks through folders.
 #include "tools/lxbridge/inputs.h"
 
 #include <cerrno>
 #include <cstring>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace lxbridge::command {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::size_t kListBlock = 64 * 1024;
-// Longer than any system's paths: what is longer is no list of names, and must not fill memory.
+// Longer than any system's paths. What is longer is not a list of names, and must not fill memory.
 constexpr std::size_t kLongestName = 32 * 1024;
-// Each level of the walk holds a folder open.
+// Each level of the walk keeps a folder open.
 constexpr std::size_t kDeepestFolder = 400;
-
-// Both ways without conversion where names are bytes, and by UTF-8 where they are not.
-fs::path PathOf(const std::string& name) {
-  return fs::path(std::u8string(name.begin(), name.end()));
-}
-
-std::string NameOf(const fs::path& path) {
-  const std::u8string name = path.u8string();
-  return std::string(name.begin(), name.end());
-}
 
 }  // namespace
 
-InputSource::InputSource(const Options& options) : options_(options) {}
+InputSource::InputSource(const Options& options) : options_(options) {
+  bool isFile = options_.filesFrom != nullptr;  // A list may name it.
+  for (const char* file : options_.files) isFile = isFile || std::string_view(file) == "-";
+  if (isFile && !ReadsStandardInput()) standardInput_.Prepare();
+}
 
 std::int64_t InputSource::total() const {
   if (options_.recursive || options_.filesFrom != nullptr) return -1;
@@ -50,20 +41,26 @@ InputSource::Next InputSource::Take(bool mayWait, Input* input) {
       if (TakeWalked(input)) return Next::kInput;
     } else if (nextFile_ < options_.files.size()) {
       input->name = options_.files[nextFile_++];
-      if (!EntersFolder(input)) return Next::kInput;
+      if (IsReady(input)) return Next::kInput;
     } else if (options_.filesFrom != nullptr) {
       const Next next = TakeListed(mayWait, input);
-      if (next != Next::kInput || !input->problem.empty() || !EntersFolder(input)) return next;
+      if (next != Next::kInput || !input->problem.empty() || IsReady(input)) return next;
     } else {
       return Next::kEnd;
     }
   }
 }
 
+bool InputSource::IsReady(Input* input) {
+  if (input->name != "-") return !EntersFolder(input);
+  input->problem = standardInput_.Fill();
+  return true;
+}
+
 // Whether the input is a folder to walk and its walk has begun. A folder that cannot be opened is an input with a
 // problem.
 bool InputSource::EntersFolder(Input* input) {
-  if (!options_.recursive || input->name == "-") return false;
+  if (!options_.recursive) return false;
   if (LookAtPath(input->name.c_str()).kind != PathFacts::Kind::kFolder) return false;
   return OpensFolder(input);
 }
@@ -73,45 +70,37 @@ bool InputSource::OpensFolder(Input* input) {
     input->problem = "too deep a folder";
     return false;
   }
-  std::error_code error;
-  fs::directory_iterator at(PathOf(input->name), error);
-  if (error) {
-    input->problem = error.message();
-    return false;
-  }
-  folders_.push_back({input->name, std::move(at), ""});
+  FolderReader entries;
+  if (!entries.Open(input->name, &input->problem)) return false;
+  folders_.push_back({input->name, std::move(entries)});
   return true;
 }
 
-// The next file below the folders, in the order in which the system gives them; false: the walk has ended.
+// The next file below the folders, in the order in which the system gives them; false: the walk has ended. A folder of
+// which not all entries can be read is an input with a problem, after those that can.
 bool InputSource::TakeWalked(Input* input) {
+  std::string name;
   while (!folders_.empty()) {
     Folder& folder = folders_.back();
-    if (folder.at == fs::directory_iterator()) {
+    FolderReader::Kind kind = FolderReader::Kind::kOther;
+    if (!folder.entries.Next(&name, &kind, &input->problem)) {
       input->name = std::move(folder.name);
-      input->problem = std::move(folder.problem);
       folders_.pop_back();
       if (!input->problem.empty()) return true;
       continue;
     }
-    const fs::directory_entry entry = *folder.at;
-    std::error_code error;
-    const fs::file_type type = entry.symlink_status(error).type();
-    folder.at.increment(error);  // At an error the folder has come to its end.
-    if (error) folder.problem = error.message();
-    input->name = NameOf(entry.path());
-    switch (type) {
-      case fs::file_type::directory:
-        if (!OpensFolder(input)) return true;
-        break;
-      case fs::file_type::regular:
-      case fs::file_type::not_found:  // Gone since it was listed; whoever opens it says so.
-      case fs::file_type::none:
-        input->walked = true;
-        return true;
-      default:
-        ++passedOver_;
+    if (kind == FolderReader::Kind::kOther) {
+      ++passedOver_;
+      continue;
     }
+    input->name = folder.name;
+    AppendToPath(name, &input->name);
+    if (kind == FolderReader::Kind::kFolder) {
+      if (!OpensFolder(input)) return true;
+      continue;
+    }
+    input->walked = true;
+    return true;
   }
   return false;
 }
@@ -127,7 +116,7 @@ InputSource::Next InputSource::TakeListed(bool mayWait, Input* input) {
       if (!mayWait && !list_.IsReady()) return Next::kNotYet;
       const std::ptrdiff_t got = list_.Read(bytes_.data(), bytes_.size());
       if (got < 0) return EndList(std::strerror(errno), input);
-      if (got == 0) {  // What stands behind the last end is a name too.
+      if (got == 0) {  // The last name may come without an end.
         listEnded_ = true;
         return partial_.empty() && !tooLong_ ? Next::kEnd : TakeEntry(input);
       }
@@ -151,8 +140,8 @@ InputSource::Next InputSource::TakeListed(bool mayWait, Input* input) {
   }
 }
 
-// The gathered entry as an input. An entry that is no name is a problem of the list's: the library's empty path would
-// be standard input, and a name with a zero byte in it another file.
+// The gathered entry as an input. An entry that cannot be a name is a problem of the list: the library would take an
+// empty path for standard input, and cut a name at its zero byte.
 InputSource::Next InputSource::TakeEntry(Input* input) {
   ++entry_;
   input->name = std::move(partial_);

@@ -1,10 +1,9 @@
-// The files of a call, one after the other: those of the command line, those of a list, those below folders. Never all
-// at once: a list may be longer than memory and still be growing.
+// The files of a call, one after the other: those of the command line, of a list, and below folders. They are never all
+// in memory: a list may be longer than that, and still be growing.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_INPUTS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_INPUTS_H_
 
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -15,8 +14,8 @@ namespace lxbridge::command {
 
 struct Input {
   std::string name;     // As it is printed; "-" is standard input.
-  bool walked = false;  // Found in a folder, not named by anybody: passed over when no reader takes it.
-  std::string problem;  // Not empty: there is no such file, and this is why.
+  bool walked = false;  // Found in a folder, so passed over if no reader takes it.
+  std::string problem;  // Not empty: it cannot be worked on, and this is why.
 };
 
 class InputSource {
@@ -24,25 +23,26 @@ class InputSource {
   explicit InputSource(const Options& options);
 
   enum class Next { kInput, kNotYet, kEnd };
-  // With mayWait never kNotYet, which says that the list has more but not now.
+  // kNotYet: the list may have more, but not now; never with mayWait.
   [[nodiscard]] Next Take(bool mayWait, Input* input);
 
-  // What kNotYet waits for.
+  // For WorkerProcesses::Wait after kNotYet.
   [[nodiscard]] int WaitDescriptor() const { return list_.descriptor(); }
-  // Whether standard input is the list, and so nobody else's.
+  // Whether standard input is the list, so that it cannot be a FILE.
   [[nodiscard]] bool ReadsStandardInput() const;
   // Links, pipes, devices met in folders so far.
   [[nodiscard]] std::uint64_t passedOver() const { return passedOver_; }
-  // How many inputs there will be, -1 where only the end will tell.
+  // The number of inputs, or -1 if only the end will tell.
   [[nodiscard]] std::int64_t total() const;
 
  private:
   struct Folder {
     std::string name;
-    std::filesystem::directory_iterator at;
-    std::string problem;  // That has ended it early.
+    FolderReader entries;
   };
 
+  // Whether the input that was taken is to be worked on as it is.
+  bool IsReady(Input* input);
   bool EntersFolder(Input* input);
   bool OpensFolder(Input* input);
   bool TakeWalked(Input* input);
@@ -52,16 +52,17 @@ class InputSource {
 
   const Options& options_;
   std::size_t nextFile_ = 0;
-  std::vector<Folder> folders_;  // The walk's way down to where it is.
+  std::vector<Folder> folders_;  // The folders that the walk is in, the innermost last.
   std::uint64_t passedOver_ = 0;
 
+  StandardInput standardInput_;
   ByteReader list_;
   bool listEnded_ = false;
-  bool tooLong_ = false;  // The entry at hand is; the rest of it is passed over.
+  bool tooLong_ = false;  // The current entry is, and the rest of it is skipped.
   std::uint64_t entry_ = 0;
-  std::vector<char> bytes_;  // Read of the list and not taken: [from_, to_). Empty: the list is not open.
+  std::vector<char> bytes_;  // [from_, to_) is read from the list and not taken. Empty: the list is not open.
   std::size_t from_ = 0, to_ = 0;
-  std::string partial_;  // The front of an entry that has not come whole.
+  std::string partial_;  // The front of an entry of which the rest has not arrived.
 };
 
 }  // namespace lxbridge::command

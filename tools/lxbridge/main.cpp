@@ -1,4 +1,4 @@
-// The `lxbridge` command: the command line, and what its results are as exit status.
+// The `lxbridge` command: from the command line to the exit status.
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -7,6 +7,7 @@
 #include "tools/lxbridge/commands.h"
 #include "tools/lxbridge/options.h"
 #include "tools/lxbridge/output.h"
+#include "tools/lxbridge/system.h"
 #include "tools/lxbridge/worker_process.h"
 
 namespace command = lxbridge::command;
@@ -22,9 +23,9 @@ int Run(int argc, char** argv) {
   }
   switch (options.action) {
     case command::Action::kHelp:
-      return command::WriteResult(command::HelpText()) ? command::kExitOk : command::kExitFileFailed;
+      return command::WriteResult(command::HelpText()) ? command::kExitOk : command::kExitCutOff;
     case command::Action::kVersion:
-      return command::WriteResult(command::VersionText()) ? command::kExitOk : command::kExitFileFailed;
+      return command::WriteResult(command::VersionText()) ? command::kExitOk : command::kExitCutOff;
     case command::Action::kPool:
     case command::Action::kXmp:
       break;
@@ -35,14 +36,15 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  command::OpenClosedStandardStreams();
   command::BecomeWorkerIfStartedAsOne();
   (void)LxPlatformArguments(&argc, &argv);
   LxPlatformSetTextMode(stdout, false);
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {
-    // What no single file can be blamed for: no memory for the command itself, or libraries that do not fit together.
-    command::ReportLines(error.what());
-    return command::kExitFileFailed;
+    // No single file is to blame: no memory for the command itself, or libraries that do not fit together.
+    command::ReportWithoutMemory("", command::MessageOf(error));
+    return command::kExitCutOff;
   }
 }

@@ -1,25 +1,90 @@
 // Standard output and standard error.
 #include "tools/lxbridge/output.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "kit/base/platform.h"
+#include "tools/json/utf8.h"
 #include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
 
+namespace {
+
+constexpr char kHexDigits[] = "0123456789abcdef";
+
+// The escape of a character, or of a byte that is not part of one.
+struct Escape {
+  char text[8] = {};
+  std::size_t length = 0;
+
+  void Put(char c) { text[length++] = c; }
+  Escape(char letter, char32_t value, int digits) {
+    Put('\\');
+    Put(letter);
+    while (digits > 0) Put(kHexDigits[value >> (4 * --digits) & 15]);
+  }
+};
+
+Escape EscapeOf(char32_t c) {
+  switch (c) {
+    case '\n':
+      return {'n', 0, 0};
+    case '\r':
+      return {'r', 0, 0};
+    case '\t':
+      return {'t', 0, 0};
+    case '\\':
+      return {'\\', 0, 0};
+    default:
+      return c < 0x100 ? Escape('x', c, 2) : Escape('u', c, 4);
+  }
+}
+
+// Gives the text to `append` piece by piece, none of them longer than an escape.
+template <typename Append>
+void ForOneLine(std::string_view text, bool isName, Append append) {
+  while (!text.empty()) {
+    char32_t c = 0;
+    std::size_t length = json::DecodeUtf8(text, &c);
+    if (length == 0) {  // A terminal that is not in UTF-8 mode obeys such a byte as it does the character.
+      length = 1;
+      c = static_cast<unsigned char>(text[0]);
+      if (c >= 0xA0) c = '?';
+    }
+    if (json::IsTerminalControl(c) || (isName && c == '\\')) {
+      const Escape escape = EscapeOf(c);
+      append(std::string_view(escape.text, escape.length));
+    } else {
+      append(text.substr(0, length));
+    }
+    text.remove_prefix(length);
+  }
+}
+
+std::string OneLineOf(std::string_view text, bool isName) {
+  std::string line;
+  line.reserve(text.size());
+  ForOneLine(text, isName, [&line](std::string_view piece) { line.append(piece); });
+  return line;
+}
+
+}  // namespace
+
 bool WriteResult(std::string_view text) {
   if (WriteStandardOutput(text)) return true;
   const int error = errno;
-  if (!LxPlatformIsClosedPipe(error)) WriteMessages(FileMessage("standard output", std::strerror(error)));
+  if (!LxPlatformIsClosedPipe(error)) ReportWithoutMemory("standard output", std::strerror(error));
   return false;
 }
 
 std::string FileMessage(std::string_view file, std::string_view what) {
-  std::string line = "lxbridge: " + OnOneLine(file);
+  std::string line = "lxbridge: " + NameOnOneLine(file);
   return line.append(": ").append(OnOneLine(what)).append("\n");
 }
 
@@ -34,33 +99,36 @@ void ReportLines(std::string_view line, std::string_view nextLine) {
   WriteMessages(lines);
 }
 
-std::string OnOneLine(std::string_view text) {
-  std::string line;
-  line.reserve(text.size());
-  const auto escape = [&line](unsigned char c) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    line.append("\\x").push_back(kDigits[c >> 4]);
-    line.push_back(kDigits[c & 15]);
+void ReportWithoutMemory(std::string_view file, std::string_view what) noexcept {
+  char line[20 * 1024];
+  std::size_t length = 0;
+  const auto append = [&](std::string_view piece) {
+    if (piece.size() >= sizeof line - length) return;  // The line's end always fits.
+    std::copy(piece.begin(), piece.end(), line + length);
+    length += piece.size();
   };
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<unsigned char>(text[i]);
-    const unsigned char next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0;
-    if (c == '\n') {
-      line.append("\\n");
-    } else if (c == '\r') {
-      line.append("\\r");
-    } else if (c == '\t') {
-      line.append("\\t");
-    } else if (c < 0x20 || c == 0x7F) {
-      escape(c);
-    } else if (c == 0xC2 && next >= 0x80 && next < 0xA0) {  // U+0080 to U+009F, the second set of control characters.
-      escape(next);
-      ++i;
-    } else {
-      line.push_back(text[i]);
-    }
+  append("lxbridge: ");
+  // An escape is at most four times as long as what it stands for. The end of a longer name is cut.
+  constexpr std::size_t kLongestName = 4096;
+  if (!file.empty()) {
+    ForOneLine(file.substr(0, kLongestName), true, append);
+    append(file.size() > kLongestName ? "...: " : ": ");
   }
-  return line;
+  ForOneLine(what, false, append);
+  line[length++] = '\n';
+  WriteMessages({line, length});
+}
+
+const char* MessageOf(const std::exception& error) noexcept {
+  return dynamic_cast<const std::bad_alloc*>(&error) != nullptr ? kNoMemoryMessage : error.what();
+}
+
+std::string OnOneLine(std::string_view text) {
+  return OneLineOf(text, false);
+}
+
+std::string NameOnOneLine(std::string_view name) {
+  return OneLineOf(name, true);
 }
 
 }  // namespace lxbridge::command

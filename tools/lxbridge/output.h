@@ -1,7 +1,8 @@
-// Where results and messages go.
+// Standard output and standard error: results, messages, and the texts of others on one line.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -14,16 +15,27 @@ namespace lxbridge::command {
 // The line "lxbridge: FILE: WHAT", with its end.
 [[nodiscard]] std::string FileMessage(std::string_view file, std::string_view what);
 
-// On standard error, in one write, so that lines of several processes do not mix.
+// Writes to standard error, in one write, so that lines of several processes do not mix.
 void WriteMessages(std::string_view lines);
 
-// The lines "lxbridge: LINE" on standard error, in one write.
+// Writes the line "lxbridge: LINE" and, if given, a second line to standard error, in one write.
 void ReportLines(std::string_view line, std::string_view nextLine = "");
 
-// A text of somebody else's for one line that a person reads: a file's name may hold line ends and what a terminal
-// obeys, and a message stays one line. Control characters become C escapes ("\n", "\x1b"); all other bytes stay as they
-// are, so that a name can be found again.
+// Writes "lxbridge: FILE: WHAT" (or "lxbridge: WHAT" for an empty file) to standard error without allocating memory, so
+// that a lack of memory can be reported. Names are cut after 4096 bytes.
+void ReportWithoutMemory(std::string_view file, std::string_view what) noexcept;
+
+// The message of an exception: "NoMemory" for std::bad_alloc, else what it says.
+[[nodiscard]] const char* MessageOf(const std::exception& error) noexcept;
+
+inline constexpr const char* kNoMemoryMessage = "NoMemory";
+
+// A text from elsewhere, such as a file's name, as part of one line that a person reads. Whatever a terminal could obey
+// is escaped: C0 and C1 control characters, DEL ("\n", "\x1b"), line and paragraph separators and bidirectional
+// controls ("\u202e"). In a name a backslash is doubled, so that two names never look the same. Other bytes, also those
+// that are not UTF-8, stay as they are.
 [[nodiscard]] std::string OnOneLine(std::string_view text);
+[[nodiscard]] std::string NameOnOneLine(std::string_view name);
 
 }  // namespace lxbridge::command
 

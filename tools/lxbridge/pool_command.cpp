@@ -12,6 +12,7 @@
 #include "kit/readers/read_file.h"
 #include "tools/json/json_writer.h"
 #include "tools/json/pool_json.h"
+#include "tools/json/utf8.h"
 #include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/output.h"
 #include "tools/lxbridge/system.h"
@@ -40,8 +41,8 @@ void PadTo(std::size_t column, std::string* line) {
   line->append(line->size() < column ? column - line->size() : 1, ' ');
 }
 
-// A display text as a person can read it on one line: no control characters, which a terminal would obey, bytes that
-// are not UTF-8 as "?", and no more than fits a line or two. The JSON form has all of it.
+// A display text as a person can read it on one line: no characters that a terminal would obey, bytes that are not
+// UTF-8 as "?", and no more than fits a line or two. The JSON form has all of it.
 void AppendForPerson(std::string* out, std::string_view text) {
   const bool shortened = text.size() > kShownDisplay;
   if (shortened) {
@@ -49,20 +50,18 @@ void AppendForPerson(std::string* out, std::string_view text) {
     while (end > kShownDisplay - 3 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
     text = text.substr(0, end);
   }
-  const bool valid = json::IsValidUtf8(text);
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<unsigned char>(text[i]);
-    const bool c1 = c == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
-    if (c < 0x20 || c == 0x7F) {
-      out->push_back(' ');
-    } else if (c >= 0x80 && !valid) {
+  while (!text.empty()) {
+    char32_t c = 0;
+    std::size_t length = json::DecodeUtf8(text, &c);
+    if (length == 0) {
       out->push_back('?');
-    } else if (c1) {
+      length = 1;
+    } else if (json::IsTerminalControl(c)) {
       out->push_back(' ');
-      ++i;
     } else {
-      out->push_back(static_cast<char>(c));
+      out->append(text.substr(0, length));
     }
+    text.remove_prefix(length);
   }
   if (shortened) out->append("...");
 }
@@ -87,7 +86,7 @@ void AppendTree(std::string* out, const LxMetadataItem* item, std::size_t depth,
 }
 
 void WriteText(std::string* out, const char* file, const LxMetadataPool& pool, bool all) {
-  out->append(OnOneLine(file)).append(": ").append(TextOrEmpty(LxFileKindName(pool.fileKind)));
+  out->append(NameOnOneLine(file)).append(": ").append(TextOrEmpty(LxFileKindName(pool.fileKind)));
   if (pool.width != 0 || pool.height != 0) {
     out->append(", ").append(std::to_string(pool.width)).append(" x ").append(std::to_string(pool.height));
     out->append(", ").append(std::to_string(pool.samples)).append(" x ").append(std::to_string(pool.bits));

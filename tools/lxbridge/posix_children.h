@@ -1,4 +1,4 @@
-// The worker processes as the signal handlers see them. POSIX; for system_posix.cpp and worker_process_posix.cpp.
+// The worker processes as signal handlers need them. POSIX; shared by system_posix.cpp and worker_process_posix.cpp.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_POSIX_CHILDREN_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_POSIX_CHILDREN_H_
 
@@ -10,13 +10,13 @@
 
 namespace lxbridge::command {
 
-// The process of each worker, 0 where there is none. A process is entered while signals are blocked and taken out
-// before it is waited for, so a handler never kills another one of the same number.
+// The process of each worker, 0 for a free slot. A process is entered while signals are blocked and removed before it
+// is waited for, so a handler never kills another process of the same number.
 extern std::atomic<pid_t> children[kMostProcesses];
 static_assert(std::atomic<pid_t>::is_always_lock_free);
 
-void KillChildren() noexcept;           // Safe in a signal handler, as the next one.
-void EndBySignal(int number) noexcept;  // As if nobody had caught it.
+void KillChildren() noexcept;           // Safe in a signal handler, like the next one.
+void EndBySignal(int number) noexcept;  // As if it had not been caught.
 void ForgetEndingSignals();             // In a worker.
 
 }  // namespace lxbridge::command

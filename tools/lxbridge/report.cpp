@@ -1,4 +1,4 @@
-// Results and counts on their way out.
+// Results, messages, progress and counts on their way out.
 #include "tools/lxbridge/report.h"
 
 #include <cstdio>
@@ -70,16 +70,26 @@ bool Report::Add(std::uint64_t number, FileResult* result) {
   return true;
 }
 
+bool Report::AddFailureWithoutMemory(std::uint64_t number, std::string_view file, std::string_view what) {
+  if (number == next_) ++next_;
+  exitStatus_ = kExitFileFailed;
+  if (!Flush()) return false;
+  ClearProgress();
+  ReportWithoutMemory(file, what);
+  DrawProgress();
+  return true;
+}
+
 bool Report::Emit(const FileResult& result) {
   Count(result);
   if (!result.messages.empty()) {
     if (!Flush()) return false;
     ClearProgress();
     WriteMessages(result.messages);
+    DrawProgress();
   }
   if (result.out.size() >= kOutBlock) {  // Not copied first.
     if (!Flush()) return false;
-    ClearProgress();
     return Write(result.out);
   }
   out_.append(result.out);
@@ -88,21 +98,21 @@ bool Report::Emit(const FileResult& result) {
 
 bool Report::Flush() {
   if (out_.empty()) return true;
-  ClearProgress();
   const bool written = Write(out_);
   out_.clear();
   return written;
 }
 
 bool Report::Write(std::string_view text) {
+  if (resultsDisturbLine_) EndProgress();
   if (WriteResult(text)) return true;
-  exitStatus_ = kExitFileFailed;
+  exitStatus_ = kExitCutOff;
   broken_ = true;
   return false;
 }
 
 void Report::Count(const FileResult& result) {
-  if (result.failed) exitStatus_ = kExitFileFailed;
+  if (result.failed && exitStatus_ == 0) exitStatus_ = kExitFileFailed;
   ++done_;
   doneBytes_ += result.bytes;
   if (!options_.summary) return;
@@ -114,11 +124,11 @@ void Report::Count(const FileResult& result) {
   if (result.kind != kNoKind) ++kinds_[result.kind];
 }
 
-void Report::Fault(const std::string& what) {
-  exitStatus_ = kExitFileFailed;
+void Report::Fault(std::string_view what) {
   (void)Flush();
-  ClearProgress();
-  ReportLines(what);
+  exitStatus_ = kExitCutOff;
+  EndProgress();
+  ReportWithoutMemory("", what);
 }
 
 void Report::ShowProgress() {
@@ -131,6 +141,7 @@ void Report::ShowProgress() {
       return;
     }
     shown_ = LxPlatformIsTerminal(stderr) ? Shown::kTerminal : Shown::kLines;
+    resultsDisturbLine_ = LxPlatformIsTerminal(stdout);
   }
   nextProgress_ = now + (shown_ == Shown::kTerminal ? kTerminalProgress : kLineProgress);
   const std::string text = "lxbridge: " + ProgressText(std::chrono::duration<double>(now - began_).count());
@@ -138,8 +149,12 @@ void Report::ShowProgress() {
     WriteMessages(text + '\n');
     return;
   }
-  WriteMessages("\r" + text + "\x1B[K");
-  lineStands_ = true;
+  line_ = "\r" + text + "\x1B[K";
+  DrawProgress();
+}
+
+void Report::DrawProgress() const {
+  if (!line_.empty()) WriteMessages(line_);
 }
 
 std::string Report::ProgressText(double seconds) const {
@@ -155,14 +170,17 @@ std::string Report::ProgressText(double seconds) const {
   return text;
 }
 
-void Report::ClearProgress() {
-  if (!lineStands_) return;
-  WriteMessages("\r\x1B[K");
-  lineStands_ = false;
+void Report::ClearProgress() const {
+  if (!line_.empty()) WriteMessages("\r\x1B[K");
+}
+
+void Report::EndProgress() {
+  ClearProgress();
+  line_.clear();
 }
 
 void Report::End(std::uint64_t passedOver) {
-  ClearProgress();
+  EndProgress();
   if (broken_) return;
   if (options_.progress) {
     ReportLines(ProgressText(std::chrono::duration<double>(Clock::now() - began_).count()));

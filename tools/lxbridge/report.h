@@ -1,5 +1,5 @@
-// What has become of the files so far, on its way out: results and messages in the order of the files, progress, the
-// summary, the exit status.
+// Gathers the results of the files and writes them and their messages in the order of the files; shows progress, writes
+// the summary and knows the exit status.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_REPORT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_REPORT_H_
 
@@ -14,8 +14,8 @@
 
 namespace lxbridge::command {
 
-// Whether progress is shown once the work takes a while: when it is asked for, or on a terminal to which no results go,
-// for a line that comes and goes between them would be in the way.
+// Whether progress is shown once the work takes a while: when it is asked for, or when standard error is a terminal and
+// standard output is not. On one terminal with the results the line would be in the way.
 [[nodiscard]] bool MayShowProgress(const Options& options);
 
 class Report {
@@ -27,6 +27,8 @@ class Report {
   // there, and then taken out of *result; else *result keeps its buffers for the next file. False: standard output
   // cannot be written any more, and all is to end.
   [[nodiscard]] bool Add(std::uint64_t number, FileResult* result);
+  // In place of Add where that, or what makes the result, found no memory: says so of the file and allocates nothing.
+  [[nodiscard]] bool AddFailureWithoutMemory(std::uint64_t number, std::string_view file, std::string_view what);
   // Writes what has been gathered to save calls of the system; before every wait.
   [[nodiscard]] bool Flush();
   // The next number in the order of the files.
@@ -35,18 +37,21 @@ class Report {
   [[nodiscard]] std::size_t heldBytes() const { return heldBytes_; }
 
   void ShowProgress();
-  // The last of it; `passedOver`: besides the results that say so themselves.
+  // Ends the report: the last line of progress and the summary. `passedOver`: files that gave no result at all.
   void End(std::uint64_t passedOver);
 
-  // Something went wrong that no file is to blame for.
-  void Fault(const std::string& what);
+  // Ends the run for a reason that no file is to blame for; results are missing.
+  void Fault(std::string_view what);
   [[nodiscard]] int exitStatus() const { return exitStatus_; }
 
  private:
   [[nodiscard]] bool Emit(const FileResult& result);
   [[nodiscard]] bool Write(std::string_view text);
   void Count(const FileResult& result);
-  void ClearProgress();
+  // The line of progress goes for what else is written to the terminal, and comes back.
+  void ClearProgress() const;
+  void DrawProgress() const;
+  void EndProgress();
   [[nodiscard]] std::string ProgressText(double seconds) const;
 
   const Options& options_;
@@ -57,7 +62,7 @@ class Report {
   std::map<std::uint64_t, FileResult> held_;
   std::size_t heldBytes_ = 0;
   std::string out_;
-  bool broken_ = false;  // Standard output is.
+  bool broken_ = false;  // Standard output cannot be written.
 
   std::uint64_t done_ = 0;
   std::uint64_t doneBytes_ = 0;
@@ -68,7 +73,8 @@ class Report {
   using Clock = std::chrono::steady_clock;
   enum class Shown { kNotAsked, kNever, kTerminal, kLines };
   Shown shown_ = Shown::kNotAsked;
-  bool lineStands_ = false;  // A line of progress stands on the terminal.
+  std::string line_;                 // The line of progress that stands on the terminal; empty: none does.
+  bool resultsDisturbLine_ = false;  // They go to the same terminal.
   const Clock::time_point began_ = Clock::now();
   Clock::time_point nextProgress_;
 };

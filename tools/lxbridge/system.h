@@ -1,5 +1,6 @@
-// What the command asks of the system beyond the kit's platform layer: lists that arrive bit by bit, what a path is,
-// writing whole results, ending at a signal. One implementation a system (system_posix.cpp, system_windows.cpp).
+// What the command asks of the system beyond the kit's platform layer: lists that arrive bit by bit, standard input
+// that cannot be sought, what a path is, writing whole results, ending at a signal. Implemented once for each system
+// (system_posix.cpp, system_windows.cpp).
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_SYSTEM_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_SYSTEM_H_
 
@@ -23,7 +24,7 @@ class ByteReader {
   [[nodiscard]] std::ptrdiff_t Read(char* buffer, std::size_t length);
   // Whether Read would not wait.
   [[nodiscard]] bool IsReady() const;
-  // What a wait for it to be ready takes (WorkerProcesses::Wait).
+  // For WorkerProcesses::Wait, which waits for it to be ready.
   [[nodiscard]] int descriptor() const { return descriptor_; }
 
  private:
@@ -33,6 +34,36 @@ class ByteReader {
   Ahead* ahead_ = nullptr;  // Where the system does not say whether there is something, it is read by a thread.
 };
 
+// Standard input as a file that the library can read. One that cannot be sought (a pipe, a terminal) is copied into an
+// unnamed temporary file first, which takes its place as the standard input of this process and of the workers.
+class StandardInput {
+ public:
+  StandardInput() = default;
+  ~StandardInput();
+  StandardInput(const StandardInput&) = delete;
+  StandardInput& operator=(const StandardInput&) = delete;
+
+  // Puts the temporary file, still empty, in place if one is needed. Before any worker is started.
+  void Prepare();
+  // Copies all of standard input into it, at the first call. Returns why it cannot be read; empty: it can.
+  [[nodiscard]] const std::string& Fill();
+
+ private:
+  std::string CopyAll() const;
+
+  int source_ = -1;  // The standard input that was copied; -1: it can be sought.
+  int problem_ = 0;  // errno of a temporary file that could not be made.
+  bool filled_ = false;
+  std::string failure_;
+};
+
+// At the start of the process, gives standard streams that are closed a descriptor on which reads and writes fail, so
+// that no other file gets their numbers.
+void OpenClosedStandardStreams();
+
+// False: standard output was closed or is open for reading only; errno says so.
+[[nodiscard]] bool StandardOutputCanBeWritten();
+
 struct PathFacts {
   enum class Kind { kMissing, kFolder, kRegular, kOther };
   Kind kind = Kind::kMissing;
@@ -41,11 +72,34 @@ struct PathFacts {
 };
 [[nodiscard]] PathFacts LookAtPath(const char* path);
 
-// From here on an interruption, a request to end or a broken pipe ends the process at once and the worker processes
-// with it, but never within a text of WriteStandardOutput: that is finished first. A second one does not wait for it.
+// The entries of a folder, in the order in which the system gives them, without "." and "..".
+class FolderReader {
+ public:
+  enum class Kind { kFolder, kFile, kOther };  // A link is kOther whatever it leads to. A file may be gone by now.
+
+  FolderReader() = default;
+  ~FolderReader();
+  FolderReader(FolderReader&& other) noexcept;
+  FolderReader& operator=(FolderReader&& other) noexcept;
+
+  // False: `problem` says why not.
+  [[nodiscard]] bool Open(const std::string& path, std::string* problem);
+  // False: the end, or an error that `problem` tells. Takes memory only for the name.
+  [[nodiscard]] bool Next(std::string* name, Kind* kind, std::string* problem);
+
+ private:
+  struct State;
+  State* state_ = nullptr;
+};
+
+// Appends the name of an entry to the path of its folder.
+void AppendToPath(std::string_view name, std::string* path);
+
+// From now on an interruption, a request to end or a broken pipe ends the process at once and the worker processes with
+// it, except within a text of WriteStandardOutput, which is finished first. A second signal does not wait for that.
 void EndWholeAtSignals();
 
-// Makes a terminal obey what progress is written with.
+// Makes a terminal obey the control sequences that progress is written with.
 void PrepareTerminal();
 
 // Writes all of the text. False: errno says why not.

@@ -3,13 +3,19 @@
 #define _FILE_OFFSET_BITS 64
 #endif
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <stdlib.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
 
 #include "tools/lxbridge/posix_children.h"
 #include "tools/lxbridge/system.h"
@@ -18,6 +24,8 @@ namespace lxbridge::command {
 
 namespace {
 
+constexpr std::int64_t kLongestStandardInput = std::int64_t{4} << 30;
+constexpr std::size_t kCopyBlock = 64 * 1024;
 constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 volatile sig_atomic_t writing = 0;
@@ -30,6 +38,52 @@ extern "C" void EndAtSignal(int number) {
     return;
   }
   EndBySignal(number);
+}
+
+// Descriptors from a parent may be set not to wait.
+void WaitFor(int descriptor, short events) {
+  pollfd ready = {descriptor, events, 0};
+  (void)::poll(&ready, 1, -1);
+}
+
+bool WriteAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t done = ::write(descriptor, text.data(), text.size());
+    if (done >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(done));
+    } else if (errno == EAGAIN) {
+      WaitFor(descriptor, POLLOUT);
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// At least a byte; 0 at the end, -1 for an error.
+std::ptrdiff_t ReadSome(int descriptor, char* buffer, std::size_t length) {
+  for (;;) {
+    const ssize_t got = ::read(descriptor, buffer, length);
+    if (got >= 0 || (errno != EINTR && errno != EAGAIN)) return got;
+    if (errno == EAGAIN) WaitFor(descriptor, POLLIN);
+  }
+}
+
+// In the folder for temporary files, or in memory where there is no such folder. -1: errno says why not.
+int OpenUnnamedFile() {
+  const char* folder = std::getenv("TMPDIR");
+  if (folder == nullptr || *folder == '\0') folder = "/tmp";
+#ifdef O_TMPFILE
+  const int file = ::open(folder, O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+  if (file >= 0) return file;
+#endif
+  std::string name = std::string(folder) + "/lxbridge-XXXXXX";
+  const int named = ::mkostemp(name.data(), O_CLOEXEC);
+  if (named >= 0) (void)::unlink(name.c_str());
+#ifdef MFD_CLOEXEC
+  if (named < 0) return ::memfd_create("standard input", MFD_CLOEXEC);
+#endif
+  return named;
 }
 
 }  // namespace
@@ -75,22 +129,8 @@ void ForgetEndingSignals() {
 void PrepareTerminal() {}
 
 bool WriteStandardOutput(std::string_view text) {
-  bool whole = true;
   writing = 1;
-  while (!text.empty()) {
-    const ssize_t done = ::write(STDOUT_FILENO, text.data(), text.size());
-    if (done < 0 && errno == EINTR) continue;
-    if (done < 0 && errno == EAGAIN) {  // Somebody else's descriptor may be set not to wait.
-      pollfd ready = {STDOUT_FILENO, POLLOUT, 0};
-      (void)::poll(&ready, 1, -1);
-      continue;
-    }
-    if (done < 0) {
-      whole = false;
-      break;
-    }
-    text.remove_prefix(static_cast<std::size_t>(done));
-  }
+  const bool whole = WriteAll(STDOUT_FILENO, text);
   const int error = errno;
   writing = 0;
   if (endAt != 0) EndBySignal(endAt);
@@ -114,6 +154,115 @@ PathFacts LookAtPath(const char* path) {
   return facts;
 }
 
+void OpenClosedStandardStreams() {
+  // Each open takes the lowest free descriptor. The direction is the wrong one, so that using it is an error.
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(descriptor, F_GETFD) >= 0 || errno != EBADF) continue;
+    (void)!::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
+bool StandardOutputCanBeWritten() {
+  const int flags = ::fcntl(STDOUT_FILENO, F_GETFL);
+  if (flags >= 0 && (flags & O_ACCMODE) == O_RDONLY) errno = EBADF;
+  return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
+}
+
+StandardInput::~StandardInput() {
+  if (source_ >= 0) (void)::close(source_);
+}
+
+void StandardInput::Prepare() {
+  if (::lseek(STDIN_FILENO, 0, SEEK_CUR) >= 0 || errno != ESPIPE) return;
+  const int file = OpenUnnamedFile();
+  if (file < 0) {
+    problem_ = errno;
+    return;
+  }
+  source_ = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  if (source_ < 0 || ::dup2(file, STDIN_FILENO) < 0) problem_ = errno;
+  (void)::close(file);
+}
+
+const std::string& StandardInput::Fill() {
+  if (!filled_) {
+    filled_ = true;
+    if (problem_ != 0) {
+      failure_ = std::strerror(problem_);
+    } else if (source_ >= 0) {
+      failure_ = CopyAll();
+    }
+  }
+  return failure_;
+}
+
+std::string StandardInput::CopyAll() const {
+  char block[kCopyBlock];
+  for (std::int64_t copied = 0;;) {
+    const std::ptrdiff_t got = ReadSome(source_, block, kCopyBlock);
+    if (got < 0) return std::strerror(errno);
+    if (got == 0) break;
+    copied += got;
+    if (copied > kLongestStandardInput) return "longer than 4 GiB";
+    if (!WriteAll(STDIN_FILENO, std::string_view(block, static_cast<std::size_t>(got)))) {
+      return std::strerror(errno);
+    }
+  }
+  return ::lseek(STDIN_FILENO, 0, SEEK_SET) == 0 ? std::string() : std::strerror(errno);
+}
+
+struct FolderReader::State {
+  DIR* folder;
+};
+
+FolderReader::~FolderReader() {
+  if (state_ == nullptr) return;
+  (void)::closedir(state_->folder);
+  delete state_;
+}
+
+FolderReader::FolderReader(FolderReader&& other) noexcept : state_(std::exchange(other.state_, nullptr)) {}
+
+FolderReader& FolderReader::operator=(FolderReader&& other) noexcept {
+  std::swap(state_, other.state_);
+  return *this;
+}
+
+bool FolderReader::Open(const std::string& path, std::string* problem) {
+  state_ = new State{::opendir(path.c_str())};
+  if (state_->folder != nullptr) return true;
+  problem->assign(std::strerror(errno));
+  delete std::exchange(state_, nullptr);
+  return false;
+}
+
+bool FolderReader::Next(std::string* name, Kind* kind, std::string* problem) {
+  for (;;) {
+    errno = 0;
+    const dirent* entry = ::readdir(state_->folder);
+    if (entry == nullptr) {
+      if (errno != 0) problem->assign(std::strerror(errno));
+      return false;
+    }
+    const std::string_view found = entry->d_name;
+    if (found == "." || found == "..") continue;
+    mode_t type = DTTOIF(entry->d_type);
+    if (entry->d_type == DT_UNKNOWN) {  // Some file systems do not say.
+      struct stat status = {};
+      const bool gone = ::fstatat(::dirfd(state_->folder), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0;
+      type = gone ? S_IFREG : status.st_mode;
+    }
+    *kind = S_ISDIR(type) ? Kind::kFolder : S_ISREG(type) ? Kind::kFile : Kind::kOther;
+    name->assign(found);
+    return true;
+  }
+}
+
+void AppendToPath(std::string_view name, std::string* path) {
+  if (!path->empty() && path->back() != '/') path->push_back('/');
+  path->append(name);
+}
+
 bool ByteReader::Open(const char* path) {
   owned_ = std::string_view(path) != "-";
   descriptor_ = owned_ ? ::open(path, O_RDONLY | O_CLOEXEC) : STDIN_FILENO;
@@ -125,16 +274,7 @@ ByteReader::~ByteReader() {
 }
 
 std::ptrdiff_t ByteReader::Read(char* buffer, std::size_t length) {
-  for (;;) {
-    const ssize_t got = ::read(descriptor_, buffer, length);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0 && errno == EAGAIN) {
-      pollfd ready = {descriptor_, POLLIN, 0};
-      (void)::poll(&ready, 1, -1);
-      continue;
-    }
-    return got;
-  }
+  return ReadSome(descriptor_, buffer, length);
 }
 
 bool ByteReader::IsReady() const {

@@ -8,8 +8,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
+#include <string>
 #include <system_error>
+#include <utility>
 
 #include "tools/lxbridge/system.h"
 
@@ -17,8 +18,57 @@ namespace lxbridge::command {
 
 namespace {
 
-std::filesystem::path NativePath(const char* path) {
-  return std::filesystem::path(reinterpret_cast<const char8_t*>(path));
+constexpr std::int64_t kLongestStandardInput = std::int64_t{4} << 30;
+constexpr std::size_t kCopyBlock = 64 * 1024;
+// Longer paths are taken only in the form that the system does not look into; folders leave room for a name of 8.3.
+constexpr std::size_t kLongestPlainPath = 247;
+
+bool outputWasClosed = false;
+
+bool IsOpen(HANDLE handle) {
+  return handle != nullptr && handle != INVALID_HANDLE_VALUE;
+}
+
+// The C runtime gives a handle as a number, and -2 for a standard stream without one.
+HANDLE HandleOf(int descriptor) {
+  const std::intptr_t number = _get_osfhandle(descriptor);
+  return number < 0 ? INVALID_HANDLE_VALUE : reinterpret_cast<HANDLE>(number);  // NOLINT(performance-no-int-to-ptr)
+}
+
+// What is not UTF-8 becomes U+FFFD, so that no such file is found.
+std::wstring WideOf(std::string_view text) {
+  const auto length = static_cast<int>(text.size());
+  std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0)), L'\0');
+  (void)MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), static_cast<int>(wide.size()));
+  return wide;
+}
+
+// A name that is not UTF-16 gets U+FFFD likewise.
+std::string Utf8Of(std::wstring_view wide) {
+  const auto length = static_cast<int>(wide.size());
+  const int size = WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string text(static_cast<std::size_t>(size), '\0');
+  (void)WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, text.data(), size, nullptr, nullptr);
+  return text;
+}
+
+std::wstring WidePath(const char* path) {
+  std::wstring wide = WideOf(path);
+  if (wide.size() <= kLongestPlainPath || wide.starts_with(L"\\\\?\\")) return wide;
+  std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
+  full.resize(GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  if (full.starts_with(L"\\\\")) return L"\\\\?\\UNC" + full.substr(1);
+  return L"\\\\?\\" + full;
+}
+
+// A file that goes when it is closed; workers inherit it as their standard input.
+HANDLE OpenUnnamedFile() {
+  wchar_t folder[MAX_PATH + 1], name[MAX_PATH + 1];
+  if (GetTempPathW(MAX_PATH + 1, folder) == 0 || GetTempFileNameW(folder, L"lxb", 0, name) == 0) {
+    return INVALID_HANDLE_VALUE;
+  }
+  return CreateFileW(name, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                     nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
 }
 
 std::atomic<bool> writing = false;
@@ -28,7 +78,7 @@ void EndAsInterrupted() {
   (void)TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_CONTROL_C_EXIT));
 }
 
-// In a thread that the system starts for it. The worker processes end with the command.
+// Runs in a thread that the system starts for it. The worker processes end with the command.
 BOOL WINAPI EndAtEvent(DWORD event) {
   if (endsAfterWrite.exchange(true) || !writing) EndAsInterrupted();
   // When the console closes or the session ends, the system ends the process as soon as it has this answer.
@@ -49,7 +99,7 @@ void PrepareTerminal() {
 }
 
 bool WriteStandardOutput(std::string_view text) {
-  // Whoever of this thread and the event's comes second sees what the other has said.
+  // Of this thread and the event's, the one that comes second sees the other's flag.
   writing = true;
   if (endsAfterWrite) EndAsInterrupted();
   const bool whole = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
@@ -60,27 +110,141 @@ bool WriteStandardOutput(std::string_view text) {
 
 PathFacts LookAtPath(const char* path) {
   PathFacts facts;
-  std::error_code error;
-  const std::filesystem::path native = NativePath(path);
-  const std::filesystem::file_status status = std::filesystem::status(native, error);
-  if (std::filesystem::is_directory(status)) {
+  const std::wstring wide = WidePath(path);
+  WIN32_FILE_ATTRIBUTE_DATA found = {};
+  if (!GetFileAttributesExW(wide.c_str(), GetFileExInfoStandard, &found)) return facts;
+  if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
     facts.kind = PathFacts::Kind::kFolder;
-  } else if (std::filesystem::is_regular_file(status)) {
-    facts.kind = PathFacts::Kind::kRegular;
-    const std::uintmax_t size = std::filesystem::file_size(native, error);
-    facts.bytes = error ? 0 : size;
-    // Rights are lists there, which only opening the file evaluates.
-    std::FILE* file = _wfopen(native.c_str(), L"rb");
-    facts.readable = file != nullptr;
-    if (file != nullptr) (void)std::fclose(file);
-  } else if (std::filesystem::exists(status)) {
-    facts.kind = PathFacts::Kind::kOther;
+    return facts;
   }
+  // Access rights are lists, which only opening the file evaluates; and only then a device is told from a file.
+  const HANDLE file = CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, 0, nullptr);
+  facts.readable = file != INVALID_HANDLE_VALUE;
+  const bool regular = !facts.readable || GetFileType(file) == FILE_TYPE_DISK;
+  if (facts.readable) (void)CloseHandle(file);
+  facts.kind = regular ? PathFacts::Kind::kRegular : PathFacts::Kind::kOther;
+  if (regular) facts.bytes = std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
   return facts;
 }
 
-// What of a pipe or a console is read by a thread of its own, a block ahead. It lives as long as the process does: a
-// read that waits cannot be called off.
+void OpenClosedStandardStreams() {
+  // Each open takes the lowest free descriptor. The direction is the wrong one, so that using it is an error.
+  for (int descriptor = 0; descriptor <= 2; ++descriptor) {
+    if (IsOpen(HandleOf(descriptor))) continue;
+    if (descriptor == 1) outputWasClosed = true;
+    (void)_open("NUL", descriptor == 0 ? _O_WRONLY : _O_RDONLY);
+  }
+}
+
+bool StandardOutputCanBeWritten() {
+  if (outputWasClosed) errno = EBADF;
+  return !outputWasClosed;
+}
+
+StandardInput::~StandardInput() {
+  if (source_ >= 0) (void)_close(source_);
+}
+
+void StandardInput::Prepare() {
+  const HANDLE input = HandleOf(0);
+  if (!IsOpen(input) || GetFileType(input) == FILE_TYPE_DISK) return;
+  const HANDLE file = OpenUnnamedFile();
+  const int descriptor =
+      file == INVALID_HANDLE_VALUE ? -1 : _open_osfhandle(reinterpret_cast<std::intptr_t>(file), _O_RDWR | _O_BINARY);
+  if (descriptor < 0) {
+    problem_ = ENOSPC;
+    return;
+  }
+  source_ = _dup(0);
+  if (source_ < 0 || _dup2(descriptor, 0) < 0) problem_ = errno;
+  (void)_close(descriptor);
+  (void)_setmode(source_, _O_BINARY);
+  (void)_setmode(0, _O_BINARY);
+  (void)SetStdHandle(STD_INPUT_HANDLE, HandleOf(0));
+}
+
+const std::string& StandardInput::Fill() {
+  if (!filled_) {
+    filled_ = true;
+    if (problem_ != 0) {
+      failure_ = std::strerror(problem_);
+    } else if (source_ >= 0) {
+      failure_ = CopyAll();
+    }
+  }
+  return failure_;
+}
+
+std::string StandardInput::CopyAll() const {
+  char block[kCopyBlock];
+  for (std::int64_t copied = 0;;) {
+    const int got = _read(source_, block, sizeof block);
+    if (got < 0) return std::strerror(errno);
+    if (got == 0) break;
+    copied += got;
+    if (copied > kLongestStandardInput) return "longer than 4 GiB";
+    if (_write(0, block, static_cast<unsigned>(got)) != got) return std::strerror(errno);
+  }
+  return _lseeki64(0, 0, SEEK_SET) == 0 ? std::string() : std::strerror(errno);
+}
+
+struct FolderReader::State {
+  HANDLE search;
+  WIN32_FIND_DATAW found;
+  bool isNext;  // `found` has been read and not given.
+};
+
+FolderReader::~FolderReader() {
+  if (state_ == nullptr) return;
+  (void)FindClose(state_->search);
+  delete state_;
+}
+
+FolderReader::FolderReader(FolderReader&& other) noexcept : state_(std::exchange(other.state_, nullptr)) {}
+
+FolderReader& FolderReader::operator=(FolderReader&& other) noexcept {
+  std::swap(state_, other.state_);
+  return *this;
+}
+
+bool FolderReader::Open(const std::string& path, std::string* problem) {
+  std::string pattern = path;
+  AppendToPath("*", &pattern);
+  state_ = new State{};
+  state_->search = FindFirstFileW(WidePath(pattern.c_str()).c_str(), &state_->found);
+  state_->isNext = state_->search != INVALID_HANDLE_VALUE;
+  if (state_->isNext) return true;
+  problem->assign(std::system_category().message(static_cast<int>(GetLastError())));
+  delete std::exchange(state_, nullptr);
+  return false;
+}
+
+bool FolderReader::Next(std::string* name, Kind* kind, std::string* problem) {
+  for (;;) {
+    if (!std::exchange(state_->isNext, false) && !FindNextFileW(state_->search, &state_->found)) {
+      const DWORD error = GetLastError();
+      if (error != ERROR_NO_MORE_FILES) problem->assign(std::system_category().message(static_cast<int>(error)));
+      return false;
+    }
+    const std::wstring_view found = state_->found.cFileName;
+    if (found == L"." || found == L"..") continue;
+    const DWORD attributes = state_->found.dwFileAttributes;
+    *kind = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 ? Kind::kOther
+            : (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0   ? Kind::kFolder
+                                                             : Kind::kFile;
+    *name = Utf8Of(found);
+    return true;
+  }
+}
+
+void AppendToPath(std::string_view name, std::string* path) {
+  if (!path->empty() && std::string_view("/\\:").find(path->back()) == std::string_view::npos) path->push_back('\\');
+  path->append(name);
+}
+
+// A pipe or a console is read by a thread of its own, a block ahead. It lives as long as the process, since a read that
+// waits cannot be cancelled.
 struct ByteReader::Ahead {
   const HANDLE source;
   HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);    // The block has something, or it is the end.
@@ -109,11 +273,10 @@ struct ByteReader::Ahead {
 
 bool ByteReader::Open(const char* path) {
   owned_ = std::string_view(path) != "-";
-  descriptor_ = owned_ ? _wopen(NativePath(path).c_str(), _O_RDONLY | _O_BINARY) : 0;
+  descriptor_ = owned_ ? _wopen(WidePath(path).c_str(), _O_RDONLY | _O_BINARY) : 0;
   if (descriptor_ < 0) return false;
   if (!owned_) (void)_setmode(0, _O_BINARY);
-  // The C runtime gives a handle as a number.
-  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor_));  // NOLINT(performance-no-int-to-ptr)
+  const HANDLE handle = HandleOf(descriptor_);
   if (GetFileType(handle) == FILE_TYPE_DISK) return true;
   ahead_ = new Ahead(handle);
   const HANDLE thread = CreateThread(nullptr, 0, Ahead::Run, ahead_, 0, nullptr);

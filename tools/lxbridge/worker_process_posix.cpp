@@ -5,6 +5,9 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/mman.h>
+#if __has_include(<sys/prctl.h>)
+#include <sys/prctl.h>
+#endif
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,6 +19,7 @@
 #include <new>
 #include <utility>
 
+#include "tools/lxbridge/output.h"
 #include "tools/lxbridge/posix_children.h"
 
 namespace lxbridge::command {
@@ -30,9 +34,12 @@ bool CannotStart(const char* what, std::string* problem) {
   return false;
 }
 
-std::string Cause(int status) {
-  if (WIFSIGNALED(status)) return "crashed (signal " + std::to_string(WTERMSIG(status)) + ")";
-  return "crashed (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
+// A worker that reads or sends would notice the end of the command by itself, but not one whose read of a file stalls.
+void EndWith([[maybe_unused]] pid_t command) {
+#ifdef PR_SET_PDEATHSIG
+  (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (::getppid() != command) EndWorker();  // It ended before that was set.
+#endif
 }
 
 }  // namespace
@@ -56,8 +63,8 @@ void SendResults(const WorkerSide& side, std::string_view bytes) {
   }
 }
 
-void EndWorker() {
-  ::_exit(0);
+void EndWorker(int status) {
+  ::_exit(status);
 }
 
 void BecomeWorkerIfStartedAsOne() {}
@@ -100,15 +107,17 @@ bool WorkerProcesses::Start(std::size_t* slot, std::string* problem) {
   *slot = 0;
   while (system_->sockets[*slot] >= 0) ++*slot;
   Place* place = new (&system_->places[*slot]) Place{};
-  // Until the process is entered, or in it nothing of ours is left to run, no signal may come.
+  // No signal may come until the process is entered, and in the new process until its handlers are gone.
   sigset_t all, before;
   (void)::sigfillset(&all);
   (void)::sigprocmask(SIG_SETMASK, &all, &before);
+  const pid_t command = ::getpid();
   const pid_t id = ::fork();
   if (id == 0) {
     ForgetEndingSignals();
-    // An interruption is for the command, which ends its workers.
+    // The command is interrupted, and ends its workers.
     (void)::signal(SIGINT, SIG_IGN);
+    EndWith(command);
     (void)::sigprocmask(SIG_SETMASK, &before, nullptr);
     (void)::close(ends[0]);
     for (const int other : system_->sockets) {
@@ -152,10 +161,6 @@ void WorkerProcesses::Send(std::size_t slot, std::string* bytes) {
   bytes->erase(0, sent);
 }
 
-void WorkerProcesses::EndJobs(std::size_t slot) {
-  (void)::shutdown(system_->sockets[slot], SHUT_WR);
-}
-
 bool WorkerProcesses::Receive(std::size_t slot, std::string* bytes) {
   std::string& block = system_->block;
   const ssize_t got = ::recv(system_->sockets[slot], block.data(), block.size(), MSG_DONTWAIT);
@@ -185,6 +190,12 @@ bool WorkerProcesses::MayReceive(std::size_t slot) const {
   return (system_->polled[slot].revents & (POLLIN | POLLHUP | POLLERR)) != 0;
 }
 
+bool WorkerProcesses::IsStopped(std::size_t slot) const {
+  siginfo_t info = {};
+  const auto id = static_cast<id_t>(children[slot].load(std::memory_order_relaxed));
+  return ::waitid(P_PID, id, &info, WSTOPPED | WNOHANG | WNOWAIT) == 0 && info.si_pid != 0;
+}
+
 void WorkerProcesses::Kill(std::size_t slot) {
   (void)::kill(children[slot].load(std::memory_order_relaxed), SIGKILL);
 }
@@ -193,14 +204,21 @@ void WorkerProcesses::KillAll() {
   KillChildren();
 }
 
-std::string WorkerProcesses::End(std::size_t slot) {
+std::uint32_t WorkerProcesses::End(std::size_t slot) noexcept {
   (void)::close(std::exchange(system_->sockets[slot], -1));
   system_->polled[slot].fd = -1;
   const pid_t id = children[slot].exchange(0, std::memory_order_relaxed);
   int status = 0;
   while (::waitpid(id, &status, 0) < 0 && errno == EINTR) {
   }
-  return Cause(status);
+  return static_cast<std::uint32_t>(status);
+}
+
+std::string WorkerProcesses::CauseOf(std::uint32_t ending) {
+  const auto status = static_cast<int>(ending);
+  if (WIFSIGNALED(status)) return "crashed (signal " + std::to_string(WTERMSIG(status)) + ")";
+  if (WEXITSTATUS(status) == kWorkerWithoutMemory) return kNoMemoryMessage;
+  return "crashed (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
 }
 
 }  // namespace lxbridge::command

@@ -1,5 +1,5 @@
-// Worker processes on Windows: the command's own image started again. It finds in its environment which handles it has
-// been given, and in the shared memory what to do; its command line, which the command has read, it does not look at.
+// Worker processes on Windows: the command's own image started again. A worker finds in its environment which handles
+// it has been given, and in the shared memory what to do; it does not read its command line.
 //
 // A channel is two named pipes, since anonymous ones cannot be read without waiting. The command reads and writes with
 // completion routines, which run while it waits: so one wait of its only thread is for any number of workers, for the
@@ -17,6 +17,7 @@
 #include <system_error>
 #include <utility>
 
+#include "tools/lxbridge/output.h"
 #include "tools/lxbridge/report.h"
 
 namespace lxbridge::command {
@@ -28,7 +29,7 @@ constexpr DWORD kPipeBuffer = 64 * 1024;
 constexpr wchar_t kHandlesVariable[] = L"LXBRIDGE_WORKER";  // Jobs, results, shared memory, slot; decimal.
 constexpr DWORD kFirstExceptionCode = 0x80000000;
 
-// The memory that all processes of a call share. Behind it stand the texts of the options.
+// The memory that all processes of a call share. The texts of the options follow it.
 struct Shared {
   Place places[kMostProcesses];
   Action action;
@@ -72,13 +73,6 @@ SECURITY_ATTRIBUTES Inherited() {
   return {sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
 }
 
-std::string Cause(DWORD code) {
-  char text[48];
-  (void)std::snprintf(text, sizeof text,
-                      code >= kFirstExceptionCode ? "crashed (exception 0x%08lX)" : "crashed (exit status %lu)", code);
-  return text;
-}
-
 }  // namespace
 
 // --- in the worker -------------------------------------------------------------------------------------------------
@@ -97,8 +91,10 @@ void SendResults(const WorkerSide& side, std::string_view bytes) {
   }
 }
 
-void EndWorker() {
-  ExitProcess(0);
+// Not ExitProcess: nothing of this process is to run any more, as other threads' detaching would.
+void EndWorker(int status) {
+  (void)TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
+  for (;;) Sleep(INFINITE);
 }
 
 void BecomeWorkerIfStartedAsOne() {
@@ -106,7 +102,7 @@ void BecomeWorkerIfStartedAsOne() {
   const DWORD length = GetEnvironmentVariableW(kHandlesVariable, text, static_cast<DWORD>(std::size(text)));
   if (length == 0 || length >= std::size(text)) return;
   (void)SetEnvironmentVariableW(kHandlesVariable, nullptr);
-  // An interruption is for the command, which ends its workers.
+  // The command is interrupted, and ends its workers.
   (void)SetConsoleCtrlHandler(LeaveEventsToTheCommand, TRUE);
   (void)SetUnhandledExceptionFilter(EndAtException);
 
@@ -137,8 +133,8 @@ void BecomeWorkerIfStartedAsOne() {
 
 namespace {
 
-// What the command has of a worker: its process and its own ends of the pipes. Does not move while one of them is read
-// or written.
+// The command's side of a worker: its process and the command's ends of the pipes. Does not move while one of them is
+// read or written.
 struct Process {
   HANDLE process = nullptr;
   HANDLE jobs = nullptr;
@@ -147,8 +143,7 @@ struct Process {
   OVERLAPPED write = {};
   bool reads = false;
   bool writes = false;
-  bool jobsEnd = false;  // Behind what is being written.
-  bool ended = false;    // Nothing more comes.
+  bool ended = false;  // Nothing more comes.
   bool receivesWatched = false;
   bool sendsWatched = false;
   std::string sent;  // Being written.
@@ -168,7 +163,6 @@ struct Process {
   static void CALLBACK HasWritten(DWORD, DWORD, OVERLAPPED* write) {
     auto* process = static_cast<Process*>(write->hEvent);
     process->writes = false;
-    if (process->jobsEnd) Close(&process->jobs);
   }
 
   void Read() {
@@ -377,12 +371,6 @@ void WorkerProcesses::Send(std::size_t slot, std::string* bytes) {
   if (!bytes->empty() && !process.writes) process.Write(bytes);
 }
 
-void WorkerProcesses::EndJobs(std::size_t slot) {
-  Process& process = *system_->processes[slot];
-  process.jobsEnd = true;
-  if (!process.writes) Close(&process.jobs);
-}
-
 bool WorkerProcesses::Receive(std::size_t slot, std::string* bytes) {
   Process& process = *system_->processes[slot];
   bytes->append(process.block, 0, std::exchange(process.received, 0));
@@ -420,6 +408,10 @@ bool WorkerProcesses::MayReceive(std::size_t slot) const {
   return system_->processes[slot]->MayReceive();
 }
 
+bool WorkerProcesses::IsStopped(std::size_t) const {
+  return false;
+}
+
 void WorkerProcesses::Kill(std::size_t slot) {
   (void)TerminateProcess(system_->processes[slot]->process, 1);
 }
@@ -430,8 +422,17 @@ void WorkerProcesses::KillAll() {
   }
 }
 
-std::string WorkerProcesses::End(std::size_t slot) {
-  return Cause(system_->processes[slot]->End());
+std::uint32_t WorkerProcesses::End(std::size_t slot) noexcept {
+  return system_->processes[slot]->End();
+}
+
+std::string WorkerProcesses::CauseOf(std::uint32_t ending) {
+  if (ending == kWorkerWithoutMemory) return kNoMemoryMessage;
+  char text[48];
+  (void)std::snprintf(text, sizeof text,
+                      ending >= kFirstExceptionCode ? "crashed (exception 0x%08lX)" : "crashed (exit status %lu)",
+                      static_cast<unsigned long>(ending));
+  return text;
 }
 
 }  // namespace lxbridge::command

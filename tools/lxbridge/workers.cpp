@@ -1,17 +1,24 @@
-// Worker processes: each is given some jobs ahead and answers in their order, several results in one write where they
-// come fast; a few words of shared memory tell which file it is at. When it dies, that one is reported, and the others
-// that it has not answered are done again by another.
+// Worker processes: each is given some jobs ahead and answers in their order, several results in one write if they come
+// fast. A few words of shared memory tell which file it is working on. When it dies, that file is reported, and the
+// others that it has not answered are done again by another worker.
+//
+// A job may also be lost between its end and the arrival of its result. Nobody can tell whether it was the cause, so it
+// is tried once more, alone in a worker; if it is lost again, its file is reported.
 #include "tools/lxbridge/workers.h"
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <deque>
+#include <exception>
 #include <memory>
+#include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "tools/lxbridge/file_work.h"
+#include "tools/lxbridge/output.h"
 #include "tools/lxbridge/worker_process.h"
 #include "tools/lxbridge/worker_protocol.h"
 
@@ -19,27 +26,29 @@ namespace lxbridge::command {
 
 namespace {
 
-// Jobs that a worker holds: given as many at once as it does in so long, and so many at most, when it has no more than
-// that left. So quick files cost few calls of the system, and slow ones do not wait in one worker's queue while another
-// has nothing to do.
+// A worker is given further jobs when it has no more left than it does in this time, and as many at once; at most this
+// many. So quick files cost few calls of the system, and slow ones do not wait in one worker's queue while another is
+// idle.
 constexpr std::int64_t kJobsAtOnceNs = 5'000'000;
 constexpr std::size_t kJobsAtOnce = 64;
-// A worker is followed by a fresh one after so many files: what packets of strangers leave behind in it, as the
-// namespaces that they register for the life of a process, does not add up. The first thousand files of a life cost a
-// tenth more each than the rest, so lives are long.
-constexpr std::uint64_t kJobsOfALife = 16384;
-// Results that wait for an earlier file: so many files ahead of it, and so many bytes. Beyond, nothing more is read of
-// the workers but of the one that holds the earliest.
+// The limits of results that wait for an earlier file, in files and in bytes. Beyond them, only the worker that has the
+// earliest file is read from.
 constexpr std::uint64_t kMostAhead = 8192;
 constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
-constexpr std::size_t kReceivedKept = 512 * 1024;  // Of memory, by a worker's received bytes when they are few.
+constexpr std::size_t kReceivedKept = 512 * 1024;  // Memory kept for a worker's received bytes when they are few.
 constexpr std::size_t kJobBlock = 16 * 1024;
 constexpr std::size_t kResultBlock = 64 * 1024;
 // Results are gathered until this long after the first, looked at after each file; the first few go at once.
 constexpr std::int64_t kResultDelayNs = 10'000'000;
 constexpr int kResultsAtOnce = 16;
-constexpr int kWakeMs = 200;  // For the progress.
+constexpr std::int64_t kWakeNs = 200'000'000;  // For progress and time limits.
+// The command wakes up more often than this. If it did not, it was stopped, as by Ctrl-Z, or held up by a write; the
+// workers are not charged for the time beyond it.
+constexpr std::int64_t kLongestStepNs = 1'000'000'000;
+// A worker that is still stopped this long after the command has seen it was not stopped together with the command.
+constexpr std::int64_t kStoppedNs = 5'000'000'000;
 constexpr int kDeathsAtStart = 3;
+constexpr int kTries = 2;
 
 std::int64_t NowNs() {
   return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
@@ -60,8 +69,48 @@ void DoJob(FileWork* work, const Input& input, FileResult* result) {
     work->Do(input, result);
   } catch (const std::exception& error) {
     result->Clear();
-    result->Fail(input.name, error.what());
-    result->status = "failed";
+    result->Fail(input.name, MessageOf(error));
+    if (result->status != kNoMemoryMessage) result->status = "failed";
+  }
+}
+
+[[noreturn]] void Work(const Options& options, const WorkerSide& side) {
+  std::string out;
+  std::unique_ptr<FileWork> work;
+  try {
+    work = MakeWork(options);
+  } catch (const std::exception& error) {
+    AppendFault(MessageOf(error), &out);
+    SendAll(side, &out);
+    EndWorker();
+  }
+  std::string in, block(kJobBlock, '\0');
+  std::size_t at = 0;
+  Input input;
+  FileResult result;
+  std::int64_t sentNs = NowNs();
+  int results = 0;
+  for (;;) {
+    if (TakeJob(in, &at, &input) != Taken::kOne) {
+      SendAll(side, &out);
+      in.erase(0, at);
+      at = 0;
+      const std::size_t got = ReceiveJobs(side, block.data(), block.size());
+      if (got == 0) EndWorker();
+      in.append(block, 0, got);
+      continue;
+    }
+    const std::int64_t beganNs = NowNs();
+    side.place->sinceNs.store(beganNs, std::memory_order_relaxed);
+    side.place->begun.fetch_add(1, std::memory_order_release);
+    DoJob(work.get(), input, &result);
+    side.place->finished.fetch_add(1, std::memory_order_release);
+    if (out.empty()) sentNs = beganNs;
+    AppendResult(result, &out);
+    if (results < kResultsAtOnce) ++results;
+    if (results < kResultsAtOnce || out.size() >= kResultBlock || NowNs() - sentNs >= kResultDelayNs) {
+      SendAll(side, &out);
+    }
   }
 }
 
@@ -70,18 +119,48 @@ void DoJob(FileWork* work, const Input& input, FileResult* result) {
 struct Job {
   std::uint64_t number;
   Input input;
+  int lost = 0;  // Workers that died after they had begun it.
 };
 
 struct Worker {
   std::size_t slot = 0;  // Of its process.
   std::deque<Job> jobs;  // Given and not answered.
-  std::uint64_t given = 0;
+  bool alone = false;    // Its only job was lost before; it gets no other until that is answered.
   std::uint64_t answered = 0;
   std::int64_t startedNs = NowNs();
-  bool leaving = false;        // Gets no more jobs and ends when it has done those it has.
-  std::uint64_t killedIn = 0;  // It was killed for taking too long in its file of that number, from 1.
   std::string toSend;
   std::string received;
+
+  // Times of the Pool's clock.
+  std::uint64_t watched = 0;     // The file, counted from 1, whose time is measured,
+  std::int64_t watchedFrom = 0;  // from then on.
+  bool stopped = false;
+  std::int64_t stoppedFrom = 0;
+
+  std::uint64_t killedIn = 0;  // It was killed because this file, counted from 1, took too long.
+  bool givenUp = false;        // It was killed because somebody had stopped it.
+};
+
+// The time in which the command could run.
+class RunClock {
+ public:
+  void Step() {
+    const std::int64_t now = NowNs();
+    step_ = std::min(now - systemNow_, kLongestStepNs);
+    systemNow_ = now;
+    now_ += step_;
+  }
+  [[nodiscard]] std::int64_t now() const { return now_; }
+  [[nodiscard]] std::int64_t step() const { return step_; }  // The length of the last one.
+  // When that was; the earliest answer is the last step's beginning.
+  [[nodiscard]] std::int64_t TimeOf(std::int64_t systemNs) const {
+    return now_ - std::clamp<std::int64_t>(systemNow_ - systemNs, 0, step_);
+  }
+
+ private:
+  std::int64_t systemNow_ = NowNs();
+  std::int64_t now_ = 0;
+  std::int64_t step_ = 0;
 };
 
 class Pool {
@@ -117,7 +196,7 @@ class Pool {
  private:
   static bool HasNoJobs(const Worker& worker) { return worker.jobs.empty(); }
 
-  void Stop(const std::string& what) {
+  void Stop(std::string_view what) {
     failed_ = true;
     report_.Fault(what);
   }
@@ -131,19 +210,21 @@ class Pool {
   void GiveJobs() {
     waitsForList_ = false;
     while (!failed_ && !again_.empty()) {
-      // At once and to anybody: it may be what all results wait for.
-      Worker* worker = StartOrFind(true);
-      if (worker == nullptr) return;
+      // All results may wait for it, so it is given at once.
+      const bool alone = again_.front().lost != 0;
+      Worker* worker = StartOrFind(alone ? Needed::kIdle : Needed::kAny);
+      if (worker == nullptr) break;
+      worker->alone = alone;
       Give(worker, std::move(again_.front()));
       again_.pop_front();
       Send(worker);
     }
     while (!failed_ && MayGoOn()) {
-      Worker* worker = StartOrFind(false);
+      Worker* worker = StartOrFind(Needed::kNotBusy);
       if (worker == nullptr) return;
       const std::size_t until = worker->jobs.size() + JobsAtOnce(*worker);
       while (worker->jobs.size() < until && MayGoOn()) {
-        if (!GiveNext(worker)) break;
+        GiveNext(worker);
         if (failed_) return;
       }
       Send(worker);
@@ -155,16 +236,15 @@ class Pool {
     return options_.unordered || (number_ - report_.next() < kMostAhead && report_.heldBytes() < kMostHeldBytes);
   }
 
-  // False: the worker has been given up for these.
-  bool GiveNext(Worker* worker) {
+  void GiveNext(Worker* worker) {
     Input input;
     switch (source_.Take(false, &input)) {
       case InputSource::Next::kEnd:
         ended_ = true;
-        return true;
+        return;
       case InputSource::Next::kNotYet:
         waitsForList_ = true;
-        return true;
+        return;
       case InputSource::Next::kInput:
         break;
     }
@@ -173,11 +253,11 @@ class Pool {
       result.Fail(input.name, input.problem);
       result.status = "failed";
       Done(number_++, std::move(result));
-      return true;
+      return;
     }
     Worker* taker = worker;
     if (input.name == "-") {
-      // Standard input's position belongs to all workers, so one of them at a time has to do with it.
+      // All workers share the position of standard input, so only one of them at a time reads it.
       for (Worker& other : workers_) {
         if (std::any_of(other.jobs.begin(), other.jobs.end(), [](const Job& job) { return job.input.name == "-"; })) {
           taker = &other;
@@ -186,37 +266,33 @@ class Pool {
     }
     Give(taker, {number_++, std::move(input)});
     if (taker != worker) Send(taker);
-    return !worker->leaving;
   }
 
   void Give(Worker* worker, Job job) {
     AppendJob(job.input, &worker->toSend);
     worker->jobs.push_back(std::move(job));
-    if (++worker->given >= kJobsOfALife) worker->leaving = true;
   }
 
-  void Send(Worker* worker) {
-    processes_.Send(worker->slot, &worker->toSend);
-    if (worker->leaving && worker->toSend.empty()) processes_.EndJobs(worker->slot);
-  }
+  void Send(Worker* worker) { processes_.Send(worker->slot, &worker->toSend); }
 
   // --- workers
 
-  // The worker with the fewest jobs, a new one when all that there are have some; null: all have enough.
-  Worker* StartOrFind(bool urgent) {
+  enum class Needed { kIdle, kNotBusy, kAny };
+
+  // The worker with the fewest jobs, or a new one if all have some. Null: there is none such as is needed.
+  Worker* StartOrFind(Needed needed) {
     Worker* least = nullptr;
-    std::size_t staying = 0;
     for (Worker& worker : workers_) {
-      if (worker.leaving) continue;
-      ++staying;
+      if (worker.alone) continue;
       if (least == nullptr || worker.jobs.size() < least->jobs.size()) least = &worker;
     }
-    if ((least == nullptr || !least->jobs.empty()) && staying < count_ && workers_.size() < kMostProcesses) {
+    if ((least == nullptr || !least->jobs.empty()) && workers_.size() < count_) {
       if (Worker* started = Start()) return started;
       if (failed_) return nullptr;
     }
-    if (least == nullptr) return nullptr;
-    return urgent || least->jobs.size() <= JobsAtOnce(*least) ? least : nullptr;
+    if (least == nullptr || needed == Needed::kAny) return least;
+    const std::size_t most = needed == Needed::kIdle ? 0 : JobsAtOnce(*least);
+    return least->jobs.size() <= most ? least : nullptr;
   }
 
   static std::size_t JobsAtOnce(const Worker& worker) {
@@ -245,6 +321,7 @@ class Pool {
 
   bool MayRead(const Worker& worker) const {
     if (options_.unordered || report_.heldBytes() < kMostHeldBytes) return true;
+    if (!again_.empty() && again_.front().number == report_.next()) return true;  // It may need an idle worker.
     return std::any_of(worker.jobs.begin(), worker.jobs.end(),
                        [this](const Job& job) { return job.number == report_.next(); });
   }
@@ -264,25 +341,51 @@ class Pool {
     }
   }
 
-  // Kills what has taken too long; for how long to wait for the rest, in milliseconds.
+  // Kills workers whose file has taken too long or that somebody has stopped. Returns the milliseconds until the next
+  // may have to be killed.
   int EndLate() {
-    if (options_.timeoutSeconds <= 0) return kWakeMs;
-    const auto limit = static_cast<std::int64_t>(options_.timeoutSeconds * 1e9);
-    const std::int64_t now = NowNs();
-    std::int64_t least = std::int64_t{kWakeMs} * 1'000'000;
+    clock_.Step();
+    const bool looks = clock_.now() >= nextLook_;
+    if (looks) nextLook_ = clock_.now() + kWakeNs;
+    std::int64_t least = kWakeNs;
     for (Worker& worker : workers_) {
-      const Place& place = processes_.PlaceOf(worker.slot);
-      const std::uint64_t begun = place.begun.load(std::memory_order_acquire);
-      if (worker.killedIn != 0 || place.finished.load(std::memory_order_acquire) >= begun) continue;
-      const std::int64_t left = place.sinceNs.load(std::memory_order_relaxed) + limit - now;
+      if (worker.killedIn != 0 || worker.givenUp) continue;
+      if (looks && IsStoppedTooLong(&worker)) {
+        worker.givenUp = true;
+        processes_.Kill(worker.slot);
+        continue;
+      }
+      if (options_.timeoutSeconds <= 0) continue;
+      const std::int64_t left = TimeLeft(&worker);
       if (left > 0) {
         least = std::min(least, left);
         continue;
       }
-      worker.killedIn = begun;
+      worker.killedIn = worker.watched;
       processes_.Kill(worker.slot);
     }
     return static_cast<int>(least / 1'000'000) + 1;
+  }
+
+  bool IsStoppedTooLong(Worker* worker) {
+    const bool wasStopped = std::exchange(worker->stopped, processes_.IsStopped(worker->slot));
+    if (!worker->stopped) return false;
+    if (!wasStopped) worker->stoppedFrom = clock_.now();
+    return clock_.now() - worker->stoppedFrom >= kStoppedNs;
+  }
+
+  // How long a worker may still take for its file.
+  std::int64_t TimeLeft(Worker* worker) {
+    const Place& place = processes_.PlaceOf(worker->slot);
+    const std::uint64_t begun = place.begun.load(std::memory_order_acquire);
+    if (place.finished.load(std::memory_order_acquire) >= begun) return kWakeNs;
+    if (worker->watched != begun) {
+      worker->watched = begun;
+      worker->watchedFrom = clock_.TimeOf(place.sinceNs.load(std::memory_order_relaxed));
+    } else if (worker->stopped) {
+      worker->watchedFrom += clock_.step();
+    }
+    return worker->watchedFrom + static_cast<std::int64_t>(options_.timeoutSeconds * 1e9) - clock_.now();
   }
 
   // False: it has ended.
@@ -303,6 +406,7 @@ class Pool {
       }
       const std::uint64_t number = worker->jobs.front().number;
       worker->jobs.pop_front();
+      worker->alone = false;
       ++worker->answered;
       deathsAtStart_ = 0;
       Done(number, std::move(result));
@@ -314,29 +418,46 @@ class Pool {
     return true;
   }
 
-  // A worker has ended: what it was at is lost, what it had not come to is done again.
+  // A worker has ended. The file that it was working on is reported, unless it was killed for another reason than that
+  // file; what it had not answered is done again.
   void Bury(Worker* worker) {
     const Place& place = processes_.PlaceOf(worker->slot);
-    const std::string cause = processes_.End(worker->slot);
+    const std::uint32_t ending = processes_.End(worker->slot);
     const std::uint64_t begun = place.begun.load(std::memory_order_acquire);
     const bool within = begun > place.finished.load(std::memory_order_acquire);
-    // Killed for its last file, it may have come to the next one meanwhile, which has done nothing wrong.
-    const bool blamed = within && (worker->killedIn == 0 || worker->killedIn == begun);
-    const std::uint64_t index = begun - 1 - worker->answered;
-    if (blamed && begun > worker->answered && index < worker->jobs.size()) {
-      const auto at = worker->jobs.begin() + static_cast<std::ptrdiff_t>(index);
-      FileResult result;
-      result.Fail(at->input.name, worker->killedIn != 0 ? "timed out" : cause);
-      if (worker->killedIn == 0) result.status = "crashed";
-      const std::uint64_t number = at->number;
-      worker->jobs.erase(at);
-      deathsAtStart_ = 0;
-      Done(number, std::move(result));
-    } else if (begun == 0 && !worker->jobs.empty() && ++deathsAtStart_ == kDeathsAtStart) {
-      Stop("workers do not start: " + cause);
+    std::deque<Job>& jobs = worker->jobs;
+    if (begun == 0 && !jobs.empty()) {
+      if (++deathsAtStart_ == kDeathsAtStart) Stop("workers do not start: " + WorkerProcesses::CauseOf(ending));
+    } else {
+      // Of the jobs left, those that it had begun; the first in any case, so that no job is tried for ever.
+      const std::uint64_t left = begun > worker->answered ? begun - worker->answered : 0;
+      const auto tried = static_cast<std::size_t>(std::clamp<std::uint64_t>(left, jobs.empty() ? 0 : 1, jobs.size()));
+      for (std::size_t i = 0; i < tried; ++i) ++jobs[i].lost;
+      // Killed in one file, it may have come to the next one by then, which has done nothing wrong.
+      const bool blamed = within && !worker->givenUp && (worker->killedIn == 0 || worker->killedIn == begun);
+      if (blamed && tried != 0) jobs[tried - 1].lost = kTries;
     }
-    for (Job& job : worker->jobs) again_.push_back(std::move(job));
+    for (Job& job : jobs) {
+      if (job.lost < kTries) {
+        again_.push_back(std::move(job));
+      } else {
+        Blame(job, *worker, ending);
+      }
+    }
     std::sort(again_.begin(), again_.end(), [](const Job& a, const Job& b) { return a.number < b.number; });
+  }
+
+  void Blame(const Job& job, const Worker& worker, std::uint32_t ending) {
+    FileResult result;
+    if (worker.killedIn != 0) {
+      result.Fail(job.input.name, "timed out");
+    } else {
+      const std::string cause = WorkerProcesses::CauseOf(ending);
+      result.Fail(job.input.name, cause);
+      if (cause != kNoMemoryMessage) result.status = "crashed";
+    }
+    deathsAtStart_ = 0;
+    Done(job.number, std::move(result));
   }
 
   const Options& options_;
@@ -345,6 +466,8 @@ class Pool {
   Report& report_;
   WorkerProcesses processes_;
   std::deque<Worker> workers_;
+  RunClock clock_;
+  std::int64_t nextLook_ = 0;
   std::deque<Job> again_;     // Of workers that have died, by number.
   std::uint64_t number_ = 0;  // Of the next input.
   bool ended_ = false;        // The source has.
@@ -356,43 +479,13 @@ class Pool {
 
 }  // namespace
 
-void BeWorker(const Options& options, const WorkerSide& side) {
-  std::string out;
-  std::unique_ptr<FileWork> work;
+void BeWorker(const Options& options, const WorkerSide& side) noexcept {
   try {
-    work = MakeWork(options);
-  } catch (const std::exception& error) {
-    AppendFault(error.what(), &out);
-    SendAll(side, &out);
-    EndWorker();
-  }
-  std::string in, block(kJobBlock, '\0');
-  std::size_t at = 0;
-  Input input;
-  FileResult result;
-  std::int64_t sentNs = NowNs();
-  int results = 0;
-  for (;;) {
-    if (TakeJob(in, &at, &input) != Taken::kOne) {
-      SendAll(side, &out);
-      in.erase(0, at);
-      at = 0;
-      const std::size_t got = ReceiveJobs(side, block.data(), block.size());
-      if (got == 0) EndWorker();
-      in.append(block, 0, got);
-      continue;
-    }
-    const std::int64_t beganNs = NowNs();
-    side.place->sinceNs.store(beganNs, std::memory_order_relaxed);
-    side.place->begun.fetch_add(1, std::memory_order_release);
-    DoJob(work.get(), input, &result);
-    side.place->finished.fetch_add(1, std::memory_order_release);
-    if (out.empty()) sentNs = beganNs;
-    AppendResult(result, &out);
-    if (results < kResultsAtOnce) ++results;
-    if (results < kResultsAtOnce || out.size() >= kResultBlock || NowNs() - sentNs >= kResultDelayNs) {
-      SendAll(side, &out);
-    }
+    Work(options, side);
+  } catch (const std::bad_alloc&) {
+    EndWorker(kWorkerWithoutMemory);
+  } catch (...) {
+    EndWorker(kWorkerFailed);
   }
 }
 

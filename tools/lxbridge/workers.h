@@ -8,8 +8,8 @@
 
 namespace lxbridge::command {
 
-// All of the source's files in up to `count` processes; their results go to the report. The library must not have been
-// started: its state is the process's, so each worker starts it for itself.
+// Does all of the source's files in up to `count` processes; their results go to the report. Requires: the library has
+// not been started, since each worker starts it for itself.
 void RunInWorkers(const Options& options, int count, InputSource* source, Report* report);
 
 }  // namespace lxbridge::command
