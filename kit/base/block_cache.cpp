@@ -1,11 +1,12 @@
 // The block cache: whole pages around what is asked for, never freed before the cache, so that values may overlap
-// blocks and blocks each other.
+// blocks and blocks each other; over bytes in memory, one block that is all of them.
 #include "kit/base/block_cache.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "kit/base/memory.h"
+#include "kit/base/memory_stream.h"
 
 namespace {
 
@@ -108,11 +109,43 @@ LxResult LoadBlock(LxBlockCache* cache, std::int64_t offset, std::int64_t end) n
 LxBlockCache* LxNewBlockCache(LxStream* stream, std::int32_t fileSize) noexcept {
   auto* cache = static_cast<LxBlockCache*>(LxAlloc(sizeof(LxBlockCache)));
   if (cache == nullptr) return nullptr;
+  if (const std::uint8_t* bytes = LxStreamMemory(stream)) {
+    LxInitMemoryCache(cache, bytes, std::max(fileSize, 0));
+    return cache;
+  }
   *cache = LxBlockCache{};
   cache->stream = stream;
   cache->fileSize = std::max(fileSize, 0);
   cache->loadBudget = kLoadedPerFileByte * cache->fileSize + kLoadedAtLeast;
   return cache;
+}
+
+void LxInitMemoryCache(LxBlockCache* cache, const std::uint8_t* bytes, std::int32_t length) noexcept {
+  *cache = LxBlockCache{};
+  cache->fileSize = length;
+  cache->whole = {nullptr, 0, length, bytes};
+  MakeCurrent(cache, &cache->whole);
+}
+
+LxBlock* LxNewDetachedBlock(LxBlockCache* cache, std::int32_t length) noexcept {
+  auto* block = static_cast<LxBlock*>(LxAlloc(sizeof(LxBlock) + static_cast<std::size_t>(length)));
+  if (block == nullptr) return nullptr;
+  *block = {cache->detached, 0, length, LxDetachedBytes(block)};
+  cache->detached = block;
+  return block;
+}
+
+std::uint8_t* LxDetachedBytes(LxBlock* block) noexcept {
+  return reinterpret_cast<std::uint8_t*>(block + 1);
+}
+
+void LxFreeDetachedBlock(LxBlockCache* cache, LxBlock* block) noexcept {
+  for (LxBlock** link = &cache->detached; *link != nullptr; link = &(*link)->next) {
+    if (*link != block) continue;
+    *link = block->next;
+    LxFree(block);
+    return;
+  }
 }
 
 LxResult LxLoadRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept {
@@ -145,10 +178,12 @@ const std::uint8_t* LxMapFileRange(LxBlockCache* cache, std::uint64_t offset, st
 
 void LxFreeBlockCache(LxBlockCache* cache) noexcept {
   if (cache == nullptr) return;
-  for (LxBlock* block = cache->blocks; block != nullptr;) {
-    LxBlock* next = block->next;
-    LxFree(block);
-    block = next;
+  for (LxBlock* block : {cache->blocks, cache->detached}) {
+    while (block != nullptr) {
+      LxBlock* next = block->next;
+      LxFree(block);
+      block = next;
+    }
   }
   LxFree(cache->pages);
   *cache = LxBlockCache{};

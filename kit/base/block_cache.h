@@ -14,7 +14,7 @@ struct LxBlock {
   LxBlock* next;
   std::int32_t start;   // A multiple of 4096.
   std::int32_t length;  // Bytes really read.
-  std::uint8_t* data;
+  const std::uint8_t* data;
 };
 
 struct LxBlockCache {
@@ -33,9 +33,25 @@ struct LxBlockCache {
   // By page number (offset / 4096): of the blocks that reach this page, the one that ends last. Null while blocks are
   // so few that looking through the list is cheaper.
   LxBlock** pages;
+  // Owned blocks that are no range of the file: extents put together, inflated bytes. Values may point into them.
+  LxBlock* detached;
+  // The one block of a cache over bytes in memory. It is current from the start and covers everything.
+  LxBlock whole;
 };
 
-[[nodiscard]] LxBlockCache* LxNewBlockCache(LxStream* stream, std::int32_t fileSize) noexcept;  // Null: no memory.
+// A cache over an open stream, or over the bytes of a memory stream themselves. Null: no memory.
+[[nodiscard]] LxBlockCache* LxNewBlockCache(LxStream* stream, std::int32_t fileSize) noexcept;
+
+// Makes the record a cache over bytes in memory, with offsets from the first of them. It owns nothing: such a record
+// need not be freed. REQUIRES: `length` readable bytes, for as long as the cache and the values mapped through it are
+// used.
+void LxInitMemoryCache(LxBlockCache* cache, const std::uint8_t* bytes, std::int32_t length) noexcept;
+
+// A new block of `length` bytes that is no range of the file, or null: no memory. LxFreeBlockCache frees it, or
+// LxFreeDetachedBlock before. The caller fills it through LxDetachedBytes.
+[[nodiscard]] LxBlock* LxNewDetachedBlock(LxBlockCache* cache, std::int32_t length) noexcept;
+[[nodiscard]] std::uint8_t* LxDetachedBytes(LxBlock* block) noexcept;
+void LxFreeDetachedBlock(LxBlockCache* cache, LxBlock* block) noexcept;  // Takes null.
 
 // Makes the range resident: kLxOk; kLxBadParameter outside the file; kLxOutOfMemory; kLxReadError.
 [[nodiscard]] LxResult LxLoadRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept;

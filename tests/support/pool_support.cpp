@@ -51,8 +51,12 @@ std::string Shown(const char* text) {
 class Blocks {
  public:
   explicit Blocks(const LxMetadataPool& pool) {
-    const LxBlock* block = pool.blocks != nullptr ? pool.blocks->blocks : nullptr;
-    for (; block != nullptr; block = block->next) ranges_.emplace_back(block->data, block->data + block->length);
+    if (pool.blocks == nullptr) return;
+    for (const LxBlock* block : {pool.blocks->blocks, pool.blocks->detached, &pool.blocks->whole}) {
+      for (; block != nullptr && block->data != nullptr; block = block->next) {
+        ranges_.emplace_back(block->data, block->data + block->length);
+      }
+    }
     std::sort(ranges_.begin(), ranges_.end(),
               [](const Range& a, const Range& b) { return std::less<>()(a.first, b.first); });
   }
