@@ -70,7 +70,7 @@ if(LXBRIDGE_SHLIBDEPS AND LXBRIDGE_FILE)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
   set(lx_outside "")
 else()
-  set(lx_outside "libc6 (>= 2.36), libexpat1 (>= 2.5.0), libgcc-s1 (>= 3.0), libstdc++6 (>= 12)")
+  set(lx_outside "libbrotli1 (>= 1.0.9), libc6 (>= 2.36), libexpat1 (>= 2.5.0), libgcc-s1 (>= 3.0), libstdc++6 (>= 12), zlib1g (>= 1:1.2.13)")
 endif()
 lx_debian_package(library ${lx_library_package} libs "${lx_outside}"
   "metadata of image files as XMP objects (library)"

@@ -82,7 +82,7 @@ IptcChoice ChooseIptc(LxMetadataPool* pool) noexcept {
   }
   if (tag) LxDeleteMetadata(pool, "tiff", kIptcBlock, "", "");
   if (resource) return {resource, false, isTiff};
-  return {nullptr, false, isTiff || pool->fileKind == kLxFileJpeg};
+  return {nullptr, false, isTiff || LxCountsAsJpeg(pool->fileKind)};
 }
 
 // The digest of the block as it was when the packet was written, against the block as it is.

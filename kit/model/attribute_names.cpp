@@ -1,4 +1,5 @@
-// The names of the enumerations among the image attributes, in the enumerations' order.
+// The names of the enumerations among the image attributes, in the enumerations' order, and which kinds of file are
+// alike.
 #include <cstddef>
 
 #include "kit/model/pool.h"
@@ -6,10 +7,10 @@
 namespace {
 
 constexpr const char* kFileKinds[] = {
-    "unknown", "avi", "bmp", "gif", "jpeg", "mov", "mp3", "mpeg",
-    "pdd",     "pdf", "png", "psd", "tiff", "wav", "wma", "wmv",
+    "unknown", "avi",  "bmp", "gif", "jpeg", "mov",  "mp3",  "mpeg", "pdd", "pdf", "png",
+    "psd",     "tiff", "wav", "wma", "wmv",  "heif", "webp", "jxl",  "jp2", "xmp",
 };
-static_assert(sizeof(kFileKinds) / sizeof(kFileKinds[0]) == kLxFileWmv + 1);
+static_assert(sizeof(kFileKinds) / sizeof(kFileKinds[0]) == kLxFileXmp + 1);
 
 constexpr const char* kColourModels[] = {
     "unk",   "gray",       "RGB",  "RGBicc", "CMYK", "graya",  "rgba",   "rgbiccca", "CMYKa", "bitwz",
@@ -34,6 +35,11 @@ const char* NameAt(const char* const (&names)[kCount], std::int32_t index) noexc
 }
 
 }  // namespace
+
+bool LxCountsAsJpeg(std::int32_t fileKind) noexcept {
+  return fileKind == kLxFileJpeg || fileKind == kLxFilePng || fileKind == kLxFileGif ||
+         (fileKind >= kLxFileHeif && fileKind <= kLxFileXmp);
+}
 
 const char* LxFileKindName(std::int32_t kind) noexcept {
   return NameAt(kFileKinds, kind);

@@ -102,6 +102,11 @@ enum LxFileKind : std::int32_t {
   kLxFileWav,
   kLxFileWma,
   kLxFileWmv,
+  kLxFileHeif,  // HEIC, HEIF, AVIF
+  kLxFileWebp,
+  kLxFileJxl,
+  kLxFileJp2,
+  kLxFileXmp,  // Side-cars.
 };
 
 struct LxMetadataPool {
@@ -122,6 +127,10 @@ struct LxMetadataPool {
   LxBlockCache* blocks;  // Owned; null when nothing of the file is mapped.
   LxMetadataItem* root;  // First of the top-level list.
 };
+
+// Whether a file's blocks are converted by the rules of JPEG files: JPEG itself, and every format that only carries the
+// same blocks in another container.
+[[nodiscard]] bool LxCountsAsJpeg(std::int32_t fileKind) noexcept;
 
 // Names of the four enumerations as they are shown ("jpeg", "sRGB", "rot90cw", "jpeg8"); null outside the enumeration.
 [[nodiscard]] const char* LxFileKindName(std::int32_t kind) noexcept;

@@ -44,6 +44,7 @@ void LxInitParseContext(LxParseContext* context, std::int32_t fileSize) noexcept
   context->budget.items = fileSize / kLxFileBytesPerItem + kLxItemsAtLeast;
   context->budget.valueBytes = kLxValueBytesPerFileByte * fileSize + kLxValueBytesAtLeast;
   context->budget.levels = kLxLevelsBelowRoot;
+  context->budget.inflatedBytes = kLxInflatedPerFileByte * fileSize + kLxInflatedAtLeast;
 }
 
 LxMetadataItem* LxParseWithDescriptor(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
@@ -53,27 +54,27 @@ LxMetadataItem* LxParseWithDescriptor(LxBlockCache* cache, const LxParseRange& r
     case kLxReadJpegStream:
       return LxReadJpegStream(cache, range, context, descriptor);
     case kLxReadTiffHeader:
-      return LxReadTiffHeaderAndIfds(cache, range, context, descriptor);
+      return LxReadTiffHeader(cache, range, context, descriptor);
     case kLxReadIfd:
-      return LxReadIfdEntries(cache, range, context, descriptor);
+      return LxReadIfd(cache, range, context, descriptor);
     case kLxReadMakeOrModel:
       RememberMakeOrModel(context, descriptor.variant);
       return nullptr;
     case kLxReadMakerVendor:
       return LxChooseMakerVendor(cache, range, context, descriptor);
     case kLxReadMakerNote:
-      return LxReadMakerNoteBlock(cache, range, context, descriptor);
+      return LxReadMakerNote(cache, range, context, descriptor);
     case kLxReadExifSegment:
     case kLxReadResourceSegment:
     case kLxReadFlashPixSegment:
     case kLxReadXmpSegment:
       return LxReadSegmentPayload(cache, range, context, descriptor);
     case kLxReadImageResources:
-      return LxReadResourceBlocks(cache, range, context, descriptor);
+      return LxReadImageResources(cache, range, context, descriptor);
     case kLxReadResourceThumbnail:
       return LxReadThumbnailResource(cache, range, context);
     case kLxReadIptc:
-      return LxReadIptcDatasets(cache, range, context, descriptor);
+      return LxReadIptc(cache, range, context, descriptor);
     case kLxReadFlashPixData:
     case kLxReadXmpPacket:
       return LxReadWholeRange(cache, range, context, descriptor);
@@ -96,6 +97,20 @@ bool LxReadChildren(LxBlockCache* cache, const LxParseRange& range, LxParseConte
   item->firstChild = LxParseWithDescriptor(cache, range, context, descriptor);
   LxLeaveLevel(context);
   return item->firstChild != nullptr;
+}
+
+LxResult LxReadWholeFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool,
+                         const LxNamespaceDescriptor& descriptor) noexcept {
+  pool->blocks = LxNewBlockCache(stream, fileSize);
+  if (pool->blocks == nullptr) {
+    LxNoteError(kLxOutOfMemory);
+    return kLxOutOfMemory;
+  }
+  const auto size = static_cast<std::uint32_t>(fileSize);
+  LxParseContext context;
+  LxInitParseContext(&context, fileSize);
+  pool->root = LxParseWithDescriptor(pool->blocks, {0, 0, 0, size, size}, &context, descriptor);
+  return kLxOk;
 }
 
 LxMetadataItem* LxAppendNewItem(LxParseContext* context, LxItemList* list, const char* nameSpace, const char* name,

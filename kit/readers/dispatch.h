@@ -30,17 +30,24 @@ struct LxParseRange {
 //   blocks may be read twice (IPTC in a TIFF tag and in a resource), have the constant.
 // - Value bytes: a block is named by its segment, by the entry that holds it and by the entries inside; nested blocks
 //   are named at most five times (Exif in a resource in a TIFF tag), and no file consists of those alone.
+//   An inflated block adds to them as if the file were longer by it.
+// - Inflated bytes: some blocks of the largest size that a single one may have, and a multiple of the file's size, so
+// that
+//   many small blocks that inflate to much cost no more than a long file.
 // - Levels: a pool walk reaches 30. Honest nesting ends at 14 (a thumbnail's segments below a maker note's sub-IFD).
 struct LxParseBudget {
-  std::int64_t items;       // Items that may still be made.
-  std::int64_t valueBytes;  // Value bytes that may still be named (or looked at to score a maker note).
-  std::int32_t levels;      // Levels of the tree that may still be opened below the current one.
+  std::int64_t items;          // Items that may still be made.
+  std::int64_t valueBytes;     // Value bytes that may still be named (or looked at to score a maker note).
+  std::int32_t levels;         // Levels of the tree that may still be opened below the current one.
+  std::int64_t inflatedBytes;  // Bytes that compressed blocks may still give, also those that do not count in the end.
 };
 
 inline constexpr std::int64_t kLxFileBytesPerItem = 4;
 inline constexpr std::int64_t kLxItemsAtLeast = 1024;
 inline constexpr std::int64_t kLxValueBytesPerFileByte = 6;
 inline constexpr std::int64_t kLxValueBytesAtLeast = 1 << 20;
+inline constexpr std::int64_t kLxInflatedPerFileByte = 4;
+inline constexpr std::int64_t kLxInflatedAtLeast = 256 << 20;
 inline constexpr std::int32_t kLxLevelsBelowRoot = kLxMaxWalkDepth - 1;
 inline constexpr std::int32_t kLxMaxIfdsOnPath = 32;
 
@@ -83,6 +90,11 @@ void LxInitParseContext(LxParseContext* context, std::int32_t fileSize) noexcept
 // when nothing was found.
 bool LxReadChildren(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, LxMetadataItem* item,
                     const LxNamespaceDescriptor& descriptor) noexcept;
+
+// Makes the pool's block cache and reads the whole file with the descriptor; the items become the pool's root list.
+// kLxOk, also when nothing was found; kLxOutOfMemory.
+[[nodiscard]] LxResult LxReadWholeFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool,
+                                       const LxNamespaceDescriptor& descriptor) noexcept;
 
 // A sibling list being built.
 struct LxItemList {

@@ -3,6 +3,9 @@
 
 #include <cstring>
 
+#include "kit/base/byte_order.h"
+#include "kit/readers/xml_start.h"
+
 namespace {
 
 struct Signature {
@@ -24,6 +27,7 @@ constexpr Signature kSignatures[] = {
   {0, 4, "GIF8",                              kLxFileGif},
   {8, 4, "AVI ",                              kLxFileAvi},   // RIFF only
   {8, 4, "WAVE",                              kLxFileWav},   // RIFF only
+  {8, 4, "WEBP",                              kLxFileWebp},  // RIFF only
   {0, 4, "RIFF",                              kLxFileUnknown},
   {0, 4, "ID3\x03",                           kLxFileMp3},
   {0, 2, "BM",                                kLxFileBmp},
@@ -34,11 +38,71 @@ constexpr Signature kSignatures[] = {
   {4, 4, "free",                              kLxFileMov},
   {0, 4, "\x00\x00\x01\xBA",                  kLxFileMpeg},
   {0, 4, "\x30\x26\xB2\x75",                  kLxFileWmv},
+  {0, 12, "\x00\x00\x00\x0CJXL \x0D\x0A\x87\x0A", kLxFileJxl},  // ISO/IEC 18181-2, 9.1
+  {0, 2, "\xFF\x0A",                          kLxFileJxl},   // A bare codestream.
+  {0, 12, "\x00\x00\x00\x0CjP  \x0D\x0A\x87\x0A", kLxFileJp2},  // ISO/IEC 15444-1, I.5.1
+  {0, 4, "\xFF\x4F\xFF\x51",                  kLxFileJp2},   // A bare codestream.
 };
 // clang-format on
 
+// ISO/IEC 23008-12, 10, and the brands of AVIF: files whose metadata are items of a `meta` box.
+constexpr const char* kImageBrands[] = {"heic", "heix", "heim", "heis", "hevc", "hevx", "hevm",
+                                        "hevs", "mif1", "msf1", "mif2", "avif", "avis", "miaf"};
+constexpr std::uint64_t kBoxHeader = 8;
+constexpr std::uint64_t kLongBoxHeader = 16;  // Size 1: the size stands in the 64 bits that follow the type.
+
 bool Holds(const std::uint8_t* bytes, std::int32_t at, const char* expected, std::int32_t length) noexcept {
   return std::memcmp(bytes + at, expected, static_cast<std::size_t>(length)) == 0;
+}
+
+bool IsImageBrand(const std::uint8_t* brand) noexcept {
+  for (const char* known : kImageBrands) {
+    if (std::memcmp(brand, known, 4) == 0) return true;
+  }
+  return false;
+}
+
+std::int32_t ReadAt(LxStream* stream, std::int64_t position, std::uint8_t* buffer, std::int32_t size) noexcept {
+  if (position > INT32_MAX || stream->methods->seek(stream, static_cast<std::int32_t>(position), SEEK_SET) != 0)
+    return 0;
+  return stream->methods->read(buffer, 1, size, stream);
+}
+
+// Whether a whole file type box at `start`, which begins with the header, lists an image brand. (ISO/IEC 14496-12, 4.3:
+// major brand, minor version, compatible brands.)
+bool ListsImageBrand(LxStream* stream, std::int32_t start, const std::uint8_t* header) noexcept {
+  const auto left = static_cast<std::uint64_t>(LxStreamLength(stream) - start);
+  std::uint64_t size = LxGet32(header, kLxBigEndian);
+  std::uint64_t at = kBoxHeader;
+  if (size == 0) size = left;
+  if (size == 1) {
+    size = std::uint64_t{LxGet32(header + 8, kLxBigEndian)} << 32 | LxGet32(header + 12, kLxBigEndian);
+    at = kLongBoxHeader;
+  }
+  if (size > left) return false;
+  std::uint8_t brands[1024];
+  for (bool first = true; at + 4 <= size; first = false) {
+    const std::uint64_t want = size - at < sizeof(brands) ? (size - at) / 4 * 4 : sizeof(brands);
+    if (ReadAt(stream, static_cast<std::int64_t>(at) + start, brands, static_cast<std::int32_t>(want)) !=
+        static_cast<std::int32_t>(want)) {
+      return false;
+    }
+    for (std::uint64_t i = 0; i < want; i += 4) {
+      const bool isMinorVersion = first && i == 4;
+      if (!isMinorVersion && IsImageBrand(brands + i)) return true;
+    }
+    at += want;
+  }
+  return false;
+}
+
+LxFileKind DetectFurther(LxStream* stream, std::int32_t start, const std::uint8_t* header) noexcept {
+  if (Holds(header, 4, "ftyp", 4)) return ListsImageBrand(stream, start, header) ? kLxFileHeif : kLxFileUnknown;
+  if (!LxMayStartXml(header)) return kLxFileUnknown;
+  std::uint8_t text[kLxXmlStartSize];
+  const std::int32_t length = ReadAt(stream, start, text, sizeof(text));
+  if (LxStreamLength(stream) - start > kLxLargestSidecar) return kLxFileUnknown;
+  return length > 0 && LxStartsPacket(text, length) ? kLxFileXmp : kLxFileUnknown;
 }
 
 }  // namespace
@@ -50,5 +114,33 @@ LxFileKind LxDetectFileKind(const std::uint8_t* bytes) noexcept {
     if (signature.at == 8 && !riff) continue;
     if (Holds(bytes, signature.at, signature.bytes, signature.length)) return signature.kind;
   }
-  return kLxFileUnknown;
+  return Holds(bytes, 4, "ftyp", 4) && IsImageBrand(bytes + 8) ? kLxFileHeif : kLxFileUnknown;
+}
+
+LxFileKind LxDetectStreamKind(LxStream* stream) noexcept {
+  const std::int32_t start = stream->methods->tell(stream);
+  if (start < 0) return kLxFileUnknown;
+  std::uint8_t header[kLxFileHeaderSize];
+  if (stream->methods->read(header, 1, sizeof(header), stream) != kLxFileHeaderSize) {
+    (void)stream->methods->seek(stream, start, SEEK_SET);
+    return kLxFileUnknown;
+  }
+  LxFileKind kind = LxDetectFileKind(header);
+  // A RIFF file is decided by its form.
+  if (kind == kLxFileUnknown && !Holds(header, 0, "RIFF", 4)) kind = DetectFurther(stream, start, header);
+  return stream->methods->seek(stream, start, SEEK_SET) == 0 ? kind : kLxFileUnknown;
+}
+
+bool LxHasFileReader(std::int32_t fileKind) noexcept {
+  switch (fileKind) {
+    case kLxFileJpeg:
+    case kLxFileTiff:
+    case kLxFilePsd:
+    case kLxFilePng:
+    case kLxFileBmp:
+    case kLxFileGif:
+      return true;
+    default:
+      return false;
+  }
 }

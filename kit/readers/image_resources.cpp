@@ -17,7 +17,7 @@ constexpr std::uint32_t kThumbnailHeader = 28;
 
 }  // namespace
 
-LxMetadataItem* LxReadResourceBlocks(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+LxMetadataItem* LxReadImageResources(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                                      const LxNamespaceDescriptor& descriptor) noexcept {
   LxItemList list;
   std::uint64_t position = range.start;

@@ -14,8 +14,8 @@ constexpr std::uint32_t kLongestStandardLength = 0x7FFF;  // With the top bit se
 
 }  // namespace
 
-LxMetadataItem* LxReadIptcDatasets(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
-                                   const LxNamespaceDescriptor& descriptor) noexcept {
+LxMetadataItem* LxReadIptc(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                           const LxNamespaceDescriptor& descriptor) noexcept {
   LxItemList list;
   std::uint64_t position = range.start;
   // The range's end says where a dataset may begin; only the file's end limits its data.

@@ -260,8 +260,8 @@ LxMetadataItem* LxChooseMakerVendor(LxBlockCache* cache, const LxParseRange& ran
   return LxParseWithDescriptor(cache, range, context, *record->subNamespace);
 }
 
-LxMetadataItem* LxReadMakerNoteBlock(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
-                                     const LxNamespaceDescriptor& descriptor) noexcept {
+LxMetadataItem* LxReadMakerNote(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                const LxNamespaceDescriptor& descriptor) noexcept {
   const std::size_t size = range.end - range.start;
   const std::size_t mapped = std::min(size, kLongestSignature + kLongestGuess);
   const std::uint8_t* bytes = LxMapFileRange(cache, range.start, mapped);
@@ -286,7 +286,7 @@ LxMetadataItem* LxReadMakerNoteBlock(LxBlockCache* cache, const LxParseRange& ra
     own.base += layout.headerLength;
     own.start += layout.headerLength;
     // Its byte order stays in force behind it, as that of any TIFF header does.
-    header->firstChild = LxReadTiffHeaderAndIfds(cache, own, context, descriptor);
+    header->firstChild = LxReadTiffHeader(cache, own, context, descriptor);
   } else {
     const int order = context->byteOrder;
     if ((layout.flags & kForcedOrder) != 0) context->byteOrder = static_cast<int>(layout.flags & 0x7F);

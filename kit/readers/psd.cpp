@@ -5,8 +5,8 @@
 #include "kit/base/memory.h"
 #include "kit/model/tables/tables.h"
 #include "kit/model/value.h"
-#include "kit/readers/attributes.h"
 #include "kit/readers/dispatch.h"
+#include "kit/readers/file_readers.h"
 
 namespace {
 

@@ -3,8 +3,9 @@
 
 #include <cstdio>
 
-#include "kit/readers/attributes.h"
+#include "kit/base/memory_stream.h"
 #include "kit/readers/file_kind.h"
+#include "kit/readers/file_readers.h"
 #include "kit/readers/post_process.h"
 
 namespace {
@@ -13,12 +14,6 @@ constexpr LxResult kPositionLost = 1;
 
 bool SeekTo(LxStream* stream, std::int32_t position) noexcept {
   return stream->methods->seek(stream, position, SEEK_SET) == 0;
-}
-
-LxFileKind KindAt(LxStream* stream, std::int32_t position) noexcept {
-  std::uint8_t header[kLxFileHeaderSize];
-  const bool whole = stream->methods->read(header, 1, kLxFileHeaderSize, stream) == kLxFileHeaderSize;
-  return SeekTo(stream, position) && whole ? LxDetectFileKind(header) : kLxFileUnknown;
 }
 
 LxResult ReadKind(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept {
@@ -49,12 +44,18 @@ LxResult LxParseImageFile(LxStream* stream, LxMetadataPool* pool) noexcept {
     return kPositionLost;
   }
   const std::int32_t fileSize = LxStreamLength(stream);
-  pool->fileKind = KindAt(stream, position);
+  pool->fileKind = LxDetectStreamKind(stream);
   LxResult status = ReadKind(stream, fileSize, pool);
   LxPostProcessPool(pool);
   if (!SeekTo(stream, position)) status = kPositionLost;
   if (status != kLxOk) LxFreeMetadataPool(pool);
   return status;
+}
+
+LxResult LxParseImageBytes(const std::uint8_t* bytes, std::int32_t length, LxMetadataPool* pool) noexcept {
+  LxMemoryStream stream;
+  LxInitMemoryStream(&stream, bytes, length);
+  return LxParseImageFile(&stream, pool);
 }
 
 LxResult LxReadFileIntoPool(LxMetadataPool* pool, const char* path) noexcept {

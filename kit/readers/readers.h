@@ -33,33 +33,30 @@ struct LxJpegSegment {
                                                LxParseContext* context) noexcept;
 
 // tiff.cpp
-[[nodiscard]] LxMetadataItem* LxReadTiffHeaderAndIfds(LxBlockCache* cache, const LxParseRange& range,
-                                                      LxParseContext* context,
-                                                      const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadTiffHeader(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                               const LxNamespaceDescriptor& descriptor) noexcept;
 // `offset` counts from the range's base; at most 8 IFDs.
 [[nodiscard]] LxMetadataItem* LxReadIfdChain(std::uint32_t offset, LxBlockCache* cache, const LxParseRange& range,
                                              LxParseContext* context, const LxNamespaceDescriptor& descriptor) noexcept;
-[[nodiscard]] LxMetadataItem* LxReadIfdEntries(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
-                                               const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadIfd(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                        const LxNamespaceDescriptor& descriptor) noexcept;
 
 // image_resources.cpp
-[[nodiscard]] LxMetadataItem* LxReadResourceBlocks(LxBlockCache* cache, const LxParseRange& range,
+[[nodiscard]] LxMetadataItem* LxReadImageResources(LxBlockCache* cache, const LxParseRange& range,
                                                    LxParseContext* context,
                                                    const LxNamespaceDescriptor& descriptor) noexcept;
 [[nodiscard]] LxMetadataItem* LxReadThumbnailResource(LxBlockCache* cache, const LxParseRange& range,
                                                       LxParseContext* context) noexcept;
 
 // iptc.cpp
-[[nodiscard]] LxMetadataItem* LxReadIptcDatasets(LxBlockCache* cache, const LxParseRange& range,
-                                                 LxParseContext* context,
-                                                 const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadIptc(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                         const LxNamespaceDescriptor& descriptor) noexcept;
 
 // maker_note.cpp
 [[nodiscard]] LxMetadataItem* LxChooseMakerVendor(LxBlockCache* cache, const LxParseRange& range,
                                                   LxParseContext* context,
                                                   const LxNamespaceDescriptor& descriptor) noexcept;
-[[nodiscard]] LxMetadataItem* LxReadMakerNoteBlock(LxBlockCache* cache, const LxParseRange& range,
-                                                   LxParseContext* context,
-                                                   const LxNamespaceDescriptor& descriptor) noexcept;
+[[nodiscard]] LxMetadataItem* LxReadMakerNote(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                              const LxNamespaceDescriptor& descriptor) noexcept;
 
 #endif  // LXBRIDGE_KIT_READERS_READERS_H_

@@ -165,8 +165,8 @@ const std::uint8_t* MapIfd(LxBlockCache* cache, std::uint32_t at, int order, std
 
 }  // namespace
 
-LxMetadataItem* LxReadTiffHeaderAndIfds(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
-                                        const LxNamespaceDescriptor& descriptor) noexcept {
+LxMetadataItem* LxReadTiffHeader(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                                 const LxNamespaceDescriptor& descriptor) noexcept {
   const std::uint8_t* header = LxMapFileRange(cache, range.start, kHeaderLength);
   if (header == nullptr) return nullptr;
   if (std::memcmp(header, "MM", 2) == 0) {
@@ -214,7 +214,7 @@ LxMetadataItem* LxReadIfdChain(std::uint32_t offset, LxBlockCache* cache, const 
 
     const LxParseRange entries = {range.lowLimit, range.base, at, at + length, range.highLimit};
     if (LxIsValidRange(entries) && LxEnterLevel(context)) {
-      item->firstChild = LxReadIfdEntries(cache, entries, context, descriptor);
+      item->firstChild = LxReadIfd(cache, entries, context, descriptor);
       LxLeaveLevel(context);
     }
     if (next == 0 || next >= 0xF0000000) break;
@@ -223,8 +223,8 @@ LxMetadataItem* LxReadIfdChain(std::uint32_t offset, LxBlockCache* cache, const 
   return list.first;
 }
 
-LxMetadataItem* LxReadIfdEntries(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
-                                 const LxNamespaceDescriptor& descriptor) noexcept {
+LxMetadataItem* LxReadIfd(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
+                          const LxNamespaceDescriptor& descriptor) noexcept {
   if (IsBeingRead(context, range.start) || context->ifdCount >= kLxMaxIfdsOnPath) return nullptr;
   std::uint16_t count = 0;
   const std::uint8_t* ifd = MapIfd(cache, range.start, context->byteOrder, &count);

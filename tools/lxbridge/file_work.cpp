@@ -33,21 +33,9 @@ const char* LibraryPath(const std::string& name) {
 bool HasReader(const char* path, std::uint8_t* kind) {
   LxStream* stream = nullptr;
   if (LxOpenFileStream(path, &stream) != kLxOk) return true;
-  std::uint8_t header[kLxFileHeaderSize];
-  const bool whole = stream->methods->read(header, 1, kLxFileHeaderSize, stream) == kLxFileHeaderSize;
+  *kind = static_cast<std::uint8_t>(LxDetectStreamKind(stream));
   (void)LxCloseStream(stream);
-  *kind = static_cast<std::uint8_t>(whole ? LxDetectFileKind(header) : kLxFileUnknown);
-  switch (*kind) {
-    case kLxFileJpeg:
-    case kLxFileTiff:
-    case kLxFilePsd:
-    case kLxFilePng:
-    case kLxFileBmp:
-    case kLxFileGif:
-      return true;
-    default:
-      return false;
-  }
+  return LxHasFileReader(*kind);
 }
 
 }  // namespace lxbridge::command

@@ -1,5 +1,5 @@
 // The image attributes of each file kind.
-#include "kit/readers/attributes.h"
+#include "kit/readers/file_readers.h"
 
 #include <gtest/gtest.h>
 

@@ -6,6 +6,7 @@
 #include "tests/support/failing_stream.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/pool_support.h"
+#include "tests/support/rich_files.h"
 
 using namespace lxtest;
 
@@ -54,6 +55,22 @@ TEST(ReadFile, AFileThatShrinksKeepsWhatCanStillBeRead) {
       EXPECT_NE(Find(*pool, "tiff", "Make"), nullptr) << size;
       EXPECT_EQ(status, kLxOk) << size;
     }
+  }
+}
+
+// The same pool without a copy: values lie in the caller's bytes.
+TEST(ReadFile, BytesInMemoryGiveThePoolOfAFile) {
+  for (const Bytes& file : {Photo(), RichTiff(kBig), RichPsd(), Bytes(), Text("GIF89a0123456789")}) {
+    PoolPtr pool = NewPool();
+    LxResult expected = -1;
+    const PoolPtr read = ReadPool(file, &expected);
+    EXPECT_EQ(LxParseImageBytes(file.data(), static_cast<std::int32_t>(file.size()), pool.get()), expected);
+    EXPECT_EQ(DumpPool(*pool), DumpPool(*read));
+    EXPECT_EQ(pool->width, read->width);
+    for (const LxMetadataItem* item : AllItems(*pool, "tiff", "Make")) {
+      EXPECT_TRUE(item->value >= file.data() && item->value < file.data() + file.size());
+    }
+    EXPECT_TRUE(IsWellFormed(*pool));
   }
 }
 
