@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <memory>
 
 #include "outside/xmp/errors.h"
@@ -34,6 +35,19 @@ bool isHighSurrogate(std::uint32_t unit) noexcept {
 }
 bool isLowSurrogate(std::uint32_t unit) noexcept {
   return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+// DEL and C1 control characters, line and paragraph separators, bidirectional controls (Unicode Standard Annex 9): a
+// terminal or an editor obeys them, so a packet that is printed must not hold them as they are.
+bool isObeyed(std::uint32_t c) noexcept {
+  return (c >= 0x7F && c < 0xA0) || c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
+         (c >= 0x2066 && c <= 0x2069);
+}
+
+void appendReference(std::uint32_t codePoint, std::string& text) {
+  char digits[8];
+  char* end = std::to_chars(digits, digits + sizeof digits, codePoint, 16).ptr;
+  text.append("&#x").append(digits, static_cast<std::size_t>(end - digits)).append(";");
 }
 
 std::uint32_t joinSurrogates(std::uint32_t high, std::uint32_t low) noexcept {
@@ -250,8 +264,11 @@ std::string normalizeLanguage(std::string_view text) {
 std::string escapeXML(std::string_view text) {
   std::string escaped;
   escaped.reserve(text.size() + 16);
-  for (const char c : text) {
-    switch (c) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t from = at;
+    std::uint32_t codePoint = kReplacement;
+    if (!decodeUTF8(text, at, codePoint)) ++at;  // Not in texts that were taken in, which are UTF-8.
+    switch (codePoint) {
       case '&':
         escaped += "&amp;";
         break;
@@ -274,7 +291,11 @@ std::string escapeXML(std::string_view text) {
         escaped += "&#xD;";
         break;
       default:
-        escaped += c;
+        if (isObeyed(codePoint)) {
+          appendReference(codePoint, escaped);
+        } else {
+          escaped += text.substr(from, at - from);
+        }
     }
   }
   return escaped;

@@ -34,11 +34,14 @@ bool isLanguageTag(std::string_view text) noexcept;
 // Its case: language lower, script title, region upper, the rest lower ("zh-Hant-TW", "x-default").
 std::string normalizeLanguage(std::string_view text);
 
-// Whether escapeXML changes it.
+// Whether escapeXML may change a text with this byte in it.
 constexpr bool needsEscapeXML(char c) noexcept {
-  return c == '&' || c == '<' || c == '>' || c == '"' || c == '\t' || c == '\n' || c == '\r';
+  return c == '&' || c == '<' || c == '>' || c == '"' || c == '\t' || c == '\n' || c == '\r' || c == '\x7F' ||
+         c == '\xC2' || c == '\xD8' || c == '\xE2';
 }
-std::string escapeXML(std::string_view text);  // & < > " as entities, tab and line ends as character references.
+// & < > " as entities; tab, line ends and what a terminal or an editor would obey (DEL, C1 control characters, line and
+// paragraph separators, bidirectional controls) as character references.
+std::string escapeXML(std::string_view text);
 
 std::string fromUTF16(std::string_view bytes, bool bigEndian);  // Lone surrogates and odd bytes become U+FFFD.
 std::string fromUTF32(std::string_view bytes, bool bigEndian);

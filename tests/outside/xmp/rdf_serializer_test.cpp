@@ -28,6 +28,17 @@ const std::string kOneOfEach = inRDF(
     "<dc:subject><rdf:Bag/></dc:subject><exif:Flash exif:Fired='True' exif:Mode='1'/>"
     "<t:a xml:lang='de' rdf:value='v' t:q='1'/><t:s rdf:parseType='Resource'/><t:e/></rdf:Description>");
 
+TEST(RDFSerializer, CharactersThatATerminalObeysAreReferencesAndTheirNeighboursAreNot) {
+  const std::string packet = inRDF(
+      "<rdf:Description rdf:about='' t:a='\x7F\xC2\x80\xC2\x9F\xC2\xA0\xD8\x9B\xD8\x9C\xE2\x80\x8D\xE2\x80\x8E"
+      "\xE2\x80\xA7\xE2\x80\xA8\xE2\x80\xAE\xE2\x80\xAF\xE2\x81\xA5\xE2\x81\xA6\xE2\x81\xA9\xE2\x81\xAA'/>");
+  const std::string text = serialized(packet, {.options = kBare});
+  EXPECT_NE(text.find("<t:a>&#x7f;&#x80;&#x9f;\xC2\xA0\xD8\x9B&#x61c;\xE2\x80\x8D&#x200e;\xE2\x80\xA7&#x2028;&#x202e;"
+                      "\xE2\x80\xAF\xE2\x81\xA5&#x2066;&#x2069;\xE2\x81\xAA</t:a>"),
+            std::string::npos)
+      << text;
+}
+
 TEST(RDFSerializer, CanonicalPacket) {
   EXPECT_EQ(serialized(kOneOfEach, {.padding = 0}),
             "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
