@@ -145,7 +145,12 @@ LxResult LxFinishContainer(LxContainer* container, const char* headerSpace, cons
                            const char* blockSpace) noexcept {
   bool any = false;
   for (const LxContainerBlock& block : container->blocks) any = any || block.bytes != nullptr;
-  if (!any) return kLxOk;
+  if (!any) {
+    LxFreeBlockCache(container->pool->blocks);
+    LxFree(container->pool->blocks);
+    container->pool->blocks = nullptr;
+    return kLxOk;
+  }
   LxItemList root;
   LxMetadataItem* header =
       LxAppendNewItem(&container->context, &root, headerSpace, headerName, 0, 0, kLxTypeUndefined, 0, nullptr);

@@ -60,7 +60,7 @@ bool LxOfferBlock(LxContainer* container, LxContainerBlockKind kind, const LxCon
 
 // The pool's header item (namespace and name of the kind), below it an item for each block taken, below that the
 // block's own items. With a null `blockSpace` these are the header's own children. Without any block the pool stays
-// empty. kLxOk; kLxOutOfMemory.
+// empty and loses its block cache. kLxOk; kLxOutOfMemory.
 [[nodiscard]] LxResult LxFinishContainer(LxContainer* container, const char* headerSpace, const char* headerName,
                                          const char* blockSpace) noexcept;
 

@@ -139,6 +139,8 @@ bool LxHasFileReader(std::int32_t fileKind) noexcept {
     case kLxFilePng:
     case kLxFileBmp:
     case kLxFileGif:
+    case kLxFileWebp:
+    case kLxFileXmp:
       return true;
     default:
       return false;

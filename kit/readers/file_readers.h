@@ -17,5 +17,7 @@
 [[nodiscard]] LxResult LxReadPngFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 [[nodiscard]] LxResult LxReadBmpFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 [[nodiscard]] LxResult LxReadGifFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
+[[nodiscard]] LxResult LxReadWebpFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
+[[nodiscard]] LxResult LxReadSidecarFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 
 #endif  // LXBRIDGE_KIT_READERS_FILE_READERS_H_

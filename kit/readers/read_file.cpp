@@ -30,6 +30,10 @@ LxResult ReadKind(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool)
       return LxReadBmpFile(stream, fileSize, pool);
     case kLxFileGif:
       return LxReadGifFile(stream, fileSize, pool);
+    case kLxFileWebp:
+      return LxReadWebpFile(stream, fileSize, pool);
+    case kLxFileXmp:
+      return LxReadSidecarFile(stream, fileSize, pool);
     default:
       return kLxOk;  // Recognised or not, nothing of it is read.
   }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/tiff_builder.h"
 
@@ -286,6 +287,37 @@ std::string Again(std::size_t size, std::string_view part) {
   return text;
 }
 
+// --- chunks
+
+Bytes PngChunk(std::string_view type, const Bytes& data) {
+  return Put32(data.size()) + Text(type) + data + Text("CRC?");
+}
+Bytes PngOf(const Bytes& chunks) {
+  return PngBuilder().Bare() + chunks;
+}
+// A text chunk of that size, which inflates to 158 times as much.
+Bytes Bomb(std::string_view type, std::size_t size) {
+  const bool isPacket = type == "iTXt";
+  const Bytes stream = ZlibBomb(' ', size * 8 / 13);
+  return isPacket ? PngChunk(type, Text("XML:com.adobe.xmp") + Hex("00 01 00 00 00") + stream)
+                  : PngChunk(type, Text("Raw profile type iptc") + Filled(2) + stream);
+}
+// An extended packet of portions of one byte, the last one first.
+Bytes PortionsInReverse(std::size_t size) {
+  const std::string guid(32, '0');
+  const std::size_t count = size / 80;
+  Bytes file = JpegBuilder().Dqt().Sof0().Bare();
+  file += Segment(0xE1, Text("http://ns.adobe.com/xap/1.0/") + Filled(1) +
+                            Text("<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
+                                 "xmlns:n='http://ns.adobe.com/xmp/note/' n:HasExtendedXMP='" +
+                                 guid + "'/></rdf:RDF>"));
+  for (std::size_t at = count; at-- > 0;) {
+    file += Segment(0xE1, Text("http://ns.adobe.com/xmp/extension/") + Filled(1) + Text(guid) + Put32(count) +
+                              Put32(at) + Text("x"));
+  }
+  return file;
+}
+
 }  // namespace
 
 const std::vector<HostileFile>& HostileFiles() {
@@ -367,6 +399,31 @@ const std::vector<HostileFile>& HostileFiles() {
       {"packet-of-one-text", [](std::size_t size) { return PropertyFile("", Again(size, "text &amp; "), ""); }},
       {"packet-of-nesting",
        [](std::size_t size) { return PacketFile("", Again(size, "<a:p rdf:parseType='Resource'>")); }},
+      {"png-smallest-chunks", [](std::size_t size) { return PngOf(Repeated(size, Filled(4) + Text("abcdCRC?"))); }},
+      {"png-profiles-of-nothing",
+       [](std::size_t size) {
+         return PngOf(Repeated(size, PngChunk("tEXt", Text("Raw profile type iptc") + Filled(1) + Text("\nx\n9\n0"))));
+       }},
+      {"png-long-profile",
+       [](std::size_t size) {
+         const Bytes digits = Repeated(size, Text("49"));
+         return PngOf(PngChunk("tEXt", Text("Raw profile type xmp") + Filled(1) + Text("\nx\n999999999\n") + digits));
+       }},
+      {"png-one-bomb", [](std::size_t size) { return PngOf(Bomb("zTXt", size)); }},
+      {"png-many-bombs", [](std::size_t size) { return PngOf(Repeated(size, Bomb("zTXt", 4096))); }},
+      {"png-packet-in-a-bomb",
+       [](std::size_t size) {
+         const std::size_t most = (64 << 20) / 160;
+         return PngOf(Bomb("iTXt", std::min(size, most)) + Filled(size > most ? size - most : 0));
+       }},
+      {"webp-smallest-chunks",
+       [](std::size_t size) { return Text("RIFF....WEBP") + Repeated(size, Text("abcd") + Filled(4)); }},
+      {"gif-smallest-blocks", [](std::size_t size) { return GifBuilder().Raw(Repeated(size, Hex("21FE00"))).Bare(); }},
+      {"gif-smallest-sub-blocks",
+       [](std::size_t size) { return GifBuilder().Raw(Hex("21FE") + Repeated(size, Hex("0101"))).Bare(); }},
+      {"gif-empty-packets",
+       [](std::size_t size) { return GifBuilder().Raw(Repeated(size, GifBuilder().Packet("").Blocks())).Bare(); }},
+      {"smallest-portions-in-reverse", PortionsInReverse},
       {"packet-of-bad-bytes", [](std::size_t size) { return PropertyFile("", Again(size, "\x80\xFF"), ""); }},
   };
   return kFiles;

@@ -8,7 +8,9 @@
 #include <string>
 
 #include "api/include/lxbridge/lxbridge.h"
+#include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
+#include "tests/support/rich_files.h"
 #include "tests/support/tiff_builder.h"
 #include "tests/support/xmp_dump.h"
 
@@ -109,6 +111,32 @@ TEST_F(RoadTest, ACamerasPictureGivesTheSameXmpInEitherByteOrderAndFileKind) {
               std::string(expected).erase(expected.find("tiff:ImageDescription"),
                                           sizeof "tiff:ImageDescription=alt[x-default: Evening at sea]\n" - 1));
   }
+}
+
+TEST_F(RoadTest, ChunkedFilesGiveTheXmpOfAJpegFileOfTheSameBlocks) {
+  const Bytes exif = RichExif(kLittle);
+  const Bytes packet = Text(RichPacket());
+  const Bytes resources = RichResources(kBig);
+  const Bytes datasets = IptcBuilder().Add(25, "bare");
+  const auto raw = [](PngBuilder& png, const char* name, const Bytes& bytes) {
+    png.Latin(std::string("Raw profile type ") + name, RawProfile(name, bytes));
+  };
+  PngBuilder own, profiles;
+  raw(profiles.Chunk("IDAT", Filled(5000)), "iptc", datasets);
+  raw(profiles, "8bim", resources);
+  raw(profiles, "xmp", packet);
+  raw(profiles, "exif", exif);
+  raw(own.Chunk("eXIf", exif).International("XML:com.adobe.xmp", packet), "8bim", resources);
+  const JpegBuilder camera = JpegBuilder().App1Exif(exif).App1Xmp(RichPacket());
+  const std::string alone = Import(JpegBuilder().App1Xmp(RichPacket()));
+  EXPECT_NE(alone, "");
+  EXPECT_EQ(Import(own), Import(JpegBuilder(camera).App13(resources)));
+  EXPECT_EQ(Import(profiles), Import(JpegBuilder(camera).App13(resources).App13(ResourceBuilder().Iptc(datasets))));
+  EXPECT_EQ(Import(WebpBuilder().Chunk("XMP ", packet).Chunk("EXIF", exif)), Import(camera));
+  EXPECT_EQ(Import(PngBuilder().Latin("Raw profile type iptc", RawProfile("iptc", datasets))),
+            Import(JpegBuilder().App13(ResourceBuilder().Iptc(datasets))));
+  EXPECT_EQ(Import(GifBuilder().Packet(RichPacket())), alone);
+  EXPECT_EQ(Import(packet), alone);
 }
 
 TEST_F(RoadTest, APacketKeepsWhatTheFileDoesNotSayBetter) {
