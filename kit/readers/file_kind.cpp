@@ -141,6 +141,9 @@ bool LxHasFileReader(std::int32_t fileKind) noexcept {
     case kLxFileGif:
     case kLxFileWebp:
     case kLxFileXmp:
+    case kLxFileHeif:
+    case kLxFileJxl:
+    case kLxFileJp2:
       return true;
     default:
       return false;

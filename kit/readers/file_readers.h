@@ -19,5 +19,8 @@
 [[nodiscard]] LxResult LxReadGifFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 [[nodiscard]] LxResult LxReadWebpFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 [[nodiscard]] LxResult LxReadSidecarFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
+[[nodiscard]] LxResult LxReadHeifFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
+[[nodiscard]] LxResult LxReadJxlFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
+[[nodiscard]] LxResult LxReadJp2File(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept;
 
 #endif  // LXBRIDGE_KIT_READERS_FILE_READERS_H_

@@ -34,6 +34,12 @@ LxResult ReadKind(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool)
       return LxReadWebpFile(stream, fileSize, pool);
     case kLxFileXmp:
       return LxReadSidecarFile(stream, fileSize, pool);
+    case kLxFileHeif:
+      return LxReadHeifFile(stream, fileSize, pool);
+    case kLxFileJxl:
+      return LxReadJxlFile(stream, fileSize, pool);
+    case kLxFileJp2:
+      return LxReadJp2File(stream, fileSize, pool);
     default:
       return kLxOk;  // Recognised or not, nothing of it is read.
   }
