@@ -33,11 +33,20 @@ install(TARGETS ${lx_libraries} EXPORT LxBridgeTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-# The search paths are those of the built tree too, which lies alike: one that is changed on installing is first linked with
-# room behind it, which the loader would take for the current folder.
+# lx_search_path(TARGET PATH): where the loader looks for the libraries of an installed target; a package's are in the
+# system's own folder. The path is that of the built tree too, which has the same layout: one that is changed on installing
+# is first linked with padding after it, which the loader would take for the current folder.
+function(lx_search_path target path)
+  if(NOT lx_debian)
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "${path}")
+    if(ARGC GREATER 2)
+      set_target_properties(${target} PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
+    endif()
+  endif()
+endfunction()
 foreach(library LxBridge LxHost)
   if(TARGET ${library})
-    set_target_properties(${library} PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+    lx_search_path(${library} "$ORIGIN" AS_BUILT)
   endif()
 endforeach()
 
@@ -77,9 +86,10 @@ endif()
 
 if(TARGET lxbridge)
   file(RELATIVE_PATH to_libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
-  set_target_properties(lxbridge PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
   if(to_libraries STREQUAL "../lib")
-    set_target_properties(lxbridge PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
+    lx_search_path(lxbridge "$ORIGIN/../lib" AS_BUILT)
+  else()
+    lx_search_path(lxbridge "$ORIGIN/${to_libraries}")
   endif()
   install(TARGETS lxbridge RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT command)
 
@@ -122,17 +132,18 @@ if(TARGET lxbridge_python)
   set(LXBRIDGE_PYTHON_DIR "${modules}" CACHE STRING "Where the Python module is installed")
   cmake_path(ABSOLUTE_PATH LXBRIDGE_PYTHON_DIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}" OUTPUT_VARIABLE modules)
   file(RELATIVE_PATH to_libraries "${modules}/lxbridge" "${CMAKE_INSTALL_FULL_LIBDIR}")
-  set_target_properties(lxbridge_python PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+  lx_search_path(lxbridge_python "$ORIGIN/${to_libraries}")
   install(TARGETS lxbridge_python LIBRARY DESTINATION "${LXBRIDGE_PYTHON_DIR}/lxbridge" COMPONENT python)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/lxbridge" DESTINATION "${LXBRIDGE_PYTHON_DIR}" COMPONENT python
     FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN py.typed)
 endif()
 
-# What there is to read.
-install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${PROJECT_SOURCE_DIR}/docs/install.md"
-  DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
+# Documents. Packages have the change log and the licence under names of their own.
+set(documents README.md SECURITY.md docs/install.md docs/versions.md)
+if(NOT lx_debian)
+  list(APPEND documents CHANGELOG.md LICENSE)
+endif()
+list(TRANSFORM documents PREPEND "${PROJECT_SOURCE_DIR}/")
+install(FILES ${documents} DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development
   FILES_MATCHING REGEX "[.](c|h|cpp|py)$")
-if(EXISTS "${PROJECT_SOURCE_DIR}/LICENSE")
-  install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT library)
-endif()
