@@ -1,4 +1,4 @@
-// Whole objects: making, parsing, merging and serialising them; and the namespaces that the toolkit knows.
+// Whole objects: making, parsing, merging and serialising them; and what the toolkit knows of names.
 #include <cstdint>
 #include <memory>
 
@@ -24,6 +24,25 @@ LxXmpStatus OnTwo(const CXMPMeta* left, const CXMPMeta* right, bool argumentsThe
   return OnObject(left, argumentsThere && right != nullptr, [&](const XMPMetaMethods&, XMPObjectRef object) {
     if (right->Object() == nullptr) return Fail(LX_XMP_BAD_ARGUMENT, "the XMP object holds nothing of the toolkit");
     work(object, right->Object());
+    return LX_XMP_OK;
+  });
+}
+
+// Asks the object's method in `slot`, or elsewhere(key, out) where the toolkit lacks it.
+template <typename Slot, typename Elsewhere>
+LxXmpStatus LookUpIn(CXMPMeta* xmp, const char* key, LxXmpText* out, Slot slot, Elsewhere elsewhere) noexcept {
+  return OnObject(xmp, key != nullptr && out != nullptr, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
+    const auto look = XMPOptionalMethodsOf(object).*slot;
+    if (look == nullptr) return elsewhere(key, out);
+    XMPTextOut text = {nullptr, 0};
+    std::uint8_t found = 0;
+    ThrowIfError(look(object, key, &text, &found));
+    const auto unlock = [&] { return methods.unlockObject(object, 0); };
+    if (found == 0) {
+      ThrowIfError(unlock());  // Of the empty text that comes even so.
+      return LX_XMP_NOT_FOUND;
+    }
+    Give(&GivenTexts::first, text, out, unlock);
     return LX_XMP_OK;
   });
 }
@@ -109,6 +128,50 @@ LxXmpStatus LxXmpSerialize(CXMPMeta* xmp, std::uint32_t options, std::int32_t pa
   });
 }
 
+LxXmpStatus LxXmpStandardForm(const char* namespaceUri, const char* name, std::uint32_t* options) {
+  return Guarded([&] {
+    if (namespaceUri == nullptr || name == nullptr || options == nullptr) return NullArgument();
+    std::uint32_t form = 0;
+    ThrowIfError(XMPUtilsTable().isArrayForm(namespaceUri, name, &form));
+    *options = form;
+    return LX_XMP_OK;
+  });
+}
+
+// --- warnings -------------------------------------------------------------------------------------------------------
+
+LxXmpStatus LxXmpCountWarnings(CXMPMeta* xmp, std::uint32_t* kept, std::uint32_t* total) {
+  return OnObject(xmp, kept != nullptr, [&](const XMPMetaMethods&, XMPObjectRef object) {
+    std::uint32_t keptCount = 0;
+    std::uint32_t totalCount = 0;
+    if (const auto count = XMPOptionalMethodsOf(object).countWarnings) {
+      ThrowIfError(count(object, &keptCount, &totalCount));
+    }
+    *kept = keptCount;
+    if (total != nullptr) *total = totalCount;
+    return LX_XMP_OK;
+  });
+}
+
+LxXmpStatus LxXmpGetWarning(CXMPMeta* xmp, std::uint32_t index, std::uint32_t* line, std::uint32_t* column,
+                            LxXmpText* text) {
+  return OnObject(xmp, text != nullptr, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
+    const XMPMetaOptionalMethods& optional = XMPOptionalMethodsOf(object);
+    std::uint32_t kept = 0;
+    std::uint32_t total = 0;
+    if (optional.countWarnings != nullptr) ThrowIfError(optional.countWarnings(object, &kept, &total));
+    if (optional.getWarning == nullptr || index >= kept) return LX_XMP_NOT_FOUND;
+    std::uint32_t atLine = 0;
+    std::uint32_t atColumn = 0;
+    XMPTextOut found = {nullptr, 0};
+    ThrowIfError(optional.getWarning(object, index, &atLine, &atColumn, &found));
+    Give(&GivenTexts::first, found, text, [&] { return methods.unlockObject(object, 0); });
+    if (line != nullptr) *line = atLine;
+    if (column != nullptr) *column = atColumn;
+    return LX_XMP_OK;
+  });
+}
+
 // --- namespaces -----------------------------------------------------------------------------------------------------
 
 LxXmpStatus LxXmpNamespaceOfPrefix(const char* prefix, LxXmpText* namespaceUri) {
@@ -121,6 +184,14 @@ LxXmpStatus LxXmpPrefixOfNamespace(const char* namespaceUri, LxXmpText* prefix) 
   return LookUp(namespaceUri, prefix, [&](const XMPMetaStatics& statics, XMPTextOut* text, std::uint8_t* found) {
     return statics.getNamespacePrefix(namespaceUri, text, found);
   });
+}
+
+LxXmpStatus LxXmpGetNamespace(CXMPMeta* xmp, const char* prefix, LxXmpText* namespaceUri) {
+  return LookUpIn(xmp, prefix, namespaceUri, &XMPMetaOptionalMethods::getNamespaceURI, LxXmpNamespaceOfPrefix);
+}
+
+LxXmpStatus LxXmpGetPrefix(CXMPMeta* xmp, const char* namespaceUri, LxXmpText* prefix) {
+  return LookUpIn(xmp, namespaceUri, prefix, &XMPMetaOptionalMethods::getNamespacePrefix, LxXmpPrefixOfNamespace);
 }
 
 LxXmpStatus LxXmpRegisterNamespace(const char* namespaceUri, const char* suggestedPrefix, LxXmpText* prefix) {

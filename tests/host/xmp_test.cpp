@@ -170,6 +170,9 @@ TEST_F(XmpTest, ItemsFieldsAndQualifiersAreReachedWithoutAPathOfTheirOwn) {
   XmpView xmp = OpenPhoto();
   EXPECT_EQ(xmp.CountItems(kDc, "subject"), 2U);
   EXPECT_EQ(xmp.CountItems(kDc, "rights"), 0U);
+  EXPECT_EQ(StandardForm(kDc, "subject"), std::uint32_t{LX_XMP_ARRAY});
+  EXPECT_EQ(StandardForm(kDc, "rights") & LX_XMP_ALT_TEXT, std::uint32_t{LX_XMP_ALT_TEXT});
+  EXPECT_EQ(StandardForm(kV, "subject"), 0U);
   EXPECT_EQ(xmp.GetItem(kDc, "subject", 1), "harbour");
   EXPECT_EQ(xmp.GetItem(kDc, "subject", -1), "dusk");
   EXPECT_EQ(xmp.GetItem(kDc, "subject", 3), std::nullopt);
@@ -269,6 +272,10 @@ TEST_F(XmpTest, ObjectsOfTheHostAreParsedMergedComparedAndEmptied) {
                                Namespace("xml", "http://www.w3.org/XML/1998/namespace")}) {
     EXPECT_EQ(std::count(namespaces.begin(), namespaces.end(), one), 1) << one.first;
   }
+  EXPECT_EQ(photo.GetNamespace("w"), "http://example.com/w/");
+  EXPECT_EQ(photo.GetPrefix("http://example.com/w/"), "w");
+  EXPECT_EQ(photo.GetNamespace("tiff"), kTiff);
+  EXPECT_EQ(photo.GetPrefix("http://example.com/nobody/"), std::nullopt);
   photo.Remove("");
   photo.Remove(kDc);
   EXPECT_TRUE(photo.Properties(kDc).empty());

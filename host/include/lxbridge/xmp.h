@@ -209,6 +209,22 @@ LxXmpStatus LxXmpVisit(CXMPMeta* xmp, const char* namespaceUri, const char* path
  * with the prefix that a packet of this object binds to it. */
 LxXmpStatus LxXmpVisitNamespaces(CXMPMeta* xmp, LxXmpNamespaceVisitor visitor, void* user);
 
+/* The URI of a prefix ("tiff", without colon) and the prefix of a URI in this object: among the namespaces that the
+ * toolkit knows, those that a host has registered and those that the object's packets bind. LX_XMP_NOT_FOUND: it has
+ * none. */
+LxXmpStatus LxXmpGetNamespace(CXMPMeta* xmp, const char* prefix, LxXmpText* namespaceUri);
+LxXmpStatus LxXmpGetPrefix(CXMPMeta* xmp, const char* namespaceUri, LxXmpText* prefix);
+
+/* How many faults of its packets cost the object something: a property that XMP does not allow, the rest of damaged
+ * XML. A bounded number of warnings is kept, the first ones: *kept. *total, which may be null, counts the others too.
+ */
+LxXmpStatus LxXmpCountWarnings(CXMPMeta* xmp, uint32_t* kept, uint32_t* total);
+
+/* A warning, from 0, in the order of the packet: what was skipped, in English on one line, and the place of the fault.
+ * Line and column count from 1, in characters of the packet; either pointer may be null. A name of the packet that
+ * stands in the text is as it was. LX_XMP_NOT_FOUND: there are not so many. */
+LxXmpStatus LxXmpGetWarning(CXMPMeta* xmp, uint32_t index, uint32_t* line, uint32_t* column, LxXmpText* text);
+
 /* The object as an XMP packet (ISO 16684-1, clause 7): UTF-8, one property element per line. Options:
  * LxXmpSerializeOption bits. `padding`: the number of spaces before the trailer, for editing in place; below 0 the
  * toolkit's own choice, 2048. */
@@ -271,6 +287,10 @@ LxXmpStatus LxXmpDeleteLocalizedText(CXMPMeta* xmp, const char* namespaceUri, co
 /* Deletes every property of a namespace; of all namespaces when namespaceUri is null. */
 LxXmpStatus LxXmpRemove(CXMPMeta* xmp, const char* namespaceUri);
 
+/* The form that the XMP standard gives to a property (LxXmpOption bits, LX_XMP_ALT_TEXT among them); 0 for one that is
+ * no array or that it does not have. A host asks this before it makes a property. */
+LxXmpStatus LxXmpStandardForm(const char* namespaceUri, const char* name, uint32_t* options);
+
 /* --- whole objects -------------------------------------------------------------------------------------------------
  */
 
@@ -298,7 +318,7 @@ LxXmpStatus LxXmpIsEqual(CXMPMeta* left, CXMPMeta* right, int* equal);
 
 /* The URI that a prefix ("tiff", without colon) stands for, and the prefix of a URI, among the namespaces that the
  * toolkit knows: the standard's and those that a host has registered. Those that only a packet binds are its object's
- * own: LxXmpVisitNamespaces.
+ * own: LxXmpGetNamespace, LxXmpGetPrefix.
  * LX_XMP_NOT_FOUND: it knows none. */
 LxXmpStatus LxXmpNamespaceOfPrefix(const char* prefix, LxXmpText* namespaceUri);
 LxXmpStatus LxXmpPrefixOfNamespace(const char* namespaceUri, LxXmpText* prefix);

@@ -102,6 +102,13 @@ struct XmpNode {
   [[nodiscard]] std::string QualifiedName() const { return prefix.empty() ? name : prefix + ':' + name; }
 };
 
+// A fault of a packet and its place (LxXmpGetWarning).
+struct XmpWarning {
+  std::uint32_t line = 0;    // From 1.
+  std::uint32_t column = 0;  // From 1, in characters.
+  std::string text;          // What was skipped.
+};
+
 // A view of an XMP object that an Interchange or an XmpObject owns: cheap to copy, must not outlive the object nor the
 // last session. A function that is not const changes the object for everybody. Each function is the one of xmp.h with
 // LxXmp before its name, which says when it fails; an absent value is LX_XMP_NOT_FOUND.
@@ -190,6 +197,28 @@ class XmpView {
 
   // The namespaces of the object's names, each once: {prefix, URI}.
   [[nodiscard]] std::vector<std::pair<std::string, std::string>> Namespaces() const;
+
+  // The URI of a prefix in this object.
+  [[nodiscard]] std::optional<std::string> GetNamespace(const char* prefix) const {
+    return Text([&](LxXmpText* value) { return LxXmpGetNamespace(xmp_, prefix, value); });
+  }
+  // The prefix of a URI in this object.
+  [[nodiscard]] std::optional<std::string> GetPrefix(const char* namespaceUri) const {
+    return Text([&](LxXmpText* value) { return LxXmpGetPrefix(xmp_, namespaceUri, value); });
+  }
+
+  // What was skipped in the object's packets, as far as it is kept.
+  [[nodiscard]] std::vector<XmpWarning> Warnings() const {
+    std::uint32_t kept = 0;
+    CheckXmp(LxXmpCountWarnings(xmp_, &kept, nullptr));
+    std::vector<XmpWarning> warnings(kept);
+    for (std::uint32_t i = 0; i < kept; ++i) {
+      LxXmpText text = {"", 0};
+      CheckXmp(LxXmpGetWarning(xmp_, i, &warnings[i].line, &warnings[i].column, &text));
+      warnings[i].text.assign(text.bytes, text.length);
+    }
+    return warnings;
+  }
 
   // Calls visitor(const LxXmpNode&) for each node as LxXmpVisit says. The visitor returns an LxXmpNext or nothing; an
   // exception that it raises ends the walk and leaves this function.
@@ -389,6 +418,13 @@ inline std::string RegisterNamespace(const char* namespaceUri, const char* sugge
   LxXmpText text;
   CheckXmp(LxXmpRegisterNamespace(namespaceUri, suggestedPrefix, &text));
   return std::string(text.bytes, text.length);
+}
+
+// The form that the XMP standard gives to a property; 0 for one that is no array.
+[[nodiscard]] inline std::uint32_t StandardForm(const char* namespaceUri, const char* name) {
+  std::uint32_t options = 0;
+  CheckXmp(LxXmpStandardForm(namespaceUri, name, &options));
+  return options;
 }
 
 // --- the walks ------------------------------------------------------------------------------------------------------
