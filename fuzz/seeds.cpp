@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/rich_files.h"
 #include "tests/support/tiff_builder.h"
@@ -32,7 +33,42 @@ void Files(const char* target) {
   Seed(target, "gps.tif", TiffBuilder(kLittle).Gps({Ascii(1, "N"), Ratl(2, {1, 1, 2, 1, 3, 1})}));
   Seed(target, "image.png", Hex("89504E470D0A1A0A 0000000D 49484452 00000040 00000030 08 02 00 00 00 00000000"));
   Seed(target, "image.gif", Text("GIF89a") + Hex("4000 3000 F7 00 00") + Filled(16));
+  Seed(target, "extended.jpg", ExtendedJpeg());
+  Seed(target, "rich.png",
+       PngBuilder().Chunk("eXIf", RichExif(kBig)).International("XML:com.adobe.xmp", Text(RichPacket())));
+  Seed(target, "rich.gif", GifBuilder().Image().Packet(RichPacket()));
+  Seed(target, "rich.xmp", Text(RichPacket()));
   Seed(target, "image.bmp", Text("BM") + Filled(8) + Hex("36000000 28000000 40000000 30000000 0100 1800") + Filled(24));
+}
+
+// Each kind's chunks with all blocks that it can hold, from behind the header on.
+void ChunkedFiles() {
+  const Bytes exif = RichExif(kLittle);
+  const Bytes packet = Text(RichPacket());
+  const auto png = [](const PngBuilder& builder) {
+    const Bytes file = builder;
+    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(PngBuilder().Bare().size()), file.end());
+  };
+  const auto raw = [](const char* name, const Bytes& bytes) {
+    return PngBuilder().Latin(std::string("Raw profile type ") + name, RawProfile(name, bytes));
+  };
+  Seed("chunked_file", "own.png",
+       Bytes({0}) + png(PngBuilder().Chunk("eXIf", exif).International("XML:com.adobe.xmp", packet)));
+  Seed("chunked_file", "compressed.png",
+       Bytes({0}) + png(PngBuilder()
+                            .International("XML:com.adobe.xmp", Zlib(packet), 1)
+                            .Compressed("Raw profile type exif", Zlib(RawProfile("exif", exif)))));
+  Seed("chunked_file", "segment.png", Bytes({0}) + png(raw("APP1", Text("Exif") + Filled(2) + exif)));
+  Seed("chunked_file", "datasets.png", Bytes({0}) + png(raw("iptc", RichIptc())));
+  Seed("chunked_file", "resources.png", Bytes({0}) + png(raw("8bim", RichResources(kBig))));
+  Seed("chunked_file", "packet.png", Bytes({0}) + png(raw("xmp", packet)));
+  Seed("chunked_file", "blocks.webp",
+       Bytes({1}) + Text("VP8X") + Hex("0A000000 10000000 3F0000 2F0000") + Text("EXIF") + Put32(exif.size(), kLittle) +
+           exif + Text("XMP ") + Put32(packet.size(), kLittle) + packet);
+  Seed("chunked_file", "lossless.webp", Bytes({1}) + Text("VP8L") + Hex("05000000 2F 3FC00B10 00"));
+  Seed("chunked_file", "packet.gif", Bytes({2}) + GifBuilder().Image().Packet(RichPacket()).Blocks());
+  Seed("chunked_file", "cut.gif", Bytes({2}) + GifBuilder().Packet("<rdf:RDF/>", false).Blocks());
+  Seed("chunked_file", "rich.xmp", Bytes({3}) + packet);
 }
 
 void MakerNotes() {
@@ -125,6 +161,7 @@ int main(int argc, char** argv) {
   Seed("iptc_block", "two", IptcBuilder().Add(25, "a").Add(120, ""));
   Seed("image_resources", "rich-big", RichResources(kBig));
   Seed("image_resources", "rich-little", RichResources(kLittle));
+  ChunkedFiles();
   MakerNotes();
   DisplayTexts();
   Commands();

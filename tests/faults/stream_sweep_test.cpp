@@ -85,8 +85,9 @@ class StreamSweep : public testing::TestWithParam<int> {
     items_ = NamesIn(*ReadPool(file_.bytes));
     packet_ = PacketOf(TempFile(file_.bytes).path());
     properties_ = NamesIn(packet_);
-    // The one that is left out for the sake of others: without datasets, which say the same, it is taken.
-    properties_.insert("tiff:ImageDescription");
+    // The ones that are left out for the sake of others: without datasets, which say the same, the description is
+    // taken, and the name of an extended packet stays when that cannot be read.
+    properties_.insert({"tiff:ImageDescription", "xmpNote:HasExtendedXMP"});
   }
 
   // Imports the file with these faults, and once more without. False: no call was left to fail.
@@ -120,7 +121,7 @@ class StreamSweep : public testing::TestWithParam<int> {
   std::string packet_;
 };
 
-INSTANTIATE_TEST_SUITE_P(RichFiles, StreamSweep, testing::Range(0, 3));
+INSTANTIATE_TEST_SUITE_P(RichFiles, StreamSweep, testing::Range(0, 8));
 
 TEST_P(StreamSweep, EveryCallFailsInTurn) {
   const struct {
@@ -131,7 +132,7 @@ TEST_P(StreamSweep, EveryCallFailsInTurn) {
                {&StreamFaults::read, true, 4},
                {&StreamFaults::seek, false, 6},
                {&StreamFaults::tell, false, 3}};
-  ASSERT_GT(items_.size(), 20u);
+  ASSERT_GT(items_.size(), 1u);
   for (const auto& kind : kinds) {
     for (const bool fromThenOn : {false, true}) {
       StreamFaults faults;
@@ -143,7 +144,7 @@ TEST_P(StreamSweep, EveryCallFailsInTurn) {
         SCOPED_TRACE(testing::Message() << file_.name << ", call " << nth << " of " << &kind - kinds);
         ASSERT_FALSE(HasFailure());
       } while (ImportsSoundly(faults));
-      EXPECT_GT(nth, kind.atLeast);
+      EXPECT_GT(nth, file_.bytes.size() > 5000 ? kind.atLeast : 2);  // Small files are read at once.
     }
   }
 }

@@ -14,6 +14,7 @@
 #include "kit/base/memory.h"
 #include "tests/support/broker_procs.h"
 #include "tests/support/bytes.h"
+#include "tests/support/chunk_builders.h"
 #include "tests/support/rich_files.h"
 
 namespace lxtest {
@@ -23,7 +24,14 @@ struct NamedFile {
   Bytes bytes;
 };
 inline std::vector<NamedFile> RichFiles(std::size_t gap = 0) {
-  return {{"JPEG", RichJpeg(kBig, gap)}, {"TIFF", RichTiff(kLittle, gap)}, {"PSD", RichPsd(gap)}};
+  return {{"JPEG", RichJpeg(kBig, gap)},
+          {"TIFF", RichTiff(kLittle, gap)},
+          {"PSD", RichPsd(gap)},
+          {"PNG", RichPng(gap)},
+          {"WebP", RichWebp(gap)},
+          {"GIF", GifBuilder().Image().Packet(RichPacket())},
+          {"side-car", Text(RichPacket())},
+          {"extended packet", ExtendedJpeg()}};
 }
 
 inline const BrokerProcs& RealBroker() {

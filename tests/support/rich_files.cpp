@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "tests/support/chunk_builders.h"
+
 namespace lxtest {
 namespace {
 
@@ -144,6 +146,43 @@ Bytes RichTiff(Order order, std::size_t gap) {
              Undef(0x8773, IccProfile("Wide colours"))})
       .NextIfd({Float(0xC001, 1.5F), Double(0xC002, 2.5)})
       .Build();
+}
+
+Bytes ExtendedJpeg() {
+  const Bytes extended = Text(
+      "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description xmlns:a='http://a/' a:b='c'/>"
+      "</rdf:RDF>");
+  const std::string digest = "2C81C621912E4CF25942B609DBD8CF08";
+  const auto portion = [&](std::size_t from, std::size_t to) {
+    const Bytes part(extended.begin() + static_cast<std::ptrdiff_t>(from),
+                     extended.begin() + static_cast<std::ptrdiff_t>(to));
+    return Text(digest) + Put32(extended.size()) + Put32(from) + part;
+  };
+  return JpegBuilder()
+      .App1Xmp(
+          "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
+          "xmlns:n='http://ns.adobe.com/xmp/note/' n:HasExtendedXMP='" +
+          digest + "'/></rdf:RDF>")
+      .App(1, "http://ns.adobe.com/xmp/extension/", portion(40, extended.size()))
+      .App(1, "http://ns.adobe.com/xmp/extension/", portion(0, 40));
+}
+
+Bytes RichPng(std::size_t gap) {
+  return PngBuilder()
+      .Compressed("Raw profile type exif", Zlib(RawProfile("exif", RichExif(kLittle))))
+      .Chunk("IDAT", Filled(gap))
+      .Latin("Raw profile type 8bim", RawProfile("8bim", RichResources(kBig)))
+      .Chunk("IDAT", Filled(gap))
+      .International("XML:com.adobe.xmp", Zlib(Text(RichPacket())), 1);
+}
+
+Bytes RichWebp(std::size_t gap) {
+  const Bytes canvas = Hex("0C000000 3F0000 2F0000");
+  return WebpBuilder()
+      .Chunk("VP8X", canvas)
+      .Chunk("VP8 ", Filled(gap))
+      .Chunk("EXIF", RichExif(kBig))
+      .Chunk("XMP ", Text(RichPacket()));
 }
 
 Bytes RichPsd(std::size_t gap) {

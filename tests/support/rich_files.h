@@ -26,6 +26,11 @@ namespace lxtest {
 [[nodiscard]] Bytes RichJpeg(Order order, std::size_t gap = 0);
 // RichExif's IFDs with sub-IFDs, resources, datasets and a packet in tags.
 [[nodiscard]] Bytes RichTiff(Order order, std::size_t gap = 0);
+// A main packet and the extended one that it names, in two portions.
+[[nodiscard]] Bytes ExtendedJpeg();
+// The directories in a compressed raw profile, resources in another, a compressed packet.
+[[nodiscard]] Bytes RichPng(std::size_t gap = 0);
+[[nodiscard]] Bytes RichWebp(std::size_t gap = 0);
 [[nodiscard]] Bytes RichPsd(std::size_t gap = 0);
 
 }  // namespace lxtest
