@@ -1,22 +1,27 @@
-// The extension behind the Python module `lxbridge`: bytes of a path in, texts out; lxbridge/__init__.py makes the
-// rest of them.
+// The extension behind the Python module `lxbridge`: files and XMP objects for the Python files of the package, which
+// make an interface for people of it (lxbridge/_lxbridge.pyi lists what is here).
 //
-// The libraries belong to one thread at a time, so one mutex of the process stands around all work. Nobody waits for it
-// while he holds the interpreter's lock, so that the two are never waited for crosswise.
+// The interpreter's lock is released for all work of the libraries and never waited for while one of ours is held.
 #include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
 
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <mutex>
 #include <new>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
+#include <variant>
+#include <vector>
 
 #include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
 #include "kit/model/pool.h"
 #include "kit/readers/read_file.h"
+#include "python/gate.h"
 #include "tools/json/pool_json.h"
 #include "tools/json/xmp_json.h"
 
@@ -24,19 +29,28 @@ namespace py = pybind11;
 
 namespace {
 
+using lxbridge::Interchange;
+using lxbridge::XmpObject;
+using lxbridge::XmpView;
+
 struct PoolDeleter {
   void operator()(LxMetadataPool* pool) const { LxDeletePool(pool); }
 };
 
-// Both live until the process ends: threads may be at work when the interpreter stops.
-std::mutex& libraries = *new std::mutex;
+// All live until the process ends: threads may be at work when the interpreter stops.
+lxpython::Gate& gate = *new lxpython::Gate;
+std::mutex& starting = *new std::mutex;
 const lxbridge::Library* library = nullptr;
 
-// The work, alone and with the libraries started.
+// The work, without the interpreter's lock and with the libraries started.
 template <typename Work>
-auto Alone(Work work) {
+auto Unlocked(Work work) {
   const py::gil_scoped_release released;
-  const std::lock_guard<std::mutex> alone(libraries);
+  struct Inside {
+    Inside() { gate.Enter(); }
+    ~Inside() { gate.Leave(); }
+  } const inside;
+  const std::lock_guard<std::mutex> lock(starting);
   if (library == nullptr) {
     LxInstallMemProcs(LxRuntimeMemProcs());
     library = new lxbridge::Library();
@@ -49,9 +63,183 @@ py::str Decoded(const std::string& text) {
       PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()), nullptr));
 }
 
+// A text for a C interface.
+const char* Text(const std::string& text) {
+  if (text.find('\0') != std::string::npos) throw py::value_error("embedded null character");
+  return text.c_str();
+}
+const char* Text(const std::optional<std::string>& text) {
+  return text ? Text(*text) : nullptr;
+}
+
+// The bytes of an object with the buffer protocol, which stay where they are as long as this lives.
+class Bytes {
+ public:
+  explicit Bytes(const py::object& object) {
+    if (PyObject_GetBuffer(object.ptr(), &view_, PyBUF_SIMPLE) != 0) throw py::error_already_set();
+  }
+  ~Bytes() { PyBuffer_Release(&view_); }
+  Bytes(const Bytes&) = delete;
+  Bytes& operator=(const Bytes&) = delete;
+
+  const void* data() const { return view_.buf; }
+  std::size_t size() const { return static_cast<std::size_t>(view_.len); }
+
+ private:
+  Py_buffer view_{};
+};
+
+// An XMP object: of a file, or by itself. Python threads that share one take turns, call by call.
+class Object {
+ private:
+  explicit Object(XmpObject&& xmp) : xmp_(std::move(xmp)) {}
+
+  XmpView View() const {
+    return std::visit([](const auto& owner) { return owner.Xmp(); }, xmp_);
+  }
+  template <typename Work>
+  auto On(Work work) const {
+    return Unlocked([&] {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      return work(View());
+    });
+  }
+  template <typename Work>
+  void Change(Work work) {
+    On(std::move(work));
+  }
+
+ public:
+  Object() : xmp_(Unlocked([] { return XmpObject(); })) {}
+  explicit Object(const std::string& path) : xmp_(Unlocked([&] { return Interchange(path); })) {}
+  ~Object() {
+    Unlocked([&] { const auto ended = std::move(xmp_); });
+  }
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  std::unique_ptr<Object> Copy() const {
+    return On([](const XmpView& xmp) { return std::unique_ptr<Object>(new Object(XmpObject(xmp))); });
+  }
+
+  std::optional<std::tuple<std::string, std::uint32_t>> Get(const std::string& ns, const std::string& path) const {
+    const char* const uri = Text(ns);
+    const char* const at = Text(path);
+    return On([&](const XmpView& xmp) -> std::optional<std::tuple<std::string, std::uint32_t>> {
+      LxXmpText value;
+      std::uint32_t options = 0;
+      if (!lxbridge::CheckXmp(LxXmpGet(xmp.object(), uri, at, &value, &options))) return std::nullopt;
+      return std::tuple(std::string(value.bytes, value.length), options);
+    });
+  }
+
+  void Set(const std::string& ns, const std::string& path, const std::optional<std::string>& value,
+           std::uint32_t options) {
+    Change([&, uri = Text(ns), at = Text(path), text = Text(value)](XmpView xmp) { xmp.Set(uri, at, text, options); });
+  }
+  void Append(const std::string& ns, const std::string& path, std::uint32_t arrayForm,
+              const std::optional<std::string>& value, std::uint32_t options) {
+    Change([&, uri = Text(ns), at = Text(path), text = Text(value)](XmpView xmp) {
+      xmp.Append(uri, at, arrayForm, text, options);
+    });
+  }
+  void Insert(const std::string& ns, const std::string& path, std::int32_t index,
+              const std::optional<std::string>& value, std::uint32_t options) {
+    Change([&, uri = Text(ns), at = Text(path), text = Text(value)](XmpView xmp) {
+      xmp.InsertItem(uri, at, index, text, options);
+    });
+  }
+  void SetLocalized(const std::string& ns, const std::string& path, const std::string& language,
+                    const std::string& value) {
+    Change([&, uri = Text(ns), at = Text(path), text = Text(value)](XmpView xmp) {
+      xmp.SetLocalizedText(uri, at, nullptr, Text(language), text);
+    });
+  }
+  void Delete(const std::string& ns, const std::string& path) {
+    Change([uri = Text(ns), at = Text(path)](XmpView xmp) { xmp.Delete(uri, at); });
+  }
+  void Remove(const std::optional<std::string>& ns) {
+    Change([uri = Text(ns)](XmpView xmp) { xmp.Remove(uri); });
+  }
+  void Parse(const py::object& packet) {
+    const Bytes bytes(packet);
+    Change([&](XmpView xmp) { xmp.Parse(bytes.data(), bytes.size()); });
+  }
+  void Merge(const Object& source, bool replace) {
+    if (&source == this) return;
+    // Of two objects the source is copied first, so that nobody waits for one while he holds the other.
+    const std::unique_ptr<Object> copy = source.Copy();
+    Change([&](XmpView xmp) { xmp.Merge(copy->View(), replace ? std::uint32_t{LX_XMP_REPLACE} : 0U); });
+  }
+  bool IsEqual(const Object& other) const {
+    const std::unique_ptr<Object> copy = other.Copy();
+    return On([&](const XmpView& xmp) { return xmp.IsEqual(copy->View()); });
+  }
+
+  std::uint32_t Count(const std::string& ns, const std::string& path) const {
+    return On([uri = Text(ns), at = Text(path)](const XmpView& xmp) { return xmp.CountItems(uri, at); });
+  }
+  std::optional<std::string> Localized(const std::string& ns, const std::string& path, const std::string& generic,
+                                       const std::string& specific) const {
+    return On([&, uri = Text(ns), at = Text(path)](const XmpView& xmp) {
+      return xmp.GetLocalizedText(uri, at, Text(generic), Text(specific));
+    });
+  }
+  // The name, with its prefix, and the value of each node right below one, or of each of its qualifiers; of all
+  // properties where there is no path.
+  std::vector<std::tuple<std::string, std::string>> Below(const std::optional<std::string>& ns,
+                                                          const std::optional<std::string>& path,
+                                                          bool qualifiers) const {
+    return On([&, uri = Text(ns), at = Text(path)](const XmpView& xmp) {
+      const std::uint32_t depth = at != nullptr ? 2 : 1;
+      std::vector<std::tuple<std::string, std::string>> found;
+      xmp.Visit(
+          [&](const LxXmpNode& node) {
+            if (node.depth < depth) return LX_XMP_GO_ON;
+            if (((node.options & LX_XMP_IS_QUALIFIER) != 0) == qualifiers) {
+              const std::string name = *node.name != '\0' ? std::string(node.prefix) + ':' + node.name : std::string();
+              found.emplace_back(name, std::string(node.value.bytes, node.value.length));
+            }
+            return LX_XMP_PASS_OVER;
+          },
+          uri, at);
+      return found;
+    });
+  }
+  std::optional<std::string> Namespace(const std::string& prefix) const {
+    return On([text = Text(prefix)](const XmpView& xmp) { return xmp.GetNamespace(text); });
+  }
+  std::vector<std::tuple<std::uint32_t, std::uint32_t, std::string>> Warnings() const {
+    return On([](const XmpView& xmp) {
+      std::vector<std::tuple<std::uint32_t, std::uint32_t, std::string>> found;
+      for (const lxbridge::XmpWarning& warning : xmp.Warnings()) {
+        found.emplace_back(warning.line, warning.column, warning.text);
+      }
+      return found;
+    });
+  }
+  std::vector<std::pair<std::string, std::string>> Namespaces() const {
+    return On([](const XmpView& xmp) { return xmp.Namespaces(); });
+  }
+  std::string Packet(std::uint32_t options, std::int32_t padding) const {
+    return On([&](const XmpView& xmp) { return xmp.Serialize(options, padding); });
+  }
+  std::string Json() const {
+    return On([](const XmpView& xmp) {
+      std::string line;
+      lxbridge::json::WriteXmpJson(&line, "", xmp);
+      return line;
+    });
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::variant<XmpObject, Interchange> xmp_;
+};
+
 py::str XmpJson(const std::string& path) {
-  return Decoded(Alone([&] {
-    const lxbridge::Interchange interchange(path);
+  return Decoded(Unlocked([&] {
+    const Interchange interchange(path);
     std::string line;
     lxbridge::json::WriteXmpJson(&line, path.c_str(), interchange.Xmp());
     return line;
@@ -59,12 +247,12 @@ py::str XmpJson(const std::string& path) {
 }
 
 py::str Packet(const std::string& path) {
-  return Decoded(Alone([&] { return lxbridge::Interchange(path).Xmp().Serialize(); }));
+  return Decoded(Unlocked([&] { return Interchange(path).Xmp().Serialize(); }));
 }
 
 // None: the file is not there any more.
 py::object PoolJson(const std::string& path) {
-  const std::optional<std::string> line = Alone([&]() -> std::optional<std::string> {
+  const std::optional<std::string> line = Unlocked([&]() -> std::optional<std::string> {
     const std::unique_ptr<LxMetadataPool, PoolDeleter> pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
     const LxResult status = LxReadFileIntoPool(pool.get(), path.c_str());
@@ -93,8 +281,38 @@ PYBIND11_MODULE(_lxbridge, module) {
   module.def("xmp_json", XmpJson);
   module.def("packet", Packet);
   module.def("pool_json", PoolJson);
-  // A child of fork has the forking thread only: nobody may be at work in that moment.
+  module.def("register_namespace", [](const std::string& uri, const std::string& prefix) {
+    return Unlocked([&, ns = Text(uri)] { return lxbridge::RegisterNamespace(ns, Text(prefix)); });
+  });
+  module.def("standard_form", [](const std::string& uri, const std::string& name) {
+    return Unlocked([ns = Text(uri), text = Text(name)] { return lxbridge::StandardForm(ns, text); });
+  });
+
+  py::class_<Object>(module, "Object")
+      .def(py::init<>())
+      .def(py::init<const std::string&>())
+      .def("copy", &Object::Copy)
+      .def("get", &Object::Get)
+      .def("set", &Object::Set)
+      .def("append", &Object::Append)
+      .def("insert", &Object::Insert)
+      .def("set_localized", &Object::SetLocalized)
+      .def("delete", &Object::Delete)
+      .def("remove", &Object::Remove)
+      .def("parse", &Object::Parse)
+      .def("merge", &Object::Merge)
+      .def("is_equal", &Object::IsEqual)
+      .def("count", &Object::Count)
+      .def("localized", &Object::Localized)
+      .def("below", &Object::Below)
+      .def("namespace", &Object::Namespace)
+      .def("warnings", &Object::Warnings)
+      .def("namespaces", &Object::Namespaces)
+      .def("packet", &Object::Packet)
+      .def("json", &Object::Json);
+
   module.def(
-      "before_fork", [] { libraries.lock(); }, py::call_guard<py::gil_scoped_release>());
-  module.def("after_fork", [] { libraries.unlock(); });
+      "before_fork", [] { gate.BeforeFork(); }, py::call_guard<py::gil_scoped_release>());
+  module.def("after_fork_in_parent", [] { gate.AfterForkInParent(); });
+  module.def("after_fork_in_child", [] { gate.AfterForkInChild(); });
 }

@@ -1,6 +1,15 @@
 """The metadata of an image file, as XMP and as the readers saw it.
 
     >>> import lxbridge
+    >>> photo = lxbridge.open("photo.jpg")
+    >>> photo["tiff:Make"]
+    'Example Cameras'
+    >>> photo["dc:subject"].append("harbour")
+    >>> photo.save_sidecar()
+    'photo.jpg.xmp'
+
+open() gives an object to be read and changed (class Photo). xmp(), packet() and pool() give a file's metadata in one call:
+
     >>> [p["value"] for p in lxbridge.xmp("photo.jpg")["properties"] if p["name"] == "Make"]
     ['Example Cameras']
 
@@ -8,7 +17,7 @@ Paths are str, bytes or os.PathLike, as for open(); there is no name for standar
 
 The dicts are the lines of JSON that the command prints (lxbridge xmp --format json, lxbridge pool --format json), with the
 same keys in the same order; json.dumps gives the line again. Only "file" is not a part of JSON: it is the path as os.fsdecode
-gives it, so that a name that is not UTF-8 can be opened again.
+gives it, so that a name that is not UTF-8 can be opened again. lxbridge.types describes the dicts for type checkers.
 
 A damaged file is no error: what could be read of it is there. Errors are these:
 
@@ -29,46 +38,31 @@ import errno as _errno
 import json as _json
 import os as _os
 import stat as _stat
+from typing import Any as _Any
+from typing import NoReturn as _NoReturn
+from typing import Type as _Type
+from typing import Union as _Union
+from typing import cast as _cast
 
-from . import _lxbridge
+from . import _lxbridge, types
+from ._errors import DeniedError, DirectoryError, Error, NotFoundError, ReadError, ToolkitError
+from ._photo import Array, Languages, Photo, Structure, register_namespace
 
-__all__ = ["DeniedError", "DirectoryError", "Error", "NotFoundError", "ReadError", "ToolkitError", "packet", "pool", "xmp"]
-__version__ = _lxbridge.version
+__all__ = ["Array", "DeniedError", "DirectoryError", "Error", "Languages", "NotFoundError", "Photo", "ReadError", "Structure",
+           "ToolkitError", "open", "packet", "pool", "register_namespace", "types", "xmp"]
+__version__: str = _lxbridge.version
 
-
-class Error(Exception):
-    """What every error of this module is."""
-
-
-class ReadError(Error, OSError):
-    """The file cannot be read; errno, strerror and filename say why."""
-
-
-class NotFoundError(ReadError, FileNotFoundError):
-    """There is no such file."""
-
-
-class DirectoryError(ReadError, IsADirectoryError):
-    """The path is that of a directory."""
-
-
-class DeniedError(ReadError, PermissionError):
-    """The file may not be read."""
-
-
-class ToolkitError(Error, RuntimeError):
-    """The XMP toolkit or the interface broker refused a call or did not start."""
-
+_Path = _Union[str, bytes, "_os.PathLike[str]", "_os.PathLike[bytes]"]
 
 _KINDS = {FileNotFoundError: NotFoundError, PermissionError: DeniedError}
 _EFFECTIVE = _os.access in _os.supports_effective_ids
 
 
-def _fail(kind, number, path):
+def _fail(kind: _Type[ReadError], number: int, path: _Path) -> _NoReturn:
     raise kind(number, _os.strerror(number), path)
 
 
-def _readable(path):
+def _readable(path: _Path) -> bytes:
     """The path's bytes. The library itself does not tell a file that it cannot read from one without metadata."""
     name = _os.fsencode(path)
     try:
@@ -82,19 +76,23 @@ def _readable(path):
     return name
 
 
-def _told(line, path):
+def _told(line: str, path: _Path) -> _Any:
     answer = _json.loads(line)
     answer["file"] = _os.fsdecode(path)
     return answer
 
 
-def xmp(path):
-    """The XMP object of the file, in the object's order:
+def open(path: _Path) -> Photo:
+    """The XMP object of the file, to be read and changed."""
+    return Photo._of(_lxbridge.Object(_readable(path)), path)
 
-        {"file": str, "properties": [{"schema": str, "prefix": str, "name": str, "value": NODE}, ...],
-         "namespaces": {prefix: URI, ...}}
 
-    "schema" is the URI of the property's namespace. A NODE is one of
+def xmp(path: _Path) -> types.Xmp:
+    """The XMP object of the file as a dict, in the object's order:
+
+        {"file": str, "properties": [{"schema": str, "prefix": str, "name": str, "value": NODE}, ...], "namespaces": {...}}
+
+    "schema" is the URI of the property's namespace, "namespaces" has that of each prefix. A NODE is one of
 
         str                                 a simple value
         {"bag": [NODE, ...]}                an unordered array
@@ -103,15 +101,15 @@ def xmp(path):
         {"struct": {"exif:Fired": NODE}}    a structure
         {"value": NODE, "qualifiers": {"xml:lang": NODE}}    any of these with qualifiers
     """
-    return _told(_lxbridge.xmp_json(_readable(path)), path)
+    return _cast(types.Xmp, _told(_lxbridge.xmp_json(_readable(path)), path))
 
 
-def packet(path):
-    """The file's XMP object as a serialised packet, as lxbridge xmp prints it, without a line end behind it."""
+def packet(path: _Path) -> str:
+    """The file's XMP object as a serialised packet, as lxbridge xmp prints it, without a line end after it."""
     return _lxbridge.packet(_readable(path))
 
 
-def pool(path):
+def pool(path: _Path) -> types.Pool:
     """What the readers saw in the file, before any conversion:
 
         {"file": str, "status": int, "statusName": str, "attributes": {"width": int, ...}, "items": [ITEM, ...]}
@@ -128,9 +126,9 @@ def pool(path):
     line = _lxbridge.pool_json(_readable(path))
     if line is None:
         _fail(NotFoundError, _errno.ENOENT, path)
-    return _told(line, path)
+    return _cast(types.Pool, _told(line, path))
 
 
 if hasattr(_os, "register_at_fork"):
-    _os.register_at_fork(before=_lxbridge.before_fork, after_in_parent=_lxbridge.after_fork,
-                         after_in_child=_lxbridge.after_fork)
+    _os.register_at_fork(before=_lxbridge.before_fork, after_in_parent=_lxbridge.after_fork_in_parent,
+                         after_in_child=_lxbridge.after_fork_in_child)

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""example_test.py PRINT_XMP LIST_PROPERTIES EDIT_PROPERTY LXBRIDGE LX_MAKE_SAMPLE: what the hosts of examples/ print is what
-the command says of the same file, and README.md quotes them word for word."""
+"""example_test.py PRINT_XMP LIST_PROPERTIES EDIT_PROPERTY KEEP_SIDECAR LXBRIDGE LX_MAKE_SAMPLE: what the hosts of examples/ print
+is what the command says of the same file, and README.md quotes them word for word."""
 import json
+import os
 import pathlib
 import re
 import subprocess
@@ -9,7 +10,7 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-print_xmp, list_properties, edit_property, lxbridge, make_sample = sys.argv[1:]
+print_xmp, list_properties, edit_property, keep_sidecar, lxbridge, make_sample = sys.argv[1:]
 
 
 def run(*command, status=0):
@@ -61,8 +62,30 @@ with tempfile.TemporaryDirectory() as folder:
     assert "<xmp:Rating>4</xmp:Rating>" in packet
     assert edited == packet.replace("<xmp:Rating>4</xmp:Rating>", "<xmp:Rating>2</xmp:Rating>")
     assert "<xmp:Rating>1</xmp:Rating>" in run(edit_property, missing, "1")
-    for program in print_xmp, list_properties, edit_property:
+    for program in print_xmp, list_properties, edit_property, keep_sidecar:
         run(program, status=2)
+
+    sidecar = pathlib.Path(f"{sample}.xmp")
+    keepers = [[keep_sidecar]]
+    if "LX_PYTHON" in os.environ:
+        keepers.append([os.environ["LX_PYTHON"], ROOT / "examples/keep_sidecar.py"])
+        threads = run(os.environ["LX_PYTHON"], ROOT / "examples/thread_folder.py", folder, "2")
+        assert threads == run(lxbridge, "--format", "json", sample), threads
+    kept = []
+    for keeper in keepers:
+        run(*keeper, sample, "quay", "de", "Der Hafen")
+        said = run(*keeper, sample, "quay", "en", "The harbour")
+        assert said == f"{sidecar}: 2 keywords\n", said
+        text = sidecar.read_text(encoding="utf-8")
+        for line in '<rdf:li xml:lang="de">Der Hafen</rdf:li>', '<rdf:li xml:lang="en">The harbour</rdf:li>', "<rdf:li>quay</rdf:li>":
+            assert text.count(line) == 1, text
+        kept.append(re.sub("<xmp:MetadataDate>[0-9T:.+Z-]+</xmp:MetadataDate>", "", text))
+        sidecar.write_text("<x", encoding="utf-8")
+        run(*keeper, sample, "quay", "de", "Der Hafen", status=1)
+        assert sidecar.read_text(encoding="utf-8") == "<x", "what cannot be read is not written over"
+        sidecar.unlink()
+    assert len(set(kept)) == 1, kept
+    assert sorted(file.name for file in pathlib.Path(folder).iterdir()) == ["sample.jpg"]
 
 found = quotes()
 assert {name for name, _ in found} == {"list_properties.c", "edit_property.cpp"}, found

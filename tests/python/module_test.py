@@ -1,8 +1,8 @@
 """The module lxbridge: the same as the command says, errors, threads, processes."""
-import ast
 import concurrent.futures
+import datetime
 import errno
-import inspect
+import fractions
 import json
 import multiprocessing
 import os
@@ -18,6 +18,7 @@ import unittest
 
 import lxbridge
 
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 COMMAND = os.environ["LX_COMMAND"]
 CORPUS = pathlib.Path(os.environ["LX_CORPUS_DIR"])
 RDF = "http://www.w3.org/1999/02/22-rdf-syntax-ns#"
@@ -35,6 +36,31 @@ def nested_packet(levels):
     closed = "</rdf:value></v:A>" * levels
     return (f'<rdf:RDF xmlns:rdf="{RDF}"><rdf:Description rdf:about="" xmlns:v="http://example.com/v/">{opened}'
             f"<v:A>deep</v:A>{closed}</rdf:Description></rdf:RDF>").encode()
+
+
+# Passes mypy --strict only with the types that the package has.
+TYPED = """
+import lxbridge
+
+photo = lxbridge.open("photo.jpg")
+photo["dc:subject"].append("harbour")
+photo.array("dc:subject").append("harbour")
+title: str = photo.languages("dc:title")["de"]
+path: str = photo.save_sidecar()
+node: lxbridge.types.Node = lxbridge.xmp("photo.jpg")["properties"][0]["value"]
+while not isinstance(node, str):
+    if "bag" in node:
+        node = node["bag"][0]
+    elif "seq" in node:
+        node = node["seq"][0]
+    elif "alt" in node:
+        node = node["alt"][0]
+    elif "struct" in node:
+        node = node["struct"]["exif:Fired"]
+    else:
+        node = node["value"]
+width: int = lxbridge.pool("photo.jpg")["attributes"]["width"]
+"""
 
 
 class ModuleTest(unittest.TestCase):
@@ -144,31 +170,96 @@ class ModuleTest(unittest.TestCase):
                 self.assertEqual(processes.map(lxbridge.pool, self.files), expected)
 
     def test_the_readme_shows_what_works(self):
-        readme = (pathlib.Path(__file__).resolve().parents[2] / "README.md").read_text(encoding="utf-8")
+        readme = (ROOT / "README.md").read_text(encoding="utf-8")
         (program,) = re.findall(r"^```python\n(.*?)^```", readme, re.MULTILINE | re.DOTALL)
         shutil.copy(self.sample, self.folder / "photo.jpg")
         printed = subprocess.run([sys.executable, "-c", program], cwd=self.folder, check=True, stdout=subprocess.PIPE).stdout
+        self.assertTrue(printed.startswith(b"Example Cameras 1/250\nphoto.jpg.xmp\n"), printed)
         self.assertIn(b"tiff Make Example Cameras\n", printed)
-        self.assertTrue(printed.endswith(b"?>\n64\n"), printed[-20:])
+        self.assertTrue(printed.endswith(b"\n64\n"), printed[-20:])
+        os.unlink(self.folder / "photo.jpg.xmp")
 
-    def test_the_stubs_tell_the_module(self):
-        stub = ast.parse(pathlib.Path(lxbridge.__file__).with_name("__init__.pyi").read_text(encoding="utf-8"))
-        told = {node.name: node for node in stub.body if isinstance(node, (ast.ClassDef, ast.FunctionDef))}
-        self.assertEqual({name for name in told if not name.startswith("_")}, set(lxbridge.__all__))
-        self.assertTrue(pathlib.Path(lxbridge.__file__).with_name("py.typed").exists())
+    def test_a_photo_is_changed_in_place_and_saved_beside_the_file(self):
+        photo = lxbridge.open(self.sample)
+        before = photo.copy()
+        self.assertEqual(list(photo), [f"{found['prefix']}:{found['name']}" for found in lxbridge.xmp(self.sample)["properties"]])
+        self.assertNotIn("dc:title", photo)
+        photo["dc:title"]["de"] = "Der Hafen"
+        photo["dc:title"]["en-GB"] = "The quay"
+        self.assertEqual(dict(photo["dc:title"]), {"x-default": "Der Hafen", "de": "Der Hafen", "en-GB": "The quay"})
+        self.assertEqual([photo.languages("dc:title").best("en-US", "en"), photo["dc:title"]["EN-gb"]], ["The quay"] * 2)
+        photo["dc:subject"] += ["quay", "dusk"]
+        photo["dc:subject"].remove("harbour")
+        photo["dc:subject"].insert(-1, "night")
+        photo["dc:subject"][0] = "pier"
+        self.assertEqual(photo["dc:subject"], ["pier", "night", "dusk"])
+        del photo["dc:subject"][::2]
+        self.assertEqual(photo["dc:subject"], ["night"])
+        photo["dc:creator"] = "Ada"
+        self.assertEqual((photo["dc:creator"], photo["dc:creator"].is_ordered), (["Ada"], True))
+        photo.array("dc:creator").qualifiers(0)["xmp:Label"] = "painter"
+        self.assertEqual(dict(photo["dc:creator"].qualifiers(0)), {"xmp:Label": "painter"})
+        photo["exif:Flash"]["exif:Fired"] = False
+        del photo["exif:Flash"]["exif:Mode"]
+        self.assertEqual((photo["exif:Flash"]["exif:Fired"], "exif:Mode" in photo["exif:Flash"]), ("False", False))
+        for value, text in [(5, "5"), (0.25, "0.25"), (True, "True"), (fractions.Fraction(1, 250), "1/250"),
+                            (datetime.datetime(2024, 6, 21, 18, 30, tzinfo=datetime.timezone.utc), "2024-06-21T18:30:00+00:00")]:
+            photo["xmp:Label"] = value
+            self.assertEqual(photo["xmp:Label"], text)
+        self.assertEqual(lxbridge.register_namespace("http://example.com/own/", "own"), "own")
+        nested = {"own:Name": "Ada", "own:Tags": ["a", {"own:Deep": ["b"]}]}
+        photo["own:People"] = [nested, "plain"]
+        self.assertEqual(photo["own:People"], [nested, "plain"])
+        self.assertEqual(photo.namespaces["own"], "http://example.com/own/")
+
+        for name, kind in [("tiff:Nothing", KeyError), ("tiff", KeyError), ("nobody:a", KeyError), ("dc:no name", KeyError)]:
+            with self.subTest(name), self.assertRaises(kind):
+                photo[name]
+        for name, value, kind in [("xmp:Rating", None, TypeError), ("xmp:Rating", [b"x"], TypeError), ("xmp:a b", "x", KeyError),
+                                  ("xmp:Rating", float("inf"), ValueError), ("xmp:Rating", "a\0b", ValueError)]:
+            with self.subTest(name, value=value), self.assertRaises((kind, lxbridge.ToolkitError)):
+                photo[name] = value
+        self.assertEqual(photo["xmp:Rating"], "4", "what cannot be set leaves what is there")
+        self.assertRaises(TypeError, photo.array, "tiff:Make")
+        self.assertRaises(IndexError, lambda: photo["dc:subject"][7])
+
+        written = photo.save_sidecar()
+        self.assertEqual(written, f"{self.sample}.xmp")
+        self.assertEqual(lxbridge.Photo(pathlib.Path(written).read_bytes()), photo)
+        self.assertRaises(FileExistsError, photo.save_sidecar)
+        del photo["dc:title"]
+        photo.save_sidecar(overwrite=True)
+        self.assertEqual([file.name for file in self.folder.iterdir() if ".xmp" in file.name], ["sample.jpg.xmp"])
+        self.assertTrue(before.merge_sidecar())
+        self.assertEqual(before["own:People"], [nested, "plain"])
+        self.assertFalse(before.merge_sidecar(self.folder / "none.xmp"))
+        before.merge(lxbridge.Photo(), replace=False)
+        before.clear()
+        self.assertEqual((len(before), before), (0, lxbridge.Photo()))
+        self.assertRaises(lxbridge.ToolkitError, lxbridge.Photo, "<broken")
+        os.unlink(written)
+
+    def test_types_and_documentation_are_whole(self):
+        package = pathlib.Path(lxbridge.__file__).parent
+        self.assertTrue((package / "py.typed").exists())
         for name in lxbridge.__all__:
-            thing = getattr(lxbridge, name)
-            self.assertTrue(thing.__doc__, name)
-            if isinstance(thing, type):
-                self.assertEqual([base.id for base in told[name].bases], [base.__name__ for base in thing.__bases__], name)
-            else:
-                self.assertEqual([argument.arg for argument in told[name].args.args], list(inspect.signature(thing).parameters))
-        pool = lxbridge.pool(self.sample)
-        keys = {name: [field.target.id for field in told[name].body] for name in told if name.startswith("_")}
-        self.assertEqual(keys["_Pool"], list(pool))
-        self.assertEqual(keys["_Attributes"], list(pool["attributes"]))
-        self.assertEqual(keys["_ItemWithoutChildren"] + keys["_Item"], list(pool["items"][0]))
-        self.assertEqual(keys["_Xmp"], list(lxbridge.xmp(self.sample)))
+            self.assertTrue(getattr(lxbridge, name).__doc__, name)
+        found = lxbridge.pool(self.sample)
+        for kind, answer in [(lxbridge.types.Pool, found), (lxbridge.types.Attributes, found["attributes"]),
+                             (lxbridge.types.Xmp, lxbridge.xmp(self.sample)), (lxbridge.types.Item, found["items"][0])]:
+            self.assertEqual(list(kind.__annotations__), list(answer), kind.__name__)
+        if shutil.which("mypy") is None:
+            self.skipTest("no mypy here")
+        program = self.folder / "typed.py"
+        program.write_text(TYPED)
+        allowed = self.folder / "allowed"
+        allowed.write_text("lxbridge._lxbridge.Object\n")  # Only that its metaclass is that of pybind11.
+        examples = [ROOT / "examples/keep_sidecar.py", ROOT / "examples/thread_folder.py"]
+        checks = [["mypy", "--strict", "--scripts-are-modules", package, program, *examples], ["stubtest", "--allowlist", allowed, "lxbridge._lxbridge"]]
+        for check in checks:
+            done = subprocess.run(check, cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False,
+                                  env={**os.environ, "MYPYPATH": str(package.parent)})
+            self.assertEqual(done.returncode, 0, done.stdout.decode())
 
 
 if __name__ == "__main__":
