@@ -74,12 +74,12 @@ TEST(ManyFiles, WorkersGiveWhatOneProcessGivesInTheSameOrder) {
                                           many.names.begin() + static_cast<std::ptrdiff_t>(i) + 10);
       const Outcome part = Lxbridge(Plus(form, some), there);
       one.out += part.out;
-      one.err += part.err;
+      one.err += WithoutPacketNote(part.err);
     }
     for (const char* workers : {"-j1", "-j2", "-j7"}) {
       const Outcome outcome = Lxbridge(Plus(form, {workers, "--files-from", "list"}), there);
       EXPECT_EQ(outcome.status, 1);
-      EXPECT_EQ(outcome.err, one.err) << workers;
+      EXPECT_EQ(outcome.err, one.err + (form[2] == "rdf" ? kSeveralPackets : "")) << workers;
       EXPECT_TRUE(outcome.out == one.out) << workers << " " << form[2];
     }
     if (form[2] != "json") continue;
@@ -272,30 +272,6 @@ TEST(ManyFiles, ProgressIsSaidWhenAskedForAndWhenItTakesAWhile) {
   const Outcome asked = Lxbridge(Plus(arguments, {"--progress"}), {.folder = many.folder.path()});
   EXPECT_NE(asked.err.find(" of 2 files, "), std::string::npos) << asked.err;
   EXPECT_NE(asked.err.find("lxbridge: 2 of 2 files, "), std::string::npos) << asked.err;
-}
-
-TEST(Tables, CellsAreQuotedArraysJoinedAndWhatIsMissingIsEmpty) {
-  const TempFolder folder;
-  folder.Add("a,b.jpg", JpegBuilder()
-                            .App1Xmp(R"(<x:xmpmeta xmlns:x="adobe:ns:meta/">
-<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
-<rdf:Description rdf:about="" xmlns:dc="http://purl.org/dc/elements/1.1/" xmlns:own="http://ns.adobe.com/xap/1.0/"
-  own:Label="say &quot;a&quot;"><dc:subject><rdf:Bag><rdf:li>one</rdf:li><rdf:li>two, three</rdf:li></rdf:Bag></dc:subject>
-</rdf:Description></rdf:RDF></x:xmpmeta>)")
-                            .App1Exif(TiffBuilder(kBig).Exif({Short(0x9209, 1)})));
-  const Surroundings there = {.folder = folder.path()};
-  // A file may call a namespace what it likes.
-  const std::string fields = "dc:subject,xmp:Label,dc:nothing,exif:Flash/exif:Fired";
-  const Outcome csv = Lxbridge({"--format=csv", "--header", "--fields", fields, "a,b.jpg"}, there);
-  EXPECT_EQ(csv.err, "");
-  EXPECT_EQ(csv.out, "file," + fields + "\r\n\"a,b.jpg\",\"one; two, three\",\"say \"\"a\"\"\",,True\r\n");
-  const Outcome tsv =
-      Lxbridge({"--format", "tsv", "--separator", "|", "--fields", "dc:subject,exif:Flash", "a,b.jpg"}, there);
-  EXPECT_EQ(tsv.out.substr(0, 41), "a,b.jpg\tone|two, three\texif:Fired=True|ex");
-  const Outcome unknown = Lxbridge({"--format=csv", "--fields", "tiff:Make,nope:Make", "a,b.jpg"}, there);
-  EXPECT_EQ(unknown.status, 2);
-  EXPECT_EQ(unknown.out, "");
-  EXPECT_EQ(unknown.err, "lxbridge: unknown prefix 'nope'\nTry 'lxbridge --help' for more information.\n");
 }
 
 // Shards of a list by GNU parallel, one of them done again: joined they are what one call gives.

@@ -88,6 +88,13 @@ std::vector<std::string> With(std::vector<std::string> form, const std::vector<s
   return form;
 }
 
+std::string WithoutPacketNote(std::string messages) {
+  for (std::size_t at; (at = messages.find(kSeveralPackets)) != std::string::npos;) {
+    messages.erase(at, std::string_view(kSeveralPackets).size());
+  }
+  return messages;
+}
+
 std::string AsText(const Bytes& bytes) {
   return std::string(bytes.begin(), bytes.end());
 }

@@ -31,6 +31,12 @@ struct Surroundings {
 [[nodiscard]] Outcome RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                                  const Surroundings& surroundings = {});
 
+// Said at the end when the packets of several files have been printed.
+inline constexpr const char* kSeveralPackets =
+    "lxbridge: packets of several files; --sidecar and --format json tell them apart\n";
+// The messages without that.
+[[nodiscard]] std::string WithoutPacketNote(std::string messages);
+
 // The arguments `form` and behind them the files.
 [[nodiscard]] std::vector<std::string> With(std::vector<std::string> form, const std::vector<std::string>& files);
 

@@ -111,11 +111,6 @@ void JsonWriter::Number(std::string_view digits) {
   out_->append(digits);
 }
 
-void JsonWriter::Boolean(bool value) {
-  Separate();
-  out_->append(value ? "true" : "false");
-}
-
 void JsonWriter::HexOrNull(const std::uint8_t* bytes, std::size_t length) {
   if (bytes == nullptr) {
     Null();

@@ -27,8 +27,7 @@ class JsonWriter {
   void String(std::string_view text);
   void StringOrNull(const char* text);
   void Integer(std::int64_t value);
-  void Number(std::string_view digits);  // REQUIRES: a number as JSON writes it.
-  void Boolean(bool value);
+  void Number(std::string_view digits);  // REQUIRES: a number, true or false as JSON writes it.
   void HexOrNull(const std::uint8_t* bytes, std::size_t length);  // A string of lower-case digits.
   void Null();
 

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <string_view>
 
-#include "tools/json/json_writer.h"
-
 namespace lxbridge::json {
 
 namespace {
@@ -56,8 +54,9 @@ std::string PoolStatusName(LxResult status) {
   return name != nullptr ? name : std::to_string(status);
 }
 
-void WritePoolJson(std::string* out, const char* file, LxResult status, const LxMetadataPool& pool) {
-  JsonWriter json(out);
+void WritePoolJson(std::string* out, std::string_view file, LxResult status, const LxMetadataPool& pool,
+                   Layout layout) {
+  JsonWriter json(out, layout);
   json.BeginObject();
   json.Key("file");
   json.String(file);

@@ -3,17 +3,20 @@
 #define LXBRIDGE_TOOLS_JSON_POOL_JSON_H_
 
 #include <string>
+#include <string_view>
 
 #include "kit/base/result.h"
 #include "kit/model/pool.h"
+#include "tools/json/json_writer.h"
 
 namespace lxbridge::json {
 
 // The kit's name of what reading came to; of a code without name, the number.
 [[nodiscard]] std::string PoolStatusName(LxResult status);
 
-// Appends the line, with its end. `file` is the name that it tells.
-void WritePoolJson(std::string* out, const char* file, LxResult status, const LxMetadataPool& pool);
+// Appends the object, with a line end. `file` is the name that it tells.
+void WritePoolJson(std::string* out, std::string_view file, LxResult status, const LxMetadataPool& pool,
+                   Layout layout = Layout::kLine);
 
 }  // namespace lxbridge::json
 

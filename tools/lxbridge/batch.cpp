@@ -13,6 +13,7 @@
 #include "tools/lxbridge/report.h"
 #include "tools/lxbridge/system.h"
 #include "tools/lxbridge/table.h"
+#include "tools/lxbridge/tally.h"
 #include "tools/lxbridge/workers.h"
 
 namespace lxbridge::command {
@@ -62,13 +63,18 @@ void RunHere(const Options& options, InputSource* source, Report* report) {
 }  // namespace
 
 int RunFiles(const Options& options) {
-  if (options.IsTable()) {
+  Columns columns;
+  if (options.IsTable() || options.format == Format::kFlat) {
     std::string error;
-    if (!KnowsFields(options, &error)) {
+    if (!ResolveColumns(options, &columns, &error)) {
       ReportLines(error, "Try 'lxbridge --help' for more information.");
       return kExitUsage;
     }
   }
+  KeepErrorLines(options.errors);
+  std::unique_ptr<Tally> tally;
+  if (options.action == Action::kFields) tally = MakeFieldTally(options);
+  if (columns.HasUnknown()) tally = MakeColumnTally(columns);
   EndWholeAtSignals();
   PrepareTerminal();
   if (!StandardOutputCanBeWritten()) {
@@ -76,13 +82,17 @@ int RunFiles(const Options& options) {
     return kExitCutOff;
   }
   InputSource source(options);
-  Report report(options, source.total());
-  if (options.header && !WriteResult(HeaderRow(options))) return kExitCutOff;
+  Report report(options, source.total(), tally.get());
+  if (options.header && !WriteResult(HeaderRow(columns, options))) return kExitCutOff;
   const int workers = WorkersFor(options);
   if (workers > 0) {
     RunInWorkers(options, workers, &source, &report);
   } else {
     RunHere(options, &source, &report);
+  }
+  if (tally != nullptr && report.exitStatus() != kExitCutOff && !tally->End()) return kExitCutOff;
+  if (options.format == Format::kRdf && report.printed() > 1) {
+    ReportLines("packets of several files; --sidecar and --format json tell them apart");
   }
   report.End(source.passedOver());
   return report.exitStatus();

@@ -3,13 +3,22 @@
 
 #include "kit/base/stream.h"
 #include "kit/readers/file_kind.h"
+#include "tools/json/json_writer.h"
 #include "tools/lxbridge/output.h"
 
 namespace lxbridge::command {
 
+namespace {
+
+bool keepErrorLines = false;
+
+}  // namespace
+
 void FileResult::Clear() {
   out.clear();
   messages.clear();
+  error.clear();
+  tally.clear();
   status = "OK";
   kind = kNoKind;
   failed = passedOver = false;
@@ -20,6 +29,20 @@ void FileResult::Fail(std::string_view file, std::string_view what) {
   failed = true;
   status = what;
   messages.append(FileMessage(file, what));
+  if (!keepErrorLines) return;
+  error.clear();
+  json::JsonWriter line(&error);
+  line.BeginObject();
+  line.Key("file");
+  line.String(file);
+  line.Key("error");
+  line.String(what);
+  line.EndObject();
+  error.push_back('\n');
+}
+
+void KeepErrorLines(bool keep) {
+  keepErrorLines = keep;
 }
 
 std::unique_ptr<FileWork> MakeWork(const Options& options) {

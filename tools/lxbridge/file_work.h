@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "tools/lxbridge/columns.h"
 #include "tools/lxbridge/inputs.h"
 #include "tools/lxbridge/options.h"
 
@@ -17,6 +18,8 @@ inline constexpr std::uint8_t kNoKind = 255;
 struct FileResult {
   std::string out;       // For standard output: a whole packet, whole lines or a row.
   std::string messages;  // For standard error, before it: whole lines.
+  std::string error;     // With --errors, of a failure: the line of JSON that stands for the missing output.
+  std::string tally;     // The file's part of what all files add up to; see Tally.
   std::string status = "OK";
   std::uint8_t kind = kNoKind;  // LxFileKind, if somebody has looked.
   bool failed = false;
@@ -27,6 +30,9 @@ struct FileResult {
   // Takes `what` as the status and as the message about the file.
   void Fail(std::string_view file, std::string_view what);
 };
+
+// Whether failures keep their line of JSON. Before the first file, and before workers start.
+void KeepErrorLines(bool keep);
 
 // Does one file after another, in a worker or in the command's own process. It starts the library, so there is one at a
 // time in a process, made in the process that uses it.
@@ -41,8 +47,9 @@ class FileWork {
 [[nodiscard]] std::unique_ptr<FileWork> MakePoolWork(const Options& options);  // pool_command.cpp
 [[nodiscard]] std::unique_ptr<FileWork> MakeWork(const Options& options);
 
-// False: a prefix of --fields that nobody knows, which `error` then names. Starts the library, and stops it again.
-[[nodiscard]] bool KnowsFields(const Options& options, std::string* error);
+// The columns of the options' fields. False: a usage error, which `error` then says. Starts the library, and stops it
+// again.
+[[nodiscard]] bool ResolveColumns(const Options& options, Columns* columns, std::string* error);
 
 // The library's path of a FILE: "-" is the empty path, standard input.
 [[nodiscard]] const char* LibraryPath(const std::string& name);

@@ -1,6 +1,7 @@
 // The command line's files, lists of names, and walks through folders.
 #include "tools/lxbridge/inputs.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string_view>
@@ -18,7 +19,7 @@ constexpr std::size_t kDeepestFolder = 400;
 
 }  // namespace
 
-InputSource::InputSource(const Options& options) : options_(options) {
+InputSource::InputSource(const Options& options) : options_(options), filter_(options) {
   bool isFile = options_.filesFrom != nullptr;  // A list may name it.
   for (const char* file : options_.files) isFile = isFile || std::string_view(file) == "-";
   if (isFile && !ReadsStandardInput()) standardInput_.Prepare();
@@ -72,30 +73,52 @@ bool InputSource::OpensFolder(Input* input) {
   }
   FolderReader entries;
   if (!entries.Open(input->name, &input->problem)) return false;
-  folders_.push_back({input->name, std::move(entries)});
+  Folder& folder = folders_.emplace_back();
+  folder.name = input->name;
+  folder.entries = std::move(entries);
+  if (options_.sorted) {
+    Entry entry;
+    while (folder.entries.Next(&entry.name, &entry.kind, &folder.problem)) folder.sorted.push_back(entry);
+    // As if the paths of all files were sorted: there a folder's name is followed by a slash.
+    const auto key = [](const Entry& of) { return of.kind == FolderReader::Kind::kFolder ? of.name + '/' : of.name; };
+    std::sort(folder.sorted.begin(), folder.sorted.end(),
+              [&key](const Entry& a, const Entry& b) { return key(a) > key(b); });
+  }
   return true;
 }
 
-// The next file below the folders, in the order in which the system gives them; false: the walk has ended. A folder of
-// which not all entries can be read is an input with a problem, after those that can.
+// False: the end, or an error that `problem` tells.
+bool InputSource::NextEntry(Folder* folder, Entry* entry, std::string* problem) {
+  if (!options_.sorted) return folder->entries.Next(&entry->name, &entry->kind, problem);
+  if (folder->sorted.empty()) {
+    *problem = std::move(folder->problem);
+    return false;
+  }
+  *entry = std::move(folder->sorted.back());
+  folder->sorted.pop_back();
+  return true;
+}
+
+// The next file below the folders, sorted or in the order in which the system gives them; false: the walk has ended. A
+// folder of which not all entries can be read is an input with a problem, after those that can.
 bool InputSource::TakeWalked(Input* input) {
-  std::string name;
+  Entry entry;
   while (!folders_.empty()) {
     Folder& folder = folders_.back();
-    FolderReader::Kind kind = FolderReader::Kind::kOther;
-    if (!folder.entries.Next(&name, &kind, &input->problem)) {
+    if (!NextEntry(&folder, &entry, &input->problem)) {
       input->name = std::move(folder.name);
       folders_.pop_back();
       if (!input->problem.empty()) return true;
       continue;
     }
-    if (kind == FolderReader::Kind::kOther) {
+    const bool isFolder = entry.kind == FolderReader::Kind::kFolder;
+    input->name = folder.name;
+    AppendToPath(entry.name, &input->name);
+    if (entry.kind == FolderReader::Kind::kOther || !filter_.Takes(input->name, entry.name, isFolder)) {
       ++passedOver_;
       continue;
     }
-    input->name = folder.name;
-    AppendToPath(name, &input->name);
-    if (kind == FolderReader::Kind::kFolder) {
+    if (isFolder) {
       if (!OpensFolder(input)) return true;
       continue;
     }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/lxbridge/name_filter.h"
 #include "tools/lxbridge/options.h"
 #include "tools/lxbridge/system.h"
 
@@ -36,9 +37,15 @@ class InputSource {
   [[nodiscard]] std::int64_t total() const;
 
  private:
+  struct Entry {
+    std::string name;
+    FolderReader::Kind kind;
+  };
   struct Folder {
     std::string name;
     FolderReader entries;
+    std::vector<Entry> sorted;  // With --sort: those that are left, the last one first.
+    std::string problem;        // With --sort: the error after which there were no more.
   };
 
   // Whether the input that was taken is to be worked on as it is.
@@ -46,11 +53,13 @@ class InputSource {
   bool EntersFolder(Input* input);
   bool OpensFolder(Input* input);
   bool TakeWalked(Input* input);
+  bool NextEntry(Folder* folder, Entry* entry, std::string* problem);
   Next TakeListed(bool mayWait, Input* input);
   Next TakeEntry(Input* input);
   Next EndList(const char* problem, Input* input);
 
   const Options& options_;
+  const NameFilter filter_;
   std::size_t nextFile_ = 0;
   std::vector<Folder> folders_;  // The folders that the walk is in, the innermost last.
   std::uint64_t passedOver_ = 0;

@@ -5,6 +5,7 @@
 
 #include "kit/base/platform.h"
 #include "tools/lxbridge/commands.h"
+#include "tools/lxbridge/field_listing.h"
 #include "tools/lxbridge/options.h"
 #include "tools/lxbridge/output.h"
 #include "tools/lxbridge/system.h"
@@ -21,11 +22,18 @@ int Run(int argc, char** argv) {
     command::ReportLines(error, "Try 'lxbridge --help' for more information.");
     return command::kExitUsage;
   }
+  command::SettleTerminal(&options);
+  command::ColourMessages(command::ColoursMessages(options));
   switch (options.action) {
     case command::Action::kHelp:
-      return command::WriteResult(command::HelpText()) ? command::kExitOk : command::kExitCutOff;
+      return command::WriteResult(command::HelpText(options.helpTopic)) ? command::kExitOk : command::kExitCutOff;
     case command::Action::kVersion:
       return command::WriteResult(command::VersionText()) ? command::kExitOk : command::kExitCutOff;
+    case command::Action::kFields:
+      if (options.files.empty() && options.filesFrom == nullptr) {
+        return command::WriteResult(command::KnownFieldListing(options)) ? command::kExitOk : command::kExitCutOff;
+      }
+      break;
     case command::Action::kPool:
     case command::Action::kXmp:
       break;

@@ -1,26 +1,102 @@
 // The grammar of the command line.
 #include "tools/lxbridge/options.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cstdint>
+#include <cstdlib>
 #include <optional>
 #include <string_view>
+
+#include "kit/base/platform.h"
+#include "tools/lxbridge/suggestion.h"
+#include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
 
 namespace {
 
-std::optional<Format> FormatOf(Action action, std::string_view name) {
-  if (name == "json") return Format::kJson;
-  if (action == Action::kXmp && name == "rdf") return Format::kRdf;
-  if (action == Action::kXmp && name == "csv") return Format::kCsv;
-  if (action == Action::kXmp && name == "tsv") return Format::kTsv;
-  if (action == Action::kPool && name == "text") return Format::kText;
-  return std::nullopt;
-}
+constexpr std::uint8_t kOfXmp = 1, kOfPool = 2, kOfFields = 4;
+constexpr std::uint8_t kOfAll = kOfXmp | kOfPool | kOfFields;
 
-bool Fail(std::string* error, std::string_view what, std::string_view word) {
-  error->assign(what);
-  error->append(" '").append(word).append("'");
+struct CommandRow {
+  std::string_view name;
+  Action action;
+  std::uint8_t bit;
+  Format format;  // Unless --format says another.
+};
+constexpr CommandRow kCommands[] = {
+    {"xmp", Action::kXmp, kOfXmp, Format::kRdf},
+    {"pool", Action::kPool, kOfPool, Format::kText},
+    {"fields", Action::kFields, kOfFields, Format::kText},
+};
+
+struct FormatRow {
+  std::string_view name;
+  Format format;
+  std::uint8_t commands;
+};
+constexpr FormatRow kFormats[] = {
+    {"rdf", Format::kRdf, kOfXmp},    {"json", Format::kJson, kOfAll}, {"flat", Format::kFlat, kOfXmp},
+    {"csv", Format::kCsv, kOfXmp},    {"tsv", Format::kTsv, kOfXmp},   {"text", Format::kText, kOfPool | kOfFields},
+    {"html", Format::kHtml, kOfPool},
+};
+
+struct FlagRow {
+  std::string_view name;
+  char letter;  // 0: none.
+  std::uint8_t commands;
+  bool Options::*flag;
+};
+constexpr FlagRow kFlags[] = {
+    {"--recursive", 'r', kOfAll, &Options::recursive},
+    {"--sort", 0, kOfAll, &Options::sorted},
+    {"--null", '0', kOfAll, &Options::zeroEnds},
+    {"--unordered", 0, kOfXmp | kOfPool, &Options::unordered},
+    {"--progress", 0, kOfAll, &Options::progress},
+    {"--summary", 0, kOfAll, &Options::summary},
+    {"--errors", 0, kOfXmp | kOfPool, &Options::errors},
+    {"--pretty", 0, kOfAll, &Options::pretty},
+    {"--all", 0, kOfPool, &Options::all},
+    {"--decimal", 0, kOfXmp, &Options::decimal},
+    {"--qualifiers", 0, kOfXmp, &Options::qualifiers},
+    {"--facts", 0, kOfXmp, &Options::facts},
+    {"--header", 0, kOfXmp, &Options::header},
+    {"--sidecar", 0, kOfXmp, &Options::sideCars},
+    {"--overwrite", 0, kOfXmp, &Options::overwrite},
+};
+
+enum class Value {
+  kFormat,
+  kFilesFrom,
+  kJobs,
+  kTimeout,
+  kInclude,
+  kExclude,
+  kExtensions,
+  kColour,
+  kFields,
+  kNamespace,
+  kSeparator,
+  kOutput,
+};
+struct ValueRow {
+  std::string_view name;
+  char letter;
+  std::uint8_t commands;
+  Value value;
+};
+constexpr ValueRow kValues[] = {
+    {"--format", 0, kOfAll, Value::kFormat},       {"--files-from", 0, kOfAll, Value::kFilesFrom},
+    {"--jobs", 'j', kOfAll, Value::kJobs},         {"--timeout", 0, kOfAll, Value::kTimeout},
+    {"--include", 0, kOfAll, Value::kInclude},     {"--exclude", 0, kOfAll, Value::kExclude},
+    {"--ext", 0, kOfAll, Value::kExtensions},      {"--color", 0, kOfAll, Value::kColour},
+    {"--fields", 0, kOfXmp, Value::kFields},       {"--namespace", 0, kOfXmp, Value::kNamespace},
+    {"--separator", 0, kOfXmp, Value::kSeparator}, {"--output", 0, kOfXmp, Value::kOutput},
+};
+
+bool Fail(std::string* error, std::string_view what, std::string_view word, std::string_view meant = "") {
+  error->assign(what).append(" '").append(word).append("'").append(DidYouMean(meant));
   return false;
 }
 
@@ -30,8 +106,9 @@ bool ParseNumber(std::string_view text, Number* number) {
   return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size();
 }
 
-// "prefix:Name" steps between slashes. Whether the prefixes are known is the toolkit's to say.
+// "all", "prefix:*", or "prefix:Name" steps between slashes. The toolkit knows which prefixes there are.
 bool IsField(std::string_view field) {
+  if (field == "all") return true;
   for (;;) {
     const std::size_t end = field.find('/');
     const std::string_view step = field.substr(0, end);
@@ -43,16 +120,27 @@ bool IsField(std::string_view field) {
   }
 }
 
-bool ParseFields(std::string_view list, std::vector<std::string_view>* fields, std::string* error) {
-  fields->clear();
+// The parts of a list between commas.
+std::vector<std::string_view> Parts(std::string_view list) {
+  std::vector<std::string_view> parts;
   for (;;) {
     const std::size_t end = list.find(',');
-    const std::string_view field = list.substr(0, end);
-    if (!IsField(field)) return Fail(error, "not a field", field);
-    fields->push_back(field);
-    if (end == std::string_view::npos) return true;
+    parts.push_back(list.substr(0, end));
+    if (end == std::string_view::npos) return parts;
     list.remove_prefix(end + 1);
   }
+}
+
+const CommandRow* CommandNamed(std::string_view name) {
+  const auto at = std::find_if(std::begin(kCommands), std::end(kCommands),
+                               [name](const CommandRow& command) { return command.name == name; });
+  return at == std::end(kCommands) ? nullptr : at;
+}
+
+std::string_view NearestCommand(std::string_view word) {
+  std::vector<std::string_view> names = {"help"};
+  for (const CommandRow& command : kCommands) names.push_back(command.name);
+  return NearestWord(word, names);
 }
 
 class Parser {
@@ -61,14 +149,18 @@ class Parser {
       : argc_(argc), argv_(argv), options_(*options), error_(error) {}
 
   bool Parse() {
-    if (at_ < argc_) {  // A subcommand stands first or nowhere: behind it every word is an option or a file.
+    options_.words.assign(argv_, argv_ + argc_);
+    if (at_ < argc_) {  // A command stands first: after it every word is an option or a file.
       const std::string_view word = argv_[at_];
-      if (word == "xmp" || word == "pool") {
-        options_.action = word == "xmp" ? Action::kXmp : Action::kPool;
+      if (word == "help") return ParseHelp();
+      if (const CommandRow* named = CommandNamed(word)) {
+        command_ = named;
+        named_ = true;
         ++at_;
       }
     }
-    options_.format = options_.action == Action::kPool ? Format::kText : Format::kRdf;
+    options_.action = command_->action;
+    options_.format = command_->format;
     bool onlyFiles = false;
     for (; at_ < argc_; ++at_) {
       word_ = argv_[at_];
@@ -77,7 +169,7 @@ class Parser {
         options_.files.push_back(argv_[at_]);
       } else if (word_ == "--") {
         onlyFiles = true;
-      } else if (!ParseOption()) {
+      } else if (!(word_.starts_with("--") ? ParseLong() : ParseLetters())) {
         return false;
       }
       if (options_.action == Action::kHelp || options_.action == Action::kVersion) return true;
@@ -91,100 +183,249 @@ class Parser {
     return false;
   }
 
-  // The word is the option NAME, alone or as NAME=VALUE; -j also as -jVALUE.
-  bool Is(std::string_view name) const {
-    if (!word_.starts_with(name)) return false;
-    return word_.size() == name.size() || word_[name.size()] == '=' || name == "-j";
+  bool ParseHelp() {
+    options_.action = Action::kHelp;
+    if (++at_ == argc_) return true;
+    const std::string_view word = argv_[at_];
+    const CommandRow* topic = CommandNamed(word);
+    if (topic == nullptr) return Fail(error_, "unknown command", word, NearestCommand(word));
+    options_.helpTopic = topic->action;
+    return at_ + 1 == argc_ || Say("'help' takes one command");
   }
 
-  // Its value, never null behind a true.
-  bool Value(std::string_view name, const char** value) {
-    if (word_.size() > name.size()) {
-      *value = argv_[at_] + name.size() + (word_[name.size()] == '=' ? 1 : 0);
-      return true;
+  void Help() {
+    options_.action = Action::kHelp;
+    if (named_) options_.helpTopic = command_->action;
+  }
+
+  // The option is one of other commands only.
+  bool FailOther(std::string_view name, std::uint8_t commands) {
+    error_->assign("option '").append(name).append("' is one of");
+    const char* before = " ";
+    for (const CommandRow& command : kCommands) {
+      if ((commands & command.bit) == 0) continue;
+      error_->append(before).append("'lxbridge ").append(command.name).append("'");
+      before = " and ";
     }
-    if (at_ + 1 == argc_) {
-      error_->assign("option '").append(name).append("' needs a value");
+    return false;
+  }
+
+  bool SetFlag(const FlagRow& row) {
+    if ((row.commands & command_->bit) == 0) return FailOther(row.name, row.commands);
+    options_.*row.flag = true;
+    return true;
+  }
+
+  // `value`: what stands with the option in the same word, or null.
+  bool SetValue(const ValueRow& row, std::string_view shown, const char* value) {
+    if ((row.commands & command_->bit) == 0) return FailOther(row.name, row.commands);
+    if (value == nullptr) {
+      if (at_ + 1 == argc_) {
+        error_->assign("option '").append(shown).append("' needs a value");
+        return false;
+      }
+      value = argv_[++at_];
+    }
+    return Take(row.value, value);
+  }
+
+  // --name or --name=value
+  bool ParseLong() {
+    const std::size_t equals = word_.find('=');
+    const std::string_view name = word_.substr(0, equals);
+    const char* value = equals == std::string_view::npos ? nullptr : argv_[at_] + equals + 1;
+    for (const ValueRow& row : kValues) {
+      if (row.name == name) return SetValue(row, name, value);
+    }
+    const auto flag =
+        std::find_if(std::begin(kFlags), std::end(kFlags), [name](const FlagRow& row) { return row.name == name; });
+    const bool found = flag != std::end(kFlags) || name == "--help" || name == "--version";
+    if (!found) return Fail(error_, "unknown option", name, NearestOption(name));
+    if (value != nullptr) {
+      error_->assign("option '").append(name).append("' takes no value");
       return false;
     }
-    *value = argv_[++at_];
-    return true;
-  }
-
-  bool Flag(std::string_view name, bool* flag) {
-    if (word_ != name) return false;
-    *flag = true;
-    return true;
-  }
-
-  bool ParseOption() {
-    const bool xmp = options_.action == Action::kXmp;
-    const char* value = nullptr;
-    if (word_ == "--help" || word_ == "-h") {
-      options_.action = Action::kHelp;
-      return true;
-    }
-    if (word_ == "--version" || word_ == "-V") {
+    if (flag != std::end(kFlags)) return SetFlag(*flag);
+    if (name == "--help") {
+      Help();
+    } else {
       options_.action = Action::kVersion;
-      return true;
     }
-    if (!xmp && Flag("--all", &options_.all)) return true;
-    if (Flag("-r", &options_.recursive) || Flag("--recursive", &options_.recursive) || Flag("-0", &options_.zeroEnds) ||
-        Flag("--null", &options_.zeroEnds) || Flag("--unordered", &options_.unordered) ||
-        Flag("--progress", &options_.progress) || Flag("--summary", &options_.summary) ||
-        (xmp && Flag("--header", &options_.header))) {
-      return true;
-    }
-    if (Is("--format")) {
-      if (!Value("--format", &value)) return false;
-      const std::optional<Format> format = FormatOf(options_.action, value);
-      if (!format) return Fail(error_, "unknown format", value);
-      options_.format = *format;
-      return true;
-    }
-    if (Is("--files-from")) {
-      if (!Value("--files-from", &options_.filesFrom)) return false;
-      return *options_.filesFrom != '\0' || Say("empty name of a list");
-    }
-    for (const std::string_view name : {"-j", "--jobs"}) {
-      if (!Is(name)) continue;
-      if (!Value(name, &value)) return false;
-      if (ParseNumber(value, &options_.workers) && options_.workers >= 1 && options_.workers <= kMostWorkers) {
+    return true;
+  }
+
+  // -r, -j2, -rj2, -rj 2: letters without values, and at the end one with.
+  bool ParseLetters() {
+    for (std::size_t i = 1; i < word_.size(); ++i) {
+      const char letter = word_[i];
+      const char shown[] = {'-', letter};
+      const std::string_view option(shown, sizeof shown);
+      if (letter == 'h' || letter == 'V') {
+        if (letter == 'h') {
+          Help();
+        } else {
+          options_.action = Action::kVersion;
+        }
         return true;
       }
-      return Fail(error_, "not a number of workers from 1 to 256:", value);
+      const auto flag = std::find_if(std::begin(kFlags), std::end(kFlags),
+                                     [letter](const FlagRow& row) { return row.letter == letter; });
+      if (flag != std::end(kFlags)) {
+        if (!SetFlag(*flag)) return false;
+        continue;
+      }
+      const auto value = std::find_if(std::begin(kValues), std::end(kValues),
+                                      [letter](const ValueRow& row) { return row.letter == letter; });
+      if (value == std::end(kValues)) {
+        return Fail(error_, "unknown option", option);
+      }
+      const char* rest = argv_[at_] + i + 1;
+      if (*rest == '=') ++rest;
+      return SetValue(*value, option, i + 1 == word_.size() ? nullptr : rest);
     }
-    if (Is("--timeout")) {
-      constexpr double kLongest = 1e6;  // Days; milliseconds of it fit an int.
-      if (!Value("--timeout", &value)) return false;
-      double& seconds = options_.timeoutSeconds;
-      if (ParseNumber(std::string_view(value), &seconds) && seconds > 0 && seconds <= kLongest) return true;
-      return Fail(error_, "not a number of seconds:", value);
+    return true;
+  }
+
+  static std::string_view NearestOption(std::string_view name) {
+    std::vector<std::string_view> names = {"--help", "--version"};
+    for (const FlagRow& row : kFlags) names.push_back(row.name);
+    for (const ValueRow& row : kValues) names.push_back(row.name);
+    return NearestWord(name, names);
+  }
+
+  bool Take(Value kind, const char* value) {
+    switch (kind) {
+      case Value::kFormat:
+        return TakeFormat(value);
+      case Value::kFilesFrom:
+        options_.filesFrom = value;
+        return *value != '\0' || Say("empty name of a list");
+      case Value::kJobs:
+        if (ParseNumber(std::string_view(value), &options_.workers) && options_.workers >= 1 &&
+            options_.workers <= kMostWorkers) {
+          return true;
+        }
+        return Fail(error_, "not a number of workers from 1 to 256:", value);
+      case Value::kTimeout: {
+        constexpr double kLongest = 1e6;  // Days; in milliseconds it fits an int.
+        double& seconds = options_.timeoutSeconds;
+        if (ParseNumber(std::string_view(value), &seconds) && seconds > 0 && seconds <= kLongest) return true;
+        return Fail(error_, "not a number of seconds:", value);
+      }
+      case Value::kInclude:
+      case Value::kExclude:
+        if (*value == '\0') return Say("empty pattern");
+        (kind == Value::kInclude ? options_.included : options_.excluded).emplace_back(value);
+        return true;
+      case Value::kExtensions:
+        for (const std::string_view part : Parts(value)) {
+          if (part.empty() || part == ".") return Fail(error_, "not a list of extensions:", value);
+          options_.extensions.push_back(part.front() == '.' ? part.substr(1) : part);
+        }
+        return true;
+      case Value::kColour:
+        return TakeColour(value);
+      case Value::kFields:
+        options_.fields = Parts(value);
+        for (const std::string_view field : options_.fields) {
+          if (!IsField(field)) return Fail(error_, "not a field", field);
+        }
+        return true;
+      case Value::kNamespace:
+        return TakeNamespace(value);
+      case Value::kSeparator:
+        options_.separator = value;
+        separated_ = true;
+        return true;
+      case Value::kOutput:
+        options_.outputFolder = value;
+        options_.sideCars = true;
+        return *value != '\0' || Say("empty name of a folder");
     }
-    if (xmp && Is("--fields")) {
-      return Value("--fields", &value) && ParseFields(value, &options_.fields, error_);
+    return false;
+  }
+
+  bool TakeFormat(std::string_view name) {
+    std::vector<std::string_view> names;
+    for (const FormatRow& row : kFormats) {
+      if ((row.commands & command_->bit) == 0) continue;
+      if (row.name == name) {
+        options_.format = row.format;
+        return true;
+      }
+      names.push_back(row.name);
     }
-    if (xmp && Is("--separator")) {
-      if (!Value("--separator", &value)) return false;
-      options_.separator = value;
-      separated_ = true;
-      return true;
+    return Fail(error_, "unknown format", name, NearestWord(name, names));
+  }
+
+  bool TakeColour(std::string_view when) {
+    constexpr std::string_view kNames[] = {"auto", "always", "never"};
+    const auto at = std::find(std::begin(kNames), std::end(kNames), when);
+    if (at == std::end(kNames)) return Fail(error_, "not one of auto, always and never:", when);
+    options_.colour = static_cast<Colour>(at - std::begin(kNames));
+    return true;
+  }
+
+  bool TakeNamespace(std::string_view text) {
+    const std::size_t equals = text.find('=');
+    if (equals == 0 || equals == std::string_view::npos || equals + 1 == text.size() ||
+        text.substr(0, equals).find_first_of(":/,*") != std::string_view::npos) {
+      return Fail(error_, "not PREFIX=URI:", text);
     }
-    return Fail(error_, "unknown option", word_);
+    const std::string_view prefix = text.substr(0, equals);
+    if (prefix == "file" || prefix == "image") return Fail(error_, "a prefix of the facts of files:", prefix);
+    options_.namespaces.push_back({prefix, text.substr(equals + 1)});
+    return true;
   }
 
   bool FitsTogether() {
-    if (options_.files.empty() && options_.filesFrom == nullptr) return Say("no FILE given");
+    if (options_.files.empty() && options_.filesFrom == nullptr) {
+      if (options_.action == Action::kFields) return true;  // The table of fields.
+      return Say("no FILE given");
+    }
+    if (!named_ && options_.files.size() > 1 && argv_[1] == options_.files.front()) {
+      // "lxbridge pol a.jpg": a file that is called nearly like a command, and is not there, was meant as the command.
+      const std::string_view word = options_.files.front();
+      if (const std::string_view meant = NearestCommand(word);
+          !meant.empty() && LookAtPath(options_.files.front()).kind == PathFacts::Kind::kMissing) {
+        return Fail(error_, "no command and no file", word, meant);
+      }
+    }
     if (options_.zeroEnds && options_.filesFrom == nullptr) return Say("option '-0' needs '--files-from'");
     if (options_.filesFrom != nullptr && std::string_view(options_.filesFrom) == "-") {
       for (const char* file : options_.files) {
         if (std::string_view(file) == "-") return Say("standard input is a FILE or the list, not both");
       }
     }
+    const bool filters =
+        !options_.included.empty() || !options_.excluded.empty() || !options_.extensions.empty() || options_.sorted;
+    if (filters && !options_.recursive) return Say("'--include', '--exclude', '--ext' and '--sort' need '-r'");
+    return FormatFits() && SideCarsFit();
+  }
+
+  bool FormatFits() {
+    const bool flat = options_.format == Format::kFlat;
     if (options_.IsTable() && options_.fields.empty()) return Say("a table needs '--fields'");
-    if (!options_.IsTable() && (!options_.fields.empty() || options_.header || separated_)) {
-      return Say("'--fields', '--separator' and '--header' need '--format csv' or 'tsv'");
+    if (!options_.IsTable() && (options_.header || separated_)) {
+      return Say("'--separator' and '--header' need '--format csv' or 'tsv'");
     }
+    if (!options_.IsTable() && !flat &&
+        (!options_.fields.empty() || !options_.namespaces.empty() || options_.decimal)) {
+      return Say("'--fields', '--namespace' and '--decimal' need '--format flat', 'csv' or 'tsv'");
+    }
+    if (!flat && (options_.qualifiers || options_.facts))
+      return Say("'--qualifiers' and '--facts' need '--format flat'");
+    if (!options_.IsJson() && (options_.errors || options_.pretty)) {
+      return Say("'--errors' and '--pretty' need a format of JSON");
+    }
+    return true;
+  }
+
+  bool SideCarsFit() {
+    if (options_.overwrite && !options_.sideCars) return Say("'--overwrite' needs '--sidecar' or '--output'");
+    if (!options_.sideCars) return true;
+    if (options_.format != Format::kRdf)
+      return Say("side-cars are packets: '--sidecar' and '--output' need '--format rdf'");
     return true;
   }
 
@@ -192,10 +433,21 @@ class Parser {
   const char* const* argv_;
   Options& options_;
   std::string* error_;
+  const CommandRow* command_ = &kCommands[0];
+  bool named_ = false;
   int at_ = 1;
   std::string_view word_;
   bool separated_ = false;
 };
+
+// https://no-color.org: any value but an empty one. A terminal that is called dumb obeys nothing.
+bool Colours(Colour choice, std::FILE* stream) {
+  if (choice != Colour::kAuto) return choice == Colour::kAlways;
+  const char* no = std::getenv("NO_COLOR");
+  const char* terminal = std::getenv("TERM");
+  return LxPlatformIsTerminal(stream) && (no == nullptr || *no == '\0') &&
+         (terminal == nullptr || std::string_view(terminal) != "dumb");
+}
 
 }  // namespace
 
@@ -204,66 +456,13 @@ bool ParseOptions(int argc, const char* const* argv, Options* options, std::stri
   return Parser(argc, argv, options, error).Parse();
 }
 
-const char* HelpText() {
-  return R"help(Usage: lxbridge [OPTIONS] FILE...        (the same as: lxbridge xmp FILE...)
-       lxbridge xmp  [--format rdf|json] [OPTIONS] FILE...
-       lxbridge xmp  --format csv|tsv --fields LIST [OPTIONS] FILE...
-       lxbridge pool [--format text|json] [--all] [OPTIONS] FILE...
-
-Reads the metadata of image files (JPEG, TIFF, PSD; the headers of PNG, BMP and GIF).
-
-Commands:
-  xmp    print each file's metadata as XMP: a packet (rdf), a line of JSON (json) or
-         a row of a table (csv, tsv)
-  pool   print what the readers saw in each file: a tree of items (text) or a line of
-         JSON (json)
-
-Output:
-  --format FORMAT    rdf (default of xmp), csv, tsv; text (default of pool); json
-  --all              pool, text: deleted items too
-  --fields LIST      csv, tsv: the columns behind the file's name, between commas:
-                     tiff:Make,exif:DateTimeOriginal,exif:Flash/exif:Fired. A property
-                     that a file does not have is an empty cell
-  --separator TEXT   csv, tsv: what stands between the items of an array ("; ")
-  --header           csv, tsv: a first row with the names of the columns
-                     Cells are quoted as RFC 4180 has it, in both; the rows of csv end
-                     in CR LF, those of tsv in LF
-
-Input:
-  -r, --recursive    walk folders: hidden files too, links not followed. Files that no
-                     reader takes are passed over; one that is named is not
-  --files-from LIST  further files, one name a line of the file LIST; - is standard
-                     input, and the names are worked on as they come
-  -0, --null         the names of the list end in zero bytes, not in line ends
-  FILE - is standard input, which has to be seekable: lxbridge - < photo.jpg
-  A file named like a command is given as ./pool, or behind --.
-
-Many files:
-  -j, --jobs N       work in N processes (1 to 256; default: as many as there are
-                     processors, once there are more than a few files). A file that
-                     brings its process down costs nothing but itself
-  --timeout SECONDS  give up a file that takes longer
-  --unordered        print results as they come, not in the order of the files
-  --progress         say on standard error how far it is; without it only when that is
-                     a terminal, standard output is none, and it takes a while
-  --summary          say on standard error, last, how many files of each status and
-                     kind there were, and how many were passed over
-
-  --help, --version  print this, or the version, and exit
-  --                 end of the options
-
-Results are on standard output, one whole packet, line or row a file. A file that
-fails has one line on standard error, "lxbridge: FILE: NotFound" or what else it is:
-"is a directory", "crashed (signal 11)", "timed out", for a folder what the system
-says. The other files are done all the same.
-
-Exit status: 0 every file was read;
-  1 at least one was not ; 2 the command line is wrong.
-)help";
+void SettleTerminal(Options* options) {
+  options->colouredResults = Colours(options->colour, stdout);
+  options->namedPackets = options->MayBeMany() && LxPlatformIsTerminal(stdout);
 }
 
-const char* VersionText() {
-  return "lxbridge " LXBRIDGE_VERSION "\n";
+bool ColoursMessages(const Options& options) {
+  return Colours(options.colour, stderr);
 }
 
 }  // namespace lxbridge::command

@@ -1,7 +1,6 @@
 // The command line of `lxbridge` as a record.
 //
-// Parsed by hand: the grammar is two subcommands and some options, and a library for it would cost more at start-up
-// than reading a photograph does.
+// It is parsed by hand: a library for it would cost more at start-up than reading a photograph does.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_OPTIONS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_OPTIONS_H_
 
@@ -11,21 +10,28 @@
 
 namespace lxbridge::command {
 
-enum class Action { kXmp, kPool, kHelp, kVersion };
-enum class Format { kRdf, kText, kJson, kCsv, kTsv };
+enum class Action { kXmp, kPool, kFields, kHelp, kVersion };
+enum class Format { kRdf, kText, kJson, kFlat, kCsv, kTsv, kHtml };
+enum class Colour { kAuto, kAlways, kNever };
 
 inline constexpr int kMostWorkers = 256;
 
 struct Options {
   Action action = Action::kXmp;
+  Action helpTopic = Action::kHelp;  // The command that --help is about; kHelp: all.
   Format format = Format::kRdf;
-  bool all = false;                // pool: deleted items too.
   std::vector<const char*> files;  // As given; "-" is standard input.
+  std::vector<const char*> words;  // The whole command line, which a worker parses again where it is not forked.
 
   // Further inputs.
   bool recursive = false;           // Folders are walked.
+  bool sorted = false;              // In the byte order of the paths.
   const char* filesFrom = nullptr;  // A list of names; "-": on standard input.
   bool zeroEnds = false;            // Its names end in zero bytes.
+  // Of what is found in folders; see NameFilter.
+  std::vector<std::string_view> included;
+  std::vector<std::string_view> excluded;
+  std::vector<std::string_view> extensions;
 
   // How they are worked on.
   int workers = 0;  // Processes; 0: not said.
@@ -34,18 +40,51 @@ struct Options {
   bool progress = false;
   bool summary = false;
 
-  // Tables.
-  std::vector<std::string_view> fields;  // "prefix:Name" or a path of them, "prefix:Name/prefix:Field"; not resolved.
-  std::string_view separator = "; ";     // Between the items of an array.
+  // The form of results.
+  bool all = false;         // pool: deleted items too.
+  bool decimal = false;     // Numbers and booleans as such.
+  bool qualifiers = false;  // flat: qualifiers too.
+  bool facts = false;       // flat: facts of the file too.
+  bool errors = false;      // JSON: a line in place of a result that there is not.
+  bool pretty = false;      // JSON: indented.
+  Colour colour = Colour::kAuto;
+
+  // Tables and flat JSON.
+  struct NamedNamespace {
+    std::string_view prefix;
+    std::string_view uri;
+  };
+  std::vector<NamedNamespace> namespaces;
+  // "prefix:Name", a path of them ("prefix:Name/prefix:Field"), "prefix:*" or "all". Not resolved; see Columns.
+  std::vector<std::string_view> fields;
+  std::string_view separator = "; ";  // Between the items of an array.
   bool header = false;
 
+  // Side-cars in place of results on standard output.
+  bool sideCars = false;
+  const char* outputFolder = nullptr;  // Null: beside the files.
+  bool overwrite = false;
+
+  // What depends on the command's own terminals, and is given to workers: see SettleTerminal.
+  bool colouredResults = false;
+  bool namedPackets = false;  // A comment with the file's name before each packet.
+
   [[nodiscard]] bool IsTable() const { return format == Format::kCsv || format == Format::kTsv; }
+  [[nodiscard]] bool IsJson() const { return format == Format::kJson || format == Format::kFlat; }
+  // Whether there may be more files than one.
+  [[nodiscard]] bool MayBeMany() const { return recursive || filesFrom != nullptr || files.size() > 1; }
 };
 
 // False: a usage error, which `error` then says in one line.
 [[nodiscard]] bool ParseOptions(int argc, const char* const* argv, Options* options, std::string* error);
 
-[[nodiscard]] const char* HelpText();
+// Sets what depends on where standard output and standard error go.
+void SettleTerminal(Options* options);
+// Whether messages on standard error are coloured.
+[[nodiscard]] bool ColoursMessages(const Options& options);
+
+// The text of --help for a command, or for all (Action::kHelp).
+[[nodiscard]] std::string HelpText(Action topic);
 [[nodiscard]] const char* VersionText();
 
 }  // namespace lxbridge::command

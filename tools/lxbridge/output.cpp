@@ -18,6 +18,8 @@ namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
+bool colourMessages = false;
+
 // The escape of a character, or of a byte that is not part of one.
 struct Escape {
   char text[8] = {};
@@ -88,7 +90,26 @@ std::string FileMessage(std::string_view file, std::string_view what) {
   return line.append(": ").append(OnOneLine(what)).append("\n");
 }
 
+void ColourMessages(bool colour) {
+  colourMessages = colour;
+}
+
 void WriteMessages(std::string_view lines) {
+  constexpr std::string_view kName = "lxbridge:";
+  std::string coloured;
+  if (colourMessages) {
+    while (!lines.empty()) {
+      const std::size_t end = std::min(lines.find('\n'), lines.size() - 1) + 1;
+      std::string_view line = lines.substr(0, end);
+      if (line.starts_with(kName)) {
+        coloured.append("\x1B[1m").append(kName).append("\x1B[0m");
+        line.remove_prefix(kName.size());
+      }
+      coloured.append(line);
+      lines.remove_prefix(end);
+    }
+    lines = coloured;
+  }
   // Where it cannot be written there is nobody left to tell.
   (void)std::fwrite(lines.data(), 1, lines.size(), stderr);
 }

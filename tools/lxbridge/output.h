@@ -15,6 +15,9 @@ namespace lxbridge::command {
 // The line "lxbridge: FILE: WHAT", with its end.
 [[nodiscard]] std::string FileMessage(std::string_view file, std::string_view what);
 
+// Whether the command's name at the front of messages stands out, as a terminal shows it.
+void ColourMessages(bool colour);
+
 // Writes to standard error, in one write, so that lines of several processes do not mix.
 void WriteMessages(std::string_view lines);
 

@@ -66,26 +66,47 @@ void AppendForPerson(std::string* out, std::string_view text) {
   if (shortened) out->append("...");
 }
 
-void AppendTree(std::string* out, const LxMetadataItem* item, std::size_t depth, bool all) {
+// Colours of a line's parts: the namespace, the name, and all of a deleted item.
+constexpr std::string_view kNamespaceColour = "\x1B[36m";
+constexpr std::string_view kNameColour = "\x1B[1m";
+constexpr std::string_view kDeletedColour = "\x1B[90m";
+constexpr std::string_view kNoColour = "\x1B[0m";
+
+// Puts a colour around the text [begin, end) of the line, which parts further right already have.
+void Colour(std::string_view colour, std::size_t begin, std::size_t end, std::string* line) {
+  line->insert(end, kNoColour);
+  line->insert(begin, colour);
+}
+
+void AppendTree(std::string* out, const LxMetadataItem* item, std::size_t depth, const Options& options) {
   for (; item != nullptr; item = item->next) {
     const bool deleted = (item->flags & kLxDeleted) != 0;
-    if (deleted && !all) continue;
+    if (deleted && !options.all) continue;
     std::string line(2 * depth, ' ');
     line.append(TextOrEmpty(item->nameSpace));
+    const std::size_t namespaceEnd = line.size();
     PadTo(kNameColumn, &line);
+    const std::size_t nameBegin = line.size();
     AppendForPerson(&line, TextOrEmpty(item->name));
+    const std::size_t nameEnd = line.size();
     PadTo(kTypeColumn, &line);
     line.append(TextOrEmpty(item->typeName));
     PadTo(kDisplayColumn, &line);
     AppendForPerson(&line, TextOrEmpty(item->displayText));
     if (deleted) line.append("  (deleted)");
     line.erase(line.find_last_not_of(' ') + 1);
+    if (options.colouredResults && deleted) {
+      Colour(kDeletedColour, 0, line.size(), &line);
+    } else if (options.colouredResults) {
+      if (nameEnd <= line.size()) Colour(kNameColour, nameBegin, nameEnd, &line);
+      Colour(kNamespaceColour, 2 * depth, namespaceEnd, &line);
+    }
     out->append(line).push_back('\n');
-    AppendTree(out, item->firstChild, depth + 1, all);  // As deep as the readers' level limit at most.
+    AppendTree(out, item->firstChild, depth + 1, options);  // As deep as the readers' level limit at most.
   }
 }
 
-void WriteText(std::string* out, const char* file, const LxMetadataPool& pool, bool all) {
+void WriteText(std::string* out, const char* file, const LxMetadataPool& pool, const Options& options) {
   out->append(NameOnOneLine(file)).append(": ").append(TextOrEmpty(LxFileKindName(pool.fileKind)));
   if (pool.width != 0 || pool.height != 0) {
     out->append(", ").append(std::to_string(pool.width)).append(" x ").append(std::to_string(pool.height));
@@ -95,7 +116,7 @@ void WriteText(std::string* out, const char* file, const LxMetadataPool& pool, b
     out->append(", ").append(TextOrEmpty(LxOrientationName(pool.orientation)));
   }
   out->push_back('\n');
-  AppendTree(out, pool.root, 1, all);
+  AppendTree(out, pool.root, 1, options);
 }
 
 class PoolWork : public FileWork {
@@ -121,9 +142,10 @@ class PoolWork : public FileWork {
     if (status == kLxNotFound) return;
     result->kind = static_cast<std::uint8_t>(pool->fileKind);
     if (options_.format == Format::kJson) {
-      json::WritePoolJson(&result->out, file, status, *pool);
+      json::WritePoolJson(&result->out, file, status, *pool,
+                          options_.pretty ? json::Layout::kIndented : json::Layout::kLine);
     } else {
-      WriteText(&result->out, file, *pool, options_.all);
+      WriteText(&result->out, file, *pool, options_);
     }
   }
 

@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds kTerminalProgress(200);
 constexpr std::chrono::milliseconds kLineProgress(1000);
 
 std::size_t SizeOf(const FileResult& result) {
-  return sizeof result + result.out.size() + result.messages.size();
+  return sizeof result + result.out.size() + result.messages.size() + result.error.size() + result.tally.size();
 }
 
 std::string Decimal(double value) {
@@ -47,8 +47,8 @@ bool MayShowProgress(const Options& options) {
   return options.progress || (LxPlatformIsTerminal(stderr) && !LxPlatformIsTerminal(stdout));
 }
 
-Report::Report(const Options& options, std::int64_t total)
-    : options_(options), total_(total), nextProgress_(began_ + kFirstProgress) {}
+Report::Report(const Options& options, std::int64_t total, Tally* tally)
+    : options_(options), total_(total), tally_(tally), nextProgress_(began_ + kFirstProgress) {}
 
 bool Report::Add(std::uint64_t number, FileResult* result) {
   if (options_.unordered) return Emit(*result);
@@ -88,11 +88,13 @@ bool Report::Emit(const FileResult& result) {
     WriteMessages(result.messages);
     DrawProgress();
   }
+  if (tally_ != nullptr && !result.tally.empty()) tally_->Add(result.tally);
+  if (!result.out.empty()) ++printed_;
   if (result.out.size() >= kOutBlock) {  // Not copied first.
     if (!Flush()) return false;
     return Write(result.out);
   }
-  out_.append(result.out);
+  out_.append(result.out.empty() ? result.error : result.out);
   return out_.size() < kOutBlock || Flush();
 }
 

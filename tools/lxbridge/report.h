@@ -11,6 +11,7 @@
 
 #include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/options.h"
+#include "tools/lxbridge/tally.h"
 
 namespace lxbridge::command {
 
@@ -20,8 +21,8 @@ namespace lxbridge::command {
 
 class Report {
  public:
-  // `total`: how many files there will be, or -1.
-  Report(const Options& options, std::int64_t total);
+  // `total`: how many files there will be, or -1. `tally`: gets each file's part, or null.
+  Report(const Options& options, std::int64_t total, Tally* tally);
 
   // The result of the file of that number, counted from 0 without a gap. In order: kept until those before it are
   // there, and then taken out of *result; else *result keeps its buffers for the next file. False: standard output
@@ -43,6 +44,8 @@ class Report {
   // Ends the run for a reason that no file is to blame for; results are missing.
   void Fault(std::string_view what);
   [[nodiscard]] int exitStatus() const { return exitStatus_; }
+  // How many files had output.
+  [[nodiscard]] std::uint64_t printed() const { return printed_; }
 
  private:
   [[nodiscard]] bool Emit(const FileResult& result);
@@ -56,6 +59,7 @@ class Report {
 
   const Options& options_;
   const std::int64_t total_;
+  Tally* const tally_;
   int exitStatus_ = 0;
 
   std::uint64_t next_ = 0;
@@ -66,6 +70,7 @@ class Report {
 
   std::uint64_t done_ = 0;
   std::uint64_t doneBytes_ = 0;
+  std::uint64_t printed_ = 0;
   std::uint64_t passedOver_ = 0;
   std::map<std::string, std::uint64_t> statuses_;
   std::map<std::uint8_t, std::uint64_t> kinds_;

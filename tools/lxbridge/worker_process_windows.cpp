@@ -29,16 +29,14 @@ constexpr DWORD kPipeBuffer = 64 * 1024;
 constexpr wchar_t kHandlesVariable[] = L"LXBRIDGE_WORKER";  // Jobs, results, shared memory, slot; decimal.
 constexpr DWORD kFirstExceptionCode = 0x80000000;
 
-// The memory that all processes of a call share. The texts of the options follow it.
+// The memory that all processes of a call share. The words of the command line follow it, each with a zero byte.
 struct Shared {
   Place places[kMostProcesses];
-  Action action;
-  Format format;
-  bool all;
-  bool summary;
+  // What depends on the command's own terminals.
   bool progress;
-  std::size_t separatorLength;
-  std::size_t fieldsLength;  // With commas between them.
+  bool colouredResults;
+  bool namedPackets;
+  std::size_t words;
 };
 
 // Handles are numbers of 32 bits also where pointers are longer.
@@ -112,20 +110,19 @@ void BecomeWorkerIfStartedAsOne() {
   auto* shared = static_cast<Shared*>(MapViewOfFile(AsHandle(numbers[2]), FILE_MAP_WRITE, 0, 0, 0));
   if (shared == nullptr || numbers[3] < 0 || numbers[3] >= std::ssize(shared->places)) ExitProcess(1);
 
-  Options options;
-  options.action = shared->action;
-  options.format = shared->format;
-  options.all = shared->all;
-  options.summary = shared->summary;
-  options.progress = shared->progress;
-  const char* texts = reinterpret_cast<const char*>(shared + 1);
-  options.separator = std::string_view(texts, shared->separatorLength);
-  std::string_view fields(texts + shared->separatorLength, shared->fieldsLength);
-  while (!fields.empty()) {
-    const std::size_t end = std::min(fields.find(','), fields.size());
-    options.fields.push_back(fields.substr(0, end));
-    fields.remove_prefix(std::min(end + 1, fields.size()));
+  std::vector<const char*> words;
+  const char* word = reinterpret_cast<const char*>(shared + 1);
+  for (std::size_t i = 0; i < shared->words; ++i) {
+    words.push_back(word);
+    word += std::strlen(word) + 1;
   }
+  Options options;
+  std::string error;  // There is none: the command has parsed the same words.
+  if (!ParseOptions(static_cast<int>(words.size()), words.data(), &options, &error)) ExitProcess(1);
+  options.progress = shared->progress;
+  options.colouredResults = shared->colouredResults;
+  options.namedPackets = shared->namedPackets;
+  KeepErrorLines(options.errors);
   BeWorker(options, {numbers[0], numbers[1], &shared->places[numbers[3]]});
 }
 
@@ -246,21 +243,18 @@ struct WorkerProcesses::System {
   }
 
   void Share(const Options& options) {
-    std::string texts(options.separator);
-    for (const std::string_view field : options.fields) texts.append(field).push_back(',');
+    std::string texts;
+    for (const char* word : options.words) texts.append(word).push_back('\0');
     SECURITY_ATTRIBUTES inherited = Inherited();
     const DWORD size = DWORD{sizeof(Shared)} + static_cast<DWORD>(texts.size());
     memory = CreateFileMappingW(INVALID_HANDLE_VALUE, &inherited, PAGE_READWRITE, 0, size, nullptr);
     void* view = memory == nullptr ? nullptr : MapViewOfFile(memory, FILE_MAP_WRITE, 0, 0, 0);
     if (view == nullptr) return;
     shared = new (view) Shared{};
-    shared->action = options.action;
-    shared->format = options.format;
-    shared->all = options.all;
-    shared->summary = options.summary;
-    shared->progress = MayShowProgress(options);  // Depends on the command's own standard output.
-    shared->separatorLength = options.separator.size();
-    shared->fieldsLength = texts.size() - options.separator.size();
+    shared->progress = MayShowProgress(options);
+    shared->colouredResults = options.colouredResults;
+    shared->namedPackets = options.namedPackets;
+    shared->words = options.words.size();
     std::memcpy(static_cast<void*>(shared + 1), texts.data(), texts.size());
   }
 

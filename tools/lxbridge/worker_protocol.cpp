@@ -25,8 +25,10 @@ struct ResultHeader {
   std::uint64_t outLength;
   std::uint64_t messagesLength;
   std::uint64_t fileBytes;
+  std::uint32_t errorLength;
+  std::uint32_t tallyLength;
 };
-static_assert(sizeof(ResultHeader) == 32);
+static_assert(sizeof(ResultHeader) == 40);
 
 constexpr std::uint32_t kMagic = 0x4C785265;
 constexpr std::uint64_t kLongestPart = std::uint64_t{1} << 33;
@@ -70,8 +72,11 @@ void AppendResult(const FileResult& result, std::string* bytes) {
   header.outLength = result.out.size();
   header.messagesLength = result.messages.size();
   header.fileBytes = result.bytes;
+  header.errorLength = static_cast<std::uint32_t>(result.error.size());
+  header.tallyLength = static_cast<std::uint32_t>(result.tally.size());
   AppendHeader(header, bytes);
   bytes->append(result.status, 0, header.statusLength).append(result.messages).append(result.out);
+  bytes->append(result.error).append(result.tally);
 }
 
 void AppendFault(std::string_view what, std::string* bytes) {
@@ -89,7 +94,8 @@ Taken TakeResult(std::string_view bytes, std::size_t* at, FileResult* result) {
   if (header.magic != kMagic || header.outLength > kLongestPart || header.messagesLength > kLongestPart) {
     return Taken::kNonsense;
   }
-  const std::uint64_t length = header.statusLength + header.messagesLength + header.outLength;
+  const std::uint64_t length =
+      header.statusLength + header.messagesLength + header.outLength + header.errorLength + header.tallyLength;
   std::size_t from = *at + sizeof header;
   if (bytes.size() - from < length) return Taken::kNothing;
   const auto take = [&](std::uint64_t count, std::string* to) {
@@ -99,6 +105,8 @@ Taken TakeResult(std::string_view bytes, std::size_t* at, FileResult* result) {
   take(header.statusLength, &result->status);
   take(header.messagesLength, &result->messages);
   take(header.outLength, &result->out);
+  take(header.errorLength, &result->error);
+  take(header.tallyLength, &result->tally);
   result->kind = header.kind;
   result->failed = (header.flags & kFailed) != 0;
   result->passedOver = (header.flags & kPassedOver) != 0;

@@ -1,5 +1,6 @@
-// `lxbridge xmp`: each file's metadata as XMP, through the five exported functions and the host's library, as any other
-// host would get it. The kit serves only to tell whether a file can be opened, which the exports do not say.
+// `lxbridge xmp` and `lxbridge fields`: each file's metadata as XMP, through the five exported functions and the host's
+// library, as any other host would get it. The kit serves only to tell whether a file can be opened, which the exports
+// do not say, and for the facts that are no metadata.
 #include <cstdint>
 #include <exception>
 #include <filesystem>
@@ -11,11 +12,17 @@
 #include "kit/base/memory.h"
 #include "kit/base/result.h"
 #include "kit/base/stream.h"
+#include "tools/json/flat_json.h"
 #include "tools/json/xmp_json.h"
+#include "tools/lxbridge/columns.h"
+#include "tools/lxbridge/facts.h"
 #include "tools/lxbridge/file_work.h"
+#include "tools/lxbridge/output.h"
 #include "tools/lxbridge/report.h"
+#include "tools/lxbridge/side_car.h"
 #include "tools/lxbridge/system.h"
 #include "tools/lxbridge/table.h"
+#include "tools/lxbridge/tally.h"
 
 namespace lxbridge::command {
 
@@ -71,46 +78,128 @@ bool IsEmpty(const XmpView& xmp) {
   return empty;
 }
 
+// "<!-- photo.jpg -->", in which two hyphens must not stand together.
+void AppendComment(std::string_view file, std::string* out) {
+  out->append("<!-- ");
+  char before = ' ';
+  for (const char c : NameOnOneLine(file)) {
+    if (c == '-' && before == '-') out->push_back(' ');
+    out->push_back(before = c);
+  }
+  out->append(" -->\n");
+}
+
 class XmpWork : public FileWork {
  public:
   explicit XmpWork(const Options& options)
-      : options_(options), factsWanted_(options.summary || MayShowProgress(options)) {
+      : options_(options),
+        looksFirst_(options.summary || options.sideCars || MayShowProgress(options)),
+        flat_{options.decimal, options.qualifiers, options.pretty ? json::Layout::kIndented : json::Layout::kLine} {
     LxInstallMemProcs(LxRuntimeMemProcs());
-    if (!options.IsTable()) return;
     std::string error;
-    if (!columns_.Resolve(options.fields, &error)) throw std::runtime_error(error);
+    if (!columns_.Resolve(options, &error)) throw std::runtime_error(error);
   }
 
   void Do(const Input& input, FileResult* result) override {
     const char* path = LibraryPath(input.name);
-    const bool looksFirst = factsWanted_ || input.walked;
+    const bool looksFirst = looksFirst_ || input.walked;
     if (looksFirst && !CanBeRead(input, path, options_.summary, result)) return;
+    if (options_.sideCars && !TakesSideCar(input, result)) return;
     try {
       const Interchange interchange(path);
       const XmpView xmp = interchange.Xmp();
       // Whatever is in the object was read from the file, so only an empty one leaves a question. Asking it of every
       // file, and beforehand, would cost as much as the packet does.
       if (!looksFirst && IsEmpty(xmp) && !CanBeRead(input, path, false, result)) return;
-      if (options_.IsTable()) {
-        columns_.WriteRow(input.name, xmp, options_, &result->out);
-      } else if (options_.format == Format::kJson) {
-        json::WriteXmpJson(&result->out, input.name, xmp);
-      } else {
-        xmp.SerializeTo(&result->out);
-        if (!result->out.empty() && result->out.back() != '\n') result->out.push_back('\n');
+      if (options_.action == Action::kFields) {
+        AppendFieldsOf(xmp, &result->tally);
+        return;
       }
+      Write(input.name, path, xmp, result);
     } catch (const std::exception& error) {
       result->out.clear();
-      result->Fail(input.name, error.what());
+      result->Fail(input.name, MessageOf(error));
       result->status = "failed";
     }
   }
 
  private:
+  // Whether the file gets a side-car. Side-cars that a walk finds get none of their own.
+  bool TakesSideCar(const Input& input, FileResult* result) const {
+    if (input.walked && input.name.ends_with(".xmp")) {
+      result->passedOver = true;
+      return false;
+    }
+    return MayWriteSideCar(input.name, options_, result);
+  }
+
+  void Write(const std::string& file, const char* path, const XmpView& xmp, FileResult* result) {
+    std::string* out = &result->out;
+    switch (options_.format) {
+      case Format::kCsv:
+      case Format::kTsv:
+        WriteRow(file, Facts(path), xmp, columns_, options_, out, &result->tally);
+        if (!columns_.HasUnknown()) result->tally.clear();
+        return;
+      case Format::kJson:
+        json::WriteXmpJson(out, file, xmp, flat_.layout);
+        return;
+      case Format::kFlat:
+        WriteFlat(file, path, xmp, result);
+        return;
+      default:
+        break;
+    }
+    if (options_.sideCars) {
+      xmp.SerializeTo(&packet_);
+      return WriteSideCar(file, packet_, options_, result);
+    }
+    if (options_.namedPackets) {
+      xmp.SerializeTo(&packet_);
+      AppendComment(file, out);
+      out->append(packet_);
+    } else {
+      xmp.SerializeTo(out);
+    }
+    if (!out->empty() && out->back() != '\n') out->push_back('\n');
+  }
+
+  json::FileFacts Facts(const char* path) const {
+    return columns_.WantsFacts() ? FactsOf(path, columns_.WantsImageFacts()) : json::FileFacts();
+  }
+
+  void WriteFlat(const std::string& file, const char* path, const XmpView& xmp, FileResult* result) {
+    json::FlatWriter flat(&result->out, file, flat_);
+    if (columns_.all().empty()) {
+      for (const XmpNode& property : xmp.Properties()) flat.AddProperty(property);
+      flat.End();
+      return;
+    }
+    const json::FileFacts facts = Facts(path);
+    const Columns::Found found(columns_, xmp);
+    for (const Column& column : columns_.all()) {
+      const XmpNode* node = nullptr;
+      if (column.fact) {
+        flat.AddFact(*column.fact, facts);
+      } else if (column.whole) {
+        const char* schema = column.path.empty() ? nullptr : column.path.front().schema.c_str();
+        for (const XmpNode& property : xmp.Properties(schema)) {
+          if (!columns_.Has(property.QualifiedName())) flat.AddProperty(property);
+        }
+      } else if ((node = found.At(column)) != nullptr) {
+        flat.Add(column.label, column.known, *node);
+      }
+      if (columns_.HasUnknown()) result->tally.push_back(node != nullptr ? '1' : '0');
+    }
+    flat.End();
+  }
+
   const Library library_;
   const Options& options_;
-  const bool factsWanted_;
+  const bool looksFirst_;
+  const json::FlatOptions flat_;
   Columns columns_;
+  std::string packet_;
 };
 
 }  // namespace
@@ -119,10 +208,9 @@ std::unique_ptr<FileWork> MakeXmpWork(const Options& options) {
   return std::make_unique<XmpWork>(options);
 }
 
-bool KnowsFields(const Options& options, std::string* error) {
+bool ResolveColumns(const Options& options, Columns* columns, std::string* error) {
   const Library library;
-  Columns columns;
-  return columns.Resolve(options.fields, error);
+  return columns->Resolve(options, error);
 }
 
 }  // namespace lxbridge::command

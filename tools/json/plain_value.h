@@ -1,0 +1,19 @@
+// Texts of XMP as the values that programs calculate with.
+#ifndef LXBRIDGE_TOOLS_JSON_PLAIN_VALUE_H_
+#define LXBRIDGE_TOOLS_JSON_PLAIN_VALUE_H_
+
+#include <string>
+#include <string_view>
+
+#include "tools/json/known_fields.h"
+
+namespace lxbridge::json {
+
+// Appends a text of a field of that type as JSON writes it: a rational as the shortest decimal that gives the same
+// double, a coordinate as signed degrees, an integer in decimal, a boolean as true or false. False, and nothing is
+// appended: the type has only texts, or the text is no such value ("1/0", "unknown"), and stays as it is.
+[[nodiscard]] bool AppendPlainValue(std::string_view text, FieldType type, std::string* out);
+
+}  // namespace lxbridge::json
+
+#endif  // LXBRIDGE_TOOLS_JSON_PLAIN_VALUE_H_
