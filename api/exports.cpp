@@ -2,15 +2,12 @@
 #include <memory>
 #include <string>
 
+#include "api/host_interface.h"
 #include "api/include/lxbridge/lxbridge.h"
 #include "api/interchange.h"
 #include "clients/broker/broker_client.h"
 #include "clients/xmp/xmp_client.h"
 #include "kit/base/memory.h"
-
-struct LxInterchangeCell {
-  std::unique_ptr<LxInterchange> interchange;
-};
 
 namespace {
 
@@ -28,14 +25,17 @@ void InitKit() noexcept {
 bool LxInterchangeInit() {
   if (initialised) return true;
   (void)TAL_T_NMT::StartBrokerClient(TALOrdinal5());
-  (void)StartXMPClient(TALOrdinal5());
+  const TALLookupProc lookup = TALOrdinal5();
+  (void)StartXMPClient(lookup);
   InitKit();
+  RegisterHostInterface(lookup);
   initialised = true;
   return true;
 }
 
 void LxInterchangeTerm() {
   if (!initialised) return;
+  UnregisterHostInterface();
   StopXMPClient();
   TAL_T_NMT::ShutDownBrokerClient();
   initialised = false;

@@ -1,38 +1,53 @@
 #include "api/interchange.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <new>
 
+#include "kit/base/memory.h"
 #include "kit/readers/read_file.h"
 #include "xmpconv/driver.h"
 #include "xmpconv/extended_packet.h"
+#include "xmpconv/setters.h"
 
-// The XMP object is built before the pool, and the pool goes before it, here as in the destructor.
 LxInterchange::LxInterchange(const char* path) : path_(path) {
-  try {
-    pool_.reset(LxNewPool());
-    if (!pool_) throw std::bad_alloc();
-    Import();
-  } catch (...) {
-    pool_.reset();
-    throw;
-  }
+  Import([this] { return LxReadFileIntoPool(pool_.get(), path_.c_str()); });
+}
+
+LxInterchange::LxInterchange(const std::uint8_t* bytes, std::size_t length) {
+  Import([this, bytes, length] {
+    const auto read = static_cast<std::int32_t>(std::min<std::size_t>(length, INT32_MAX));
+    return LxParseImageBytes(bytes, read, pool_.get());
+  });
 }
 
 LxInterchange::~LxInterchange() {
   pool_.reset();
 }
 
-void LxInterchange::Import() {
+template <typename Read>
+void LxInterchange::Import(Read read) try {
+  pool_.reset(LxNewPool());
+  if (!pool_) throw std::bad_alloc();
+  const std::uint32_t refused = LxRefusedAllocations();
   // Whatever the status, the pool holds what could be read, and that is what the rest works on.
-  (void)LxReadFileIntoPool(pool_.get(), path_.c_str());
+  status_ = read();
   ParsePacket();
   // Of a packet that was damaged, the name of an extended one is no sounder than the rest.
   if (hasNativeXmp_) (void)LxAddExtendedPacket(*pool_, xmp_);
-  std::int32_t converted = 0;
-  std::int32_t further = 0;
-  LxConvertPoolToXMP(*this, &converted, &further);
+  (void)LxConvertPoolToXMP(pool_.get(), xmp_, hasNativeXmp_);
+  if (pool_->outcome.failure == kLxReadWhole && LxRefusedAllocations() != refused) {
+    pool_->outcome = {kLxReadNoMemory, 0};
+  }
+} catch (...) {
+  // The XMP object is built before the pool, and the pool goes before it, here as in the destructor.
+  pool_.reset();
+  throw;
+}
+
+LxImportOutcome LxInterchange::Outcome() const noexcept {
+  return {pool_->outcome, status_, pool_->fileKind, pool_->root != nullptr ? 1 : 0, hasNativeXmp_ ? 1 : 0};
 }
 
 // The first packet of the file, in two calls: all its bytes with the word that more may follow, then the end of input.
@@ -43,7 +58,8 @@ void LxInterchange::ParsePacket() {
     xmp_.ParseFromBuffer(packet->value, packet->valueLength, kXMPParseMoreBuffers);
     xmp_.ParseFromBuffer(packet->value, 0, 0);
     hasNativeXmp_ = true;
-  } catch (const std::exception&) {
+  } catch (const std::exception& failure) {
+    LxNoteIfMemoryEnded(failure);
     // A damaged packet must not cost the file its other metadata.
   }
 }

@@ -5,7 +5,6 @@
 #include <iterator>
 #include <memory>
 
-#include "api/interchange.h"
 #include "kit/model/find_items.h"
 #include "kit/model/lookup.h"
 #include "kit/model/pool_edit.h"
@@ -121,13 +120,13 @@ std::int32_t ImportIptc(LxConversion& conversion, const LxMetadataItem* source) 
 }
 
 // Which conversion an item's namespace belongs to.
-enum class Room { kTiff, kExif, kResources, kTiffHeader, kOther };
+enum class Source { kTiff, kExif, kResources, kTiffHeader, kOther };
 
-Room RoomOf(const char* nameSpace) noexcept {
-  if (Is(nameSpace, LxNamespaceName(0))) return Room::kTiff;
-  if (Is(nameSpace, LxNamespaceName(1)) || Is(nameSpace, LxNamespaceName(2))) return Room::kExif;
-  if (Is(nameSpace, LxNamespaceName(4))) return Room::kResources;
-  return Is(nameSpace, "tiffh") ? Room::kTiffHeader : Room::kOther;
+Source SourceOf(const char* nameSpace) noexcept {
+  if (Is(nameSpace, LxNamespaceName(0))) return Source::kTiff;
+  if (Is(nameSpace, LxNamespaceName(1)) || Is(nameSpace, LxNamespaceName(2))) return Source::kExif;
+  if (Is(nameSpace, LxNamespaceName(4))) return Source::kResources;
+  return Is(nameSpace, "tiffh") ? Source::kTiffHeader : Source::kOther;
 }
 
 std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
@@ -138,32 +137,32 @@ std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
   bool skip = false;
   // The items of a directory share the text of their namespace, so it is compared once for all of them.
   const char* nameSpace = nullptr;
-  Room room = Room::kOther;
+  Source source = Source::kOther;
   LxMetadataItem* item = nullptr;
   while (LxNextPoolItem(iterator.get(), &item, skip) == kLxOk) {
     skip = false;
     bool done = false;
     if (item->nameSpace != nameSpace) {
       nameSpace = item->nameSpace;
-      room = RoomOf(nameSpace);
+      source = SourceOf(nameSpace);
     }
-    switch (room) {
-      case Room::kTiff:
+    switch (source) {
+      case Source::kTiff:
         skip = Is(item->name, "SubIFDs");  // Other pictures of the file.
         if (!skip) done = LxConvertTiffItem(conversion, item);
         break;
-      case Room::kExif:
+      case Source::kExif:
         done = LxConvertExifItem(conversion, item);
         break;
-      case Room::kResources:
+      case Source::kResources:
         done = LxConvertIrItem(conversion, item);
         break;
-      case Room::kTiffHeader:
+      case Source::kTiffHeader:
         if (!Is(item->name, "IFD")) break;
         skip = isPastFirstIfd;  // The thumbnail's directory, or a further picture's.
         isPastFirstIfd = true;
         break;
-      case Room::kOther:
+      case Source::kOther:
         break;
     }
     if (done) ++converted;
@@ -173,15 +172,12 @@ std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
 
 }  // namespace
 
-void LxConvertPoolToXMP(LxInterchange& interchange, std::int32_t* converted, std::int32_t* further) {
-  *converted = 0;
-  *further = 0;
-  LxMetadataPool* const pool = interchange.Pool();
-  LxConversion conversion(*pool, interchange.Xmp());
-
+std::int32_t LxConvertPoolToXMP(LxMetadataPool* pool, XMPMetaHolder& xmp, bool hasNativeXmp) {
+  LxConversion conversion(*pool, xmp);
   const IptcChoice iptc = ChooseIptc(pool);
-  const bool iptcWins = IptcWins(*pool, interchange.HasNativeXMP(), iptc);
-  if (iptcWins) *converted += ImportIptc(conversion, iptc.source);
+  const bool iptcWins = IptcWins(*pool, hasNativeXmp, iptc);
+  std::int32_t converted = 0;
+  if (iptcWins) converted += ImportIptc(conversion, iptc.source);
   if (!iptcWins || !iptc.keepsDescription) LxDeleteMetadata(pool, "tiff", kImageDescription, "", "");
-  *converted += WalkPool(conversion, *pool);
+  return converted + WalkPool(conversion, *pool);
 }

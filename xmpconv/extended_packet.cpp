@@ -11,6 +11,7 @@
 #include "kit/base/byte_cursor.h"
 #include "xmpconv/md5.h"
 #include "xmpconv/schemas.h"
+#include "xmpconv/setters.h"
 
 namespace {
 
@@ -130,7 +131,8 @@ bool LxAddExtendedPacket(const LxMetadataPool& pool, XMPMetaHolder& xmp) {
   if (first == nullptr) return false;
   try {
     return AddExtendedPacket(first, xmp);
-  } catch (const std::exception&) {
+  } catch (const std::exception& failure) {
+    LxNoteIfMemoryEnded(failure);
     return false;  // The main packet must not suffer.
   }
 }

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <string>
 
+#include "clients/broker/broker_client.h"
 #include "kit/base/byte_order.h"
+#include "kit/base/memory.h"
 #include "xmpconv/number_text.h"
 #include "xmpconv/schemas.h"
 
@@ -90,6 +93,13 @@ char32_t JoinSurrogates(char32_t first, const std::uint8_t** cursor, const std::
 }
 
 }  // namespace
+
+void LxNoteIfMemoryEnded(const std::exception& failure) noexcept {
+  const auto* error = dynamic_cast<const TAL_T_NMT::CTALError*>(&failure);
+  const TALErrorProcs* procs = error != nullptr ? TAL_T_NMT::ErrorProcs() : nullptr;
+  const bool ofBroker = procs != nullptr && error->Reference() == procs->getCoreError(0);
+  if (ofBroker || dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) LxNoteRefusedAllocation();
+}
 
 bool LxSetXMPText(XMPMetaHolder& xmp, const char* schema, const char* name, const char* text, std::int32_t length) {
   char buffer[kTextBufferSize];

@@ -16,6 +16,10 @@
 
 #include "clients/xmp/xmp_meta.h"
 
+// Notes a refused allocation of this thread (kit/base/memory.h) when that is what the exception is about, so that what
+// is left out for want of memory is told, and what the toolkit refuses is not.
+void LxNoteIfMemoryEnded(const std::exception& failure) noexcept;
+
 // Runs calls of the toolkit: false when one raises. All that they can raise is a std::exception: CTALError,
 // std::logic_error of a binding, std::bad_alloc of the client.
 template <typename Calls>
@@ -23,7 +27,8 @@ template <typename Calls>
   try {
     calls();
     return true;
-  } catch (const std::exception&) {
+  } catch (const std::exception& failure) {
+    LxNoteIfMemoryEnded(failure);
     return false;
   }
 }

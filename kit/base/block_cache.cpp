@@ -90,6 +90,8 @@ LxResult LoadBlock(LxBlockCache* cache, std::int64_t offset, std::int64_t end) n
   if (methods->seek(cache->stream, static_cast<std::int32_t>(start), SEEK_SET) == 0) {
     got = methods->read(data, 1, static_cast<std::int32_t>(size), cache->stream);
   }
+  // Everything asked for lies inside the file, so less of it is a failure, though what came is kept.
+  if (got < size) cache->stream->flags |= kLxStreamError;
   if (got <= 0) {
     LxFree(block);
     return kLxReadError;

@@ -31,6 +31,7 @@ constinit LxMemProcs runtimeProcs = {&kRuntimeTable};
 
 constinit LxMemProcs* installedProcs = nullptr;
 constinit std::int32_t firstError = 0;
+constinit thread_local std::uint32_t refusedAllocations = 0;
 
 }  // namespace
 
@@ -49,7 +50,18 @@ LxMemProcs* LxInstalledMemProcs() noexcept {
 void* LxAlloc(std::size_t size) noexcept {
   if (installedProcs == nullptr) return nullptr;
   // malloc(0) may give null, which callers take for a lack of memory.
-  return installedProcs->table->allocate(installedProcs, size == 0 ? 1 : size);
+  void* block = installedProcs->table->allocate(installedProcs, size == 0 ? 1 : size);
+  if (block == nullptr) [[unlikely]]
+    LxNoteRefusedAllocation();
+  return block;
+}
+
+std::uint32_t LxRefusedAllocations() noexcept {
+  return refusedAllocations;
+}
+
+void LxNoteRefusedAllocation() noexcept {
+  ++refusedAllocations;
 }
 
 void LxFree(void* block) noexcept {

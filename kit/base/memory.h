@@ -37,6 +37,11 @@ void LxInstallMemProcs(LxMemProcs* procs) noexcept;
 [[nodiscard]] void* LxAlloc(std::size_t size) noexcept;
 void LxFree(void* block) noexcept;
 
+// How many requests for memory this thread has had refused: LxAlloc's, and those that were noted here on behalf of
+// others. A caller that compares the count before and after some work knows whether the work may lack something.
+[[nodiscard]] std::uint32_t LxRefusedAllocations() noexcept;
+void LxNoteRefusedAllocation() noexcept;
+
 // A copy of `length` bytes with a zero byte behind them, or null.
 [[nodiscard]] char* LxCopyText(const void* bytes, std::size_t length) noexcept;
 

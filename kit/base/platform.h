@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "kit/base/read_outcome.h"
+
 // The texts of the command line as UTF-8, in place of the ones that main() was given; called once. Where main() gets
 // them as bytes of no known encoding, as paths are there, they stay. Status 0, or -1 when they cannot be had and stay,
 // too.
@@ -16,6 +18,17 @@ int LxPlatformArguments(int* count, char*** arguments) noexcept;
 // Opens the file of a path given both ways; null when it cannot be opened. Windows opens by the UTF-16 text. POSIX file
 // names are bytes: the path is used as it was given.
 [[nodiscard]] std::FILE* LxPlatformOpen(const char* path, const char16_t* widePath, const char* mode) noexcept;
+// A regular file, open for reading bytes.
+struct LxOpenedFile {
+  std::FILE* file;      // Null where the system reads by position: then there is a descriptor and a length.
+  int descriptor;       // -1 where there is a FILE.
+  std::int64_t length;  // As it was when the file was opened.
+};
+// False: the outcome says why. The opening itself decides, so nothing can change between a question and it, and it
+// waits for nobody: a FIFO is refused whether or not it has a writer.
+[[nodiscard]] bool LxPlatformOpenRegular(const char* path, const char16_t* widePath, LxOpenedFile* opened,
+                                         LxReadOutcome* outcome) noexcept;
+void LxPlatformClose(int descriptor) noexcept;
 
 // Whether reads and writes of the file translate line ends (no effect where nothing is translated).
 void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept;
@@ -29,11 +42,12 @@ void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept;
 [[nodiscard]] int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept;
 [[nodiscard]] std::int64_t LxPlatformTell(std::FILE* file) noexcept;
 
-// Reading by position, without moving the file's own: the length of a regular file that can be read so (-1: it cannot),
-// and up to `length` bytes from `offset` (fewer at the file's end or at a failure).
-[[nodiscard]] std::int64_t LxPlatformDirectLength(std::FILE* file) noexcept;
-[[nodiscard]] std::size_t LxPlatformReadAt(std::FILE* file, void* buffer, std::size_t length,
-                                           std::int64_t offset) noexcept;
+// Reading by position, without moving the file's own: the length of a regular file that can be read so (-1: it cannot)
+// and its descriptor, and up to `length` bytes from `offset`: fewer at the file's end, or at a failure, whose errno
+// *error then is.
+[[nodiscard]] std::int64_t LxPlatformDirectLength(std::FILE* file, int* descriptor) noexcept;
+[[nodiscard]] std::size_t LxPlatformReadAt(int descriptor, void* buffer, std::size_t length, std::int64_t offset,
+                                           std::int32_t* error) noexcept;
 
 // Whether the path names a directory.
 [[nodiscard]] bool LxPlatformIsDirectory(const char* path) noexcept;

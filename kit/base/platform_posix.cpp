@@ -5,6 +5,7 @@
 #define _FILE_OFFSET_BITS 64
 #endif
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,6 +21,57 @@ int LxPlatformArguments(int*, char***) noexcept {
 
 std::FILE* LxPlatformOpen(const char* path, const char16_t*, const char* mode) noexcept {
   return std::fopen(path, mode);
+}
+
+namespace {
+
+LxReadFailure FailureOf(int error) noexcept {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return kLxReadNotFound;
+    case EACCES:
+    case EPERM:
+      return kLxReadPermissionDenied;
+    case EISDIR:
+      return kLxReadIsDirectory;
+    case ENXIO:  // A socket, or a device without a driver.
+    case ENODEV:
+      return kLxReadNotRegularFile;
+    case EMFILE:
+    case ENFILE:
+      return kLxReadNoDescriptors;
+    case ENOMEM:
+      return kLxReadNoMemory;
+    default:
+      return kLxReadOpenFailed;
+  }
+}
+
+}  // namespace
+
+bool LxPlatformOpenRegular(const char* path, const char16_t*, LxOpenedFile* opened, LxReadOutcome* outcome) noexcept {
+  int descriptor = -1;
+  do {
+    descriptor = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  } while (descriptor < 0 && errno == EINTR);
+  struct stat status = {};
+  if (descriptor < 0 || fstat(descriptor, &status) != 0) {
+    *outcome = {FailureOf(errno), errno};
+  } else if (S_ISDIR(status.st_mode)) {
+    *outcome = {kLxReadIsDirectory, EISDIR};
+  } else if (!S_ISREG(status.st_mode)) {
+    *outcome = {kLxReadNotRegularFile, 0};
+  } else {
+    *opened = {nullptr, descriptor, status.st_size};
+    return true;
+  }
+  if (descriptor >= 0) (void)close(descriptor);
+  return false;
+}
+
+void LxPlatformClose(int descriptor) noexcept {
+  (void)close(descriptor);
 }
 
 void LxPlatformSetTextMode(std::FILE*, bool) noexcept {}
@@ -40,17 +92,20 @@ std::int64_t LxPlatformTell(std::FILE* file) noexcept {
   return ftello(file);
 }
 
-std::int64_t LxPlatformDirectLength(std::FILE* file) noexcept {
+std::int64_t LxPlatformDirectLength(std::FILE* file, int* descriptor) noexcept {
   struct stat status = {};
-  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
+  *descriptor = fileno(file);
+  return fstat(*descriptor, &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
 }
 
-std::size_t LxPlatformReadAt(std::FILE* file, void* buffer, std::size_t length, std::int64_t offset) noexcept {
+std::size_t LxPlatformReadAt(int descriptor, void* buffer, std::size_t length, std::int64_t offset,
+                             std::int32_t* error) noexcept {
   std::size_t done = 0;
   while (done < length) {
     const ssize_t got =
-        pread(fileno(file), static_cast<char*>(buffer) + done, length - done, offset + static_cast<off_t>(done));
+        pread(descriptor, static_cast<char*>(buffer) + done, length - done, offset + static_cast<off_t>(done));
     if (got < 0 && errno == EINTR) continue;
+    if (got < 0) *error = errno;
     if (got <= 0) break;
     done += static_cast<std::size_t>(got);
   }

@@ -66,6 +66,38 @@ std::FILE* LxPlatformOpen(const char*, const char16_t* widePath, const char* mod
   return file;
 }
 
+bool LxPlatformOpenRegular(const char*, const char16_t* widePath, LxOpenedFile* opened,
+                           LxReadOutcome* outcome) noexcept {
+  // Its C runtime says "permission denied" of a directory.
+  const DWORD attributes = GetFileAttributesW(AsWide(widePath));
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+    *outcome = {kLxReadIsDirectory, EISDIR};
+    return false;
+  }
+  std::FILE* file = _wfopen(AsWide(widePath), L"rb");
+  if (file == nullptr) {
+    const int error = errno;
+    *outcome = {error == ENOENT || error == ENOTDIR || error == EINVAL ? kLxReadNotFound
+                : error == EACCES || error == EPERM                    ? kLxReadPermissionDenied
+                : error == EMFILE || error == ENFILE                   ? kLxReadNoDescriptors
+                : error == ENOMEM                                      ? kLxReadNoMemory
+                                                                       : kLxReadOpenFailed,
+                error};
+    return false;
+  }
+  // The C runtime gives a handle as a number.
+  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));  // NOLINT(performance-no-int-to-ptr)
+  if (GetFileType(handle) != FILE_TYPE_DISK) {
+    *outcome = {kLxReadNotRegularFile, 0};
+    (void)std::fclose(file);
+    return false;
+  }
+  *opened = {file, -1, -1};
+  return true;
+}
+
+void LxPlatformClose(int) noexcept {}
+
 void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept {
   (void)_setmode(_fileno(file), text ? _O_TEXT : _O_BINARY);
 }
@@ -92,11 +124,11 @@ std::int64_t LxPlatformTell(std::FILE* file) noexcept {
 }
 
 // The C runtime has no reading by position.
-std::int64_t LxPlatformDirectLength(std::FILE*) noexcept {
+std::int64_t LxPlatformDirectLength(std::FILE*, int*) noexcept {
   return -1;
 }
 
-std::size_t LxPlatformReadAt(std::FILE*, void*, std::size_t, std::int64_t) noexcept {
+std::size_t LxPlatformReadAt(int, void*, std::size_t, std::int64_t, std::int32_t*) noexcept {
   return 0;
 }
 

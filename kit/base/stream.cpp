@@ -5,6 +5,7 @@
 #include "kit/base/stream.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 #include "kit/base/platform.h"
@@ -43,9 +44,22 @@ bool WritePending(LxStream* stream) noexcept {
   return true;
 }
 
+void NoteReadError(LxStream* stream, std::int32_t error) noexcept {
+  if (error == 0) return;
+  stream->flags |= kLxStreamError;
+  if (stream->systemError == 0) stream->systemError = error;
+}
+
+std::size_t ReadAtPosition(LxStream* stream, void* buffer, std::size_t length) noexcept {
+  std::int32_t error = 0;
+  const std::size_t got = LxPlatformReadAt(stream->descriptor, buffer, length, stream->position, &error);
+  NoteReadError(stream, error);
+  return got;
+}
+
 // Fills the buffer from the position on, without moving it.
 std::size_t LoadPage(LxStream* stream) noexcept {
-  const std::size_t got = LxPlatformReadAt(stream->file, stream->buffer, sizeof(stream->buffer), stream->position);
+  const std::size_t got = ReadAtPosition(stream, stream->buffer, sizeof(stream->buffer));
   stream->pageStart = stream->position;
   stream->pageLength = static_cast<std::int32_t>(got);
   return got;
@@ -60,7 +74,7 @@ std::size_t ReadDirect(LxStream* stream, void* buffer, std::size_t length) noexc
     std::memcpy(buffer, stream->buffer + offset, length);
     return length;
   }
-  if (length >= sizeof(stream->buffer)) return LxPlatformReadAt(stream->file, buffer, length, stream->position);
+  if (length >= sizeof(stream->buffer)) return ReadAtPosition(stream, buffer, length);
   const std::size_t got = std::min(LoadPage(stream), length);
   std::memcpy(buffer, stream->buffer, got);
   return got;
@@ -68,7 +82,11 @@ std::size_t ReadDirect(LxStream* stream, void* buffer, std::size_t length) noexc
 
 // From the file itself, behind what the buffer holds.
 std::size_t ReadFile(LxStream* stream, void* buffer, std::size_t length) noexcept {
-  if (stream->direct == 0) return std::fread(buffer, 1, length, stream->file);
+  if (stream->direct == 0) {
+    const std::size_t got = std::fread(buffer, 1, length, stream->file);
+    if (got < length && std::ferror(stream->file) != 0) NoteReadError(stream, errno != 0 ? errno : EIO);
+    return got;
+  }
   const std::size_t got = buffer == stream->buffer ? LoadPage(stream) : ReadDirect(stream, buffer, length);
   stream->position += static_cast<std::int64_t>(got);
   return got;
@@ -155,7 +173,11 @@ std::int32_t Unget(std::int32_t byte, LxStream* stream) noexcept {
 std::int32_t Close(LxStream* stream) noexcept {
   std::int32_t status = 0;
   if (Has(stream, kLxStreamWritable)) status = stream->methods->flush(stream);
-  if (stream->borrowed == 0) status |= std::fclose(stream->file);
+  if (stream->file == nullptr) {
+    LxPlatformClose(stream->descriptor);
+  } else if (stream->borrowed == 0) {
+    status |= std::fclose(stream->file);
+  }
   LxMemProcs* procs = stream->procs;
   procs->table->release(procs, stream);
   return status;
@@ -187,13 +209,25 @@ std::int32_t Tell(LxStream* stream) noexcept {
   return static_cast<std::int32_t>(std::min<std::int64_t>(position, INT32_MAX));
 }
 
+// Also where the system opens by the path's bytes, the path has to be convertible: the same paths open everywhere.
 std::FILE* OpenPath(const char* path, const char* mode) noexcept {
-  // Also where the system opens by the path's bytes, the path has to be convertible: the same paths open everywhere.
   char16_t* widePath = LxUtf8ToUtf16(path);
   if (widePath == nullptr) return nullptr;
   std::FILE* file = LxPlatformOpen(path, widePath, mode);
   LxFree(widePath);
   return file;
+}
+
+bool OpenRegular(const char* path, LxOpenedFile* opened, LxReadOutcome* outcome) noexcept {
+  const std::uint32_t refused = LxRefusedAllocations();
+  char16_t* widePath = LxUtf8ToUtf16(path);
+  if (widePath == nullptr) {
+    *outcome = {LxRefusedAllocations() != refused ? kLxReadNoMemory : kLxReadNotFound, 0};
+    return false;
+  }
+  const bool open = LxPlatformOpenRegular(path, widePath, opened, outcome);
+  LxFree(widePath);
+  return open;
 }
 
 }  // namespace
@@ -203,30 +237,17 @@ constinit const LxStreamMethods kLxFileStreamMethods = {
     Buffered, AlwaysMinusOne, AlwaysMinusOne, Seek,  Tell,  AlwaysZero,
 };
 
-LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode, LxMemProcs* procs) noexcept {
-  if (procs == nullptr) return nullptr;
-  auto* stream = static_cast<LxStream*>(procs->table->allocateZeroed(procs, 1, sizeof(LxStream)));
-  if (stream == nullptr) return nullptr;
-  stream->borrowed = path == nullptr || path[0] == 0 ? 1 : 0;
-  stream->file = stream->borrowed != 0 ? defaultFile : OpenPath(path, mode);
-  if (stream->file == nullptr) {
-    procs->table->release(procs, stream);
-    return nullptr;
-  }
-  stream->methods = &kLxFileStreamMethods;
-  stream->procs = procs;
-  if (stream->borrowed == 0 && std::strpbrk(mode, "wa+") == nullptr) {
-    const std::int64_t length = LxPlatformDirectLength(stream->file);
-    stream->direct = length >= 0 ? 1 : 0;
-    stream->fileLength = length;
-  }
-  if (stream->direct != 0 || LxPlatformTell(stream->file) != -1) stream->flags |= kLxStreamSeekable;
-  const bool terminal = stream->direct == 0 && LxPlatformIsTerminal(stream->file);
-  stream->unbuffered = !Has(stream, kLxStreamSeekable) || terminal ? 1 : 0;
-  // Reads are whole pages or come through the buffer here, so a second buffer in the FILE would only cost: it is filled
-  // again after every seek. A borrowed FILE may have been read from already, and what it holds is not ours to drop.
-  if (stream->borrowed == 0 && stream->unbuffered == 0) (void)std::setvbuf(stream->file, nullptr, _IONBF, 0);
+namespace {
 
+void CloseOpened(const LxOpenedFile& opened) noexcept {
+  if (opened.file != nullptr) {
+    (void)std::fclose(opened.file);
+  } else {
+    LxPlatformClose(opened.descriptor);
+  }
+}
+
+void SetMode(LxStream* stream, const char* mode) noexcept {
   bool text = stream->unbuffered != 0;
   for (const char* letter = mode; *letter != 0; ++letter) {
     switch (*letter) {
@@ -247,14 +268,68 @@ LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* 
         break;
     }
   }
-  LxPlatformSetTextMode(stream->file, text);
+  if (stream->file != nullptr) LxPlatformSetTextMode(stream->file, text);
+}
+
+// Null: no memory, and the file is still the caller's.
+LxStream* NewStreamOver(const LxOpenedFile& opened, bool borrowed, const char* mode, LxMemProcs* procs) noexcept {
+  auto* stream = static_cast<LxStream*>(procs->table->allocateZeroed(procs, 1, sizeof(LxStream)));
+  if (stream == nullptr) {
+    LxNoteRefusedAllocation();
+    return nullptr;
+  }
+  stream->borrowed = borrowed ? 1 : 0;
+  stream->file = opened.file;
+  stream->descriptor = opened.descriptor;
+  stream->fileLength = opened.length;
+  stream->methods = &kLxFileStreamMethods;
+  stream->procs = procs;
+  if (stream->file != nullptr && !borrowed && std::strpbrk(mode, "wa+") == nullptr) {
+    stream->fileLength = LxPlatformDirectLength(stream->file, &stream->descriptor);
+  }
+  stream->direct = stream->fileLength >= 0 ? 1 : 0;
+  if (stream->direct != 0 || LxPlatformTell(stream->file) != -1) stream->flags |= kLxStreamSeekable;
+  const bool terminal = stream->direct == 0 && LxPlatformIsTerminal(stream->file);
+  stream->unbuffered = !Has(stream, kLxStreamSeekable) || terminal ? 1 : 0;
+  // Reads are whole pages or come through the buffer here, so a second buffer in the FILE would only cost: it is filled
+  // again after every seek. A borrowed FILE may have been read from already, and what it holds is not ours to drop.
+  if (stream->file != nullptr && !borrowed && stream->unbuffered == 0) {
+    (void)std::setvbuf(stream->file, nullptr, _IONBF, 0);
+  }
+  SetMode(stream, mode);
   EmptyBuffer(stream);
   return stream;
 }
 
-LxResult LxOpenFileStream(const char* path, LxStream** out) noexcept {
-  *out = LxNewFileStream(path, stdin, "rb", LxInstalledMemProcs());
-  return *out != nullptr ? kLxOk : kLxNotFound;
+}  // namespace
+
+LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode, LxMemProcs* procs) noexcept {
+  if (procs == nullptr) return nullptr;
+  const bool borrowed = path == nullptr || path[0] == 0;
+  const LxOpenedFile opened = {borrowed ? defaultFile : OpenPath(path, mode), -1, -1};
+  if (opened.file == nullptr) return nullptr;
+  LxStream* stream = NewStreamOver(opened, borrowed, mode, procs);
+  if (stream == nullptr && !borrowed) CloseOpened(opened);
+  return stream;
+}
+
+LxResult LxOpenFileStream(const char* path, LxStream** out, LxReadOutcome* outcome) noexcept {
+  LxReadOutcome unasked = {};
+  if (outcome == nullptr) outcome = &unasked;
+  *out = nullptr;
+  LxMemProcs* procs = LxInstalledMemProcs();
+  if (procs == nullptr) {
+    *outcome = {kLxReadNoMemory, 0};
+    return kLxNotFound;
+  }
+  const bool borrowed = path == nullptr || path[0] == 0;
+  LxOpenedFile opened = {stdin, -1, -1};
+  if (!borrowed && !OpenRegular(path, &opened, outcome)) return kLxNotFound;
+  *out = NewStreamOver(opened, borrowed, "rb", procs);
+  if (*out != nullptr) return kLxOk;
+  *outcome = {kLxReadNoMemory, 0};
+  if (!borrowed) CloseOpened(opened);
+  return kLxNotFound;
 }
 
 LxResult LxCloseStream(LxStream* stream) noexcept {
@@ -265,8 +340,12 @@ LxResult LxCloseStream(LxStream* stream) noexcept {
 std::int32_t LxStreamLength(LxStream* stream) noexcept {
   const LxStreamMethods* methods = stream->methods;
   const std::int32_t position = methods->tell(stream);
-  if (position == -1 || methods->seek(stream, 0, SEEK_END) != 0) return 0;
-  const std::int32_t length = methods->tell(stream);
-  if (methods->seek(stream, position, SEEK_SET) != 0) return 0;
-  return std::max(length, 0);
+  std::int32_t length = -1;
+  if (position != -1 && methods->seek(stream, 0, SEEK_END) == 0) {
+    length = methods->tell(stream);
+    if (methods->seek(stream, position, SEEK_SET) != 0) length = -1;
+  }
+  if (length >= 0) return length;
+  if (Has(stream, kLxStreamSeekable)) stream->flags |= kLxStreamError;
+  return 0;
 }

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "kit/base/memory.h"
+#include "kit/base/read_outcome.h"
 #include "kit/base/result.h"
 
 struct LxStream;
@@ -43,18 +44,22 @@ struct LxStream {
   std::uint8_t* base;    // First byte of pending written data.
   std::uint32_t flags;   // kLxStream...
   const LxStreamMethods* methods;
-  LxMemProcs* procs;  // Allocated the stream and frees it at close.
-  std::FILE* file;
+  LxMemProcs* procs;         // Allocated the stream and frees it at close.
+  std::FILE* file;           // Null when the stream is direct and was opened by a path.
   std::uint16_t unbuffered;  // 1: not seekable, or a terminal; reads go to the file directly.
   std::uint16_t borrowed;    // 1: the FILE is the caller's and stays open at close.
   std::uint8_t buffer[kLxStreamBufferSize];
   // A regular file that we opened for reading only is read by position, so that seeking and telling are no calls of the
   // system: they are most of what opening a photograph and looking at its first pages would cost.
-  std::uint16_t direct;     // 1: read by position; the FILE's own position is not used.
+  std::uint16_t direct;     // 1: read by position, through the descriptor; the FILE's own position is not used.
+  int descriptor;           // Direct: of the file. Closed with the stream when there is no FILE.
   std::int64_t position;    // Direct: of the byte behind the buffer.
   std::int64_t fileLength;  // Direct: as it was when the file was opened.
   std::int64_t pageStart;   // Direct: what the buffer was last filled with is still there after a seek, and
   std::int32_t pageLength;  // serves reads of the same bytes.
+  // The errno of the first read that failed, or 0. Such a read, and one that gives less than the file has, sets
+  // kLxStreamError.
+  std::int32_t systemError;
 };
 
 // The method table of all file streams.
@@ -65,9 +70,9 @@ extern const LxStreamMethods kLxFileStreamMethods;
 [[nodiscard]] LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode,
                                         LxMemProcs* procs) noexcept;
 
-// Opens for reading with the installed memory procedures; an empty path is standard input. kLxOk, or kLxNotFound and
-// null.
-[[nodiscard]] LxResult LxOpenFileStream(const char* path, LxStream** out) noexcept;
+// Opens a regular file for reading with the installed memory procedures; an empty path is standard input. kLxOk, or
+// kLxNotFound and null, and the outcome, when it is not null, says why.
+[[nodiscard]] LxResult LxOpenFileStream(const char* path, LxStream** out, LxReadOutcome* outcome = nullptr) noexcept;
 
 // Always kLxOk: what closing reports is of no use to a reader. Takes null.
 LxResult LxCloseStream(LxStream* stream) noexcept;

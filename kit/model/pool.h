@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "kit/base/block_cache.h"
+#include "kit/base/read_outcome.h"
 #include "kit/base/result.h"
 
 // Item flags.
@@ -124,8 +125,9 @@ struct LxMetadataPool {
   std::int32_t compression;  // LxCompression
   std::int32_t furtherAttributes[3];
   std::int32_t readerOption;
-  LxBlockCache* blocks;  // Owned; null when nothing of the file is mapped.
-  LxMetadataItem* root;  // First of the top-level list.
+  LxBlockCache* blocks;   // Owned; null when nothing of the file is mapped.
+  LxMetadataItem* root;   // First of the top-level list.
+  LxReadOutcome outcome;  // Whether all of the file could be read.
 };
 
 // Whether a file's blocks are converted by the rules of JPEG files: JPEG itself, and every format that only carries the

@@ -122,6 +122,7 @@ LxFileKind LxDetectStreamKind(LxStream* stream) noexcept {
   if (start < 0) return kLxFileUnknown;
   std::uint8_t header[kLxFileHeaderSize];
   if (stream->methods->read(header, 1, sizeof(header), stream) != kLxFileHeaderSize) {
+    if (LxStreamLength(stream) - start >= kLxFileHeaderSize) stream->flags |= kLxStreamError;
     (void)stream->methods->seek(stream, start, SEEK_SET);
     return kLxFileUnknown;
   }

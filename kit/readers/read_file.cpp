@@ -13,7 +13,9 @@ namespace {
 constexpr LxResult kPositionLost = 1;
 
 bool SeekTo(LxStream* stream, std::int32_t position) noexcept {
-  return stream->methods->seek(stream, position, SEEK_SET) == 0;
+  if (stream->methods->seek(stream, position, SEEK_SET) == 0) return true;
+  stream->flags |= kLxStreamError;
+  return false;
 }
 
 LxResult ReadKind(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept {
@@ -63,15 +65,24 @@ LxResult LxParseImageFile(LxStream* stream, LxMetadataPool* pool) noexcept {
 }
 
 LxResult LxParseImageBytes(const std::uint8_t* bytes, std::int32_t length, LxMetadataPool* pool) noexcept {
+  const std::uint32_t refused = LxRefusedAllocations();
   LxMemoryStream stream;
   LxInitMemoryStream(&stream, bytes, length);
-  return LxParseImageFile(&stream, pool);
+  const LxResult status = LxParseImageFile(&stream, pool);
+  if (LxRefusedAllocations() != refused) pool->outcome = {kLxReadNoMemory, 0};
+  return status;
 }
 
 LxResult LxReadFileIntoPool(LxMetadataPool* pool, const char* path) noexcept {
+  const std::uint32_t refused = LxRefusedAllocations();
   LxStream* stream = nullptr;
-  if (LxOpenFileStream(path, &stream) != kLxOk) return kLxNotFound;
+  if (LxOpenFileStream(path, &stream, &pool->outcome) != kLxOk) return kLxNotFound;
   const LxResult status = LxParseImageFile(stream, pool);
+  if ((stream->flags & kLxStreamError) != 0 || status == kPositionLost) {
+    pool->outcome = {kLxReadBroken, stream->systemError};
+  } else if (LxRefusedAllocations() != refused) {
+    pool->outcome = {kLxReadNoMemory, 0};
+  }
   LxCloseStream(stream);
   // The cache's blocks outlive the stream; nothing is loaded any more.
   if (pool->blocks != nullptr) pool->blocks->stream = nullptr;

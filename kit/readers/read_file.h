@@ -9,7 +9,8 @@
 #include "kit/model/pool.h"
 
 // Opens, reads and closes the file of a UTF-8 path (empty: standard input). The pool is zero-filled before. kLxNotFound
-// when it cannot be opened, else what LxParseImageFile gives. The items' values stay valid until the pool is freed.
+// when it cannot be opened, else what LxParseImageFile gives; pool->outcome says whether the file could be opened and
+// read, which the result does not. The items' values stay valid until the pool is freed.
 [[nodiscard]] LxResult LxReadFileIntoPool(LxMetadataPool* pool, const char* path) noexcept;
 
 // Reads the file of an open stream and puts the stream's position back: kLxOk; a failure, after which the pool is

@@ -26,6 +26,8 @@ TEST(MemorySweep, TheKitsAllocationsFailOneByOne) {
         FailingMemory memory(nth, failing);
         try {
           LxInterchange interchange(saved.path().c_str());
+          const LxReadFailure told = memory.hasFailed() ? kLxReadNoMemory : kLxReadWhole;
+          ASSERT_EQ(interchange.Outcome().read.failure, told);
           ASSERT_TRUE(IsWellFormed(*interchange.Pool()));
         } catch (const std::bad_alloc&) {
           ASSERT_EQ(nth, 1) << "only the pool's own record is worth an exception";
@@ -49,7 +51,12 @@ TEST(MemorySweep, OperatorNewFailsOneByOne) {
       bool isThrough = false;
       for (int nth = 1; !isThrough; ++nth) {
         FailingNew failingNew(nth, failing);
-        const Outcome outcome = Import(saved.path());
+        const Outcome outcome = Import(saved.path(), [&](LxInterchange& interchange) {
+          failingNew.stopFailing();
+          const bool isTold = interchange.Outcome().read.failure != kLxReadWhole;
+          EXPECT_TRUE(isTold || PacketOf(interchange) == whole) << file.name << ", allocation " << nth;
+          EXPECT_TRUE(!isTold || failingNew.hasFailed()) << file.name << ", allocation " << nth;
+        });
         failingNew.Stop();
         isThrough = !failingNew.hasFailed();
         ASSERT_LT(nth, kFarBeyondAnySweep);

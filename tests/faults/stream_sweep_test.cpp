@@ -16,8 +16,10 @@
 namespace lxtest {
 
 // The linker leads the readers' calls of LxOpenFileStream to the second of these.
-LxResult OpenReally(const char* path, LxStream** out) noexcept __asm__("__real__Z16LxOpenFileStreamPKcPP8LxStream");
-LxResult OpenOnBadDisk(const char* path, LxStream** out) noexcept __asm__("__wrap__Z16LxOpenFileStreamPKcPP8LxStream");
+LxResult OpenReally(const char* path, LxStream** out, LxReadOutcome* outcome) noexcept
+    __asm__("__real__Z16LxOpenFileStreamPKcPP8LxStreamP13LxReadOutcome");
+LxResult OpenOnBadDisk(const char* path, LxStream** out, LxReadOutcome* outcome) noexcept
+    __asm__("__wrap__Z16LxOpenFileStreamPKcPP8LxStreamP13LxReadOutcome");
 
 namespace {
 
@@ -106,6 +108,7 @@ class StreamSweep : public testing::TestWithParam<int> {
       EXPECT_TRUE(packet.starts_with("<?xpacket begin")) << packet;
       EXPECT_EQ(Invented(NamesIn(packet), properties_), Names());
       isWhole = packet == packet_;
+      EXPECT_TRUE(isWhole || interchange.Outcome().read.failure == kLxReadBroken) << "the loss is not told";
     }
     const bool hasFailed = disk.calls.hasFailed() || disk.calls.isShrunk();
     EXPECT_TRUE(hasFailed || isWhole);
@@ -163,8 +166,8 @@ TEST_P(StreamSweep, TheFileShrinksToEveryLengthBehindEveryRead) {
 
 }  // namespace
 
-LxResult OpenOnBadDisk(const char* path, LxStream** out) noexcept {
-  const LxResult status = OpenReally(path, out);
+LxResult OpenOnBadDisk(const char* path, LxStream** out, LxReadOutcome* outcome) noexcept {
+  const LxResult status = OpenReally(path, out, outcome);
   if (status == kLxOk && path == disk.path) (*out)->methods = &kBadDiskMethods;
   return status;
 }

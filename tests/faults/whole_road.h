@@ -87,8 +87,15 @@ Outcome OutcomeOf(Action action) {
   }
 }
 // Imports the file and drops what came out.
+template <typename Look>
+Outcome Import(const std::string& path, Look look) {
+  return OutcomeOf([&] {
+    LxInterchange interchange(path.c_str());
+    look(interchange);
+  });
+}
 inline Outcome Import(const std::string& path) {
-  return OutcomeOf([&path] { LxInterchange interchange(path.c_str()); });
+  return Import(path, [](LxInterchange&) {});
 }
 
 // What a file became, or becomes, as a packet. The clients must be started.

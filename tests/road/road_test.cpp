@@ -7,7 +7,7 @@
 #include <chrono>
 #include <string>
 
-#include "api/include/lxbridge/lxbridge.h"
+#include "api/interchange_abi.h"
 #include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/rich_files.h"
@@ -29,9 +29,23 @@ class RoadTest : public testing::Test {
     LxInterchangeDelete(handle);
     return text;
   }
+  // The same bytes without a file, as LxHost asks for it.
+  static std::string ImportMemory(const Bytes& file, std::string_view which) {
+    const TALProcName& name = kLxInterchangeProcNames[1];
+    const auto newFromMemory = reinterpret_cast<decltype(LxInterchangeProcs::newFromMemory)>(
+        TALOrdinal5()(kLxInterchangeInterface, name.shortName, name.qualifiedName));
+    const lxbridge::HostSession session;
+    LxInterchangeHandle handle = nullptr;
+    EXPECT_EQ(newFromMemory(file.data(), file.size(), &handle), 0);
+    const std::string text = DumpXmp(LxInterchangeGetXMP(handle), which);
+    LxInterchangeDelete(handle);
+    return text;
+  }
   static std::string Import(const Bytes& file, std::string_view which = "") {
     const TempFile saved(file);
-    return ImportPath(saved.path().c_str(), which);
+    const std::string text = ImportPath(saved.path().c_str(), which);
+    EXPECT_EQ(ImportMemory(file, which), text);
+    return text;
   }
 };
 

@@ -20,6 +20,7 @@ class FailingNew {
   FailingNew& operator=(const FailingNew&) = delete;
 
   void Stop() { active_ = nullptr; }
+  void stopFailing() { count_.nth = 0; }
   [[nodiscard]] bool hasFailed() const { return count_.hasFailed; }
   [[nodiscard]] int allocations() const { return count_.allocations; }
   // Blocks made less blocks freed in its time.

@@ -141,11 +141,7 @@ TEST_F(DriverTest, OnlyTheFirstDirectoryAndWhatHangsBelowItIsConverted) {
 TEST_F(DriverTest, CountsWhatWasConverted) {
   const TempFile saved(FileOf({.resourceIptc = kIptc}));
   LxInterchange interchange(saved.path().c_str());
-  std::int32_t converted = 99;
-  std::int32_t further = 99;
-  LxConvertPoolToXMP(interchange, &converted, &further);
-  EXPECT_EQ(converted, 2);  // ByLine and ExposureTime.
-  EXPECT_EQ(further, 0);
+  EXPECT_EQ(LxConvertPoolToXMP(interchange.Pool(), interchange.Xmp(), false), 2);  // ByLine and ExposureTime.
 }
 
 }  // namespace
