@@ -337,6 +337,12 @@ LxResult LxCloseStream(LxStream* stream) noexcept {
   return kLxOk;
 }
 
+bool LxSeekTo(LxStream* stream, std::int32_t position) noexcept {
+  if (stream->methods->seek(stream, position, SEEK_SET) == 0) return true;
+  stream->flags |= kLxStreamError;
+  return false;
+}
+
 std::int32_t LxStreamLength(LxStream* stream) noexcept {
   const LxStreamMethods* methods = stream->methods;
   const std::int32_t position = methods->tell(stream);

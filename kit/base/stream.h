@@ -77,6 +77,9 @@ extern const LxStreamMethods kLxFileStreamMethods;
 // Always kLxOk: what closing reports is of no use to a reader. Takes null.
 LxResult LxCloseStream(LxStream* stream) noexcept;
 
+// Seeks from the start; a refusal sets kLxStreamError.
+[[nodiscard]] bool LxSeekTo(LxStream* stream, std::int32_t position) noexcept;
+
 // The length in bytes, at most 2^31 - 1; 0 when the stream cannot seek. Leaves the position as it was.
 [[nodiscard]] std::int32_t LxStreamLength(LxStream* stream) noexcept;
 

@@ -63,8 +63,7 @@ bool IsImageBrand(const std::uint8_t* brand) noexcept {
 }
 
 std::int32_t ReadAt(LxStream* stream, std::int64_t position, std::uint8_t* buffer, std::int32_t size) noexcept {
-  if (position > INT32_MAX || stream->methods->seek(stream, static_cast<std::int32_t>(position), SEEK_SET) != 0)
-    return 0;
+  if (position > INT32_MAX || !LxSeekTo(stream, static_cast<std::int32_t>(position))) return 0;
   return stream->methods->read(buffer, 1, size, stream);
 }
 
@@ -119,17 +118,20 @@ LxFileKind LxDetectFileKind(const std::uint8_t* bytes) noexcept {
 
 LxFileKind LxDetectStreamKind(LxStream* stream) noexcept {
   const std::int32_t start = stream->methods->tell(stream);
-  if (start < 0) return kLxFileUnknown;
+  if (start < 0) {
+    stream->flags |= kLxStreamError;
+    return kLxFileUnknown;
+  }
   std::uint8_t header[kLxFileHeaderSize];
   if (stream->methods->read(header, 1, sizeof(header), stream) != kLxFileHeaderSize) {
     if (LxStreamLength(stream) - start >= kLxFileHeaderSize) stream->flags |= kLxStreamError;
-    (void)stream->methods->seek(stream, start, SEEK_SET);
+    (void)LxSeekTo(stream, start);
     return kLxFileUnknown;
   }
   LxFileKind kind = LxDetectFileKind(header);
   // A RIFF file is decided by its form.
   if (kind == kLxFileUnknown && !Holds(header, 0, "RIFF", 4)) kind = DetectFurther(stream, start, header);
-  return stream->methods->seek(stream, start, SEEK_SET) == 0 ? kind : kLxFileUnknown;
+  return LxSeekTo(stream, start) ? kind : kLxFileUnknown;
 }
 
 bool LxHasFileReader(std::int32_t fileKind) noexcept {

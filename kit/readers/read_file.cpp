@@ -12,12 +12,6 @@ namespace {
 
 constexpr LxResult kPositionLost = 1;
 
-bool SeekTo(LxStream* stream, std::int32_t position) noexcept {
-  if (stream->methods->seek(stream, position, SEEK_SET) == 0) return true;
-  stream->flags |= kLxStreamError;
-  return false;
-}
-
 LxResult ReadKind(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept {
   switch (pool->fileKind) {
     case kLxFileJpeg:
@@ -59,7 +53,7 @@ LxResult LxParseImageFile(LxStream* stream, LxMetadataPool* pool) noexcept {
   pool->fileKind = LxDetectStreamKind(stream);
   LxResult status = ReadKind(stream, fileSize, pool);
   LxPostProcessPool(pool);
-  if (!SeekTo(stream, position)) status = kPositionLost;
+  if (!LxSeekTo(stream, position)) status = kPositionLost;
   if (status != kLxOk) LxFreeMetadataPool(pool);
   return status;
 }
