@@ -132,7 +132,8 @@ if(TARGET lxbridge_python)
   set(LXBRIDGE_PYTHON_DIR "${modules}" CACHE STRING "Where the Python module is installed")
   cmake_path(ABSOLUTE_PATH LXBRIDGE_PYTHON_DIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}" OUTPUT_VARIABLE modules)
   file(RELATIVE_PATH to_libraries "${modules}/lxbridge" "${CMAKE_INSTALL_FULL_LIBDIR}")
-  lx_search_path(lxbridge_python "$ORIGIN/${to_libraries}")
+  string(REGEX REPLACE "/$" "" to_libraries "$ORIGIN/${to_libraries}")  # A wheel has them beside it.
+  lx_search_path(lxbridge_python "${to_libraries}")
   install(TARGETS lxbridge_python LIBRARY DESTINATION "${LXBRIDGE_PYTHON_DIR}/lxbridge" COMPONENT python)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/lxbridge" DESTINATION "${LXBRIDGE_PYTHON_DIR}" COMPONENT python
     FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN py.typed)
