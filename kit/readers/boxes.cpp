@@ -13,19 +13,21 @@ constexpr std::int32_t kExifOffset = 4;
 
 }  // namespace
 
-LxBoxWalk LxWalkFile(LxContainer* container) noexcept {
-  return {container, 0, static_cast<std::uint64_t>(container->pool->blocks->fileSize)};
+LxBoxWalk LxWalkFile(LxContainer* container, LxFileWindow* window) noexcept {
+  return {container, window, 0, static_cast<std::uint64_t>(container->pool->blocks->fileSize)};
 }
 
-LxBoxWalk LxWalkBox(LxContainer* container, const LxBox& box, std::uint64_t header) noexcept {
-  return {container, std::min(box.payload + header, box.end), box.end};
+LxBoxWalk LxWalkBox(LxContainer* container, LxFileWindow* window, const LxBox& box, std::uint64_t header) noexcept {
+  return {container, window, std::min(box.payload + header, box.end), box.end};
 }
 
 bool LxNextBox(LxBoxWalk* walk, LxBox* box) noexcept {
-  LxBlockCache* cache = walk->container->pool->blocks;
   const std::uint64_t left = walk->end - walk->at;
   if (left < kHeader || !LxChargeEntries(walk->container, 1)) return false;
-  const std::uint8_t* header = LxMapFileRange(cache, walk->at, std::min(left, kLongHeader));
+  const auto wanted = static_cast<std::uint32_t>(std::min(left, kLongHeader));
+  const std::uint8_t* header = walk->window != nullptr
+                                   ? LxPeekRange(walk->window, walk->at, wanted)
+                                   : LxMapFileRange(walk->container->pool->blocks, walk->at, wanted);
   if (header == nullptr) return false;
   std::uint64_t size = LxGet32(header, kLxBigEndian);
   std::uint64_t headerLength = kHeader;

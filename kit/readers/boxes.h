@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "kit/base/file_window.h"
 #include "kit/readers/container.h"
 
 // A box's type, a property's or an item's as a number: LxBoxType("meta").
@@ -24,13 +25,17 @@ struct LxBox {
 
 struct LxBoxWalk {
   LxContainer* container;
-  std::uint64_t at;   // Where the next box begins.
-  std::uint64_t end;  // Of the parent.
+  LxFileWindow* window;  // What headers are read through, or null: they are mapped.
+  std::uint64_t at;      // Where the next box begins.
+  std::uint64_t end;     // Of the parent.
 };
 
-[[nodiscard]] LxBoxWalk LxWalkFile(LxContainer* container) noexcept;
-// Over the boxes in a box, `header` bytes after its payload's start. (4 in a box with version and flags.)
-[[nodiscard]] LxBoxWalk LxWalkBox(LxContainer* container, const LxBox& box, std::uint64_t header) noexcept;
+// Over the boxes of the file.
+[[nodiscard]] LxBoxWalk LxWalkFile(LxContainer* container, LxFileWindow* window) noexcept;
+// Over the boxes in a box, `header` bytes after its payload's start. (4 in a box with version and flags.) Without a
+// window for boxes that are small, or mapped already.
+[[nodiscard]] LxBoxWalk LxWalkBox(LxContainer* container, LxFileWindow* window, const LxBox& box,
+                                  std::uint64_t header) noexcept;
 
 // The next box. False: the parent ends, a box does not lie whole in it, or the file's budget is used up.
 [[nodiscard]] bool LxNextBox(LxBoxWalk* walk, LxBox* box) noexcept;

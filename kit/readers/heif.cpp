@@ -114,7 +114,7 @@ void ReadPrimary(const LxContainer& container, const LxBox& box, MetaBoxes* boxe
   boxes->hasPrimary = TakeItemId(&in, version > 0, &boxes->primary);
 }
 
-void FindMetaBoxes(LxContainer* container, const LxBox& meta, MetaBoxes* boxes) noexcept {
+void FindMetaBoxes(LxContainer* container, LxFileWindow* window, const LxBox& meta, MetaBoxes* boxes) noexcept {
   const struct {
     std::uint32_t type;
     LxBox* box;
@@ -124,7 +124,7 @@ void FindMetaBoxes(LxContainer* container, const LxBox& meta, MetaBoxes* boxes) 
                 {LxBoxType("iref"), &boxes->references},
                 {LxBoxType("iprp"), &boxes->properties}};
   LxBox primary = {};
-  LxBoxWalk walk = LxWalkBox(container, meta, kFullBox);
+  LxBoxWalk walk = LxWalkBox(container, window, meta, kFullBox);
   for (LxBox box; LxNextBox(&walk, &box);) {
     for (const auto& row : wanted) {
       if (row.type == box.type && row.box->end == 0) *row.box = box;
@@ -201,7 +201,7 @@ void IndexDescriptions(HeifFile* file) noexcept {
   constexpr std::size_t kShortestBox = 12;  // Header, item, number of references.
   file->descriptions.records = static_cast<Description*>(LxAlloc((head.left / kShortestBox + 1) * sizeof(Description)));
   if (file->descriptions.records == nullptr) return;
-  LxBoxWalk walk = LxWalkBox(container, box, kFullBox);
+  LxBoxWalk walk = LxWalkBox(container, nullptr, box, kFullBox);
   for (LxBox child; LxNextBox(&walk, &child);) {
     const std::uint8_t* bytes = child.type == LxBoxType("cdsc") ? LxMapWholeBox(*container, child) : nullptr;
     if (bytes == nullptr) continue;
@@ -361,7 +361,7 @@ void ReadItems(HeifFile* file) noexcept {
   std::uint32_t flags = 0;
   if (!OpenFullBox(file->container, file->boxes.items, &in, &version, &flags)) return;
   // The entries are boxes, so their number in front of them is not needed.
-  LxBoxWalk walk = LxWalkBox(&file->container, file->boxes.items, kFullBox + (version > 0 ? 4 : 2));
+  LxBoxWalk walk = LxWalkBox(&file->container, nullptr, file->boxes.items, kFullBox + (version > 0 ? 4 : 2));
   for (LxBox box; LxNextBox(&walk, &box);) {
     if (box.type == LxBoxType("infe")) ReadItemInfo(file, box);
   }
@@ -411,7 +411,7 @@ void ReadProperties(HeifFile* file, const LxBox& properties, LxByteCursor associ
   }
   bool hasSize = false, hasDepth = false;
   std::uint64_t number = 1;
-  LxBoxWalk walk = LxWalkBox(&file->container, properties, 0);
+  LxBoxWalk walk = LxWalkBox(&file->container, nullptr, properties, 0);
   for (LxBox box; LxNextBox(&walk, &box); ++number) {
     if (std::find(numbers, numbers + count, number) != numbers + count) {
       ReadProperty(&file->container, box, &hasSize, &hasDepth);
@@ -425,7 +425,7 @@ void ReadAttributes(HeifFile* file) noexcept {
   LxByteCursor associations = {};
   bool isLong = false, found = false;
   std::uint8_t count = 0;
-  LxBoxWalk walk = LxWalkBox(&file->container, file->boxes.properties, 0);
+  LxBoxWalk walk = LxWalkBox(&file->container, nullptr, file->boxes.properties, 0);
   for (LxBox box; LxNextBox(&walk, &box);) {
     if (box.type == LxBoxType("ipco") && properties.end == 0) properties = box;
     if (box.type == LxBoxType("ipma") && !found) found = FindAssociations(*file, box, &associations, &isLong, &count);
@@ -438,10 +438,12 @@ void ReadAttributes(HeifFile* file) noexcept {
 LxResult LxReadHeifFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept {
   HeifFile file = {};
   if (LxOpenContainer(&file.container, stream, fileSize, pool) != kLxOk) return kLxOutOfMemory;
-  LxBoxWalk walk = LxWalkFile(&file.container);
+  LxFileWindow window;
+  LxInitFileWindow(&window, stream, fileSize);
+  LxBoxWalk walk = LxWalkFile(&file.container, &window);
   for (LxBox box; LxNextBox(&walk, &box);) {
     if (box.type != LxBoxType("meta")) continue;
-    FindMetaBoxes(&file.container, box, &file.boxes);
+    FindMetaBoxes(&file.container, &window, box, &file.boxes);
     IndexLocations(&file);
     IndexDescriptions(&file);
     ReadItems(&file);

@@ -57,7 +57,7 @@ void SetDepth(LxMetadataPool* pool, std::uint8_t depth) noexcept {
 
 void ReadHeader(LxContainer* container, const LxBox& box) noexcept {
   LxMetadataPool* pool = container->pool;
-  LxBoxWalk walk = LxWalkBox(container, box, 0);
+  LxBoxWalk walk = LxWalkBox(container, nullptr, box, 0);
   for (LxBox child; LxNextBox(&walk, &child);) {
     if (child.type == LxBoxType("ihdr")) {
       const std::uint8_t* header = LxMapBox(*container, child, 11);
@@ -87,9 +87,9 @@ void ReadCodestream(LxContainer* container, std::uint64_t start) noexcept {
   SetDepth(pool, bytes[42]);
 }
 
-void ReadBoxes(LxContainer* container) noexcept {
+void ReadBoxes(LxContainer* container, LxFileWindow* window) noexcept {
   bool hasHeader = false;
-  LxBoxWalk walk = LxWalkFile(container);
+  LxBoxWalk walk = LxWalkFile(container, window);
   for (LxBox box; LxNextBox(&walk, &box);) {
     switch (box.type) {
       case LxBoxType("jp2h"):
@@ -117,7 +117,9 @@ LxResult LxReadJp2File(LxStream* stream, std::int32_t fileSize, LxMetadataPool* 
   if (start != nullptr && start[0] == 0xFF) {
     ReadCodestream(&container, 0);
   } else {
-    ReadBoxes(&container);
+    LxFileWindow window;
+    LxInitFileWindow(&window, stream, fileSize);
+    ReadBoxes(&container, &window);
   }
   return LxFinishContainer(&container, "jp2h", "JP2", "jp2");
 }

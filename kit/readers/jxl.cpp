@@ -90,10 +90,10 @@ void ReadCompressed(LxContainer* container, const LxBox& box) noexcept {
   OfferBlock(container, type, {"brob", text, block->data, block->length, block, 0});
 }
 
-void ReadBoxes(LxContainer* container) noexcept {
+void ReadBoxes(LxContainer* container, LxFileWindow* window) noexcept {
   constexpr std::uint64_t kPartIndex = 4;  // A part of the codestream has its index in front.
   bool hasSize = false;
-  LxBoxWalk walk = LxWalkFile(container);
+  LxBoxWalk walk = LxWalkFile(container, window);
   for (LxBox box; LxNextBox(&walk, &box);) {
     switch (box.type) {
       case LxBoxType("jxlc"):
@@ -125,7 +125,9 @@ LxResult LxReadJxlFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* 
   if (start != nullptr && start[0] == 0xFF) {
     ReadSize(&container, 0, static_cast<std::uint64_t>(fileSize));
   } else {
-    ReadBoxes(&container);
+    LxFileWindow window;
+    LxInitFileWindow(&window, stream, fileSize);
+    ReadBoxes(&container, &window);
   }
   return LxFinishContainer(&container, "jxlh", "JXL", "jxl");
 }

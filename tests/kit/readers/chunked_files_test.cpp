@@ -1,14 +1,13 @@
 // PNG, WebP, GIF and side-car files: which blocks of them count.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 #include "kit/model/tables/tables.h"
 #include "kit/readers/inflate.h"
+#include "tests/support/block_cases.h"
 #include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
-#include "tests/support/pool_support.h"
 
 using namespace lxtest;
 
@@ -19,40 +18,6 @@ constexpr char kRaw[] = "Raw profile type ";
 
 Bytes Tiff(std::string_view make) {
   return TiffBuilder(kLittle).Ifd0({Ascii(0x010F, make)});
-}
-
-// "pngh PNG: eXIf=A, iTXt XML:com.adobe.xmp=B, tEXt ...=IptcNaa": the blocks' items, with what is in them.
-std::string Shown(const LxMetadataPool& pool) {
-  if (pool.root == nullptr) return pool.blocks == nullptr ? "nothing" : "a cache without items";
-  std::string text = std::string(pool.root->nameSpace) + " " + pool.root->name + ":";
-  for (const LxMetadataItem* block = pool.root->firstChild; block != nullptr; block = block->next) {
-    const LxMetadataItem* item = std::strcmp(block->nameSpace, "xmp") == 0 ? block : block->firstChild;
-    text += std::string(" ") + block->name + (block->displayText[0] != 0 ? " " : "") + block->displayText + "=";
-    if (item == nullptr) continue;
-    const LxMetadataItem* make = Find(pool, "tiff", "Make");
-    const Bytes value = ValueOf(*item);
-    text += std::strcmp(item->nameSpace, "tiffh") == 0 && make != nullptr ? make->displayText
-            : std::strcmp(item->nameSpace, "xmp") == 0                    ? std::string(value.begin(), value.end())
-                                                                          : std::string(item->name);
-  }
-  return text;
-}
-
-struct Case {
-  const char* what;
-  Bytes file;
-  std::string shown;
-};
-
-void Check(const std::vector<Case>& cases, std::string_view prefix, const char* attributes) {
-  for (const Case& c : cases) {
-    LxResult status = -1;
-    const PoolPtr pool = ReadPool(c.file, &status);
-    EXPECT_EQ(status, kLxOk) << c.what;
-    EXPECT_EQ(Shown(*pool), c.shown == "nothing" ? c.shown : std::string(prefix) + c.shown) << c.what;
-    EXPECT_EQ(std::to_string(pool->width) + "x" + std::to_string(pool->height), attributes) << c.what;
-    EXPECT_TRUE(IsWellFormed(*pool)) << c.what;
-  }
 }
 
 TEST(ChunkedFiles, PngBlocksStandInChunksAndTexts) {
@@ -70,53 +35,55 @@ TEST(ChunkedFiles, PngBlocksStandInChunksAndTexts) {
   const std::string exif = " tEXt Raw profile type exif=A";
   const Bytes two = PngBuilder().Chunk("eXIf", a).International(kXmp, packet).Bare();
   const Bytes damaged = Truncated(two, two.size() - 5);  // Of the last one, the checksum and a byte are missing.
-  Check({{"none", PngBuilder(), "nothing"},
-         {"in the order of blocks", PngBuilder().International(kXmp, packet).Chunk("eXIf", a),
-          " eXIf=A iTXt XML:com.adobe.xmp=P"},
-         {"the first recognised",
-          PngBuilder().Chunk("eXIf", Text("II*")).Chunk("eXIf", exifSegment).Chunk("eXIf", Tiff("B")), " eXIf=A"},
-         {"following the image", PngBuilder().Chunk("IDAT", Filled(9000)).Chunk("eXIf", a), " eXIf=A"},
-         {"following the end", PngBuilder().Chunk("IEND", {}).Chunk("eXIf", a), "nothing"},
-         {"without its checksum",
-          Truncated(PngBuilder().Chunk("eXIf", a).Bare(), PngBuilder().Chunk("eXIf", a).Bare().size() - 4), " eXIf=A"},
-         {"damage ends the walk", damaged, " eXIf=A"},
-         {"a chunk over its own wins", raw("exif", Tiff("B")).Chunk("eXIf", a), " eXIf=A"},
-         {"unless it is none", raw("exif", a).Chunk("eXIf", Text("II*")), exif},
-         {"an international packet wins", PngBuilder().Latin(kXmp, Text("Q")).International(kXmp, packet),
-          " iTXt XML:com.adobe.xmp=P"},
-         {"unless it is empty", PngBuilder().International(kXmp, {}).Latin(kXmp, packet), " tEXt XML:com.adobe.xmp=P"},
-         {"another keyword", PngBuilder().International("XML:com.adobe.xmp2", packet).Latin("XML:com.adobe.xm", packet),
-          "nothing"},
-         {"an unknown flag", PngBuilder().International(kXmp, packet, 2), "nothing"},
-         {"segment, TIFF", raw("APP1", exifSegment), " tEXt Raw profile type APP1=A"},
-         {"segment, packet", raw("APP1", xmpSegment), " tEXt Raw profile type APP1=P"},
-         {"segment, bare", raw("APP1", a), "nothing"},
-         {"packet", raw("xmp", packet), " tEXt Raw profile type xmp=P"},
-         {"resources", raw("8bim", resources), " tEXt Raw profile type 8bim=ResolutionInfo"},
-         {"resources as datasets", raw("iptc", resources), " tEXt Raw profile type iptc=ResolutionInfo"},
-         {"datasets", raw("iptc", datasets), " tEXt Raw profile type iptc=IptcNaa"},
-         {"datasets as resources", raw("8bim", datasets), "nothing"},
-         {"more bytes than its length", raw("xmp", Text("PQ"), -1), " tEXt Raw profile type xmp=P"},
-         {"fewer", raw("xmp", packet, 9), " tEXt Raw profile type xmp=P"},
-         {"a name with blanks, digits of either case",
-          PngBuilder().Latin(rawExif, Text("\na name\n 8\n4d 4D0\t02A\r0000 0008")),
-          " tEXt Raw profile type exif=IFDHeader"},
-         {"digits end at another letter", PngBuilder().Latin(std::string(kRaw) + "xmp", Text("\nx\n9\n50x51")),
-          " tEXt Raw profile type xmp=P"},
-         {"no line feed first", text("exif\n8\n4949"), "nothing"},
-         {"no length", text("\nexif\n\n4949"), "nothing"},
-         {"no line feed after the length", text("\nexif\n8 4949"), "nothing"},
-         {"no digits", text("\nexif\n8\n"), "nothing"}},
-        "pngh PNG:", "64x48");
+  CheckBlocks(
+      {{"none", PngBuilder(), "nothing"},
+       {"in the order of blocks", PngBuilder().International(kXmp, packet).Chunk("eXIf", a),
+        " eXIf=A iTXt XML:com.adobe.xmp=P"},
+       {"the first recognised",
+        PngBuilder().Chunk("eXIf", Text("II*")).Chunk("eXIf", exifSegment).Chunk("eXIf", Tiff("B")), " eXIf=A"},
+       {"following the image", PngBuilder().Chunk("IDAT", Filled(9000)).Chunk("eXIf", a), " eXIf=A"},
+       {"following the end", PngBuilder().Chunk("IEND", {}).Chunk("eXIf", a), "nothing"},
+       {"without its checksum",
+        Truncated(PngBuilder().Chunk("eXIf", a).Bare(), PngBuilder().Chunk("eXIf", a).Bare().size() - 4), " eXIf=A"},
+       {"damage ends the walk", damaged, " eXIf=A"},
+       {"a chunk over its own wins", raw("exif", Tiff("B")).Chunk("eXIf", a), " eXIf=A"},
+       {"unless it is none", raw("exif", a).Chunk("eXIf", Text("II*")), exif},
+       {"an international packet wins", PngBuilder().Latin(kXmp, Text("Q")).International(kXmp, packet),
+        " iTXt XML:com.adobe.xmp=P"},
+       {"unless it is empty", PngBuilder().International(kXmp, {}).Latin(kXmp, packet), " tEXt XML:com.adobe.xmp=P"},
+       {"another keyword", PngBuilder().International("XML:com.adobe.xmp2", packet).Latin("XML:com.adobe.xm", packet),
+        "nothing"},
+       {"an unknown flag", PngBuilder().International(kXmp, packet, 2), "nothing"},
+       {"segment, TIFF", raw("APP1", exifSegment), " tEXt Raw profile type APP1=A"},
+       {"segment, packet", raw("APP1", xmpSegment), " tEXt Raw profile type APP1=P"},
+       {"segment, bare", raw("APP1", a), "nothing"},
+       {"packet", raw("xmp", packet), " tEXt Raw profile type xmp=P"},
+       {"resources", raw("8bim", resources), " tEXt Raw profile type 8bim=ResolutionInfo"},
+       {"resources as datasets", raw("iptc", resources), " tEXt Raw profile type iptc=ResolutionInfo"},
+       {"datasets", raw("iptc", datasets), " tEXt Raw profile type iptc=IptcNaa"},
+       {"datasets as resources", raw("8bim", datasets), "nothing"},
+       {"more bytes than its length", raw("xmp", Text("PQ"), -1), " tEXt Raw profile type xmp=P"},
+       {"fewer", raw("xmp", packet, 9), " tEXt Raw profile type xmp=P"},
+       {"a name with blanks, digits of either case",
+        PngBuilder().Latin(rawExif, Text("\na name\n 8\n4d 4D0\t02A\r0000 0008")),
+        " tEXt Raw profile type exif=IFDHeader"},
+       {"digits end at another letter", PngBuilder().Latin(std::string(kRaw) + "xmp", Text("\nx\n9\n50x51")),
+        " tEXt Raw profile type xmp=P"},
+       {"no line feed first", text("exif\n8\n4949"), "nothing"},
+       {"no length", text("\nexif\n\n4949"), "nothing"},
+       {"no line feed after the length", text("\nexif\n8 4949"), "nothing"},
+       {"no digits", text("\nexif\n8\n"), "nothing"}},
+      "pngh PNG:", "64x48");
   if (!LxHasZlib()) return;
   const Bytes stream = Zlib(packet);
-  Check({{"compressed", PngBuilder().Compressed(kXmp, stream), " zTXt XML:com.adobe.xmp=P"},
-         {"compressed, international", PngBuilder().International(kXmp, stream, 1), " iTXt XML:com.adobe.xmp=P"},
-         {"compressed profile", PngBuilder().Compressed(rawExif, Zlib(RawProfile("exif", a))),
-          " zTXt Raw profile type exif=A"},
-         {"an unknown method", PngBuilder().Compressed(kXmp, stream, 1).International(kXmp, stream, 1, 1), "nothing"},
-         {"cut", PngBuilder().Compressed(kXmp, Truncated(stream, stream.size() - 1)), "nothing"}},
-        "pngh PNG:", "64x48");
+  CheckBlocks(
+      {{"compressed", PngBuilder().Compressed(kXmp, stream), " zTXt XML:com.adobe.xmp=P"},
+       {"compressed, international", PngBuilder().International(kXmp, stream, 1), " iTXt XML:com.adobe.xmp=P"},
+       {"compressed profile", PngBuilder().Compressed(rawExif, Zlib(RawProfile("exif", a))),
+        " zTXt Raw profile type exif=A"},
+       {"an unknown method", PngBuilder().Compressed(kXmp, stream, 1).International(kXmp, stream, 1, 1), "nothing"},
+       {"cut", PngBuilder().Compressed(kXmp, Truncated(stream, stream.size() - 1)), "nothing"}},
+      "pngh PNG:", "64x48");
 }
 
 TEST(ChunkedFiles, WebpBlocksAndSizesStandInChunks) {
@@ -124,7 +91,7 @@ TEST(ChunkedFiles, WebpBlocksAndSizesStandInChunks) {
   const Bytes canvas = Hex("10 000000 3F0000 2F0000");
   const Bytes lossy = Hex("000000 9D012A 4000 3000");
   const auto webp = [&] { return WebpBuilder().Chunk("VP8X", canvas); };
-  Check(
+  CheckBlocks(
       {{"canvas", webp().Chunk("VP8 ", Hex("000000 9D012A 0100 0100")), "nothing"},
        {"lossy", WebpBuilder().Chunk("VP8 ", lossy), "nothing"},
        {"lossless", WebpBuilder().Chunk("VP8L", Hex("2F 3FC00B10")), "nothing"},
@@ -138,22 +105,22 @@ TEST(ChunkedFiles, WebpBlocksAndSizesStandInChunks) {
 }
 
 TEST(ChunkedFiles, GifPacketsEndWhereAWalkEnds) {
-  Check({{"none", GifBuilder().Image(), "nothing"},
-         {"after an image", GifBuilder().Image().Packet("<P>"), " XMP Data XMP=<P>"},
-         {"in sub-blocks", GifBuilder().Packet("<P>", false), " XMP Data XMP=\3<P>"},
-         {"the first that holds one", GifBuilder().Packet("").Raw(Hex("21FE 01 00 00")).Packet("<P>").Packet("<Q>"),
-          " XMP Data XMP=<P>"},
-         {"another application", GifBuilder().Raw(Hex("21FF0B") + Text("XMP DataXMQ") + Hex("00")), "nothing"},
-         {"after the trailer", GifBuilder().Raw(Hex("3B")).Packet("<P>"), "nothing"},
-         {"after a byte that begins no block", GifBuilder().Raw(Hex("00")).Packet("<P>"), "nothing"},
-         {"a walk that leaves the file",
-          Truncated(GifBuilder().Packet("<P>").Bare(), GifBuilder().Packet("<P>").Bare().size() - 1), "nothing"}},
-        "gifh GIF:", "64x48");
+  CheckBlocks({{"none", GifBuilder().Image(), "nothing"},
+               {"after an image", GifBuilder().Image().Packet("<P>"), " XMP Data XMP=<P>"},
+               {"in sub-blocks", GifBuilder().Packet("<P>", false), " XMP Data XMP=\3<P>"},
+               {"the first that holds one",
+                GifBuilder().Packet("").Raw(Hex("21FE 01 00 00")).Packet("<P>").Packet("<Q>"), " XMP Data XMP=<P>"},
+               {"another application", GifBuilder().Raw(Hex("21FF0B") + Text("XMP DataXMQ") + Hex("00")), "nothing"},
+               {"after the trailer", GifBuilder().Raw(Hex("3B")).Packet("<P>"), "nothing"},
+               {"after a byte that begins no block", GifBuilder().Raw(Hex("00")).Packet("<P>"), "nothing"},
+               {"a walk that leaves the file",
+                Truncated(GifBuilder().Packet("<P>").Bare(), GifBuilder().Packet("<P>").Bare().size() - 1), "nothing"}},
+              "gifh GIF:", "64x48");
 }
 
 TEST(ChunkedFiles, ASidecarIsItsPacket) {
   const std::string packet = "\xEF\xBB\xBF <x:xmpmeta></x:xmpmeta>";
-  Check({{"whole", Text(packet), " XmpData=" + packet}}, "xmph XMP:", "0x0");
+  CheckBlocks({{"whole", Text(packet), " XmpData=" + packet}}, "xmph XMP:", "0x0");
 }
 
 TEST(ChunkedFiles, EveryPrefixReadsIntoASoundPool) {
