@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/support/box_builders.h"
 #include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/rich_files.h"
@@ -36,6 +37,9 @@ void Files(const char* target) {
   Seed(target, "extended.jpg", ExtendedJpeg());
   Seed(target, "rich.png",
        PngBuilder().Chunk("eXIf", RichExif(kBig)).International("XML:com.adobe.xmp", Text(RichPacket())));
+  Seed(target, "rich.heic", RichHeif());
+  Seed(target, "rich.jxl", RichJxl());
+  Seed(target, "rich.jp2", RichJp2());
   Seed(target, "rich.gif", GifBuilder().Image().Packet(RichPacket()));
   Seed(target, "rich.xmp", Text(RichPacket()));
   Seed(target, "image.bmp", Text("BM") + Filled(8) + Hex("36000000 28000000 40000000 30000000 0100 1800") + Filled(24));
@@ -69,6 +73,30 @@ void ChunkedFiles() {
   Seed("chunked_file", "packet.gif", Bytes({2}) + GifBuilder().Image().Packet(RichPacket()).Blocks());
   Seed("chunked_file", "cut.gif", Bytes({2}) + GifBuilder().Packet("<rdf:RDF/>", false).Blocks());
   Seed("chunked_file", "rich.xmp", Bytes({3}) + packet);
+}
+
+// The first byte as the target takes it: the kind, and whether the rest follows a good beginning.
+void BoxFiles() {
+  const Bytes tiff = TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "A")});
+  const auto of = [](std::uint8_t kind, const Bytes& file) { return Bytes({kind}) + file; };
+  const auto boxes = [](std::uint8_t kind, const Bytes& file, const Bytes& head) {
+    return Bytes({kind}) + Bytes(file.begin() + static_cast<std::ptrdiff_t>(head.size()), file.end());
+  };
+  HeifBuilder heif = HeifBuilder().Exif(2, tiff).Packet(3, "<x:xmpmeta/>");
+  const Bytes head = Box("ftyp", Text("mif1") + Filled(4) + Text("miaf"));
+  Seed("box_file", "items.heic", boxes(0, heif, head));
+  heif.locationVersion = 2;
+  heif.itemVersion = 3;
+  heif.referenceVersion = 1;
+  heif.offsetSize = heif.lengthSize = heif.baseSize = heif.indexSize = 8;
+  heif.items[0].inIdat = heif.items[0].toTheEnd = true;
+  heif.items[1].describes = {1, 9};
+  Seed("box_file", "long.heic", boxes(0, heif, head));
+  Seed("box_file", "rich.heic", boxes(0, RichHeif(), head));
+  Seed("box_file", "rich.jxl", boxes(1, RichJxl(), Jxl({})));
+  Seed("box_file", "bare.jxl", of(2, Hex("CB 00 00")));
+  Seed("box_file", "rich.jp2", boxes(3, RichJp2(), Jp2({})));
+  Seed("box_file", "bare.jp2", boxes(4, Jp2Codestream(), Filled(4)));
 }
 
 void MakerNotes() {
@@ -162,6 +190,7 @@ int main(int argc, char** argv) {
   Seed("image_resources", "rich-big", RichResources(kBig));
   Seed("image_resources", "rich-little", RichResources(kLittle));
   ChunkedFiles();
+  BoxFiles();
   MakerNotes();
   DisplayTexts();
   Commands();

@@ -124,7 +124,7 @@ class StreamSweep : public testing::TestWithParam<int> {
   std::string packet_;
 };
 
-INSTANTIATE_TEST_SUITE_P(RichFiles, StreamSweep, testing::Range(0, 8));
+INSTANTIATE_TEST_SUITE_P(RichFiles, StreamSweep, testing::Range(0, 11));
 
 TEST_P(StreamSweep, EveryCallFailsInTurn) {
   const struct {

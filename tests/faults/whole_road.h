@@ -29,6 +29,9 @@ inline std::vector<NamedFile> RichFiles(std::size_t gap = 0) {
           {"PSD", RichPsd(gap)},
           {"PNG", RichPng(gap)},
           {"WebP", RichWebp(gap)},
+          {"HEIF", RichHeif(gap)},
+          {"JPEG XL", RichJxl(gap)},
+          {"JPEG 2000", RichJp2(gap)},
           {"GIF", GifBuilder().Image().Packet(RichPacket())},
           {"side-car", Text(RichPacket())},
           {"extended packet", ExtendedJpeg()}};

@@ -127,7 +127,7 @@ TEST_F(RoadTest, ACamerasPictureGivesTheSameXmpInEitherByteOrderAndFileKind) {
   }
 }
 
-TEST_F(RoadTest, ChunkedFilesGiveTheXmpOfAJpegFileOfTheSameBlocks) {
+TEST_F(RoadTest, ContainersGiveTheXmpOfAJpegFileOfTheSameBlocks) {
   const Bytes exif = RichExif(kLittle);
   const Bytes packet = Text(RichPacket());
   const Bytes resources = RichResources(kBig);
@@ -151,6 +151,9 @@ TEST_F(RoadTest, ChunkedFilesGiveTheXmpOfAJpegFileOfTheSameBlocks) {
             Import(JpegBuilder().App13(ResourceBuilder().Iptc(datasets))));
   EXPECT_EQ(Import(GifBuilder().Packet(RichPacket())), alone);
   EXPECT_EQ(Import(packet), alone);
+  EXPECT_EQ(Import(RichHeif()), Import(JpegBuilder().App1Exif(RichExif(kBig)).App1Xmp(RichPacket())));
+  EXPECT_EQ(Import(RichJxl()), Import(camera));
+  EXPECT_EQ(Import(RichJp2()), Import(JpegBuilder(camera).App13(resources).App13(ResourceBuilder().Iptc(RichIptc()))));
 }
 
 TEST_F(RoadTest, APacketKeepsWhatTheFileDoesNotSayBetter) {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tests/support/box_builders.h"
 #include "tests/support/chunk_builders.h"
 
 namespace lxtest {
@@ -183,6 +184,26 @@ Bytes RichWebp(std::size_t gap) {
       .Chunk("VP8 ", Filled(gap))
       .Chunk("EXIF", RichExif(kBig))
       .Chunk("XMP ", Text(RichPacket()));
+}
+
+Bytes RichHeif(std::size_t gap) {
+  HeifBuilder file = HeifBuilder().Add(PacketItem(3, Zlib(Text(RichPacket())), "deflate"));
+  file.Add({.id = 4, .data = Filled(gap)}).Exif(2, RichExif(kBig));
+  file.items.back().pieces = 3;
+  file.items.back().describes = {1};
+  return file;
+}
+
+Bytes RichJxl(std::size_t gap) {
+  return Jxl(Box("jxlc", Hex("FF0A CB 00 00") + Filled(gap)) + Box("brob", Text("Exif") + Brotli(RichExif(kLittle))) +
+             Box("jxlp", Filled(gap + 4)) + Box("xml ", Text(RichPacket())));
+}
+
+Bytes RichJp2(std::size_t gap) {
+  return Jp2(Jp2Header() + Box("uuid", Hex("33C7A4D2B81D4723A0BAF1A3E097AD38") + RichIptc()) +
+             Box("free", Filled(gap)) + Box("uuid", Hex("2C4C0100850440B9A03E562148D6DFEB") + RichResources(kBig)) +
+             Box("free", Filled(gap)) + Box("xml ", Text(RichPacket())) +
+             Box("uuid", Text("JpgTiffExif->JP2") + RichExif(kLittle)));
 }
 
 Bytes RichPsd(std::size_t gap) {

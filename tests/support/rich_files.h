@@ -31,6 +31,10 @@ namespace lxtest {
 // The directories in a compressed raw profile, resources in another, a compressed packet.
 [[nodiscard]] Bytes RichPng(std::size_t gap = 0);
 [[nodiscard]] Bytes RichWebp(std::size_t gap = 0);
+// Items in extents, one of them compressed; boxes, one of them compressed; boxes with resources and bare datasets.
+[[nodiscard]] Bytes RichHeif(std::size_t gap = 0);
+[[nodiscard]] Bytes RichJxl(std::size_t gap = 0);
+[[nodiscard]] Bytes RichJp2(std::size_t gap = 0);
 [[nodiscard]] Bytes RichPsd(std::size_t gap = 0);
 
 }  // namespace lxtest

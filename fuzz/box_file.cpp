@@ -1,0 +1,32 @@
+// The walk over boxes of HEIF, JPEG XL and JPEG 2000 files, and bare codestreams. The first byte chooses the kind and
+// the rest follows a beginning that is right, so that no input is lost for its first bytes.
+#include <cstring>
+
+#include "fuzz/fuzz_target.h"
+#include "kit/readers/dispatch.h"
+#include "tests/support/box_builders.h"
+
+using namespace lxtest;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  lxfuzz::Input input(data, size);
+  const std::uint8_t kind = input.Byte() % 5;
+  const Bytes heads[] = {Box("ftyp", Text("mif1") + Filled(4) + Text("miaf")), Jxl({}), Hex("FF0A"), Jp2({}),
+                         Hex("FF4FFF51")};
+  constexpr LxFileKind kKinds[] = {kLxFileHeif, kLxFileJxl, kLxFileJxl, kLxFileJp2, kLxFileJp2};
+  const Bytes file = heads[kind] + input.Rest();
+  LxResult status = kLxOk;
+  const PoolPtr pool = ParsePool(file, &status);
+  lxfuzz::Require(status == kLxOk, "a good header");
+  lxfuzz::RequireWellFormed(*pool);
+  lxfuzz::Require(pool->fileKind == kKinds[kind] || file.size() < 16, "the kind of the header");
+  lxfuzz::Require((pool->root == nullptr) == (pool->blocks == nullptr), "no blocks without items");
+  lxfuzz::Require(pool->width >= 0 && pool->height >= 0 && pool->bits >= 0, "sizes");
+  if (pool->root == nullptr) return 0;
+  lxfuzz::Require(kKinds[kind] == kLxFileHeif || file[0] == 0, "a bare codestream has no blocks");
+  int count = 0;
+  for (const LxMetadataItem* block = pool->root->firstChild; block != nullptr; block = block->next) {
+    lxfuzz::Require(++count <= 4, "a block of each sort");
+  }
+  return 0;
+}
