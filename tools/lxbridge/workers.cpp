@@ -46,7 +46,7 @@ constexpr std::int64_t kWakeNs = 200'000'000;  // For progress and time limits.
 // workers are not charged for the time beyond it.
 constexpr std::int64_t kLongestStepNs = 1'000'000'000;
 // A worker that is still stopped this long after the command has seen it was not stopped together with the command.
-constexpr std::int64_t kStoppedNs = 5'000'000'000;
+constexpr std::int64_t kStoppedNs = 3'000'000'000;
 constexpr int kDeathsAtStart = 3;
 constexpr int kTries = 2;
 
