@@ -308,6 +308,30 @@ TEST(CommandOutput, AFullDiskIsSaidOnceAndEndsIt) {
   }
 }
 
+// Files must not get the numbers of standard streams, and results that go nowhere are an error.
+TEST(CommandOutput, ClosedStandardStreamsAreErrorsAndNoFileTakesTheirPlace) {
+  const TempFolder folder;
+  folder.Add("a.jpg", Photo());
+  const struct {
+    const char* arguments;
+    const char* told;
+    int status;
+  } kCases[] = {
+      {"-j2 --format json a.jpg a.jpg >&-", "lxbridge: standard output: Bad file descriptor\n", 3},
+      {"missing >&-", "lxbridge: standard output: Bad file descriptor\n", 3},
+      {"--version >&-", "lxbridge: standard output: Bad file descriptor\n", 3},
+      {"-j2 --format json a.jpg missing 2>&- >/dev/null", "", 1},
+      {"-j2 --files-from - <&- >/dev/null", "lxbridge: standard input: Bad file descriptor\n", 1},
+      {"a.jpg <&- >&- 2>&-", "", 3},
+  };
+  for (const auto& c : kCases) {
+    const Outcome outcome =
+        RunProgram("/bin/sh", {"-c", std::string("exec \"$0\" ") + c.arguments, LX_COMMAND}, {.folder = folder.path()});
+    EXPECT_EQ(outcome.err, c.told) << c.arguments;
+    EXPECT_EQ(outcome.status, c.status) << c.arguments;
+  }
+}
+
 TEST(CommandOptions, AUsageErrorIsTwoLinesAndNoFileIsRead) {
   const TempFolder folder;
   const Outcome outcome = Lxbridge({folder.Add("photo.jpg", Photo()), "--fromat"});

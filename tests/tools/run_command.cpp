@@ -47,6 +47,7 @@ namespace {
   ::signal(SIGPIPE, surroundings.ignoresBrokenPipe ? SIG_IGN : SIG_DFL);
   if (!surroundings.folder.empty() && ::chdir(surroundings.folder.c_str()) != 0) ::_exit(126);
   ::setenv("TZ", "Asia/Kolkata", 1);
+  for (const std::string& variable : surroundings.environment) ::putenv(const_cast<char*>(variable.c_str()));
   ::alarm(60);  // A program that waits for ever is a failed test, not a test that waits for ever.
   constexpr uid_t kNobody = 65534;
   if (surroundings.asNobody && ::geteuid() == 0 && ::setuid(kNobody) != 0) ::_exit(126);
@@ -93,6 +94,12 @@ std::string WithoutPacketNote(std::string messages) {
     messages.erase(at, std::string_view(kSeveralPackets).size());
   }
   return messages;
+}
+
+std::vector<std::string> Shim(std::vector<std::string> variables) {
+  variables.push_back("LD_PRELOAD=" LX_FAULT_SHIM);
+  variables.push_back("ASAN_OPTIONS=verify_asan_link_order=0");
+  return variables;
 }
 
 std::string AsText(const Bytes& bytes) {

@@ -17,13 +17,14 @@ struct Outcome {
 };
 
 struct Surroundings {
-  std::string input = "/dev/null";  // Opened as standard input.
-  bool inputIsPipe = false;         // The same bytes through a pipe.
-  std::string output = "";          // Standard output instead of Outcome::out: a path to open for writing.
-  bool outputIsClosedPipe = false;  // A pipe whose reader has gone.
-  bool ignoresBrokenPipe = false;   // SIGPIPE is ignored, as some parents leave it.
-  bool asNobody = false;            // With no user's rights, when the super-user runs the tests.
-  std::string folder = "";          // The working folder; "": as it is.
+  std::string input = "/dev/null";            // Opened as standard input.
+  bool inputIsPipe = false;                   // The same bytes through a pipe.
+  std::string output = "";                    // Standard output instead of Outcome::out: a path to open for writing.
+  bool outputIsClosedPipe = false;            // A pipe whose reader has gone.
+  bool ignoresBrokenPipe = false;             // SIGPIPE is ignored, as some parents leave it.
+  bool asNobody = false;                      // With no user's rights, when the super-user runs the tests.
+  std::string folder = "";                    // The working folder; "": as it is.
+  std::vector<std::string> environment = {};  // Further variables, NAME=VALUE.
 };
 
 // lxbridge with these arguments, in the zone of all tests.
@@ -37,12 +38,15 @@ inline constexpr const char* kSeveralPackets =
 // The messages without that.
 [[nodiscard]] std::string WithoutPacketNote(std::string messages);
 
-// The arguments `form` and behind them the files.
+// The arguments `form`, followed by the files.
 [[nodiscard]] std::vector<std::string> With(std::vector<std::string> form, const std::vector<std::string>& files);
 
 [[nodiscard]] std::string AsText(const Bytes& bytes);
 // The lines without their ends; a last line without end counts too.
 [[nodiscard]] std::vector<std::string> Lines(const std::string& text);
+
+// Variables that load fault_shim.c into the command, and further ones for it.
+[[nodiscard]] std::vector<std::string> Shim(std::vector<std::string> variables);
 
 // A folder for a test's files, removed with all in it at the end of its life.
 class TempFolder {

@@ -44,7 +44,7 @@ constexpr int kResultsAtOnce = 16;
 constexpr std::int64_t kWakeNs = 200'000'000;  // For progress and time limits.
 // The command wakes up more often than this. If it did not, it was stopped, as by Ctrl-Z, or held up by a write; the
 // workers are not charged for the time beyond it.
-constexpr std::int64_t kLongestStepNs = 1'000'000'000;
+constexpr std::int64_t kLongestStepNs = 500'000'000;
 // A worker that is still stopped this long after the command has seen it was not stopped together with the command.
 constexpr std::int64_t kStoppedNs = 3'000'000'000;
 constexpr int kDeathsAtStart = 3;
