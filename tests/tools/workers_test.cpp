@@ -162,7 +162,7 @@ std::string Outputs(const std::map<std::string, std::deque<Fate>>& fates, int wo
   options.files = {"a", "b", "c", "d", "e", "f", "g", "h"};
   options.timeoutSeconds = timeoutSeconds;
   InputSource source(options);
-  Report report(options, source.total());
+  Report report(options, source.total(), nullptr);
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   RunInWorkers(options, workers, &source, &report);
