@@ -58,6 +58,8 @@ bool MapComponents(LxConversion& conversion, const LxMetadataItem* item, const c
 }
 
 // Exif 2.2, 4.6.5, Flash: bit 0 fired, 1 and 2 return light, 3 and 4 mode, 5 no flash function, 6 red-eye reduction.
+// The property that is replaced is that of the item's own name. In the GPS directory this tag has no name that could be
+// a property's, so an entry there leaves what the Exif directory says of the flash as it is.
 bool MapFlash(LxConversion& conversion, const LxMetadataItem* item, const char* schema) {
   if (item->valueLength < 2) return false;
   const unsigned bits = LxGet16(item->value, LxItemOrder(item));

@@ -1,7 +1,6 @@
 #include "xmpconv/gps.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "kit/base/byte_order.h"
 #include "kit/model/value.h"
@@ -11,6 +10,7 @@
 namespace {
 
 constexpr std::int32_t kThreeRationals = 24;
+constexpr double kDegreesEnd = 2147483648.0;  // Whole degrees are a signed number of 32 bits.
 
 // Three unsigned rationals; false when the value is no such thing.
 bool ReadAngle(const LxMetadataItem* item, LxGpsAngle* angle) noexcept {
@@ -60,7 +60,7 @@ bool LxFormatGPSCoordinate(const LxGpsAngle& angle, char reference, LxNumberText
                        Quotient(angle.minutes, angle.minutesDivisor) +
                        Quotient(angle.degrees, angle.degreesDivisor) * 60;
   const double degrees = total * kSixtieth;
-  if (!(degrees < std::numeric_limits<std::int32_t>::max())) return false;
+  if (!(degrees < kDegreesEnd)) return false;
   const auto wholeDegrees = static_cast<std::int32_t>(degrees);
   const double rest = total - wholeDegrees * 60.0;
   const auto wholeMinutes = static_cast<std::int32_t>(rest);

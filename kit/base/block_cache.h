@@ -1,7 +1,8 @@
 // Byte ranges of one open file, kept in memory so that values can point into them. Offsets and lengths are bytes from
 // the start of the file. The cache borrows the stream and owns its blocks; a mapped pointer is valid until
-// LxFreeBlockCache, also after later loads and after the stream is closed. This is the one way in which readers reach
-// the bytes of a file.
+// LxFreeBlockCache, also after later loads and after the stream is closed. Readers map everything here that a value is
+// to point into. Only bytes that nobody keeps are read otherwise: the first ones, which tell the kind of the file
+// (kit/readers/file_kind.cpp), the headers of BMP files, and those that a file window looks at (file_window.h).
 #ifndef LXBRIDGE_KIT_BASE_BLOCK_CACHE_H_
 #define LXBRIDGE_KIT_BASE_BLOCK_CACHE_H_
 

@@ -63,8 +63,10 @@ LxResult LxReadJpegFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool*
   if (frame == nullptr || frame->value == nullptr || frame->valueLength < kSofHeader) return kLxBadReadFormat;
   SetFrameAttributes(*frame, pool);
   const LxMetadataItem* tables = FindSegment(pool->root, "DQT");
-  if (tables == nullptr || tables->value == nullptr || tables->valueLength < 2) return kLxBadReadFormat;
-  pool->compression =
-      LxEstimateJpegQuality(tables->value + 2, tables->valueLength - 2, pool->mcuWidth, pool->mcuHeight);
+  if (tables == nullptr || tables->value == nullptr) return kLxBadReadFormat;
+  // A segment that is shorter than its length field has no table.
+  pool->compression = tables->valueLength < 2 ? kLxCompressionUnknown
+                                              : LxEstimateJpegQuality(tables->value + 2, tables->valueLength - 2,
+                                                                      pool->mcuWidth, pool->mcuHeight);
   return kLxOk;
 }

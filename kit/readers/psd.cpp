@@ -1,4 +1,5 @@
 // PSD files: the header's image attributes, the image resource section, and whether there are layers.
+#include <algorithm>
 #include <cstring>
 
 #include "kit/base/byte_order.h"
@@ -69,13 +70,12 @@ LxResult LxReadPsdFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* 
   const std::uint64_t resourceField = std::uint64_t{kHeaderSize} + 4 + colourLength;
   if (!ReadLength(cache, resourceField, &resourceLength)) return kLxBadReadFormat;
   const std::uint64_t resources = resourceField + 4;
-  // The section behind the resources has to be there too, so what cannot hold it need not be parsed first.
   const std::uint64_t layerField = resources + resourceLength;
-  if (!ReadLength(cache, layerField, &layerLength)) return kLxBadReadFormat;
 
   LxParseContext context;
   LxInitParseContext(&context, fileSize);
-  const auto start = static_cast<std::uint32_t>(resources), end = static_cast<std::uint32_t>(layerField);
+  const auto start = static_cast<std::uint32_t>(resources);
+  const auto end = static_cast<std::uint32_t>(std::min<std::uint64_t>(layerField, UINT32_MAX));
   LxMetadataItem* header = LxNewMetadataItem("psdh", "PSDHeader", 0, 0, kLxTypeUndefined, 0, nullptr);
   if (header == nullptr) {
     LxNoteError(kLxOutOfMemory);
@@ -83,6 +83,8 @@ LxResult LxReadPsdFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* 
   }
   pool->root = header;
   LxReadChildren(cache, {start, start, start, end, end}, &context, header, kLxImageResourceSpace);
+  // The blocks are read first: what the pool's attributes say of a file that ends here comes from them.
+  if (!ReadLength(cache, layerField, &layerLength)) return kLxBadReadFormat;
   if (layerLength > kEmptyLayerSection) pool->hasLayers = 1;
   return kLxOk;
 }

@@ -39,7 +39,8 @@ TEST(GpsCoordinate, HasWholeSecondsOrAsManyDigitsAsTheLargestDivisorTellsApart) 
       {{5, 0, 46, 1, 30, 1}, 'N', "nothing"},
       {{37, 1, 0, 0, 30, 1}, 'N', "nothing"},
       {{37, 1, 46, 1, 0, 0}, 'N', "nothing"},
-      {{kMost, 1, 0, 1, 0, 2}, 'N', "nothing"},  // More degrees than can be written.
+      {{0x7FFFFFFF, 1, 30, 1, 0, 2}, 'N', "2147483647,30.0N"},
+      {{0x80000000, 1, 0, 1, 0, 2}, 'N', "nothing"},  // More degrees than can be written.
   };
   for (const auto& c : cases) EXPECT_EQ(Coordinate(c.angle, c.reference), c.text);
 }

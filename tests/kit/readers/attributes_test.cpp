@@ -90,6 +90,7 @@ TEST(JpegAttributes, QualityIsToldFromTheLuminanceTable) {
       {"from 32 on the lowest", JpegBuilder().Dqt(32, 64), "jpeg0"},
       {"level 6 with subsampling", JpegBuilder().Dqt(1, 39), "jpeg6"},
       {"without, one more", JpegBuilder().Dqt(1, 39).Sof(0xC0, 8, 8, k444), "jpeg7"},
+      {"a segment without its length", JpegBuilder().Sof(0xC0, 8, 8, k444).Raw(Hex("FFDB0001")), "unk"},
       {"16 bits", JpegBuilder().Dqt(1, 7, 0x10), "unk"},
       {"luminance in a second segment", JpegBuilder().Dqt(1, 7, 1).Dqt(1, 7, 0), "unk"},
       {"luminance as second table", JpegBuilder().Segment(0xDB, Hex("01") + Filled(64, 3) + Filled(65, 0)), "jpeg12"},

@@ -78,6 +78,8 @@ TEST(Psd, EverySectionHasToBeThereUpToTheLayersLength) {
     // Below 16 bytes it is not known for a PSD file.
     EXPECT_EQ(status, length < 16 || length >= needed ? kLxOk : kLxBadReadFormat) << length;
     EXPECT_EQ(Find(*pool, "iptc", "Keywords") != nullptr, length >= needed) << length;
+    // Without the layers' length the items go, and what the attributes say of them stays.
+    EXPECT_EQ(pool->hasMetadata, length >= needed - 4 ? 1 : 0) << length;
   }
   for (const std::size_t lengthField : {kHeaderSize, kHeaderSize + 4 + 6}) {
     for (const std::uint32_t length : {1000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFE0u, 0xFFFFFFFFu}) {
