@@ -149,6 +149,24 @@ def tidy(job, options):
     return all(clean for clean, _ in results), "".join(findings for clean, findings in results if not clean)
 
 
+def sources():
+    """The sources of the tree that clang-tidy looks at."""
+    listed = subprocess.run(["git", "ls-files", "--cached", "--others", "--exclude-standard", "*.c", "*.cpp"], cwd=ROOT,
+                            capture_output=True, text=True, check=True).stdout.split("\n")
+    return [ROOT / name for name in listed if name and not TABLES.fullmatch(name) and (ROOT / name).exists()]
+
+
+def changed():
+    """Those that differ from the main branch, or whose headers do."""
+    def git(*words):
+        done = subprocess.run(["git", *words], cwd=ROOT, capture_output=True, text=True)
+        return done.stdout.split() if done.returncode == 0 else []
+    base = git("merge-base", "HEAD", os.environ.get("LX_TIDY_SINCE", "origin/main")) or ["HEAD"]
+    names = git("diff", "--name-only", *base) + git("ls-files", "--others", "--exclude-standard")
+    stems = {(ROOT / name).with_suffix("") for name in names}
+    return [file for file in sources() if file.with_suffix("") in stems]
+
+
 def main(arguments):
     options = []
     if "--deep" in arguments:
@@ -156,12 +174,12 @@ def main(arguments):
     else:
         for word in ("-Xclang", "-analyzer-config", "-Xclang", f"max-nodes={ANALYZER_STEPS}"):
             options.append(f"--extra-arg={word}")
-    if arguments:
+    if "--changed" in arguments:
+        files = changed()
+    elif arguments:
         files = [pathlib.Path(os.path.normpath(ROOT / argument)) for argument in arguments]
     else:
-        listed = subprocess.run(["git", "ls-files", "--cached", "--others", "--exclude-standard", "*.c", "*.cpp"], cwd=ROOT,
-                                capture_output=True, text=True, check=True).stdout.split("\n")
-        files = [ROOT / name for name in listed if name and not TABLES.fullmatch(name) and (ROOT / name).exists()]
+        files = sources()
     jobs, left_out = make_jobs(files)
     if left_out:
         print("tidy: left out, nothing here compiles them:", *[file.relative_to(ROOT) for file in left_out], file=sys.stderr)
