@@ -7,7 +7,7 @@ import subprocess
 import sys
 
 EXPORTS = ["LxInterchangeDelete", "LxInterchangeGetXMP", "LxInterchangeInit", "LxInterchangeNew", "LxInterchangeTerm"]
-LIBRARIES = re.compile(r"lib(TAL|VeltoXMP|stdc\+\+|gcc_s|c|m|asan|ubsan)\.so(\.\d+)?|ld-linux.*")
+LIBRARIES = re.compile(r"lib(TAL|VeltoXMP|stdc\+\+|gcc_s|c|m|z|brotlidec|asan|ubsan)\.so(\.\d+)?|ld-linux.*")
 
 
 def output(*command):
