@@ -22,7 +22,7 @@ inline const BrokerProcs& Broker() {
 }
 
 // Starts the broker client and the toolkit, stops them at its end, and requires that nothing is left in the broker.
-// Anew for each input, so that no input sees the prefixes that another has registered.
+// Anew for each input, so that one start in a thousand is tried too.
 class ToolkitSession {
  public:
   ToolkitSession() {

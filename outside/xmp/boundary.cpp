@@ -4,13 +4,12 @@
 #include <cstring>
 #include <exception>
 #include <new>
-
-#include "outside/xmp/registry.h"
+#include <string>
 
 namespace velto {
 namespace {
 
-// All process-wide state of the boundary; one thread at a time uses it.
+// All process-wide state of the boundary. It changes only when the toolkit starts and stops.
 struct BoundState {
   TALLookupProc lookup = nullptr;
   std::uint32_t starts = 0;
@@ -23,7 +22,6 @@ struct BoundState {
 };
 
 constinit BoundState state;
-constinit std::uint32_t liveObjects = 0;
 
 void destroyInstance(void* instance) noexcept {
   delete static_cast<Instance*>(instance);
@@ -101,19 +99,12 @@ TALErrorRef coreError(std::uint32_t index) noexcept {
 
 }  // namespace
 
-Instance::Instance() {
-  ++liveObjects;
-}
-Instance::~Instance() {
-  --liveObjects;
-}
-
 bool startToolkit(TALLookupProc lookup) noexcept {
   if (state.starts != 0) {
     ++state.starts;
     return true;
   }
-  if (lookup == nullptr || !prepareRegistry()) return false;
+  if (lookup == nullptr) return false;
   // Objects of another broker that still live keep their kind there.
   if (lookup != state.lookup) state.kind = nullptr;
   BoundState fresh;
@@ -137,16 +128,15 @@ bool startToolkit(TALLookupProc lookup) noexcept {
 
 void stopToolkit() noexcept {
   if (state.starts == 0) return;
-  if (--state.starts == 0) withdraw();
+  if (--state.starts != 0) return;
+  withdraw();
+  PacketParser::releaseSpares();
+  Storage::releaseSpares();
 }
 
 TALKindRef objectKind() {
   if (state.kind == nullptr) throw ToolkitError(ErrorId::kNotStarted, "the toolkit has not been started");
   return state.kind;
-}
-
-std::uint32_t countObjects() noexcept {
-  return liveObjects;
 }
 
 XMPObjectRef wrapInstance(std::unique_ptr<Instance> instance) {
@@ -195,6 +185,12 @@ TALErrorRef errorOfException() noexcept {
   } catch (...) {
     return coreError(1);
   }
+}
+
+TALErrorRef notSupported(const char* procedure) noexcept {
+  return guarded([&] {
+    throw ToolkitError(ErrorId::kNotSupported, std::string(procedure) + " is not supported by this toolkit");
+  });
 }
 
 std::string_view requiredBytes(const char* bytes, std::uint32_t length) {

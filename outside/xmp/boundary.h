@@ -22,9 +22,7 @@ namespace velto {
 inline constexpr const char kComponent[] = "XMP";
 inline constexpr const char kObjectKindName[] = "XMPMeta";
 
-// The toolkit's own version, and its text.
 inline constexpr std::uint32_t kToolkitVersion = kXMPClientVersion;
-inline constexpr const char kToolkitVersionText[] = "VeltoXMP 3.1";
 
 // What a container holds.
 struct Instance {
@@ -32,9 +30,6 @@ struct Instance {
   TextStore texts;
   std::unique_ptr<PacketParser> parser;  // While a packet comes in pieces.
   std::uint32_t visits = 0;              // Visits under way; nodes must not change under them.
-
-  Instance();
-  ~Instance();
 };
 
 // Binds what the toolkit uses of the broker, registers its interfaces and the kind of its objects; false, with nothing
@@ -45,7 +40,6 @@ bool startToolkit(TALLookupProc lookup) noexcept;
 void stopToolkit() noexcept;
 
 TALKindRef objectKind();
-std::uint32_t countObjects() noexcept;
 // The count of the new container is 0.
 XMPObjectRef wrapInstance(std::unique_ptr<Instance> instance);
 Instance& instanceOf(XMPObjectRef object);
@@ -73,7 +67,8 @@ void give(Value* out, Value value) noexcept {
 inline void giveAnswer(std::uint8_t* out, bool answer) noexcept {
   if (out != nullptr) *out = answer ? 1 : 0;
 }
-inline void giveText(TextStore& texts, XMPTextOut* out, std::string_view text) {
+template <typename Texts>
+void giveText(Texts& texts, XMPTextOut* out, std::string_view text) {
   if (out != nullptr) *out = texts.keep(text);
 }
 
@@ -85,6 +80,26 @@ Pointer required(Pointer pointer, const char* what) {
 // Bytes that may be null when there are none.
 std::string_view requiredBytes(const char* bytes, std::uint32_t length);
 void requireNoOptions(std::uint32_t options);
+
+TALErrorRef notSupported(const char* procedure) noexcept;
+
+// A procedure of the boundary that this toolkit does not have: the one at that place of the names. It takes any slot.
+template <const auto& kNames, std::size_t kAt>
+struct Unsupported {
+  template <typename... Arguments>
+  using Procedure = TALErrorRef (*)(Arguments...);
+
+  template <typename... Arguments>
+  constexpr operator Procedure<Arguments...>() const noexcept {
+    return refuse<Arguments...>;
+  }
+
+ private:
+  template <typename... Arguments>
+  static TALErrorRef refuse(Arguments...) noexcept {
+    return notSupported(kNames[kAt].shortName);
+  }
+};
 
 // The tables, in the order of their names.
 extern const XMPMetaStatics kMetaStatics;

@@ -1,6 +1,7 @@
 // Dates.
 #include "outside/xmp/dates.h"
 
+#include <atomic>
 #include <charconv>
 #include <chrono>
 #include <cstdint>
@@ -52,10 +53,6 @@ std::int64_t shownSeconds(const XMPDateTime& date) noexcept {
   return days * kDay + date.hour * 3600 + date.minute * 60 + date.second;
 }
 
-std::int64_t zoneSeconds(const XMPDateTime& date) noexcept {
-  return std::int64_t{date.zoneSign} * (date.zoneHour * 3600 + date.zoneMinute * 60);
-}
-
 void setShownSeconds(XMPDateTime& date, std::int64_t seconds) {
   std::int64_t days = seconds / kDay;
   std::int64_t rest = seconds % kDay;
@@ -90,12 +87,16 @@ std::int64_t findOffsetAtShown(std::int64_t shown) noexcept {
 
 // A photograph is mostly taken, digitised and written at one time, so the latest answer is kept.
 std::int64_t machineOffsetAtShown(std::int64_t shown) noexcept {
-  static std::int64_t latest = 0, latestOffset = findOffsetAtShown(0);
-  if (shown != latest) {
-    latestOffset = findOffsetAtShown(shown);
-    latest = shown;
-  }
-  return latestOffset;
+  // The minute and its offset in minutes, in one word, so that threads see both or neither.
+  static constinit std::atomic<std::uint64_t> latest{0};
+  const std::int64_t minute = (shown < 0 ? shown - 59 : shown) / 60;
+  const auto key = static_cast<std::uint64_t>(minute + (std::int64_t{1} << 40)) << 16;
+  const std::uint64_t kept = latest.load(std::memory_order_relaxed);
+  if ((kept & ~std::uint64_t{0xFFFF}) == key) return static_cast<std::int16_t>(kept & 0xFFFF) * std::int64_t{60};
+  const std::int64_t offset = findOffsetAtShown(shown);
+  if (offset % 60 == 0)
+    latest.store(key | (static_cast<std::uint64_t>(offset / 60) & 0xFFFF), std::memory_order_relaxed);
+  return offset;
 }
 
 class DateReader {
@@ -237,33 +238,6 @@ void setMachineZone(XMPDateTime& date) {
   checkDate(zoned);
   setZone(zoned, machineOffsetAtShown(shownSeconds(zoned)));
   date = zoned;
-}
-
-void convertToUTC(XMPDateTime& date) {
-  checkDate(date);
-  XMPDateTime converted = date;
-  setShownSeconds(converted, shownSeconds(date) - zoneSeconds(date));
-  setZone(converted, 0);
-  date = converted;
-}
-
-void convertToMachineZone(XMPDateTime& date) {
-  checkDate(date);
-  const std::int64_t instant = shownSeconds(date) - zoneSeconds(date);
-  XMPDateTime converted = date;
-  setZone(converted, machineOffset(instant));
-  setShownSeconds(converted, instant + zoneSeconds(converted));
-  date = converted;
-}
-
-int compareDates(const XMPDateTime& left, const XMPDateTime& right) {
-  checkDate(left);
-  checkDate(right);
-  const std::int64_t ours = shownSeconds(left) - zoneSeconds(left);
-  const std::int64_t theirs = shownSeconds(right) - zoneSeconds(right);
-  if (ours != theirs) return ours < theirs ? -1 : 1;
-  if (left.nanosecond != right.nanosecond) return left.nanosecond < right.nanosecond ? -1 : 1;
-  return 0;
 }
 
 }  // namespace velto

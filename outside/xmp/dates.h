@@ -21,9 +21,6 @@ XMPDateTime currentDate();  // In the machine's zone.
 // The zone that the machine has at that local date. Of a time that clocks show twice the first is meant; a time that
 // they leap over has the zone before the leap.
 void setMachineZone(XMPDateTime& date);
-void convertToUTC(XMPDateTime& date);
-void convertToMachineZone(XMPDateTime& date);
-int compareDates(const XMPDateTime& left, const XMPDateTime& right);  // As instants: -1, 0, 1.
 
 }  // namespace velto
 

@@ -31,10 +31,8 @@ enum class ErrorId : std::int32_t {
   kStandardNamespace = 18,
   kBadLanguage = 19,  // Not a language tag.
   kNotThere = 20,     // The operation needs a property that does not exist.
+  kNotSupported = 21,
 };
-
-// A short text for each id; null for a number that is none.
-const char* errorText(std::int32_t id) noexcept;
 
 class ToolkitError : public std::runtime_error {
  public:

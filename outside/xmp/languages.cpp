@@ -40,11 +40,12 @@ struct Choice {
 Choice lookUp(const Node* array, const Languages& languages) noexcept {
   Choice choice;
   for (Node* item = array->children.first(); item != nullptr; item = item->next) {
-    const std::string* language = languageOf(item);
-    if (language == nullptr || !item->isSimple()) continue;
-    if (choice.specific == nullptr && *language == languages.specific) choice.specific = item;
-    if (choice.standard == nullptr && *language == kDefaultLanguage) choice.standard = item;
-    if (isOfLanguage(*language, languages.generic)) {
+    const Node* qualifier = languageOf(item);
+    if (qualifier == nullptr || !item->isSimple()) continue;
+    const std::string_view language = qualifier->value();
+    if (choice.specific == nullptr && language == languages.specific) choice.specific = item;
+    if (choice.standard == nullptr && language == kDefaultLanguage) choice.standard = item;
+    if (isOfLanguage(language, languages.generic)) {
       if (choice.generic == nullptr) choice.generic = item;
       ++choice.genericCount;
     }
@@ -55,17 +56,16 @@ Choice lookUp(const Node* array, const Languages& languages) noexcept {
 // x-default repeats one of the items. The two of them are each other's twins.
 Node* twinOf(const Node* array, const Node* item, const Choice& choice) noexcept {
   if (item != choice.standard) {
-    return choice.standard != nullptr && choice.standard->value == item->value ? choice.standard : nullptr;
+    return choice.standard != nullptr && choice.standard->value() == item->value() ? choice.standard : nullptr;
   }
   for (Node* other = array->children.first(); other != nullptr; other = other->next) {
-    if (other != item && other->value == item->value) return other;
+    if (other != item && other->value() == item->value()) return other;
   }
   return nullptr;
 }
 
-NodePtr makeLocalized(std::string_view language, const std::string& value) {
-  NodePtr item = makeItem(0);
-  item->value = value;
+NodePtr makeLocalized(Object& object, std::string_view language, std::string_view value) {
+  NodePtr item = makeItem(object.storage, 0, value);
   setLanguage(item.get(), language);
   return item;
 }
@@ -90,27 +90,26 @@ Node* chooseLocalized(const Path& path, const Node* array, std::string_view gene
 void setLocalized(Object& object, const Path& path, std::string_view generic, std::string_view specific,
                   std::string_view text) {
   const Languages languages(generic, specific);
-  std::string value = repairText(text);
+  const std::string value = repairText(text);
   checkDepth(path, 3);
   const Place place = locate(object, path);
-  NodePtr fresh = place.missing == 0 ? nullptr : makeLeaf(path, checkedForm(kXMPPropIsAltText));
+  NodePtr fresh = place.missing == 0 ? nullptr : makeLeaf(object, path, checkedForm(kXMPPropIsAltText));
   Node* array = place.missing == 0 ? place.node : fresh.get();
   requireAltText(path, array);
 
   const Choice choice = lookUp(array, languages);
   if (Node* item = choice.toChange()) {
-    if (Node* twin = twinOf(array, item, choice)) {
-      std::string same = value;
-      twin->value.swap(same);
-    }
-    item->value.swap(value);
+    Node* twin = twinOf(array, item, choice);
+    item->reserveValue(value.size());
+    if (twin != nullptr) twin->setValue(value);
+    item->setValue(value);
     return;
   }
   NodePtr standard;
   if (array->children.empty() && languages.specific != kDefaultLanguage) {
-    standard = makeLocalized(kDefaultLanguage, value);
+    standard = makeLocalized(object, kDefaultLanguage, value);
   }
-  NodePtr item = makeLocalized(languages.specific, value);
+  NodePtr item = makeLocalized(object, languages.specific, value);
   if (standard) appendChild(array, std::move(standard));
   settleLanguage(appendChild(array, std::move(item)));
   if (fresh) attach(object, path, place, std::move(fresh));

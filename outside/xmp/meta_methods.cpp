@@ -19,40 +19,45 @@ namespace {
 
 // Extends a path, or has nothing to add.
 struct NoStep {
-  const PathProblem* operator()(Path&) const noexcept { return nullptr; }
+  const PathProblem* operator()(Namespaces&, Path&) const noexcept { return nullptr; }
 };
 struct ItemStep {
   std::int32_t index;
-  const PathProblem* operator()(Path& path) const { return addItemStep(index, path); }
+  const PathProblem* operator()(Namespaces&, Path& path) const { return addItemStep(index, path); }
 };
 struct FieldStep {
   const char* schema;
   const char* name;
-  const PathProblem* operator()(Path& path) const { return addFieldStep(schema, name, path); }
+  const PathProblem* operator()(Namespaces& namespaces, Path& path) const {
+    return addFieldStep(namespaces, schema, name, path);
+  }
 };
 struct QualifierStep {
   const char* schema;
   const char* name;
-  const PathProblem* operator()(Path& path) const { return addQualifierStep(schema, name, path); }
+  const PathProblem* operator()(Namespaces& namespaces, Path& path) const {
+    return addQualifierStep(namespaces, schema, name, path);
+  }
 };
 
 // The node, or null: not there, or of a name that nothing can have.
 template <typename LastStep>
-Node* find(const Object& object, const char* schema, const char* name, LastStep lastStep) {
+Node* find(Object& object, const char* schema, const char* name, LastStep lastStep) {
   Path path;
-  if (parsePath(schema, name, path) != nullptr || lastStep(path) != nullptr) return nullptr;
+  Namespaces& namespaces = object.namespaces;
+  if (parsePath(namespaces, schema, name, path) != nullptr || lastStep(namespaces, path) != nullptr) return nullptr;
   return findNode(object, path);
 }
 
 template <typename LastStep>
-Path pathToSet(const char* schema, const char* name, LastStep lastStep) {
-  Path path = requirePath(schema, name);
-  if (const PathProblem* problem = lastStep(path)) raiseProblem(*problem, name);
+Path pathToSet(Object& object, const char* schema, const char* name, LastStep lastStep) {
+  Path path = requirePath(object.namespaces, schema, name);
+  if (const PathProblem* problem = lastStep(object.namespaces, path)) raiseProblem(*problem, name);
   return path;
 }
 
 void giveNode(Instance& instance, const Node* node, XMPTextOut* value, std::uint32_t* options, std::uint8_t* found) {
-  giveText(instance.texts, value, node != nullptr ? std::string_view(node->value) : std::string_view());
+  giveText(instance.texts, value, node != nullptr ? node->value() : std::string_view());
   if (options != nullptr) *options = node != nullptr ? reportedOptions(node) : 0;
   giveAnswer(found, node != nullptr);
 }
@@ -71,7 +76,7 @@ TALErrorRef set(XMPObjectRef self, const char* schema, const char* name, LastSte
                 std::uint32_t options) {
   return guarded([&] {
     Instance& instance = changeableInstanceOf(self);
-    setNode(instance.object, pathToSet(schema, name, lastStep), text, options);
+    setNode(instance.object, pathToSet(instance.object, schema, name, lastStep), text, options);
   });
 }
 
@@ -83,11 +88,6 @@ TALErrorRef erase(XMPObjectRef self, const char* schema, const char* name, LastS
   });
 }
 
-template <typename LastStep>
-TALErrorRef exists(XMPObjectRef self, const char* schema, const char* name, LastStep lastStep, std::uint8_t* found) {
-  return guarded([&] { giveAnswer(found, find(instanceOf(self).object, schema, name, lastStep) != nullptr); });
-}
-
 // --- packets --------------------------------------------------------------------------------------------------------
 
 TALErrorRef parseFromBuffer(XMPObjectRef self, const char* bytes, std::uint32_t length, std::uint32_t options) {
@@ -97,14 +97,10 @@ TALErrorRef parseFromBuffer(XMPObjectRef self, const char* bytes, std::uint32_t 
     std::unique_ptr<PacketParser> parser = std::move(instance.parser);
     if ((options & ~kXMPParseMoreBuffers) != 0) throw ToolkitError(ErrorId::kBadOptions, "unknown option bits");
     const std::string_view piece = requiredBytes(bytes, length);
-    if (!parser) parser = std::make_unique<PacketParser>();
+    if (!parser) parser = std::make_unique<PacketParser>(instance.object);
     const bool isLast = (options & kXMPParseMoreBuffers) == 0;
     parser->feed(piece.data(), piece.size(), isLast);
-    if (isLast) {
-      instance.object.merge(parser->result());
-    } else {
-      instance.parser = std::move(parser);
-    }
+    if (!isLast) instance.parser = std::move(parser);
   });
 }
 
@@ -160,7 +156,8 @@ TALErrorRef appendArrayItem(XMPObjectRef self, const char* schema, const char* a
                             const char* text, std::uint32_t itemOptions) {
   return guarded([&] {
     Instance& instance = changeableInstanceOf(self);
-    appendItem(instance.object, requirePath(schema, array), arrayOptions, text, itemOptions);
+    appendItem(instance.object, requirePath(instance.object.namespaces, schema, array), arrayOptions, text,
+               itemOptions);
   });
 }
 
@@ -168,7 +165,7 @@ TALErrorRef insertArrayItem(XMPObjectRef self, const char* schema, const char* a
                             const char* text, std::uint32_t options) {
   return guarded([&] {
     Instance& instance = changeableInstanceOf(self);
-    insertItem(instance.object, requirePath(schema, array), index, text, options);
+    insertItem(instance.object, requirePath(instance.object.namespaces, schema, array), index, text, options);
   });
 }
 
@@ -201,22 +198,7 @@ TALErrorRef deleteQualifier(XMPObjectRef self, const char* schema, const char* n
 }
 
 TALErrorRef doesPropertyExist(XMPObjectRef self, const char* schema, const char* name, std::uint8_t* found) {
-  return exists(self, schema, name, NoStep{}, found);
-}
-
-TALErrorRef doesArrayItemExist(XMPObjectRef self, const char* schema, const char* array, std::int32_t index,
-                               std::uint8_t* found) {
-  return exists(self, schema, array, ItemStep{index}, found);
-}
-
-TALErrorRef doesStructFieldExist(XMPObjectRef self, const char* schema, const char* structName, const char* fieldSchema,
-                                 const char* field, std::uint8_t* found) {
-  return exists(self, schema, structName, FieldStep{fieldSchema, field}, found);
-}
-
-TALErrorRef doesQualifierExist(XMPObjectRef self, const char* schema, const char* name, const char* qualifierSchema,
-                               const char* qualifier, std::uint8_t* found) {
-  return exists(self, schema, name, QualifierStep{qualifierSchema, qualifier}, found);
+  return guarded([&] { giveAnswer(found, find(instanceOf(self).object, schema, name, NoStep{}) != nullptr); });
 }
 
 // --- language alternatives ------------------------------------------------------------------------------------------
@@ -230,13 +212,13 @@ TALErrorRef getLocalizedText(XMPObjectRef self, const char* schema, const char* 
     required(specificLang, "the specific language is null");
     const Node* item = nullptr;
     Path path;
-    if (parsePath(schema, altText, path) == nullptr) {
+    if (parsePath(instance.object.namespaces, schema, altText, path) == nullptr) {
       if (const Node* array = findNode(instance.object, path)) {
         item = chooseLocalized(path, array, genericLang, specificLang);
       }
     }
-    const std::string* language = item != nullptr ? languageOf(item) : nullptr;
-    giveText(instance.texts, actualLang, language != nullptr ? std::string_view(*language) : std::string_view());
+    const Node* language = item != nullptr ? languageOf(item) : nullptr;
+    giveText(instance.texts, actualLang, language != nullptr ? language->value() : std::string_view());
     giveNode(instance, item, value, options, found);
   });
 }
@@ -246,7 +228,8 @@ TALErrorRef setLocalizedText(XMPObjectRef self, const char* schema, const char* 
   return guarded([&] {
     Instance& instance = changeableInstanceOf(self);
     requireNoOptions(options);
-    setLocalized(instance.object, requirePath(schema, altText), required(genericLang, "the generic language is null"),
+    setLocalized(instance.object, requirePath(instance.object.namespaces, schema, altText),
+                 required(genericLang, "the generic language is null"),
                  required(specificLang, "the specific language is null"), required(text, "the text is null"));
   });
 }
@@ -258,7 +241,7 @@ TALErrorRef deleteLocalizedText(XMPObjectRef self, const char* schema, const cha
     required(genericLang, "the generic language is null");
     required(specificLang, "the specific language is null");
     Path path;
-    if (parsePath(schema, altText, path) != nullptr) return;
+    if (parsePath(instance.object.namespaces, schema, altText, path) != nullptr) return;
     deleteLocalized(instance.object, path, genericLang, specificLang);
   });
 }
@@ -276,7 +259,7 @@ TALErrorRef getTyped(XMPObjectRef self, const char* schema, const char* name, Va
       if (!node->isSimple()) {
         throw ToolkitError(ErrorId::kBadForm, "'" + std::string(name) + "' is an array or a struct, no simple value");
       }
-      parsed = parse(node->value);
+      parsed = parse(node->value());
     }
     give(value, parsed);
     giveNode(instance, node, nullptr, options, found);
@@ -288,19 +271,14 @@ TALErrorRef setTyped(XMPObjectRef self, const char* schema, const char* name, st
   return guarded([&] {
     Instance& instance = changeableInstanceOf(self);
     const std::string text = format();
-    setNode(instance.object, requirePath(schema, name), text.c_str(), options);
+    setNode(instance.object, requirePath(instance.object.namespaces, schema, name), text.c_str(), options);
   });
 }
 
 TALErrorRef getPropertyBool(XMPObjectRef self, const char* schema, const char* name, std::uint8_t* value,
                             std::uint32_t* options, std::uint8_t* found) {
   return getTyped(self, schema, name, value, options, found,
-                  [](const std::string& text) { return static_cast<std::uint8_t>(parseBool(text) ? 1 : 0); });
-}
-
-TALErrorRef getPropertyInt(XMPObjectRef self, const char* schema, const char* name, std::int32_t* value,
-                           std::uint32_t* options, std::uint8_t* found) {
-  return getTyped(self, schema, name, value, options, found, parseInt);
+                  [](std::string_view text) { return static_cast<std::uint8_t>(parseBool(text) ? 1 : 0); });
 }
 
 TALErrorRef getPropertyInt64(XMPObjectRef self, const char* schema, const char* name, std::int64_t* value,
@@ -323,11 +301,6 @@ TALErrorRef setPropertyBool(XMPObjectRef self, const char* schema, const char* n
   return setTyped(self, schema, name, options, [&] { return formatBool(value != 0); });
 }
 
-TALErrorRef setPropertyInt(XMPObjectRef self, const char* schema, const char* name, std::int32_t value,
-                           std::uint32_t options) {
-  return setTyped(self, schema, name, options, [&] { return formatInt(value); });
-}
-
 TALErrorRef setPropertyInt64(XMPObjectRef self, const char* schema, const char* name, std::int64_t value,
                              std::uint32_t options) {
   return setTyped(self, schema, name, options, [&] { return formatInt(value); });
@@ -347,21 +320,10 @@ TALErrorRef setPropertyDate(XMPObjectRef self, const char* schema, const char* n
 
 TALErrorRef countArrayItems(XMPObjectRef self, const char* schema, const char* array, std::uint32_t* count) {
   return guarded([&] {
-    const Object& object = instanceOf(self).object;
+    Object& object = instanceOf(self).object;
     Path path;
-    const Node* node = parsePath(schema, array, path) == nullptr ? findArray(object, path) : nullptr;
+    const Node* node = parsePath(object.namespaces, schema, array, path) == nullptr ? findArray(object, path) : nullptr;
     give(count, node != nullptr ? static_cast<std::uint32_t>(node->children.size()) : 0);
-  });
-}
-
-TALErrorRef countProperties(XMPObjectRef self, const char* schema, std::uint32_t* count) {
-  return guarded([&] {
-    const Object& object = instanceOf(self).object;
-    std::size_t total = 0;
-    for (const Node* node = object.root()->children.first(); node != nullptr; node = node->next) {
-      if (schema == nullptr || node->ns->uri == schema) total += node->children.size();
-    }
-    give(count, static_cast<std::uint32_t>(total));
   });
 }
 
@@ -376,10 +338,10 @@ class Visit {
     assert(ns != nullptr);  // A schema and a property have one of their own.
     const XMPVisitedNode seen = {depth,
                                  reportedOptions(node),
-                                 ns->uri.c_str(),
-                                 ns->prefix.c_str(),
+                                 ns->uri.data(),
+                                 ns->prefix.data(),
                                  node->nameText(),
-                                 {node->value.c_str(), static_cast<std::uint32_t>(node->value.size())}};
+                                 {node->value().data(), static_cast<std::uint32_t>(node->value().size())}};
     const std::uint32_t answer = visitor_(user_, &seen);
     if (answer != 0) return answer == 1;
     return runAll(node->qualifiers, depth + 1, ns) && runAll(node->children, depth + 1, ns);
@@ -418,7 +380,7 @@ const Namespace* contextOf(const Node* node) noexcept {
 TALErrorRef visitNodes(XMPObjectRef self, const char* schema, const char* name, XMPVisitProc visitor, void* user) {
   return guarded([&] {
     Instance& instance = instanceOf(self);
-    const Object& object = instance.object;
+    Object& object = instance.object;
     Visit visit(required(visitor, "the visitor is null"), user);
     const VisitMark mark(instance);
     if (schema == nullptr) {
@@ -426,7 +388,7 @@ TALErrorRef visitNodes(XMPObjectRef self, const char* schema, const char* name, 
         if (!visit.run(node, 0, nullptr)) return;
       }
     } else if (name == nullptr) {
-      const Namespace* ns = findNamespace(schema);
+      const Namespace* ns = object.namespaces.find(schema);
       if (const Node* node = ns != nullptr ? object.findSchema(ns) : nullptr) visit.run(node, 0, nullptr);
     } else if (const Node* node = find(object, schema, name, NoStep{})) {
       visit.run(node, 1, contextOf(node));
@@ -435,28 +397,6 @@ TALErrorRef visitNodes(XMPObjectRef self, const char* schema, const char* name, 
 }
 
 // --- the whole object -----------------------------------------------------------------------------------------------
-
-TALErrorRef getObjectName(XMPObjectRef self, XMPTextOut* name) {
-  return guarded([&] {
-    Instance& instance = instanceOf(self);
-    giveText(instance.texts, name, instance.object.name);
-  });
-}
-
-TALErrorRef setObjectName(XMPObjectRef self, const char* name) {
-  return guarded([&] {
-    Instance& instance = changeableInstanceOf(self);
-    assignText(instance.object.name, required(name, "the name is null"));
-  });
-}
-
-TALErrorRef clear(XMPObjectRef self) {
-  return guarded([&] {
-    Instance& instance = changeableInstanceOf(self);
-    instance.parser.reset();
-    instance.object.clear();
-  });
-}
 
 TALErrorRef unlockObject(XMPObjectRef self, std::uint32_t options) {
   return guarded([&] {
@@ -491,8 +431,8 @@ TALErrorRef getWarning(XMPObjectRef self, std::uint32_t index, std::uint32_t* li
 TALErrorRef getNamespacePrefix(XMPObjectRef self, const char* uri, XMPTextOut* prefix, std::uint8_t* found) {
   return guarded([&] {
     Instance& instance = instanceOf(self);
-    const Namespace* known = findNamespace(required(uri, "the namespace is null"));
-    giveText(instance.texts, prefix, known != nullptr ? std::string_view(known->prefix) : std::string_view());
+    const Namespace* known = instance.object.namespaces.find(required(uri, "the namespace is null"));
+    giveText(instance.texts, prefix, known != nullptr ? known->prefix : std::string_view());
     giveAnswer(found, known != nullptr);
   });
 }
@@ -500,8 +440,8 @@ TALErrorRef getNamespacePrefix(XMPObjectRef self, const char* uri, XMPTextOut* p
 TALErrorRef getNamespaceURI(XMPObjectRef self, const char* prefix, XMPTextOut* uri, std::uint8_t* found) {
   return guarded([&] {
     Instance& instance = instanceOf(self);
-    const Namespace* known = findPrefix(required(prefix, "the prefix is null"));
-    giveText(instance.texts, uri, known != nullptr ? std::string_view(known->uri) : std::string_view());
+    const Namespace* known = instance.object.namespaces.findPrefix(required(prefix, "the prefix is null"));
+    giveText(instance.texts, uri, known != nullptr ? known->uri : std::string_view());
     giveAnswer(found, known != nullptr);
   });
 }
@@ -516,19 +456,45 @@ constinit const XMPMetaOptionalMethods kMetaOptionalMethods = {
 };
 
 constinit const XMPMetaMethods kMetaMethods = {
-    parseFromBuffer,      serializeToBuffer,   getProperty,
-    getArrayItem,         getStructField,      getQualifier,
-    setProperty,          setArrayItem,        appendArrayItem,
-    insertArrayItem,      setStructField,      setQualifier,
-    deleteProperty,       deleteArrayItem,     deleteStructField,
-    deleteQualifier,      doesPropertyExist,   doesArrayItemExist,
-    doesStructFieldExist, doesQualifierExist,  getLocalizedText,
-    setLocalizedText,     deleteLocalizedText, getPropertyBool,
-    getPropertyInt,       getPropertyInt64,    getPropertyFloat,
-    getPropertyDate,      setPropertyBool,     setPropertyInt,
-    setPropertyInt64,     setPropertyFloat,    setPropertyDate,
-    countArrayItems,      countProperties,     visitNodes,
-    getObjectName,        setObjectName,       clear,
+    parseFromBuffer,
+    serializeToBuffer,
+    getProperty,
+    getArrayItem,
+    getStructField,
+    getQualifier,
+    setProperty,
+    setArrayItem,
+    appendArrayItem,
+    insertArrayItem,
+    setStructField,
+    setQualifier,
+    deleteProperty,
+    deleteArrayItem,
+    deleteStructField,
+    deleteQualifier,
+    doesPropertyExist,
+    Unsupported<kXMPMetaMethodNames, 17>{},
+    Unsupported<kXMPMetaMethodNames, 18>{},
+    Unsupported<kXMPMetaMethodNames, 19>{},
+    getLocalizedText,
+    setLocalizedText,
+    deleteLocalizedText,
+    getPropertyBool,
+    Unsupported<kXMPMetaMethodNames, 24>{},
+    getPropertyInt64,
+    getPropertyFloat,
+    getPropertyDate,
+    setPropertyBool,
+    Unsupported<kXMPMetaMethodNames, 29>{},
+    setPropertyInt64,
+    setPropertyFloat,
+    setPropertyDate,
+    countArrayItems,
+    Unsupported<kXMPMetaMethodNames, 34>{},
+    visitNodes,
+    Unsupported<kXMPMetaMethodNames, 36>{},
+    Unsupported<kXMPMetaMethodNames, 37>{},
+    Unsupported<kXMPMetaMethodNames, 38>{},
     unlockObject,
 };
 

@@ -1,4 +1,5 @@
-// "ZXMPMeta_StaticInterface": making objects, the namespace registry, facts about the toolkit.
+// "ZXMPMeta_StaticInterface": making objects, and the namespaces that the process shares: an object that holds nothing
+// knows no others.
 #include <cstdint>
 #include <memory>
 
@@ -8,10 +9,7 @@
 namespace velto {
 namespace {
 
-TextStore& texts() {
-  static TextStore store;
-  return store;
-}
+constinit thread_local ThreadTexts texts;
 
 TALErrorRef newWithBuffer(const char* bytes, std::uint32_t length, XMPObjectRef* result) {
   return guarded([&] {
@@ -19,18 +17,10 @@ TALErrorRef newWithBuffer(const char* bytes, std::uint32_t length, XMPObjectRef*
     const std::string_view packet = requiredBytes(bytes, length);
     auto instance = std::make_unique<Instance>();
     if (!packet.empty()) {
-      PacketParser parser;
+      PacketParser parser(instance->object);
       parser.feed(packet.data(), packet.size(), true);
-      instance->object.merge(parser.result());
     }
     *result = wrapInstance(std::move(instance));
-  });
-}
-
-TALErrorRef newEmpty(XMPObjectRef* result) {
-  return guarded([&] {
-    *required(result, "there is no place for the new object") = nullptr;
-    *result = wrapInstance(std::make_unique<Instance>());
   });
 }
 
@@ -44,94 +34,59 @@ TALErrorRef newCopy(XMPObjectRef source, XMPObjectRef* result) {
   });
 }
 
-TALErrorRef getVersion(std::uint32_t* version) {
-  return guarded([&] { give(version, kToolkitVersion); });
-}
-
-TALErrorRef getVersionText(XMPTextOut* text) {
-  return guarded([&] { giveText(texts(), text, kToolkitVersionText); });
-}
-
 TALErrorRef registerNamespaceProc(const char* uri, const char* suggestedPrefix, XMPTextOut* registered) {
   return guarded([&] {
     required(uri, "the namespace is null");
     required(suggestedPrefix, "the prefix is null");
-    giveText(texts(), registered, keepNamespace(uri, suggestedPrefix)->prefix);
+    giveText(texts, registered, registerNamespace(uri, suggestedPrefix));
   });
-}
-
-TALErrorRef deleteNamespaceProc(const char* uri) {
-  return guarded([&] { deleteNamespace(required(uri, "the namespace is null")); });
 }
 
 TALErrorRef getNamespacePrefix(const char* uri, XMPTextOut* prefix, std::uint8_t* found) {
   return guarded([&] {
-    const Namespace* known = findNamespace(required(uri, "the namespace is null"));
-    giveText(texts(), prefix, known != nullptr ? std::string_view(known->prefix) : std::string_view());
+    Namespaces shared;
+    const Namespace* known = shared.find(required(uri, "the namespace is null"));
+    giveText(texts, prefix, known != nullptr ? known->prefix : std::string_view());
     giveAnswer(found, known != nullptr);
   });
 }
 
 TALErrorRef getNamespaceURI(const char* prefix, XMPTextOut* uri, std::uint8_t* found) {
   return guarded([&] {
-    const Namespace* known = findPrefix(required(prefix, "the prefix is null"));
-    giveText(texts(), uri, known != nullptr ? std::string_view(known->uri) : std::string_view());
+    Namespaces shared;
+    const Namespace* known = shared.findPrefix(required(prefix, "the prefix is null"));
+    giveText(texts, uri, known != nullptr ? known->uri : std::string_view());
     giveAnswer(found, known != nullptr);
-  });
-}
-
-TALErrorRef countNamespacesProc(std::uint32_t* count) {
-  return guarded([&] { give(count, static_cast<std::uint32_t>(countNamespaces())); });
-}
-
-TALErrorRef getNamespaceAt(std::uint32_t index, XMPTextOut* uri, XMPTextOut* prefix) {
-  return guarded([&] {
-    const Namespace* known = namespaceAt(index);
-    if (known == nullptr) throw ToolkitError(ErrorId::kBadIndex, "there are not so many namespaces");
-    giveText(texts(), uri, known->uri);
-    giveText(texts(), prefix, known->prefix);
-  });
-}
-
-TALErrorRef getDepthLimit(std::uint32_t* limit) {
-  return guarded([&] { give(limit, kDepthLimit); });
-}
-
-TALErrorRef getObjectKind(TALKindRef* kind) {
-  return guarded([&] { give(kind, objectKind()); });
-}
-
-TALErrorRef countObjectsProc(std::uint32_t* count) {
-  return guarded([&] { give(count, countObjects()); });
-}
-
-TALErrorRef isPacketProc(const char* bytes, std::uint32_t length, std::uint8_t* answer) {
-  return guarded([&] { giveAnswer(answer, isPacket(requiredBytes(bytes, length))); });
-}
-
-TALErrorRef getErrorText(std::int32_t id, XMPTextOut* text) {
-  return guarded([&] {
-    const char* known = errorText(id);
-    giveText(texts(), text, known != nullptr ? known : "unknown error");
   });
 }
 
 TALErrorRef unlockStatics(std::uint32_t options) {
   return guarded([&] {
     requireNoOptions(options);
-    texts().unlock();
+    texts.unlock();
   });
 }
 
 }  // namespace
 
 constinit const XMPMetaStatics kMetaStatics = {
-    newWithBuffer,       newEmpty,           newCopy,
-    getVersion,          getVersionText,     registerNamespaceProc,
-    deleteNamespaceProc, getNamespacePrefix, getNamespaceURI,
-    countNamespacesProc, getNamespaceAt,     getDepthLimit,
-    getObjectKind,       countObjectsProc,   isPacketProc,
-    getErrorText,        unlockStatics,
+    newWithBuffer,
+    Unsupported<kXMPMetaStaticNames, 1>{},
+    newCopy,
+    Unsupported<kXMPMetaStaticNames, 3>{},
+    Unsupported<kXMPMetaStaticNames, 4>{},
+    registerNamespaceProc,
+    Unsupported<kXMPMetaStaticNames, 6>{},
+    getNamespacePrefix,
+    getNamespaceURI,
+    Unsupported<kXMPMetaStaticNames, 9>{},
+    Unsupported<kXMPMetaStaticNames, 10>{},
+    Unsupported<kXMPMetaStaticNames, 11>{},
+    Unsupported<kXMPMetaStaticNames, 12>{},
+    Unsupported<kXMPMetaStaticNames, 13>{},
+    Unsupported<kXMPMetaStaticNames, 14>{},
+    Unsupported<kXMPMetaStaticNames, 15>{},
+    unlockStatics,
 };
 
 }  // namespace velto

@@ -2,7 +2,6 @@
 #include "outside/xmp/model.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <vector>
@@ -16,10 +15,6 @@ namespace {
 constexpr std::size_t kWalkedSize = 8;
 constexpr std::string_view kDefaultLanguage = "x-default";
 
-std::uint32_t nameHash(const Namespace* ns, std::string_view name) noexcept {
-  return hashText(name) ^ (ns != nullptr ? ns->hash * 0x9E3779B1u : 0);
-}
-
 bool hasName(const Node* node, const Namespace* ns, std::string_view name) noexcept {
   return node->ns == ns && node->name() == name;
 }
@@ -28,80 +23,28 @@ bool isLanguage(const Node* node) noexcept {
   return hasName(node, wellKnown().xml, "lang");
 }
 
-// By namespace URI, then by name: the order of sort().
-bool nameBefore(const Node* left, const Node* right) noexcept {
-  if (left->ns != right->ns) {
-    if (left->ns == nullptr || right->ns == nullptr) return left->ns == nullptr;
-    return left->ns->uri < right->ns->uri;
-  }
-  return left->name() < right->name();
-}
-
-// Blocks of nodes that have gone, for the next ones: an object is mostly made, filled and given up before another is
-// made, and the general allocator is slow at giving back what it was just given.
-class BlockPool {
- public:
-  ~BlockPool() {
-    while (Block* block = first_) {
-      first_ = block->next;
-      ::operator delete(block);
-    }
-  }
-
-  void* take(std::size_t size) {
-    if (size > kBlockSize) return ::operator new(size);
-    if (first_ == nullptr) return ::operator new(kBlockSize);
-    Block* block = first_;
-    first_ = block->next;
-    --count_;
-    return block;
-  }
-
-  void give(void* memory, std::size_t size) noexcept {
-    if (size > kBlockSize || count_ == kMostBlocks) {
-      ::operator delete(memory);
-      return;
-    }
-    first_ = new (memory) Block{first_};
-    ++count_;
-  }
-
- private:
-  struct Block {
-    Block* next;
-  };
-
-  static constexpr std::size_t kBlockSize = sizeof(Node) + 40;
-#ifdef __SANITIZE_ADDRESS__
-  static constexpr std::size_t kMostBlocks = 0;  // Else it would see no use of a node that is gone.
-#else
-  static constexpr std::size_t kMostBlocks = 256;
-#endif
-
-  Block* first_ = nullptr;
-  std::size_t count_ = 0;
-};
-
-BlockPool blockPool;
-
-std::size_t blockSize(std::size_t nameLength) noexcept {
-  return sizeof(Node) + nameLength + 1;
-}
-
 }  // namespace
 
+NameKey::NameKey(const Namespace* nameSpace, std::string_view localName) noexcept
+    : ns(nameSpace),
+      name(localName),
+      hash(hashText(localName) ^ (nameSpace != nullptr ? (nameSpace->id + 1) * 0x9E3779B1u : 0)) {}
+
 struct NodeList::Index {
+  explicit Index(Storage& objectStorage) noexcept : storage(objectStorage) {}
+
+  Storage& storage;
   Node** names = nullptr;  // Open addressing, linear probing, at most half full.
   std::size_t nameMask = 0;
   Node** positions = nullptr;
   std::size_t positionCapacity = 0;
 
   void dropNames() noexcept {
-    std::free(names);
+    if (names != nullptr) storage.give(names, (nameMask + 1) * sizeof(Node*));
     names = nullptr;
   }
   void dropPositions() noexcept {
-    std::free(positions);
+    storage.give(positions, positionCapacity * sizeof(Node*));
     positions = nullptr;
   }
 
@@ -128,8 +71,9 @@ struct NodeList::Index {
     std::size_t slots = 32;
     while (slots < count * 4) slots *= 2;
     dropNames();
-    names = static_cast<Node**>(std::calloc(slots, sizeof(Node*)));
+    names = static_cast<Node**>(storage.tryTake(slots * sizeof(Node*)));
     if (names == nullptr) return false;
+    std::memset(names, 0, slots * sizeof(Node*));
     nameMask = slots - 1;
     for (Node* node = first; node != nullptr; node = node->next) enter(node);
     return true;
@@ -138,11 +82,13 @@ struct NodeList::Index {
   bool reservePositions(std::size_t count) noexcept {
     if (count <= positionCapacity && positions != nullptr) return true;
     const std::size_t capacity = std::max<std::size_t>(16, count * 2);
-    auto* grown = static_cast<Node**>(std::realloc(positions, capacity * sizeof(Node*)));
+    auto* grown = static_cast<Node**>(storage.tryTake(capacity * sizeof(Node*)));
     if (grown == nullptr) {
       dropPositions();
       return false;
     }
+    if (positions != nullptr) std::memcpy(grown, positions, positionCapacity * sizeof(Node*));
+    dropPositions();
     positions = grown;
     positionCapacity = capacity;
     return true;
@@ -157,15 +103,22 @@ struct NodeList::Index {
   }
 };
 
+NodeList::Index* NodeList::index() const noexcept {
+  if (index_ == nullptr) {
+    Storage& storage = first_->storage;
+    void* block = storage.tryTake(sizeof(Index));
+    if (block != nullptr) index_ = new (block) Index(storage);
+  }
+  return index_;
+}
+
 bool NodeList::ensureNames() const noexcept {
-  if (index_ == nullptr) index_ = new (std::nothrow) Index;
-  if (index_ == nullptr) return false;
+  if (index() == nullptr) return false;
   return index_->names != nullptr || index_->fillNames(first_, size_);
 }
 
 bool NodeList::ensurePositions() const noexcept {
-  if (index_ == nullptr) index_ = new (std::nothrow) Index;
-  if (index_ == nullptr) return false;
+  if (index() == nullptr) return false;
   if (index_->positions != nullptr) return true;
   if (!index_->reservePositions(size_)) return false;
   Node** place = index_->positions;
@@ -175,24 +128,32 @@ bool NodeList::ensurePositions() const noexcept {
 
 void NodeList::dropIndex() const noexcept {
   if (index_ == nullptr) return;
+  Storage& storage = index_->storage;
   index_->dropNames();
   index_->dropPositions();
-  delete index_;
+  storage.give(index_, sizeof(Index));
   index_ = nullptr;
 }
 
-Node* NodeList::find(const Namespace* ns, std::string_view name) const noexcept {
+Node* NodeList::find(const NameKey& key) const noexcept {
   if (size_ <= kWalkedSize || !ensureNames()) {
     for (Node* node = first_; node != nullptr; node = node->next) {
-      if (hasName(node, ns, name)) return node;
+      if (node->hash == key.hash && hasName(node, key.ns, key.name)) return node;
     }
     return nullptr;
   }
-  const std::uint32_t hash = nameHash(ns, name);
-  for (std::size_t slot = hash & index_->nameMask;; slot = (slot + 1) & index_->nameMask) {
+  for (std::size_t slot = key.hash & index_->nameMask;; slot = (slot + 1) & index_->nameMask) {
     Node* node = index_->names[slot];
-    if (node == nullptr || (node->hash == hash && hasName(node, ns, name))) return node;
+    if (node == nullptr || (node->hash == key.hash && hasName(node, key.ns, key.name))) return node;
   }
+}
+
+Node* NodeList::find(const Namespace* ns, std::string_view name) const noexcept {
+  if (size_ > kWalkedSize) return find(NameKey(ns, name));
+  for (Node* node = first_; node != nullptr; node = node->next) {
+    if (hasName(node, ns, name)) return node;
+  }
+  return nullptr;
 }
 
 Node* NodeList::at(std::size_t position) const noexcept {
@@ -269,41 +230,49 @@ void NodeList::clear() noexcept {
   }
 }
 
-void NodeList::sort() {
-  std::vector<Node*> nodes;
-  nodes.reserve(size_);
-  for (Node* node = first_; node != nullptr; node = node->next) nodes.push_back(node);
-  std::stable_sort(nodes.begin(), nodes.end(), nameBefore);
-  Node* previous = nullptr;
-  first_ = nullptr;
-  for (Node* node : nodes) {
-    node->previous = previous;
-    node->next = nullptr;
-    (previous != nullptr ? previous->next : first_) = node;
-    previous = node;
-  }
-  last_ = previous;
-  if (index_ != nullptr) index_->dropPositions();
-}
-
-NodePtr makeNode(const Namespace* ns, std::string_view name, std::uint32_t options) {
-  void* block = blockPool.take(blockSize(name.size()));
-  Node* node = new (block) Node(ns);
+NodePtr makeNode(Storage& storage, const NameKey& key, std::uint32_t options, std::string_view value) {
+  const std::size_t nameSize = key.name.size() + 1;
+  const std::size_t size = sizeof(Node) + nameSize + value.size() + 1;
+  if (key.name.size() >= UINT32_MAX || value.size() >= UINT32_MAX || size > UINT32_MAX) throw std::bad_alloc();
+  Node* node = new (storage.take(size)) Node(storage, key);
   char* text = reinterpret_cast<char*>(node + 1);
-  if (!name.empty()) std::memcpy(text, name.data(), name.size());
-  text[name.size()] = '\0';
+  if (!key.name.empty()) std::memcpy(text, key.name.data(), key.name.size());
+  text[key.name.size()] = '\0';
+  node->value_ = text + nameSize;
+  if (!value.empty()) std::memcpy(node->value_, value.data(), value.size());
+  node->value_[value.size()] = '\0';
+  node->valueLength_ = static_cast<std::uint32_t>(value.size());
+  node->valueCapacity_ = node->valueLength_;
+  node->blockSize_ = static_cast<std::uint32_t>(size);
   node->options = options;
-  node->nameLength = static_cast<std::uint32_t>(name.size());
-  node->hash = nameHash(ns, name);
-  useNamespace(ns);
   return NodePtr(node);
 }
 
+void Node::reserveValue(std::size_t length) {
+  if (length <= valueCapacity_) return;
+  if (length >= UINT32_MAX) throw std::bad_alloc();
+  auto* grown = static_cast<char*>(storage.take(length + 1));
+  std::memcpy(grown, value_, std::size_t{valueLength_} + 1);
+  if (!hasValueInBlock()) storage.give(value_, std::size_t{valueCapacity_} + 1);
+  value_ = grown;
+  valueCapacity_ = static_cast<std::uint32_t>(length);
+}
+
+void Node::setValue(std::string_view text) {
+  reserveValue(text.size());
+  if (!text.empty()) std::memcpy(value_, text.data(), text.size());
+  value_[text.size()] = '\0';
+  valueLength_ = static_cast<std::uint32_t>(text.size());
+}
+
 void NodeDeleter::operator()(Node* node) const noexcept {
-  const std::size_t size = blockSize(node->nameLength);
-  releaseNamespace(node->ns);
+  Storage& storage = node->storage;
+  node->children.clear();
+  node->qualifiers.clear();
+  if (!node->hasValueInBlock()) storage.give(node->value_, std::size_t{node->valueCapacity_} + 1);
+  const std::size_t size = node->blockSize_;
   node->~Node();
-  blockPool.give(node, size);
+  storage.give(node, size);
 }
 
 Node* addQualifier(Node* owner, NodePtr qualifier) noexcept {
@@ -317,20 +286,18 @@ NodePtr detach(Node* node) noexcept {
   return (node->isQualifier ? owner->qualifiers : owner->children).remove(node);
 }
 
-const std::string* languageOf(const Node* node) noexcept {
+const Node* languageOf(const Node* node) noexcept {
   const Node* first = node->qualifiers.first();
-  return first != nullptr && isLanguage(first) ? &first->value : nullptr;
+  return first != nullptr && isLanguage(first) ? first : nullptr;
 }
 
 void setLanguage(Node* node, std::string_view language) {
-  std::string tag = isLanguageTag(language) ? normalizeLanguage(language) : std::string(language);
+  const std::string tag = isLanguageTag(language) ? normalizeLanguage(language) : std::string(language);
   if (languageOf(node) != nullptr) {
-    node->qualifiers.first()->value = std::move(tag);
+    node->qualifiers.first()->setValue(tag);
     return;
   }
-  NodePtr qualifier = makeNode(wellKnown().xml, "lang", 0);
-  qualifier->value = std::move(tag);
-  addQualifier(node, std::move(qualifier));
+  addQualifier(node, makeNode(node->storage, {wellKnown().xml, "lang"}, 0, tag));
 }
 
 bool isAltText(const Node* node) noexcept {
@@ -343,8 +310,8 @@ bool isAltText(const Node* node) noexcept {
 
 void putDefaultLanguageFirst(Node* array) noexcept {
   for (Node* item = array->children.first(); item != nullptr; item = item->next) {
-    const std::string* language = languageOf(item);
-    if (language == nullptr || *language != kDefaultLanguage) continue;
+    const Node* language = languageOf(item);
+    if (language == nullptr || language->value() != kDefaultLanguage) continue;
     if (item->previous == nullptr) return;
     NodePtr moved = array->children.remove(item);
     array->children.insert(array, std::move(moved), array->children.first());
@@ -378,25 +345,26 @@ std::uint32_t heightOf(const Node* node) noexcept {
   return below + 1;
 }
 
-NodePtr cloneTree(const Node* node) {
-  NodePtr copy = makeNode(node->ns, node->name(), node->options);
-  copy->value = node->value;
+NodePtr cloneTree(const Node* node, Storage& storage, Namespaces& namespaces) {
+  NodePtr copy = makeNode(storage, NameKey(namespaces.translate(node->ns), node->name()), node->options, node->value());
   for (const Node* child = node->children.first(); child != nullptr; child = child->next) {
-    appendChild(copy.get(), cloneTree(child));
+    appendChild(copy.get(), cloneTree(child, storage, namespaces));
   }
   for (const Node* child = node->qualifiers.first(); child != nullptr; child = child->next) {
-    addQualifier(copy.get(), cloneTree(child));
+    addQualifier(copy.get(), cloneTree(child, storage, namespaces));
   }
   return copy;
 }
 
 namespace {
 
-bool equalByName(const NodeList& left, const NodeList& right) {
+bool equalByName(const NodeList& left, const NodeList& right, const Namespaces& rightNames) {
   if (left.size() != right.size()) return false;
   for (const Node* node = left.first(); node != nullptr; node = node->next) {
-    const Node* other = right.find(node->ns, node->name());
-    if (other == nullptr || !equalTrees(node, other)) return false;
+    const Namespace* ns = rightNames.counterpart(node->ns);
+    if (ns == nullptr && node->ns != nullptr) return false;
+    const Node* other = right.find(ns, node->name());
+    if (other == nullptr || !equalTrees(node, other, rightNames)) return false;
   }
   return true;
 }
@@ -405,61 +373,72 @@ std::vector<const Node*> byLanguage(const NodeList& items) {
   std::vector<const Node*> sorted;
   sorted.reserve(items.size());
   for (const Node* item = items.first(); item != nullptr; item = item->next) sorted.push_back(item);
-  std::stable_sort(sorted.begin(), sorted.end(),
-                   [](const Node* left, const Node* right) { return *languageOf(left) < *languageOf(right); });
+  std::stable_sort(sorted.begin(), sorted.end(), [](const Node* left, const Node* right) {
+    return languageOf(left)->value() < languageOf(right)->value();
+  });
   return sorted;
 }
 
-bool equalItems(const Node* left, const Node* right) {
+bool equalItems(const Node* left, const Node* right, const Namespaces& rightNames) {
   if (left->children.size() != right->children.size()) return false;
+  const auto areEqual = [&](const Node* one, const Node* other) { return equalTrees(one, other, rightNames); };
   if (isAltText(left) && isAltText(right)) {
     const std::vector<const Node*> ours = byLanguage(left->children);
-    return std::equal(ours.begin(), ours.end(), byLanguage(right->children).begin(), equalTrees);
+    return std::equal(ours.begin(), ours.end(), byLanguage(right->children).begin(), areEqual);
   }
   const Node* other = right->children.first();
   for (const Node* item = left->children.first(); item != nullptr; item = item->next, other = other->next) {
-    if (!equalTrees(item, other)) return false;
+    if (!areEqual(item, other)) return false;
   }
   return true;
 }
 
 }  // namespace
 
-bool equalTrees(const Node* left, const Node* right) {
-  if (left->options != right->options || left->value != right->value) return false;
-  if (!equalByName(left->qualifiers, right->qualifiers)) return false;
-  return left->isArray() ? equalItems(left, right) : equalByName(left->children, right->children);
+bool equalTrees(const Node* left, const Node* right, const Namespaces& rightNames) {
+  if (left->options != right->options || left->value() != right->value()) return false;
+  if (!equalByName(left->qualifiers, right->qualifiers, rightNames)) return false;
+  return left->isArray() ? equalItems(left, right, rightNames)
+                         : equalByName(left->children, right->children, rightNames);
 }
 
 void Warnings::add(Warning warning) {
-  if (kept_.size() < kMost) kept_.push_back(std::move(warning));
-  if (total_ != UINT32_MAX) ++total_;
+  kept_.push_back(std::move(warning));
+  count();
 }
 
-Object::Object() : root_(makeNode(nullptr, {}, 0)) {}
+void Warnings::addLast(Warning warning) {
+  if (kept_.size() > kMost) kept_.pop_back();
+  add(std::move(warning));
+}
 
-Node* Object::ensureSchema(const Namespace* ns) {
-  if (Node* schema = findSchema(ns)) return schema;
-  return appendChild(root_.get(), makeNode(ns, {}, kXMPSchemaNode));
+Object::Object() : root_(makeRoot()) {}
+
+Object::~Object() {
+  // The storage takes all nodes with it.
+  static_cast<void>(root_.release());
+}
+
+Node* Object::findSchema(const Namespace* ns) const noexcept {
+  return root_->children.find(ns, {});
+}
+
+Node* Object::ensureSchema(Node* root, const Namespace* ns) {
+  const NameKey key(ns, {});
+  if (Node* schema = root->children.find(key)) return schema;
+  return appendChild(root, makeNode(storage, key, kXMPSchemaNode));
 }
 
 void Object::dropSchemaIfEmpty(Node* schema) noexcept {
   if (schema->children.empty()) root_->children.remove(schema);
 }
 
-void Object::clear() noexcept {
-  root_->children.clear();
-  name.clear();
-  warnings = {};
-}
-
-void Object::merge(Object& other) noexcept {
-  NodeList& incoming = other.root_->children;
-  while (Node* schema = incoming.first()) {
-    NodePtr moved = incoming.remove(schema);
+void Object::merge(Node* incoming) noexcept {
+  while (Node* schema = incoming->children.first()) {
+    NodePtr moved = incoming->children.remove(schema);
     Node* target = findSchema(schema->ns);
-    if (target == nullptr && !schema->children.empty()) {
-      appendChild(root_.get(), std::move(moved));
+    if (target == nullptr) {
+      if (!schema->children.empty()) appendChild(root_.get(), std::move(moved));
       continue;
     }
     while (Node* property = schema->children.first()) {
@@ -471,11 +450,11 @@ void Object::merge(Object& other) noexcept {
       }
     }
   }
-  if (!other.name.empty()) name = std::move(other.name);
 }
 
 void Object::copyFrom(const Object& other) {
-  NodePtr copy = cloneTree(other.root());
+  namespaces.addAll(other.namespaces);
+  NodePtr copy = cloneTree(other.root(), storage, namespaces);
   std::string copiedName = other.name;
   root_ = std::move(copy);
   name = std::move(copiedName);

@@ -13,7 +13,8 @@
 #include <vector>
 
 #include "clients/xmp/xmp_abi.h"
-#include "outside/xmp/registry.h"
+#include "outside/xmp/namespaces.h"
+#include "outside/xmp/storage.h"
 
 namespace velto {
 
@@ -28,36 +29,46 @@ using NodePtr = std::unique_ptr<Node, NodeDeleter>;
 // that it belongs to. No tree is deeper, so walking one by recursion is safe.
 inline constexpr std::uint32_t kDepthLimit = 64;
 
+// A name as it is looked for: the hash is that of namespace and name.
+struct NameKey {
+  NameKey() = default;
+  NameKey(const Namespace* nameSpace, std::string_view localName) noexcept;
+
+  const Namespace* ns = nullptr;
+  std::string_view name;
+  std::uint32_t hash = 0;
+};
+
 // The children or the qualifiers of a node, in order. Lists of more than a few nodes get an index on their first
-// lookup, by name or by position; without the memory for one they are walked. So nothing here raises but sort().
-// Iterate by first() and Node::next.
+// lookup, by name or by position; without the memory for one they are walked. So nothing here raises. Iterate by
+// first() and Node::next.
 class NodeList {
  public:
   NodeList() = default;
   NodeList(const NodeList&) = delete;
   NodeList& operator=(const NodeList&) = delete;
-  ~NodeList() { clear(); }
 
   Node* first() const noexcept { return first_; }
   Node* last() const noexcept { return last_; }
   std::size_t size() const noexcept { return size_; }
   bool empty() const noexcept { return size_ == 0; }
 
+  Node* find(const NameKey& key) const noexcept;
   Node* find(const Namespace* ns, std::string_view name) const noexcept;
   Node* at(std::size_t position) const noexcept;  // From 0; null outside.
 
-  // The list takes the node. A null `before` appends. REQUIRES: the node is in no list.
+  // The list takes the node. A null `before` appends. REQUIRES: the node is in no list, and the object's of `owner`.
   Node* insert(Node* owner, NodePtr node, Node* before) noexcept;
   // Hands the node back. REQUIRES: the node is in this list.
   NodePtr remove(Node* node) noexcept;
   // Puts `fresh` in the place of `old` and hands that back.
   NodePtr replace(Node* old, NodePtr fresh) noexcept;
   void clear() noexcept;
-  void sort();  // By namespace URI, then by name; nodes of the same name keep their order.
 
  private:
   struct Index;
 
+  Index* index() const noexcept;
   bool ensureNames() const noexcept;
   bool ensurePositions() const noexcept;
   void dropIndex() const noexcept;
@@ -68,24 +79,30 @@ class NodeList {
   mutable Index* index_ = nullptr;
 };
 
-// A node and its name are one block of memory; the name never changes. Make nodes with makeNode.
+// A node, its name and the value that it is made with are one block of the object's storage; the name never changes.
+// Make nodes with makeNode.
 struct Node {
-  const Namespace* ns;  // Null for the root and for array items. The node uses it.
+  Storage& storage;
+  const Namespace* ns;  // Of the object's namespaces; null for the root and for array items.
   Node* parent = nullptr;
   Node* previous = nullptr;
   Node* next = nullptr;
-  std::string value;  // Simple nodes only. Well-formed UTF-8 that XML can carry (see repairText).
-  std::uint32_t options =
-      0;                   // Form bits only: kXMPPropValueIsURI, ...IsStruct, ...IsArray, ...IsOrdered, ...IsAlternate
-                           // (with what they imply), kXMPSchemaNode. The others are derived: reportedOptions.
-  std::uint32_t hash = 0;  // Of namespace and name.
-  std::uint32_t nameLength = 0;
+  std::uint32_t options = 0;  // Form bits only: kXMPPropValueIsURI, ...IsStruct, ...IsArray, ...IsOrdered,
+                              // ...IsAlternate (with what they imply), kXMPSchemaNode. The others are derived:
+                              // reportedOptions.
+  std::uint32_t hash;         // Of namespace and name.
+  std::uint32_t nameLength;
   bool isQualifier = false;
   NodeList children;
   NodeList qualifiers;  // xml:lang, when there, is the first.
 
-  std::string_view name() const noexcept { return {reinterpret_cast<const char*>(this + 1), nameLength}; }
+  std::string_view name() const noexcept { return {nameText(), nameLength}; }
   const char* nameText() const noexcept { return reinterpret_cast<const char*>(this + 1); }  // Zero-terminated.
+
+  // Simple nodes only. Well-formed UTF-8 that XML can carry (see repairText), with a zero byte after it.
+  std::string_view value() const noexcept { return {value_, valueLength_}; }
+  void setValue(std::string_view text);   // Raises std::bad_alloc, and nothing has changed then.
+  void reserveValue(std::size_t length);  // So that setting a value of that length does not raise.
 
   bool isArray() const noexcept { return (options & kXMPPropIsArray) != 0; }
   bool isStruct() const noexcept { return (options & kXMPPropIsStruct) != 0; }
@@ -93,16 +110,24 @@ struct Node {
   bool isSchema() const noexcept { return (options & kXMPSchemaNode) != 0; }
 
  private:
-  explicit Node(const Namespace* nodeNamespace) : ns(nodeNamespace) {}
+  Node(Storage& objectStorage, const NameKey& key) noexcept
+      : storage(objectStorage), ns(key.ns), hash(key.hash), nameLength(static_cast<std::uint32_t>(key.name.size())) {}
   ~Node() = default;
-  friend NodePtr makeNode(const Namespace* ns, std::string_view name, std::uint32_t options);
+  friend NodePtr makeNode(Storage& storage, const NameKey& key, std::uint32_t options, std::string_view value);
   friend struct NodeDeleter;
+
+  bool hasValueInBlock() const noexcept { return value_ == nameText() + nameLength + 1; }
+
+  char* value_ = nullptr;
+  std::uint32_t valueLength_ = 0;
+  std::uint32_t valueCapacity_ = 0;  // Without the zero byte.
+  std::uint32_t blockSize_ = 0;      // Of the node's block.
 };
 
 // An array item has neither namespace nor name. The options must be form bits with all that they imply.
-NodePtr makeNode(const Namespace* ns, std::string_view name, std::uint32_t options);
-inline NodePtr makeItem(std::uint32_t options) {
-  return makeNode(nullptr, {}, options);
+NodePtr makeNode(Storage& storage, const NameKey& key, std::uint32_t options, std::string_view value = {});
+inline NodePtr makeItem(Storage& storage, std::uint32_t options, std::string_view value = {}) {
+  return makeNode(storage, {}, options, value);
 }
 
 inline Node* appendChild(Node* parent, NodePtr node) noexcept {
@@ -113,8 +138,8 @@ Node* addQualifier(Node* owner, NodePtr qualifier) noexcept;
 // Its list forgets the node and hands it back.
 NodePtr detach(Node* node) noexcept;
 
-// The value of the node's xml:lang, or null.
-const std::string* languageOf(const Node* node) noexcept;
+// The node's xml:lang, or null; its value is the language.
+const Node* languageOf(const Node* node) noexcept;
 // Sets or changes xml:lang; the tag is brought into its usual case.
 void setLanguage(Node* node, std::string_view language);
 // Whether the array is an rdf:Alt, not empty, all items simple and with xml:lang.
@@ -129,10 +154,11 @@ std::uint32_t reportedOptions(const Node* node) noexcept;
 std::uint32_t depthOf(const Node* node) noexcept;
 // How many levels the node and what belongs to it take: 1 for a simple node without qualifiers.
 std::uint32_t heightOf(const Node* node) noexcept;
-NodePtr cloneTree(const Node* node);
+// A copy for the object that has the storage and the namespaces.
+NodePtr cloneTree(const Node* node, Storage& storage, Namespaces& namespaces);
 // Form, value, qualifiers and children alike. The order of names plays no part, that of array items does; items of a
-// language alternative are matched by language.
-bool equalTrees(const Node* left, const Node* right);
+// language alternative are matched by language. `rightNames` are the namespaces of the right tree's object.
+bool equalTrees(const Node* left, const Node* right, const Namespaces& rightNames);
 
 // Something that a packet had and the object has not.
 struct Warning {
@@ -146,7 +172,12 @@ class Warnings {
  public:
   static constexpr std::size_t kMost = 64;
 
-  void add(Warning warning);
+  bool isFull() const noexcept { return kept_.size() >= kMost; }
+  void add(Warning warning);      // REQUIRES: not full.
+  void addLast(Warning warning);  // The one that ends a packet is kept in any case.
+  void count() noexcept {
+    if (total_ != UINT32_MAX) ++total_;
+  }
   const std::vector<Warning>& kept() const noexcept { return kept_; }
   std::uint32_t total() const noexcept { return total_; }
 
@@ -160,19 +191,25 @@ class Object {
   Object();
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
+  ~Object();
+
+  Storage storage;  // First: all below it is in there.
+  Namespaces namespaces;
 
   Node* root() noexcept { return root_.get(); }  // Its children are the schemas.
   const Node* root() const noexcept { return root_.get(); }
 
-  Node* findSchema(const Namespace* ns) const noexcept { return root_->children.find(ns, {}); }
-  Node* ensureSchema(const Namespace* ns);
+  Node* findSchema(const Namespace* ns) const noexcept;
+  Node* ensureSchema(const Namespace* ns) { return ensureSchema(root_.get(), ns); }
+  // The same below another root of this object.
+  Node* ensureSchema(Node* root, const Namespace* ns);
   // Schemas without properties do not stay.
   void dropSchemaIfEmpty(Node* schema) noexcept;
 
-  void clear() noexcept;
-  // Takes over all that `other` holds: its properties replace those of the same name in place and the others are added
-  // at the end; its name is taken unless it is empty.
-  void merge(Object& other) noexcept;
+  NodePtr makeRoot() { return makeNode(storage, {}, 0); }
+  // Takes over all that is below another root of this object: its properties replace those of the same name in place
+  // and the others are added at the end.
+  void merge(Node* incoming) noexcept;
   void copyFrom(const Object& other);
 
   std::string name;  // rdf:about

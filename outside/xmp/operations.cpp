@@ -1,7 +1,8 @@
 // What changes an object.
 #include "outside/xmp/operations.h"
 
-#include <cstring>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "outside/xmp/place.h"
@@ -15,6 +16,29 @@ constexpr std::uint32_t kFormBits = kXMPPropValueIsURI | kXMPPropIsStruct | kXMP
 constexpr std::uint32_t kReportingBits = kXMPPropHasQualifiers | kXMPPropIsQualifier | kXMPPropHasLang;
 constexpr std::uint32_t kContainerBits = kXMPPropIsStruct | kXMPPropIsArray;
 
+// A text as an object stores it.
+class StoredText {
+ public:
+  explicit StoredText(const char* text) : isThere_(text != nullptr) {
+    if (text == nullptr) return;
+    text_ = text;
+    if (text_.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long");
+    if (isCleanText(text_)) return;
+    repaired_ = repairText(text_);
+    text_ = repaired_;
+  }
+  StoredText(const StoredText&) = delete;
+  StoredText& operator=(const StoredText&) = delete;
+
+  bool isThere() const noexcept { return isThere_; }
+  std::string_view get() const noexcept { return text_; }
+
+ private:
+  bool isThere_;
+  std::string_view text_;
+  std::string repaired_;
+};
+
 std::uint32_t checkedLeafForm(const char* text, std::uint32_t options) {
   const std::uint32_t form = checkedForm(options);
   if (text != nullptr && (form & kContainerBits) != 0) {
@@ -26,38 +50,24 @@ std::uint32_t checkedLeafForm(const char* text, std::uint32_t options) {
   return form;
 }
 
-void assignLeaf(const Path& path, Node* node, const char* text, std::uint32_t form) {
-  if (text == nullptr) {
+void assignLeaf(const Path& path, Node* node, const StoredText& text, std::uint32_t form) {
+  if (!text.isThere()) {
     if ((node->options & kFormBits) != form) raiseAt(ErrorId::kBadForm, path, "is of another form already");
     node->children.clear();
     return;
   }
   if (!node->isSimple()) raiseAt(ErrorId::kBadForm, path, "is an array or a struct, which no text can be set to");
-  assignText(node->value, text);
+  node->setValue(text.get());
   node->options = form;
 }
 
-NodePtr makeItemOf(const char* text, std::uint32_t options) {
-  NodePtr item = makeItem(checkedLeafForm(text, options));
-  if (text != nullptr) assignText(item->value, text);
-  return item;
-}
-
-std::string_view checkedTextLength(const char* text) {
-  const std::size_t length = std::strlen(text);
-  if (length >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long");
-  return {text, length};
+NodePtr makeItemOf(Object& object, const char* text, std::uint32_t options) {
+  const std::uint32_t form = checkedLeafForm(text, options);
+  const StoredText value(text);
+  return makeItem(object.storage, form, value.get());
 }
 
 }  // namespace
-
-void assignText(std::string& value, std::string_view text) {
-  if (isCleanText(text)) {
-    value.assign(text);
-  } else {
-    value = repairText(text);
-  }
-}
 
 std::uint32_t checkedForm(std::uint32_t options) {
   if ((options & ~(kFormBits | kReportingBits)) != 0) throw ToolkitError(ErrorId::kBadOptions, "unknown option bits");
@@ -85,20 +95,17 @@ Node* setNode(Object& object, const Path& path, const char* text, std::uint32_t 
   std::string language;
   if (isLanguagePath(path)) {
     if (form != 0) raiseAt(ErrorId::kBadOptions, path, "is a language, so a simple value");
-    language = checkedLanguage(checkedTextLength(text));
+    language = checkedLanguage(text);
     text = language.c_str();
-  } else if (text != nullptr) {
-    checkedTextLength(text);
   }
+  const StoredText value(text);
   const Place place = locate(object, path);
   if (place.missing == 0) {
-    assignLeaf(path, place.node, text, form);
+    assignLeaf(path, place.node, value, form);
     if (place.node->isQualifier) settleLanguage(place.node->parent);
     return place.node;
   }
-  NodePtr leaf = makeLeaf(path, form);
-  if (text != nullptr) assignText(leaf->value, text);
-  return attach(object, path, place, std::move(leaf));
+  return attach(object, path, place, makeLeaf(object, path, form, value.get()));
 }
 
 Node* findArray(const Object& object, const Path& path) {
@@ -110,7 +117,7 @@ Node* findArray(const Object& object, const Path& path) {
 Node* appendItem(Object& object, const Path& array, std::uint32_t arrayOptions, const char* text,
                  std::uint32_t itemOptions) {
   const std::uint32_t form = checkedForm(arrayOptions);
-  NodePtr item = makeItemOf(text, itemOptions);
+  NodePtr item = makeItemOf(object, text, itemOptions);
   checkDepth(array, 2);
   const Place place = locate(object, array);
   if (place.missing == 0) {
@@ -122,14 +129,14 @@ Node* appendItem(Object& object, const Path& array, std::uint32_t arrayOptions, 
     raiseAt(form == 0 ? ErrorId::kNotThere : ErrorId::kBadOptions, array,
             "is not there, and the options name no form of array");
   }
-  NodePtr fresh = makeLeaf(array, form);
+  NodePtr fresh = makeLeaf(object, array, form);
   Node* result = appendChild(fresh.get(), std::move(item));
   attach(object, array, place, std::move(fresh));
   return result;
 }
 
 Node* insertItem(Object& object, const Path& array, std::int32_t index, const char* text, std::uint32_t options) {
-  NodePtr item = makeItemOf(text, options);
+  NodePtr item = makeItemOf(object, text, options);
   checkDepth(array, 2);
   Node* node = findArray(object, array);
   if (node == nullptr) raiseAt(ErrorId::kNotThere, array, "is not there");
@@ -146,25 +153,6 @@ Node* insertItem(Object& object, const Path& array, std::int32_t index, const ch
   return result;
 }
 
-Node* placeTree(Object& object, const Path& path, const Node* tree) {
-  const Place place = locate(object, path);
-  if (place.missing == 0) raiseAt(ErrorId::kBadForm, path, "is there already");
-  NodePtr copy = cloneTree(tree);
-  NodePtr leaf = makeLeaf(path, copy->options);
-  const bool isLanguage = isLanguagePath(path);
-  if (isLanguage && (copy->options != 0 || !copy->qualifiers.empty())) {
-    raiseAt(ErrorId::kBadForm, path, "is a language, so a simple value");
-  }
-  leaf->value = isLanguage ? checkedLanguage(copy->value) : std::move(copy->value);
-  while (Node* child = copy->children.first()) appendChild(leaf.get(), copy->children.remove(child));
-  while (Node* qualifier = copy->qualifiers.first()) {
-    NodePtr moved = copy->qualifiers.remove(qualifier);
-    // An item made for its language keeps that one.
-    if (leaf->qualifiers.find(moved->ns, moved->name()) == nullptr) addQualifier(leaf.get(), std::move(moved));
-  }
-  return attach(object, path, place, std::move(leaf));
-}
-
 void deleteNode(Object& object, Node* node) noexcept {
   Node* owner = node->parent;
   detach(node);
@@ -172,31 +160,16 @@ void deleteNode(Object& object, Node* node) noexcept {
 }
 
 void appendProperties(const Object& source, Object& target, bool replace) {
-  Object added;
+  const NodePtr added = target.makeRoot();
   for (const Node* schema = source.root()->children.first(); schema != nullptr; schema = schema->next) {
-    const Node* known = target.findSchema(schema->ns);
+    const Namespace* ns = target.namespaces.translate(schema->ns);
+    const Node* known = target.findSchema(ns);
     for (const Node* property = schema->children.first(); property != nullptr; property = property->next) {
-      if (!replace && known != nullptr && known->children.find(property->ns, property->name()) != nullptr) continue;
-      appendChild(added.ensureSchema(schema->ns), cloneTree(property));
+      if (!replace && known != nullptr && known->children.find(ns, property->name()) != nullptr) continue;
+      appendChild(target.ensureSchema(added.get(), ns), cloneTree(property, target.storage, target.namespaces));
     }
   }
-  target.merge(added);
-}
-
-namespace {
-
-void sortTree(Node* node) {
-  if (!node->isArray()) node->children.sort();
-  node->qualifiers.sort();
-  if (Node* language = node->qualifiers.find(wellKnown().xml, "lang")) addQualifier(node, detach(language));
-  for (Node* child = node->children.first(); child != nullptr; child = child->next) sortTree(child);
-  for (Node* child = node->qualifiers.first(); child != nullptr; child = child->next) sortTree(child);
-}
-
-}  // namespace
-
-void sortObject(Object& object) {
-  sortTree(object.root());
+  target.merge(added.get());
 }
 
 }  // namespace velto

@@ -24,26 +24,12 @@ Node* appendItem(Object& object, const Path& array, std::uint32_t arrayOptions, 
                  std::uint32_t itemOptions);
 // `index` as at the boundary; one behind the last item appends.
 Node* insertItem(Object& object, const Path& array, std::int32_t index, const char* text, std::uint32_t options);
-// Puts a copy of a whole tree to a path where nothing is; the tree's own name does not count.
-Node* placeTree(Object& object, const Path& path, const Node* tree);
 void deleteNode(Object& object, Node* node) noexcept;
 
 // The array at the path, or null; raises kBadForm when something else is there.
 Node* findArray(const Object& object, const Path& path);
 
 void appendProperties(const Object& source, Object& target, bool replace);
-void sortObject(Object& object);
-
-// Stores a text as a value.
-void assignText(std::string& value, std::string_view text);
-
-// --- arrays as one line of text (array_texts.cpp) -------------------------------------------------------------------
-
-// `quotes`: the one or two characters around items that hold a separator, a quote, outer spaces or nothing.
-std::string catenateItems(const Node* array, std::string_view separator, std::string_view quotes);
-// Appends the items of a text that a person typed: apart by semicolons, commas and line ends; in double quotes where
-// they contain such (a quote is doubled then). Empty items count only in quotes.
-void separateItems(Object& object, const Path& array, std::uint32_t arrayOptions, std::string_view text);
 
 // --- language alternatives (languages.cpp) --------------------------------------------------------------------------
 

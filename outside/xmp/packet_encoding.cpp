@@ -1,4 +1,4 @@
-// May use the texts only.
+// The bytes of a packet before XML.
 #include "outside/xmp/packet_encoding.h"
 
 #include <algorithm>
@@ -69,38 +69,139 @@ std::size_t brokenLength(std::string_view text, std::size_t at) noexcept {
   return isPair ? 6 : 3;
 }
 
+// The unit of the encoding at bytes[at], or 0 when there is none.
+std::uint32_t unitAt(std::string_view bytes, std::size_t at, PacketEncoding encoding) noexcept {
+  const std::size_t size = unitSize(encoding);
+  if (bytes.size() < size || at > bytes.size() - size) return 0;
+  std::uint32_t unit = 0;
+  for (std::size_t byte = 0; byte < size; ++byte) {
+    unit = (unit << 8) | byteAt(bytes, at + (isBigEndian(encoding) ? byte : size - 1 - byte));
+  }
+  return unit;
+}
+
+// Whether, after a byte-order mark or without one, "<" and another character of ASCII stand there.
+bool startsPacket(std::string_view bytes, std::size_t at, PacketEncoding encoding) noexcept {
+  const std::size_t size = unitSize(encoding);
+  if (size > 1 && unitAt(bytes, at, encoding) == 0xFEFF) at += size;
+  if (size == 1 && bytes.substr(at, 3) == kByteOrderMark) at += 3;
+  if (unitAt(bytes, at, encoding) != '<') return false;
+  const std::uint32_t second = unitAt(bytes, at + size, encoding);
+  return second > ' ' && second < 0x7F;
+}
+
+// A numeric character reference (XML 1.0, production 66).
+struct Reference {
+  std::size_t length = 0;       // 0: none stands there.
+  bool isCut = false;           // The text ends before the reference does.
+  std::uint32_t codePoint = 0;  // Above U+10FFFF when it is no character at all.
+};
+
+Reference referenceAt(std::string_view text, std::size_t at) noexcept {
+  // Longer ones have zeros in front, and are left to the XML parser.
+  constexpr std::size_t kLongest = 32;
+  const std::string_view rest = text.substr(at, kLongest);
+  Reference reference;
+  const bool isWhole = rest.size() == kLongest;
+  if (rest == "&" || rest == "&#" || rest == "&#x") {
+    reference.isCut = true;
+    return reference;
+  }
+  if (rest.substr(0, 2) != "&#") return reference;
+  const bool isHex = rest[2] == 'x';
+  const std::size_t first = isHex ? 3 : 2;
+  std::size_t end = first;
+  for (; end < rest.size(); ++end) {
+    const char c = rest[end];
+    const bool isLetter = isHex && (c | 0x20) >= 'a' && (c | 0x20) <= 'f';
+    if (!isLetter && (c < '0' || c > '9')) break;
+    const auto digit = static_cast<std::uint32_t>(isLetter ? (c | 0x20) - 'a' + 10 : c - '0');
+    reference.codePoint = std::min<std::uint32_t>(reference.codePoint * (isHex ? 16 : 10) + digit, 0x110000);
+  }
+  if (end == rest.size()) {
+    reference.isCut = !isWhole;
+  } else if (end > first && rest[end] == ';') {
+    reference.length = end + 1;
+  }
+  return reference;
+}
+
+bool isHighSurrogate(std::uint32_t codePoint) noexcept {
+  return codePoint >= 0xD800 && codePoint <= 0xDBFF;
+}
+
+// How many bytes at the end of the text begin the mark without completing it.
+std::size_t startedLength(std::string_view text, std::string_view mark) noexcept {
+  for (std::size_t length = std::min(text.size(), mark.size() - 1); length > 0; --length) {
+    if (text.substr(text.size() - length) == mark.substr(0, length)) return length;
+  }
+  return 0;
+}
+
+constexpr std::string_view kCommentStart = "<!--";
+constexpr std::string_view kCommentEnd = "-->";
+constexpr std::string_view kCDataStart = "<![CDATA[";
+constexpr std::string_view kCDataEnd = "]]>";
+
 }  // namespace
 
-PacketEncoding detectEncoding(std::string_view start) noexcept {
+PacketStart detectStart(std::string_view start) noexcept {
+  constexpr PacketEncoding kAll[] = {PacketEncoding::kUTF8, PacketEncoding::kUTF16BE, PacketEncoding::kUTF16LE,
+                                     PacketEncoding::kUTF32BE, PacketEncoding::kUTF32LE};
+  for (std::size_t zeros = 0; zeros <= 3; ++zeros) {
+    for (const PacketEncoding encoding : kAll) {
+      if (startsPacket(start, zeros, encoding)) return {zeros, encoding};
+    }
+    if (byteAt(start, zeros) != 0) break;
+  }
+  // Something else stands before the first '<'.
   const std::uint8_t first = byteAt(start, 0);
   const std::uint8_t second = byteAt(start, 1);
   const std::uint8_t third = byteAt(start, 2);
   const std::uint8_t fourth = byteAt(start, 3);
-  if (first == 0xFE && second == 0xFF) return PacketEncoding::kUTF16BE;
+  if (first == 0xFE && second == 0xFF) return {0, PacketEncoding::kUTF16BE};
   if (first == 0xFF && second == 0xFE) {
-    return third == 0 && fourth == 0 ? PacketEncoding::kUTF32LE : PacketEncoding::kUTF16LE;
+    return {0, third == 0 && fourth == 0 ? PacketEncoding::kUTF32LE : PacketEncoding::kUTF16LE};
   }
-  if (first == 0 && second == 0) return PacketEncoding::kUTF32BE;  // The mark 00 00 FE FF too.
-  if (first == 0) return PacketEncoding::kUTF16BE;
-  if (second == 0) return third == 0 && fourth == 0 ? PacketEncoding::kUTF32LE : PacketEncoding::kUTF16LE;
-  return PacketEncoding::kUTF8;
+  if (first == 0 && second == 0) return {0, PacketEncoding::kUTF32BE};  // The mark 00 00 FE FF too.
+  if (first == 0) return {0, PacketEncoding::kUTF16BE};
+  if (second == 0) return {0, third == 0 && fourth == 0 ? PacketEncoding::kUTF32LE : PacketEncoding::kUTF16LE};
+  return {0, PacketEncoding::kUTF8};
+}
+
+void PacketDecoder::reset() noexcept {
+  isDetected_ = hasStarted_ = isPrologDone_ = false;
+  section_ = Section::kNone;
+  encoding_ = PacketEncoding::kUTF8;
+  droppedLines_ = droppedColumns_ = 0;
+  sections_.clear();
+  firstBytes_.clear();
+  heldBytes_.clear();
+  heldText_.clear();
+  prolog_.clear();
 }
 
 std::string_view PacketDecoder::decode(std::string_view bytes, bool last) {
   if (!isDetected_ && !detect(bytes, last)) return {};
-  if (encoding_ == PacketEncoding::kUTF8) return dropBeforeStart(clean(bytes, last));
-  transcode(bytes, last);
-  return dropBeforeStart(clean(transcoded_, last));
+  if (encoding_ != PacketEncoding::kUTF8) {
+    transcode(bytes, last);
+    bytes = transcoded_;
+  }
+  std::string_view text = repairReferences(joinHeld(bytes), last);
+  text = dropBeforeStart(clean(text, last));
+  return isPrologDone_ || !hasStarted_ ? text : blankDeclaration(text, last);
 }
 
 // False as long as the first bytes are not all there; then `bytes` become all bytes so far.
 bool PacketDecoder::detect(std::string_view& bytes, bool last) {
-  if (!firstBytes_.empty() || bytes.size() < 4) {
+  if (!firstBytes_.empty() || bytes.size() < kPacketStartBytes) {
     firstBytes_.append(bytes);
-    if (firstBytes_.size() < 4 && !last) return false;
+    if (firstBytes_.size() < kPacketStartBytes && !last) return false;
     bytes = firstBytes_;
   }
-  encoding_ = detectEncoding(bytes);
+  const PacketStart start = detectStart(bytes.substr(0, kPacketStartBytes));
+  bytes.remove_prefix(start.zeros);
+  encoding_ = start.encoding;
   isDetected_ = true;
   return true;
 }
@@ -120,15 +221,104 @@ void PacketDecoder::transcode(std::string_view bytes, bool last) {
   heldBytes_.erase(0, whole);
 }
 
+std::string_view PacketDecoder::joinHeld(std::string_view text) {
+  if (heldText_.empty()) return text;
+  joined_ = heldText_;
+  joined_.append(text);
+  heldText_.clear();
+  return joined_;
+}
+
+// The comments and CDATA sections of the piece. Few packets have any, so all that is looked at is each '!'. `held` is
+// how many bytes at the end may begin or end one.
+void PacketDecoder::findSections(std::string_view text, bool last, std::size_t& held) {
+  sections_.clear();
+  std::size_t at = 0;
+  for (;;) {
+    if (section_ == Section::kNone) {
+      const std::size_t mark = text.find('!', at);
+      if (mark == std::string_view::npos) break;
+      at = mark + 1;
+      if (mark == 0 || text[mark - 1] != '<') continue;
+      const std::string_view rest = text.substr(mark - 1);
+      if (rest.substr(0, kCommentStart.size()) == kCommentStart) {
+        section_ = Section::kComment;
+        at = mark - 1 + kCommentStart.size();
+      } else if (rest.substr(0, kCDataStart.size()) == kCDataStart) {
+        section_ = Section::kCData;
+        at = mark - 1 + kCDataStart.size();
+      } else {
+        continue;
+      }
+    }
+    const std::string_view endMark = section_ == Section::kComment ? kCommentEnd : kCDataEnd;
+    const std::size_t end = text.find(endMark, at);
+    sections_.push_back({at, std::min(end, text.size())});
+    if (end == std::string_view::npos) {
+      if (!last) held = startedLength(text, endMark);
+      return;
+    }
+    section_ = Section::kNone;
+    at = end + endMark.size();
+  }
+  if (!last) held = std::max(startedLength(text, kCommentStart), startedLength(text, kCDataStart));
+}
+
+// A reference to what XML forbids is replaced by what repairText makes of the character: two of a surrogate pair by the
+// character that they mean.
+std::string_view PacketDecoder::repairReferences(std::string_view text, bool last) {
+  std::size_t held = 0;
+  findSections(text, last, held);
+  const auto* section = sections_.data();
+  const auto* const sectionsEnd = section + sections_.size();
+  repaired_.clear();
+  std::size_t copied = 0;
+  std::size_t end = text.size() - held;
+  for (std::size_t at = text.find('&'); at < end; at = text.find('&', at)) {
+    while (section != sectionsEnd && section->end <= at) ++section;
+    if (section != sectionsEnd && section->start <= at) {
+      at = section->end;
+      continue;
+    }
+    const Reference reference = referenceAt(text, at);
+    std::size_t length = reference.length;
+    std::uint32_t codePoint = reference.codePoint;
+    bool isCut = reference.isCut;
+    if (length != 0 && isHighSurrogate(codePoint)) {
+      const Reference low = referenceAt(text, at + length);
+      isCut = low.isCut || at + length == text.size();
+      if (low.length != 0 && low.codePoint >= 0xDC00 && low.codePoint <= 0xDFFF) {
+        codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (low.codePoint - 0xDC00);
+        length += low.length;
+      }
+    }
+    if (isCut && !last) {
+      end = at;
+      break;
+    }
+    if (length == 0 || (isXMLChar(codePoint) && length == reference.length)) {
+      at += std::max<std::size_t>(length, 1);
+      continue;
+    }
+    repaired_.append(text.substr(copied, at - copied));
+    if (codePoint < 0xD800 || codePoint == 0xFFFE || codePoint == 0xFFFF) {
+      repaired_ += ' ';
+    } else {
+      appendUTF8(repaired_, codePoint);
+    }
+    at += length;
+    copied = at;
+  }
+  if (end < text.size()) heldText_.assign(text.substr(end));
+  text = text.substr(0, end);
+  if (copied == 0) return text;
+  repaired_.append(text.substr(copied));
+  return repaired_;
+}
+
 // Where text is not clean, the clean stretches are copied and the broken characters repaired one by one; so how a
 // character is repaired is said in one place, and text that needs no repair costs one look at each byte.
 std::string_view PacketDecoder::clean(std::string_view text, bool last) {
-  if (!heldText_.empty()) {
-    joined_ = heldText_;
-    joined_.append(text);
-    heldText_.clear();
-    text = joined_;
-  }
   cleaned_.clear();
   std::size_t copied = 0;
   std::size_t at = 0;
@@ -144,7 +334,7 @@ std::string_view PacketDecoder::clean(std::string_view text, bool last) {
     } else {
       // A character may have begun whose end is in the next piece; the longest to be told apart are a surrogate pair's
       // six bytes.
-      if (!last && text.size() - at < 6) {
+      if (!last && text.size() - at < 6 && heldText_.empty()) {
         heldText_.assign(text.substr(at));
         text = text.substr(0, at);
         break;
@@ -174,6 +364,44 @@ std::string_view PacketDecoder::dropBeforeStart(std::string_view text) noexcept 
   }
   hasStarted_ = start < text.size();
   return text.substr(start);
+}
+
+// Looks through processing instructions, comments and a document type, up to the first element. Only the first
+// instruction can be an XML declaration; some writers have one after the packet's header.
+std::string_view PacketDecoder::blankDeclaration(std::string_view text, bool last) {
+  constexpr std::size_t kLongest = 64 * 1024;
+  if (!prolog_.empty()) {
+    prolog_.append(text);
+    text = prolog_;
+  }
+  std::size_t at = 0;
+  while (true) {
+    at = text.find_first_not_of(" \t\r\n", at);
+    const std::string_view rest = at == std::string_view::npos ? std::string_view() : text.substr(at);
+    const bool isInstruction = rest.substr(0, 2) == "<?";
+    const bool isComment = rest.substr(0, 4) == kCommentStart;
+    const bool isOther = rest.size() > 3 && !isComment && rest[1] == '!';
+    if (rest.size() > 3 && !isInstruction && !isComment && !isOther) break;
+    const std::string_view endMark = isInstruction ? "?>" : isComment ? kCommentEnd : ">";
+    const std::size_t end = rest.size() > 3 ? rest.find(endMark) : std::string_view::npos;
+    if (end == std::string_view::npos) {
+      if (last || text.size() > kLongest) break;
+      if (prolog_.empty()) prolog_.assign(text);
+      return {};
+    }
+    const std::size_t length = end + endMark.size();
+    if (at != 0 && isInstruction && rest.substr(0, 5) == "<?xml" &&
+        (rest[5] == '?' || rest[5] == ' ' || rest[5] == '\t' || rest[5] == '\r' || rest[5] == '\n')) {
+      if (prolog_.empty()) prolog_.assign(text);
+      text = prolog_;
+      for (std::size_t blank = at; blank < at + length; ++blank) {
+        if (prolog_[blank] != '\n' && prolog_[blank] != '\r') prolog_[blank] = ' ';
+      }
+    }
+    at += length;
+  }
+  isPrologDone_ = true;
+  return text;
 }
 
 }  // namespace velto

@@ -1,13 +1,20 @@
-// May use the registry only.
+// The prefixes that are declared at a place of a packet.
 #include "outside/xmp/packet_prefixes.h"
+
+#include <utility>
 
 namespace velto {
 
 void PacketPrefixes::declare(std::string_view prefix, std::string_view uri) {
-  PrefixBinding& binding = bindings_.emplace_back();
-  binding.prefix = prefix;
-  binding.uri = uri;
-  const auto [place, isNew] = byPrefix_.try_emplace(std::string_view(binding.prefix), &binding);
+  PrefixBinding& binding = bindings_.emplace_back(PrefixBinding{std::string(prefix), std::string(uri)});
+  std::pair<decltype(byPrefix_)::iterator, bool> entry;
+  try {
+    entry = byPrefix_.try_emplace(std::string_view(binding.prefix), &binding);
+  } catch (...) {
+    bindings_.pop_back();
+    throw;
+  }
+  const auto [place, isNew] = entry;
   if (!isNew) {
     binding.shadowed = place->second;
     place->second = &binding;
@@ -25,18 +32,9 @@ void PacketPrefixes::restore(std::size_t mark) noexcept {
     } else {
       place->second = binding.shadowed;
     }
-    releaseNamespace(binding.ns);
     bindings_.pop_back();
     recent_ = nullptr;
   }
-}
-
-const Namespace* PacketPrefixes::namespaceOf(PrefixBinding& binding) {
-  if (binding.ns == nullptr) {
-    binding.ns = registerNamespace(binding.uri, binding.prefix);
-    useNamespace(binding.ns);
-  }
-  return binding.ns;
 }
 
 PrefixBinding* PacketPrefixes::find(std::string_view prefix) noexcept {

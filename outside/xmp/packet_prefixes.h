@@ -8,7 +8,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "outside/xmp/registry.h"
+#include "outside/xmp/namespaces.h"
 
 namespace velto {
 
@@ -16,8 +16,7 @@ namespace velto {
 struct PrefixBinding {
   std::string prefix;
   std::string uri;
-  const Namespace* ns = nullptr;      // Null until the prefix is used: what is only declared is not registered. The
-                                      // binding uses it from then on.
+  const Namespace* ns = nullptr;      // Null until the prefix is used: what is only declared is not the object's.
   PrefixBinding* shadowed = nullptr;  // The outer binding of the same prefix.
 };
 
@@ -27,9 +26,6 @@ class PacketPrefixes {
   PacketPrefixes() = default;
   PacketPrefixes(const PacketPrefixes&) = delete;
   PacketPrefixes& operator=(const PacketPrefixes&) = delete;
-  ~PacketPrefixes() {
-    for (const PrefixBinding& binding : bindings_) releaseNamespace(binding.ns);
-  }
 
   // Before the declarations of an element, to be restored at its end.
   std::size_t mark() const noexcept { return bindings_.size(); }
@@ -38,8 +34,6 @@ class PacketPrefixes {
   void declare(std::string_view prefix, std::string_view uri);
   // The innermost binding, or null.
   PrefixBinding* find(std::string_view prefix) noexcept;
-  // The binding's namespace, registered when this is the first time. REQUIRES: a URI.
-  static const Namespace* namespaceOf(PrefixBinding& binding);
 
  private:
   struct Hash {

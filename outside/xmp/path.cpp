@@ -64,14 +64,15 @@ struct Scanner {
 };
 
 // "name" or "prefix:name". Without prefix the namespace stays what it is; null is a problem then.
-const PathProblem* splitName(std::string_view token, const Namespace*& ns, std::string_view& name) noexcept {
+const PathProblem* splitName(Namespaces& namespaces, std::string_view token, const Namespace*& ns,
+                             std::string_view& name) {
   const std::size_t colon = token.find(':');
   if (colon == std::string_view::npos) {
     if (ns == nullptr) return &kNoPrefix;
     name = token;
     return isXMLName(name) ? nullptr : &kNotAName;
   }
-  const Namespace* named = findPrefix(token.substr(0, colon));
+  const Namespace* named = namespaces.findPrefix(token.substr(0, colon));
   if (named == nullptr) return &kUnknownPrefix;
   if (ns != nullptr && named != ns) return &kForeignPrefix;
   ns = named;
@@ -94,7 +95,7 @@ bool takeValue(Scanner& scanner, std::string& value) {
   return true;
 }
 
-const PathProblem* takeSelector(Scanner& scanner, Step& step) {
+const PathProblem* takeSelector(Namespaces& namespaces, Scanner& scanner, Step& step) {
   if (scanner.take("last()")) {
     step.kind = Step::Kind::kLastItem;
     return scanner.take(']') ? nullptr : &kBadSelector;
@@ -110,7 +111,7 @@ const PathProblem* takeSelector(Scanner& scanner, Step& step) {
     return step.index != 0 ? nullptr : &kOutsideArray;
   }
   step.kind = scanner.take('?') ? Step::Kind::kByQualifier : Step::Kind::kByField;
-  if (const PathProblem* problem = splitName(scanner.takeUntil("=]"), step.ns, step.name)) return problem;
+  if (const PathProblem* problem = splitName(namespaces, scanner.takeUntil("=]"), step.ns, step.name)) return problem;
   std::string value;
   if (!scanner.take('=') || !takeValue(scanner, value) || !scanner.take(']')) return &kBadSelector;
   step.value = repairText(value);
@@ -121,11 +122,11 @@ const PathProblem* takeSelector(Scanner& scanner, Step& step) {
   return nullptr;
 }
 
-const PathProblem* takeStep(Scanner& scanner, Step& step) {
-  if (scanner.take('[')) return takeSelector(scanner, step);
+const PathProblem* takeStep(Namespaces& namespaces, Scanner& scanner, Step& step) {
+  if (scanner.take('[')) return takeSelector(namespaces, scanner, step);
   if (!scanner.take('/')) return &kNoStep;
   step.kind = scanner.take('?') ? Step::Kind::kQualifier : Step::Kind::kField;
-  return splitName(scanner.takeUntil("/["), step.ns, step.name);
+  return splitName(namespaces, scanner.takeUntil("/["), step.ns, step.name);
 }
 
 const PathProblem* addStep(Step step, Path& path) {
@@ -139,11 +140,12 @@ void requireTexts(const char* schema, const char* text) {
   if (text == nullptr) throw ToolkitError(ErrorId::kBadParameter, "the property name is null");
 }
 
-const PathProblem* addNamedStep(Step::Kind kind, const char* schema, const char* name, Path& path) {
+const PathProblem* addNamedStep(Step::Kind kind, Namespaces& namespaces, const char* schema, const char* name,
+                                Path& path) {
   requireTexts(schema, name);
-  Step step{.kind = kind, .ns = findNamespace(schema), .name = {}, .value = {}};
+  Step step{.kind = kind, .ns = namespaces.find(schema), .name = {}, .value = {}};
   if (step.ns == nullptr) return &kUnknownSchema;
-  if (const PathProblem* problem = splitName(name, step.ns, step.name)) return problem;
+  if (const PathProblem* problem = splitName(namespaces, name, step.ns, step.name)) return problem;
   return addStep(std::move(step), path);
 }
 
@@ -154,7 +156,7 @@ bool isSelected(const Node* item, const Step& step) noexcept {
   } else if (item->isStruct()) {
     named = item->children.find(step.ns, step.name);
   }
-  return named != nullptr && named->isSimple() && named->value == step.value;
+  return named != nullptr && named->isSimple() && named->value() == step.value;
 }
 
 void appendName(std::string& text, const Namespace* ns, std::string_view name) {
@@ -169,32 +171,33 @@ bool isLanguageSelector(const Step& step) noexcept {
   return step.kind == Step::Kind::kByQualifier && step.ns == wellKnown().xml && step.name == "lang";
 }
 
-const PathProblem* parsePath(const char* schema, const char* text, Path& path) {
+const PathProblem* parsePath(Namespaces& namespaces, const char* schema, const char* text, Path& path) {
   requireTexts(schema, text);
-  path.schema = findNamespace(schema);
-  if (path.schema == nullptr) return &kUnknownSchema;
+  const Namespace* ns = namespaces.find(schema);
+  if (ns == nullptr) return &kUnknownSchema;
   const std::string_view whole(text);
   if (isPlainName(whole)) {
-    path.name = whole;
+    path.top = NameKey(ns, whole);
     return nullptr;
   }
   Scanner scanner{whole};
-  const Namespace* ns = path.schema;
-  if (const PathProblem* problem = splitName(scanner.takeUntil("/["), ns, path.name)) return problem;
+  std::string_view name;
+  if (const PathProblem* problem = splitName(namespaces, scanner.takeUntil("/["), ns, name)) return problem;
+  path.top = NameKey(ns, name);
   while (!scanner.atEnd()) {
     Step step{.kind = Step::Kind::kField, .name = {}, .value = {}};
-    if (const PathProblem* problem = takeStep(scanner, step)) return problem;
+    if (const PathProblem* problem = takeStep(namespaces, scanner, step)) return problem;
     if (const PathProblem* problem = addStep(std::move(step), path)) return problem;
   }
   return nullptr;
 }
 
-const PathProblem* addFieldStep(const char* schema, const char* name, Path& path) {
-  return addNamedStep(Step::Kind::kField, schema, name, path);
+const PathProblem* addFieldStep(Namespaces& namespaces, const char* schema, const char* name, Path& path) {
+  return addNamedStep(Step::Kind::kField, namespaces, schema, name, path);
 }
 
-const PathProblem* addQualifierStep(const char* schema, const char* name, Path& path) {
-  return addNamedStep(Step::Kind::kQualifier, schema, name, path);
+const PathProblem* addQualifierStep(Namespaces& namespaces, const char* schema, const char* name, Path& path) {
+  return addNamedStep(Step::Kind::kQualifier, namespaces, schema, name, path);
 }
 
 const PathProblem* addItemStep(std::int32_t index, Path& path) {
@@ -211,9 +214,9 @@ void raiseProblem(const PathProblem& problem, std::string_view text) {
   throw ToolkitError(problem.id, "'" + repairText(text) + "': " + problem.reason);
 }
 
-Path requirePath(const char* schema, const char* text) {
+Path requirePath(Namespaces& namespaces, const char* schema, const char* text) {
   Path path;
-  if (const PathProblem* problem = parsePath(schema, text, path)) {
+  if (const PathProblem* problem = parsePath(namespaces, schema, text, path)) {
     raiseProblem(*problem, problem == &kUnknownSchema ? schema : text);
   }
   return path;
@@ -241,8 +244,8 @@ Node* followStep(const Node* node, const Step& step) noexcept {
 }
 
 Node* findNode(const Object& object, const Path& path) noexcept {
-  const Node* schema = object.findSchema(path.schema);
-  Node* node = schema != nullptr ? schema->children.find(path.schema, path.name) : nullptr;
+  const Node* schema = object.findSchema(path.schema());
+  Node* node = schema != nullptr ? schema->children.find(path.top) : nullptr;
   for (const Step& step : path.steps) {
     if (node == nullptr) break;
     node = followStep(node, step);
@@ -251,7 +254,7 @@ Node* findNode(const Object& object, const Path& path) noexcept {
 }
 
 std::string pathText(const Path& path) {
-  std::string text(path.name);
+  std::string text(path.name());
   for (const Step& step : path.steps) {
     switch (step.kind) {
       case Step::Kind::kField:

@@ -25,9 +25,11 @@ struct Step {
 };
 
 struct Path {
-  const Namespace* schema = nullptr;
-  std::string_view name;    // Of the top-level property.
+  NameKey top;              // The top-level property: its namespace is the schema.
   std::vector<Step> steps;  // What leads on from there.
+
+  const Namespace* schema() const noexcept { return top.ns; }
+  std::string_view name() const noexcept { return top.name; }
 };
 
 // Why a text is no path, or no path that a property can have.
@@ -37,16 +39,16 @@ struct PathProblem {
 };
 
 // Null, or the problem; asking for what cannot exist is no error, so nothing is raised and no message made here. Raises
-// kBadParameter for null texts. The path borrows the texts' bytes.
-const PathProblem* parsePath(const char* schema, const char* text, Path& path);
+// kBadParameter for null texts. The path borrows the texts' bytes. Prefixes and schemas are those of the namespaces.
+const PathProblem* parsePath(Namespaces& namespaces, const char* schema, const char* text, Path& path);
 // Appends a step to a field or qualifier whose name is given apart from the path.
-const PathProblem* addFieldStep(const char* schema, const char* name, Path& path);
-const PathProblem* addQualifierStep(const char* schema, const char* name, Path& path);
+const PathProblem* addFieldStep(Namespaces& namespaces, const char* schema, const char* name, Path& path);
+const PathProblem* addQualifierStep(Namespaces& namespaces, const char* schema, const char* name, Path& path);
 // kXMPLastItem or from 1.
 const PathProblem* addItemStep(std::int32_t index, Path& path);
 
 // The same, raising the problem.
-Path requirePath(const char* schema, const char* text);
+Path requirePath(Namespaces& namespaces, const char* schema, const char* text);
 [[noreturn]] void raiseProblem(const PathProblem& problem, std::string_view text);
 
 // The node at the path, or null.
@@ -56,7 +58,7 @@ Node* followStep(const Node* node, const Step& step) noexcept;
 
 bool isLanguageSelector(const Step& step) noexcept;
 
-// "prefix:name" for each step with the registered prefixes, values in ", the property's own prefix left out.
+// "prefix:name" for each step with the prefixes of the object, values in ", the property's own prefix left out.
 std::string pathText(const Path& path);
 
 }  // namespace velto

@@ -17,7 +17,7 @@ bool isItemStep(const Step& step) noexcept {
 // Names that RDF/XML needs for itself cannot be names of properties: the packet would not read back. xml:lang and
 // rdf:type are the two that qualifiers may have.
 void checkUsableName(const Path& path, const Step* step) {
-  const Namespace* ns = step != nullptr ? step->ns : path.schema;
+  const Namespace* ns = step != nullptr ? step->ns : path.schema();
   const bool isQualifier = step != nullptr && step->kind == Step::Kind::kQualifier;
   if (ns == wellKnown().xml && !(isQualifier && step->name == "lang")) {
     raiseAt(ErrorId::kBadName, path, "cannot be set: of the namespace xml only the qualifier lang can");
@@ -62,7 +62,7 @@ std::uint32_t impliedForm(const Path& path, std::size_t level, const Step& next)
   if (next.kind == Step::Kind::kField) return kXMPPropIsStruct;
   if (isLanguageSelector(next)) return checkedForm(kXMPPropIsAltText);
   const bool isFirstItem = next.kind == Step::Kind::kLastItem || (next.kind == Step::Kind::kItem && next.index == 1);
-  const std::uint32_t form = level == 0 && isFirstItem ? standardForm(path.schema, path.name) : 0;
+  const std::uint32_t form = level == 0 && isFirstItem ? standardForm(path.schema(), path.name()) : 0;
   if (form == 0) raiseAt(ErrorId::kNotThere, path, "cannot be made: what it belongs to is not there");
   return form & ~kXMPPropIsAltText;
 }
@@ -72,15 +72,15 @@ const Step* stepAt(const Path& path, std::size_t level) noexcept {
 }
 
 // A node with the name that the path has at the level.
-NodePtr makeAt(const Path& path, std::size_t level, std::uint32_t form) {
+NodePtr makeAt(Storage& storage, const Path& path, std::size_t level, std::uint32_t form, std::string_view value) {
   const Step* step = stepAt(path, level);
   if (step != nullptr && isItemStep(*step)) {
-    NodePtr item = makeItem(form);
+    NodePtr item = makeItem(storage, form, value);
     if (isLanguageSelector(*step)) setLanguage(item.get(), step->value);
     return item;
   }
   checkUsableName(path, step);
-  return step == nullptr ? makeNode(path.schema, path.name, form) : makeNode(step->ns, step->name, form);
+  return makeNode(storage, step == nullptr ? path.top : NameKey(step->ns, step->name), form, value);
 }
 
 void link(Node* owner, const Step* step, NodePtr node) noexcept {
@@ -117,14 +117,14 @@ bool isLanguagePath(const Path& path) noexcept {
 void settleLanguage(Node* item) noexcept {
   Node* array = item->parent;
   if (array == nullptr || (array->options & kXMPPropIsAlternate) == 0) return;
-  const std::string* language = languageOf(item);
-  if (language != nullptr && *language == "x-default") putDefaultLanguageFirst(array);
+  const Node* language = languageOf(item);
+  if (language != nullptr && language->value() == "x-default") putDefaultLanguageFirst(array);
 }
 
 Place locate(const Object& object, const Path& path) {
   const std::size_t levels = path.steps.size() + 1;
-  Node* schema = object.findSchema(path.schema);
-  Node* node = schema != nullptr ? schema->children.find(path.schema, path.name) : nullptr;
+  Node* schema = object.findSchema(path.schema());
+  Node* node = schema != nullptr ? schema->children.find(path.top) : nullptr;
   if (node == nullptr) return {schema, levels};
   for (std::size_t at = 0; at < path.steps.size(); ++at) {
     const Step& step = path.steps[at];
@@ -139,8 +139,8 @@ Place locate(const Object& object, const Path& path) {
   return {node, 0};
 }
 
-NodePtr makeLeaf(const Path& path, std::uint32_t form) {
-  return makeAt(path, path.steps.size(), form);
+NodePtr makeLeaf(Object& object, const Path& path, std::uint32_t form, std::string_view value) {
+  return makeAt(object.storage, path, path.steps.size(), form, value);
 }
 
 Node* attach(Object& object, const Path& path, const Place& place, NodePtr leaf) {
@@ -149,11 +149,11 @@ Node* attach(Object& object, const Path& path, const Place& place, NodePtr leaf)
   std::size_t level = path.steps.size();
   NodePtr top = std::move(leaf);
   for (std::size_t made = 1; made < place.missing; ++made, --level) {
-    NodePtr owner = makeAt(path, level - 1, impliedForm(path, level - 1, path.steps[level - 1]));
+    NodePtr owner = makeAt(object.storage, path, level - 1, impliedForm(path, level - 1, path.steps[level - 1]), {});
     link(owner.get(), stepAt(path, level), std::move(top));
     top = std::move(owner);
   }
-  Node* owner = level == 0 ? object.ensureSchema(path.schema) : place.node;
+  Node* owner = level == 0 ? object.ensureSchema(path.schema()) : place.node;
   Node* added = top.get();
   link(owner, stepAt(path, level), std::move(top));
   settleLanguage(added);

@@ -23,7 +23,7 @@ struct Place {
 Place locate(const Object& object, const Path& path);
 
 // A node that may stand at the end of the path (an item without a name, or a node of the last step's), in no tree yet.
-NodePtr makeLeaf(const Path& path, std::uint32_t form);
+NodePtr makeLeaf(Object& object, const Path& path, std::uint32_t form, std::string_view value = {});
 // Puts a node of makeLeaf to the end of the path, with what is missing on the way: structs, and arrays of known form.
 Node* attach(Object& object, const Path& path, const Place& place, NodePtr leaf);
 

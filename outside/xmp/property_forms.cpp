@@ -84,7 +84,6 @@ constexpr Row kRows[] = {
     {"plus",         "ImageCreator",            kSeq},
     {"plus",         "ImageSupplier",           kSeq},
     {"plus",         "Licensor",                kSeq},
-    {"lr",           "hierarchicalSubject",     kBag},
     {"picturist",    "SupplementalCategories",  kBag},
 };
 // clang-format on

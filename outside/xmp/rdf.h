@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -13,23 +12,29 @@
 
 namespace velto {
 
-// One packet, fed piece by piece into an object of the parser's own. After feed() has raised, the parser is of no more
-// use.
+// One packet, fed piece by piece. The object gets what it holds when the last piece has come, or when a piece breaks
+// off: the properties that were complete before the fault. When memory ends it gets nothing. After feed() has raised,
+// the parser is of no more use.
+//
+// What XMP does not allow in well-formed XML costs the top-level property that it stands in, and is one of the object's
+// warnings.
 class PacketParser {
  public:
-  PacketParser();
+  explicit PacketParser(Object& object);
   PacketParser(const PacketParser&) = delete;
   PacketParser& operator=(const PacketParser&) = delete;
   ~PacketParser();
 
-  // Takes the next bytes; with `last` the packet is complete behind them. Raises ToolkitError with line and column.
+  // Takes the next bytes; with `last` they complete the packet. Raises ToolkitError with line and column when they are
+  // not well-formed or have no rdf:RDF.
   void feed(const char* bytes, std::size_t length, bool last);
-  // What the packet holds. REQUIRES: the last piece has been fed.
-  Object& result() noexcept;
+
+  // Gives the parsers that are kept for packets to come back to the system.
+  static void releaseSpares() noexcept;
 
  private:
   struct State;
-  std::unique_ptr<State> state_;
+  State* state_;
 };
 
 struct SerializeOptions {
@@ -41,12 +46,6 @@ struct SerializeOptions {
 };
 // Replaces `packet`. Raises kBadOptions, kTooLong.
 void serializeObject(const Object& object, const SerializeOptions& options, std::string& packet);
-
-// Whether the bytes start as a packet does, in any encoding of packets.
-bool isPacket(std::string_view bytes) noexcept;
-// The first whole packet, from "<?xpacket begin" (or, without wrapper, the start of x:xmpmeta or rdf:RDF) to behind its
-// end.
-bool findPacket(std::string_view bytes, std::size_t& offset, std::size_t& length) noexcept;
 
 }  // namespace velto
 

@@ -1,9 +1,10 @@
 // Packets in: expat's events become nodes.
 //
 // What is decided here beyond what ISO 16684-1, clause 7 and annex C, say:
-// - rdf:RDF may stand at any depth below other elements; those and what stands beside it are read past. Behind the end
+// - rdf:RDF may stand at any depth below other elements; those and what stands beside it are passed over. After the end
 //   of the outermost element nothing is looked at: padding, zeros and whatever a file has there.
-// - Elements and attributes in no namespace, rdf:ID, rdf:nodeID, rdf:datatype, xml:space and xml:base are read past.
+// - rdf:ID, rdf:nodeID, rdf:datatype, xml:space and xml:base are passed over. So are elements and attributes in no
+//   namespace, with a warning.
 // - A property, field or qualifier that comes twice keeps its first value: what was read is not taken back by what
 //   follows.
 // - A standard prefix that is not declared means its usual namespace, since writers that paste properties together
@@ -15,13 +16,16 @@
 #include <climits>
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <new>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "outside/xmp/packet_encoding.h"
 #include "outside/xmp/packet_prefixes.h"
 #include "outside/xmp/rdf.h"
+#include "outside/xmp/spares.h"
 
 namespace velto {
 namespace {
@@ -37,40 +41,6 @@ constexpr std::uint32_t kAlt = kSeq | kXMPPropIsAlternate;
 constexpr std::string_view kXMLNamespace = "http://www.w3.org/XML/1998/namespace";
 constexpr std::string_view kDeclarationNamespace = "http://www.w3.org/2000/xmlns/";
 
-// --- expat -----------------------------------------------------------------------------------------------------------
-
-// Keeps one parser from packet to packet: making one costs as much as reading a small packet. One that has grown with a
-// large packet is not kept.
-class ParserSlot {
- public:
-  ~ParserSlot() {
-    if (idle_ != nullptr) XML_ParserFree(idle_);
-  }
-  XML_Parser take() {
-    if (idle_ != nullptr) return std::exchange(idle_, nullptr);
-    // The name of the encoding overrules an XML declaration: the bytes have been brought into UTF-8 before.
-    const XML_Parser parser = XML_ParserCreate("UTF-8");
-    if (parser == nullptr) throw std::bad_alloc();
-    return parser;
-  }
-  void giveBack(XML_Parser parser, std::size_t parsedBytes) noexcept {
-    constexpr std::size_t kSmall = 256 * 1024;
-    if (idle_ == nullptr && parsedBytes <= kSmall && XML_ParserReset(parser, "UTF-8") == XML_TRUE) {
-      idle_ = parser;
-    } else {
-      XML_ParserFree(parser);
-    }
-  }
-
- private:
-  XML_Parser idle_ = nullptr;
-};
-
-ParserSlot& parserSlot() noexcept {
-  static ParserSlot slot;
-  return slot;
-}
-
 // --- names of RDF ----------------------------------------------------------------------------------------------------
 
 struct Name {
@@ -79,7 +49,7 @@ struct Name {
 };
 
 // What names of RDF's own namespace mean where an element or an attribute may stand.
-enum class Syntax { kNone, kAbout, kResource, kParseType, kReadPast, kForbidden };
+enum class Syntax { kNone, kAbout, kResource, kParseType, kReadPast, kForbidden, kNoNamespace };
 
 Syntax syntaxOf(std::string_view local) noexcept {
   constexpr struct {
@@ -140,7 +110,6 @@ std::string shown(std::string_view text) {
 
 enum class Place {
   kOutside,   // Not below rdf:RDF.
-  kSkipped,   // Below an element that is read past.
   kRDF,       // Children: rdf:Description.
   kTop,       // An rdf:Description in rdf:RDF. Children: properties.
   kProperty,  // A property, field or item. Content: text, or one child: rdf:Description or an array.
@@ -165,20 +134,24 @@ using Attributes = const XML_Char**;
 
 }  // namespace
 
+// Making one costs as much as reading a small packet, so a few are kept; one that has grown with a large packet is not.
 struct PacketParser::State {
   State() {
     frames.reserve(16);
-    parser = parserSlot().take();  // Last: nothing gives it back when the construction fails behind this.
-    XML_SetUserData(parser, this);
-    XML_SetElementHandler(parser, onStart, onEnd);
-    XML_SetCharacterDataHandler(parser, onText);
-    XML_SetStartDoctypeDeclHandler(parser, onDoctype);
+    // The name of the encoding overrules an XML declaration: the bytes have been brought into UTF-8 before.
+    parser = XML_ParserCreate("UTF-8");
+    if (parser == nullptr) throw std::bad_alloc();
   }
   State(const State&) = delete;
   State& operator=(const State&) = delete;
-  ~State() { parserSlot().giveBack(parser, parsedBytes); }
+  ~State() { XML_ParserFree(parser); }
 
+  void begin(Object& target);
+  // False: not to be kept.
+  bool end() noexcept;
   void feed(std::string_view bytes, bool last);
+  // Puts what is complete into the object.
+  void finish() noexcept;
 
  private:
   // Expat's events. Nothing may be raised through it, so what is raised is kept and expat is stopped; some events still
@@ -197,59 +170,120 @@ struct PacketParser::State {
   static void XMLCALL onStart(void* user, const XML_Char* name, const XML_Char** attributes) noexcept {
     guarded(user, [&](State& state) { state.startElement(name, attributes); });
   }
-  static void XMLCALL onEnd(void* user, const XML_Char* name) noexcept {
-    guarded(user, [&](State& state) { state.endElement(name); });
+  static void XMLCALL onEnd(void* user, const XML_Char*) noexcept {
+    guarded(user, [](State& state) { state.endElement(); });
   }
   static void XMLCALL onText(void* user, const XML_Char* text, int length) noexcept {
     guarded(user, [&](State& state) { state.addText({text, static_cast<std::size_t>(length)}); });
   }
-  static void XMLCALL onDoctype(void* user, const XML_Char*, const XML_Char*, const XML_Char*, int) noexcept {
-    guarded(user, [](State& state) { state.fail(ErrorId::kBadXML, "a packet has no document type"); });
+  static void XMLCALL onDoctype(void* user, const XML_Char*, const XML_Char*, const XML_Char*, int hasSubset) noexcept {
+    if (hasSubset == 0) return;
+    guarded(user, [](State& state) { state.fail(ErrorId::kBadXML, "the document type declares something"); });
+  }
+  static void XMLCALL onSkippedEntity(void* user, const XML_Char* name, int) noexcept {
+    guarded(user, [&](State& state) { state.skipEntity(name); });
   }
 
-  [[noreturn]] void fail(ErrorId id, const std::string& what) const;
+  // Ends the packet.
+  [[noreturn]] void fail(ErrorId id, const std::string& what);
+  // One warning; false, so that it can be returned. `name` is shown between the two texts.
+  bool warn(std::string_view before, std::string_view name = {}, std::string_view after = {});
+  void place(std::uint32_t& line, std::uint32_t& column) const noexcept;
   void parse(std::string_view text, bool last);
 
   void startElement(std::string_view qualified, Attributes attributes);
-  void endElement(std::string_view qualified);
+  void endElement();
   void addText(std::string_view piece);
+  void skipEntity(std::string_view name);
 
-  void startNodeElement(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
-  void startProperty(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
-  void startItem(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
-  void readPropertyAttributes(std::string_view qualified, Attributes attributes, Frame& frame);
+  // Those that begin an element give false when it cannot stand where it does; it has no frame then.
+  bool startNodeElement(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
+  bool readNodeAttributes(std::uint32_t form, Attributes attributes, Frame& frame);
+  bool startProperty(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
+  bool startItem(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
+  bool readPropertyAttributes(std::string_view qualified, Attributes attributes, Frame& frame);
+  // Passes over the property that is open, with `more` elements open below it that have no frame.
+  void dropProperty(std::size_t more);
+  bool isInProperty() const noexcept { return frames.size() > topSize; }
 
   void declarePrefixes(Attributes attributes);
-  Name resolve(std::string_view qualified, bool isAttribute);
+  bool resolve(std::string_view qualified, bool isAttribute, Name& name);
   Syntax attributeSyntax(const Name& name) const noexcept;
-  void checkParseType(std::string_view type) const;
-  void checkDepth(std::uint32_t depth) const;
+  bool checkParseType(std::string_view type);
+  bool checkDepth(std::uint32_t depth);
 
-  Node* schemaOf(const Namespace* ns);
+  NodePtr make(const Name& name, std::uint32_t options, std::string_view value) {
+    return makeNode(object->storage, NameKey(name.ns, name.local), options, value);
+  }
   void addProperty(NodePtr node);
-  static void addField(Frame& frame, NodePtr node) noexcept;
-  static void addQualifierOnce(Node* node, NodePtr qualifier) noexcept;
-  void addLanguage(Frame& frame, std::string_view language);
-  static void finishFields(const Frame& frame) noexcept;
+  bool addField(Frame& frame, NodePtr node);
+  void addQualifierOnce(Node* node, NodePtr qualifier);
+  bool addLanguage(Frame& frame, std::string_view language);
+  void finishFields(const Frame& frame);
 
- public:
+  static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
   XML_Parser parser = nullptr;
-  Object object;
-
- private:
+  Object* object = nullptr;
+  NodePtr root;       // Above the packet's schemas.
+  std::string about;  // The first that is not empty.
   PacketDecoder decoder;
   std::string gathered;  // Clean text that is not parsed yet.
   std::size_t parsedBytes = 0;
   bool isFinished = false;  // The outermost element has ended.
   bool hasRDF = false;
+  bool hasWarnedOfText = false;  // Since the last start or end of an element.
   std::exception_ptr failure;
 
   const WellKnown& known = wellKnown();
   PacketPrefixes prefixes;
   std::vector<Frame> frames;
-  std::string text;        // Of the innermost kProperty, until its child comes.
-  Node* schema = nullptr;  // The one used last.
+  std::size_t topSize = kNowhere;  // How many frames there are with that of the rdf:Description in rdf:RDF.
+  std::size_t skipped = 0;         // Elements open that are passed over.
+  std::string text;                // Of the innermost kProperty, until its child comes.
+  Node* schema = nullptr;          // The one used last.
 };
+
+namespace {
+constinit Spares<void> spareStates;  // Of PacketParser::State, which is private.
+}  // namespace
+
+void PacketParser::State::begin(Object& target) {
+  object = &target;
+  root = target.makeRoot();
+  XML_SetUserData(parser, this);
+  XML_SetElementHandler(parser, onStart, onEnd);
+  XML_SetCharacterDataHandler(parser, onText);
+  XML_SetStartDoctypeDeclHandler(parser, onDoctype);
+  XML_SetSkippedEntityHandler(parser, onSkippedEntity);
+  // As unguessable as the one that expat would ask the system for.
+  XML_SetHashSalt(parser, hashText("expat") | 1u);
+}
+
+bool PacketParser::State::end() noexcept {
+  constexpr std::size_t kSmall = 256 * 1024;
+  frames.clear();
+  prefixes.restore(0);
+  root.reset();
+  failure = nullptr;
+  if (parsedBytes + gathered.size() > kSmall || XML_ParserReset(parser, "UTF-8") != XML_TRUE) return false;
+  about.clear();
+  decoder.reset();
+  gathered.clear();
+  parsedBytes = 0;
+  isFinished = hasRDF = hasWarnedOfText = false;
+  topSize = kNowhere;
+  skipped = 0;
+  text.clear();
+  schema = nullptr;
+  return true;
+}
+
+void PacketParser::State::finish() noexcept {
+  object->merge(root.get());
+  schema = nullptr;
+  if (!about.empty()) object->name.swap(about);
+}
 
 // --- bytes -----------------------------------------------------------------------------------------------------------
 
@@ -273,7 +307,7 @@ void PacketParser::State::feed(std::string_view bytes, bool last) {
 }
 
 void PacketParser::State::parse(std::string_view clean, bool last) {
-  if (last && !decoder.hasStarted()) throw ToolkitError(ErrorId::kBadXML, "no packet: nothing in it starts an element");
+  if (last && !decoder.hasStarted()) fail(ErrorId::kBadXML, "no packet: nothing in it starts an element");
   constexpr std::size_t kLongest = std::size_t{1} << 30;
   static_assert(kLongest <= INT_MAX);
   do {
@@ -291,12 +325,32 @@ void PacketParser::State::parse(std::string_view clean, bool last) {
 }
 
 // Lines and columns count from 1, columns in characters.
-void PacketParser::State::fail(ErrorId id, const std::string& what) const {
-  const std::size_t line = XML_GetCurrentLineNumber(parser);
-  std::size_t column = XML_GetCurrentColumnNumber(parser) + 1;
-  if (line == 1) column += decoder.droppedColumns();
-  throw ToolkitError(
-      id, "line " + std::to_string(line + decoder.droppedLines()) + ", column " + std::to_string(column) + ": " + what);
+void PacketParser::State::place(std::uint32_t& line, std::uint32_t& column) const noexcept {
+  const std::size_t lines = XML_GetCurrentLineNumber(parser);
+  const std::size_t columns = XML_GetCurrentColumnNumber(parser) + 1 + (lines == 1 ? decoder.droppedColumns() : 0);
+  line = static_cast<std::uint32_t>(lines + decoder.droppedLines());
+  column = static_cast<std::uint32_t>(columns);
+}
+
+void PacketParser::State::fail(ErrorId id, const std::string& what) {
+  std::uint32_t line = 1;
+  std::uint32_t column = 1;
+  place(line, column);
+  object->warnings.addLast({line, column, what + "; what follows is lost"});
+  throw ToolkitError(id, "line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + what);
+}
+
+bool PacketParser::State::warn(std::string_view before, std::string_view name, std::string_view after) {
+  // A packet made to hurt has a fault every few bytes, so nothing is made of those that are not kept.
+  if (object->warnings.isFull()) {
+    object->warnings.count();
+    return false;
+  }
+  Warning warning{};
+  place(warning.line, warning.column);
+  warning.text.append(before).append(shown(name)).append(after);
+  object->warnings.add(std::move(warning));
+  return false;
 }
 
 // --- names -----------------------------------------------------------------------------------------------------------
@@ -309,33 +363,33 @@ void PacketParser::State::declarePrefixes(Attributes attributes) {
     const std::string_view uri = attributes[1];
     if (prefix.empty() != (name.size() == 5) || prefix == "xmlns" || (prefix == "xml") != (uri == kXMLNamespace) ||
         uri == kDeclarationNamespace) {
-      fail(ErrorId::kBadXML, "the declaration of " + shown(name) + " is not allowed");
+      warn("the declaration of ", name, " is not allowed");
+    } else if (prefix != "xml") {
+      prefixes.declare(prefix, uri);
     }
-    if (prefix != "xml") prefixes.declare(prefix, uri);
   }
 }
 
-Name PacketParser::State::resolve(std::string_view qualified, bool isAttribute) {
+// False: it names nothing.
+bool PacketParser::State::resolve(std::string_view qualified, bool isAttribute, Name& name) {
   const std::size_t colon = qualified.find(':');
   const bool hasPrefix = colon != std::string_view::npos;
-  if (!hasPrefix && isAttribute) return {nullptr, qualified};
+  name = {nullptr, hasPrefix ? qualified.substr(colon + 1) : qualified};
+  if (!hasPrefix && isAttribute) return true;
   const std::string_view prefix = hasPrefix ? qualified.substr(0, colon) : std::string_view();
-  const std::string_view local = hasPrefix ? qualified.substr(colon + 1) : qualified;
-  if (hasPrefix) {
-    // Expat has taken the whole for one name; both parts have to be one.
-    if (prefix.empty() || local.find(':') != std::string_view::npos || !startsAsName(local)) {
-      fail(ErrorId::kBadXML, shown(qualified) + " is no name with a prefix");
-    }
+  // Expat has taken the whole for one name; both parts have to be one.
+  if (hasPrefix && (prefix.empty() || name.local.find(':') != std::string_view::npos || !startsAsName(name.local))) {
+    return warn("", qualified, " is no name with a prefix");
   }
   PrefixBinding* const binding = prefixes.find(prefix);
   if (binding == nullptr || binding->uri.empty()) {
-    if (!hasPrefix) return {nullptr, local};
-    const Namespace* usual = findPrefix(prefix);
-    if (usual == nullptr || !usual->standard)
-      fail(ErrorId::kBadXML, "the prefix of " + shown(qualified) + " is not declared");
-    return {usual, local};
+    if (!hasPrefix) return true;
+    name.ns = findStandardPrefix(prefix);
+    return name.ns != nullptr || warn("the prefix of ", qualified, " is not declared");
   }
-  return {PacketPrefixes::namespaceOf(*binding), local};
+  if (binding->ns == nullptr) binding->ns = object->namespaces.intern(binding->uri, binding->prefix);
+  name.ns = binding->ns;
+  return true;
 }
 
 // RDF's own attributes are also taken without prefix, as RDF had them at first.
@@ -344,225 +398,259 @@ Syntax PacketParser::State::attributeSyntax(const Name& name) const noexcept {
   if (name.ns != nullptr) return Syntax::kNone;
   const Syntax syntax = syntaxOf(name.local);
   return syntax == Syntax::kAbout || syntax == Syntax::kResource || syntax == Syntax::kParseType ? syntax
+         : syntax == Syntax::kNone                                                               ? Syntax::kNoNamespace
                                                                                                  : Syntax::kReadPast;
 }
 
-void PacketParser::State::checkParseType(std::string_view type) const {
-  if (type != "Resource") fail(ErrorId::kBadRDF, "rdf:parseType=\"" + shown(type) + "\" is not allowed in XMP");
+bool PacketParser::State::checkParseType(std::string_view type) {
+  return type == "Resource" || warn("rdf:parseType=\"", type, "\" is not allowed in XMP");
 }
 
-void PacketParser::State::checkDepth(std::uint32_t depth) const {
-  if (depth > kDepthLimit) {
-    fail(ErrorId::kTooDeep, "properties are nested deeper than " + std::to_string(kDepthLimit) + " levels");
-  }
+bool PacketParser::State::checkDepth(std::uint32_t depth) {
+  return depth <= kDepthLimit || warn("a property is nested deeper than " + std::to_string(kDepthLimit) + " levels");
 }
 
 // --- nodes -----------------------------------------------------------------------------------------------------------
 
-Node* PacketParser::State::schemaOf(const Namespace* ns) {
-  if (schema == nullptr || schema->ns != ns) schema = object.ensureSchema(ns);
-  return schema;
-}
-
 void PacketParser::State::addProperty(NodePtr node) {
-  Node* const parent = schemaOf(node->ns);
-  if (parent->children.find(node->ns, node->name()) == nullptr) appendChild(parent, std::move(node));
+  if (schema == nullptr || schema->ns != node->ns) schema = object->ensureSchema(root.get(), node->ns);
+  if (schema->children.find(node->ns, node->name()) == nullptr) {
+    appendChild(schema, std::move(node));
+  } else {
+    warn("the property ", node->name(), " is there already");
+  }
 }
 
-void PacketParser::State::addField(Frame& frame, NodePtr node) noexcept {
+// True in any case, so that it can be returned.
+bool PacketParser::State::addField(Frame& frame, NodePtr node) {
   Node* const parent = frame.target;
-  if (parent->children.find(node->ns, node->name()) == nullptr) appendChild(parent, std::move(node));
+  if (parent->children.find(node->ns, node->name()) == nullptr) {
+    appendChild(parent, std::move(node));
+  } else {
+    warn("the field ", node->name(), " is there already");
+  }
+  return true;
 }
 
-void PacketParser::State::addQualifierOnce(Node* node, NodePtr qualifier) noexcept {
-  if (node->qualifiers.find(qualifier->ns, qualifier->name()) == nullptr) addQualifier(node, std::move(qualifier));
+void PacketParser::State::addQualifierOnce(Node* node, NodePtr qualifier) {
+  if (node->qualifiers.find(qualifier->ns, qualifier->name()) == nullptr) {
+    addQualifier(node, std::move(qualifier));
+  } else {
+    warn("the qualifier ", qualifier->name(), " is there already");
+  }
 }
 
 // xml:lang on a property, or on the rdf:Description or array that is its value.
-void PacketParser::State::addLanguage(Frame& frame, std::string_view language) {
-  if (frame.target == nullptr || language.empty() || languageOf(frame.target) != nullptr) return;
-  checkDepth(frame.depth + 1);
+bool PacketParser::State::addLanguage(Frame& frame, std::string_view language) {
+  if (frame.target == nullptr || language.empty() || languageOf(frame.target) != nullptr) return true;
+  if (!checkDepth(frame.depth + 1)) return false;
   setLanguage(frame.target, language);
+  return true;
 }
 
 // The fields of a struct are complete. With an rdf:value among them there is no struct: that is the value, and the
 // other fields qualify it (ISO 16684-1, 7.8).
-void PacketParser::State::finishFields(const Frame& frame) noexcept {
+void PacketParser::State::finishFields(const Frame& frame) {
   Node* const node = frame.target;
-  const Namespace* const rdf = wellKnown().rdf;
   if (!frame.hasValue) {
-    Node* const type = frame.hasType ? node->children.find(rdf, "type") : nullptr;
+    Node* const type = frame.hasType ? node->children.find(known.rdf, "type") : nullptr;
     if (type != nullptr) addQualifierOnce(node, node->children.remove(type));
     return;
   }
-  const NodePtr value = node->children.remove(node->children.find(rdf, "value"));
+  const NodePtr value = node->children.remove(node->children.find(known.rdf, "value"));
   while (Node* const field = node->children.first()) addQualifierOnce(node, node->children.remove(field));
   while (Node* const inner = value->qualifiers.first()) addQualifierOnce(node, value->qualifiers.remove(inner));
   node->options = value->options;
-  node->value = std::move(value->value);
+  node->setValue(value->value());
   node->children.clear();  // The table of the fields' names goes with them: items have none.
   while (Node* const child = value->children.first()) appendChild(node, value->children.remove(child));
 }
 
 // --- elements --------------------------------------------------------------------------------------------------------
 
+void PacketParser::State::dropProperty(std::size_t more) {
+  skipped = frames.size() - topSize + more;
+  prefixes.restore(frames[topSize].prefixMark);
+  while (frames.size() > topSize) frames.pop_back();
+  text.clear();
+}
+
 void PacketParser::State::startElement(std::string_view qualified, Attributes attributes) {
-  if (frames.size() >= kElementLimit) {
-    fail(ErrorId::kTooDeep, "elements are nested deeper than " + std::to_string(kElementLimit) + " levels");
-  }
-  const Place place = frames.empty() ? Place::kOutside : frames.back().place;
-  Frame frame;
-  frame.place = place;
-  frame.prefixMark = prefixes.mark();
-  if (place == Place::kSkipped) {
-    frames.push_back(std::move(frame));
+  hasWarnedOfText = false;
+  if (skipped != 0) {
+    ++skipped;
     return;
   }
-  declarePrefixes(attributes);
-  const Name name = resolve(qualified, false);
-  switch (place) {
-    case Place::kSkipped:
-      break;
-    case Place::kOutside:
-      if (name.ns == known.rdf && name.local == "RDF") {
-        frame.place = Place::kRDF;
-        hasRDF = true;
-      }
-      frames.push_back(std::move(frame));
-      break;
-    case Place::kRDF:
-    case Place::kProperty:
-      startNodeElement(qualified, name, attributes, std::move(frame));
-      break;
-    case Place::kTop:
-    case Place::kFields:
-      startProperty(qualified, name, attributes, std::move(frame));
-      break;
-    case Place::kArray:
-      startItem(qualified, name, attributes, std::move(frame));
-      break;
+  Frame frame;
+  frame.place = frames.empty() ? Place::kOutside : frames.back().place;
+  frame.prefixMark = prefixes.mark();
+  const std::size_t prefixMark = frame.prefixMark;
+  bool stands = frames.size() < kElementLimit ||
+                warn("elements are nested deeper than " + std::to_string(kElementLimit) + " levels");
+  if (stands) {
+    declarePrefixes(attributes);
+    Name name{};
+    stands = resolve(qualified, false, name);
+    switch (frame.place) {
+      case Place::kOutside:
+        if (stands && name.ns == known.rdf && name.local == "RDF") {
+          frame.place = Place::kRDF;
+          hasRDF = true;
+        }
+        // Below an element that means nothing there may still be an rdf:RDF.
+        stands = true;
+        frames.push_back(std::move(frame));
+        break;
+      case Place::kRDF:
+      case Place::kProperty:
+        stands = stands && startNodeElement(qualified, name, attributes, std::move(frame));
+        break;
+      case Place::kTop:
+      case Place::kFields:
+        stands = stands && startProperty(qualified, name, attributes, std::move(frame));
+        break;
+      case Place::kArray:
+        stands = stands && startItem(qualified, name, attributes, std::move(frame));
+        break;
+    }
+  }
+  if (stands) return;
+  prefixes.restore(prefixMark);
+  if (isInProperty()) {
+    dropProperty(1);
+  } else {
+    skipped = 1;
   }
 }
 
 // rdf:Description, an array, or a typed node, which is an rdf:Description that has an rdf:type.
-void PacketParser::State::startNodeElement(std::string_view qualified, const Name& name, Attributes attributes,
+bool PacketParser::State::startNodeElement(std::string_view qualified, const Name& name, Attributes attributes,
                                            Frame frame) {
   Frame& parent = frames.back();
   const bool isTop = parent.place == Place::kRDF;
   if (!isTop) {
-    if (parent.hasChild) fail(ErrorId::kBadRDF, shown(qualified) + " is a second value in one property");
-    if (parent.mustBeEmpty) {
-      fail(ErrorId::kBadRDF, "a property with a value in its attributes contains " + shown(qualified));
-    }
-    if (!isBlank(text)) fail(ErrorId::kBadRDF, "text is mixed with the element " + shown(qualified));
+    if (parent.hasChild) return warn("", qualified, " is a second value in one property");
+    if (parent.mustBeEmpty) return warn("a property with a value in its attributes contains ", qualified);
+    if (!isBlank(text)) return warn("text is mixed with the element ", qualified);
     text.clear();
     parent.hasChild = true;
     frame.target = parent.target;
     frame.depth = parent.depth;
   }
-  if (name.ns == nullptr) {
-    if (!isTop) fail(ErrorId::kBadRDF, "the value " + shown(qualified) + " is in no namespace");
-    frame.place = Place::kSkipped;
-    frames.push_back(std::move(frame));
-    return;
-  }
+  if (name.ns == nullptr) return warn("", qualified, " is in no namespace");
   const bool isRDF = name.ns == known.rdf;
   const std::uint32_t form = isRDF ? arrayForm(name.local) : 0;
   const bool isDescription = isRDF && name.local == "Description";
   if (isRDF && !isDescription && syntaxOf(name.local) != Syntax::kNone) {
-    fail(ErrorId::kBadRDF, shown(qualified) + " is not allowed here");
+    return warn("", qualified, " is not allowed here");
   }
-  if (form != 0 && isTop) fail(ErrorId::kBadRDF, shown(qualified) + " is not in a property");
+  if (form != 0 && isTop) return warn("", qualified, " is not in a property");
   frame.place = isTop ? Place::kTop : form != 0 ? Place::kArray : Place::kFields;
   if (!isTop) frame.target->options = form != 0 ? form : kXMPPropIsStruct;
-
-  const auto addNode = [&](NodePtr node) {
-    checkDepth(frame.depth + 1);
+  if (!readNodeAttributes(form, attributes, frame)) return false;
+  if (!isDescription && form == 0) {
+    std::string type(name.ns->uri);
+    type.append(name.local);
+    NodePtr node = make({known.rdf, "type"}, kXMPPropValueIsURI, type);
     if (isTop) {
       addProperty(std::move(node));
-    } else {
-      frame.hasValue |= node->ns == known.rdf && node->name() == "value";
-      frame.hasType |= node->ns == known.rdf && node->name() == "type";
+    } else if (checkDepth(frame.depth + 1)) {
+      frame.hasType = true;
       addField(frame, std::move(node));
+    } else {
+      return false;
     }
-  };
-  for (; *attributes != nullptr; attributes += 2) {
-    const std::string_view attribute = attributes[0];
-    if (isDeclaration(attribute)) continue;
-    const Name attributeName = resolve(attribute, true);
-    if (attributeName.ns == known.xml) {
-      if (attributeName.local == "lang") addLanguage(frame, attributes[1]);
-      continue;
-    }
-    switch (attributeSyntax(attributeName)) {
-      case Syntax::kAbout:
-        if (isTop && object.name.empty()) object.name = attributes[1];
-        break;
-      case Syntax::kParseType:
-        checkParseType(attributes[1]);
-        break;
-      case Syntax::kResource:
-      case Syntax::kReadPast:
-        break;
-      case Syntax::kForbidden:
-        fail(ErrorId::kBadRDF, shown(attribute) + " is not allowed in XMP");
-      case Syntax::kNone: {
-        if (form != 0) fail(ErrorId::kBadRDF, "an array has the property " + shown(attribute));
-        const bool isType = attributeName.ns == known.rdf && attributeName.local == "type";
-        NodePtr node = makeNode(attributeName.ns, attributeName.local, isType ? kXMPPropValueIsURI : 0);
-        node->value = attributes[1];
-        addNode(std::move(node));
-        break;
-      }
-    }
-  }
-  if (!isDescription && form == 0) {
-    NodePtr type = makeNode(known.rdf, "type", kXMPPropValueIsURI);
-    type->value = name.ns->uri;
-    type->value.append(name.local);
-    addNode(std::move(type));
   }
   frames.push_back(std::move(frame));
+  if (isTop) topSize = frames.size();
+  return true;
 }
 
-void PacketParser::State::startProperty(std::string_view qualified, const Name& name, Attributes attributes,
+// In rdf:RDF each attribute is a property of its own, so a fault costs that one alone.
+bool PacketParser::State::readNodeAttributes(std::uint32_t form, Attributes attributes, Frame& frame) {
+  const bool isTop = frame.place == Place::kTop;
+  const auto readOne = [&](std::string_view attribute, std::string_view value) {
+    Name name{};
+    if (!resolve(attribute, true, name)) return false;
+    if (name.ns == known.xml) return name.local != "lang" || addLanguage(frame, value);
+    switch (attributeSyntax(name)) {
+      case Syntax::kAbout:
+        if (isTop && about.empty()) about = value;
+        return true;
+      case Syntax::kParseType:
+        return checkParseType(value);
+      case Syntax::kNoNamespace:
+        warn("the attribute ", attribute, " is in no namespace");
+        return true;
+      case Syntax::kResource:
+      case Syntax::kReadPast:
+        return true;
+      case Syntax::kForbidden:
+        return warn("", attribute, " is not allowed in XMP");
+      case Syntax::kNone:
+        break;
+    }
+    if (form != 0) return warn("an array has the property ", attribute);
+    const bool isType = name.ns == known.rdf && name.local == "type";
+    NodePtr node = make(name, isType ? kXMPPropValueIsURI : 0, value);
+    if (isTop) {
+      addProperty(std::move(node));
+      return true;
+    }
+    frame.hasValue |= name.ns == known.rdf && name.local == "value";
+    frame.hasType |= isType;
+    return checkDepth(frame.depth + 1) && addField(frame, std::move(node));
+  };
+  for (; *attributes != nullptr; attributes += 2) {
+    if (!isDeclaration(attributes[0]) && !readOne(attributes[0], attributes[1]) && !isTop) return false;
+  }
+  return true;
+}
+
+bool PacketParser::State::startProperty(std::string_view qualified, const Name& name, Attributes attributes,
                                         Frame frame) {
   Frame& parent = frames.back();
   if (name.ns == nullptr) {
-    frame.place = Place::kSkipped;
-    frames.push_back(std::move(frame));
-    return;
+    // Not a fault of the property that it stands in.
+    warn("", qualified, " is in no namespace");
+    prefixes.restore(frame.prefixMark);
+    skipped = 1;
+    return true;
   }
   bool isValue = false;
   if (name.ns == known.rdf) {
-    if (syntaxOf(name.local) != Syntax::kNone) fail(ErrorId::kBadRDF, shown(qualified) + " is not allowed here");
+    if (syntaxOf(name.local) != Syntax::kNone || arrayForm(name.local) != 0) {
+      return warn("", qualified, " is not allowed here");
+    }
     isValue = parent.place == Place::kFields && name.local == "value";
     parent.hasValue |= isValue;
     parent.hasType |= name.local == "type";
   }
   // rdf:value is going to be the node that it stands in.
   frame.depth = parent.place == Place::kTop ? 1 : isValue ? parent.depth : parent.depth + 1;
-  checkDepth(frame.depth);
-  frame.owned = makeNode(name.ns, name.local, 0);
-  readPropertyAttributes(qualified, attributes, frame);
+  if (!checkDepth(frame.depth)) return false;
+  frame.owned = make(name, 0, {});
+  if (!readPropertyAttributes(qualified, attributes, frame)) return false;
   frames.push_back(std::move(frame));
+  return true;
 }
 
 // RDF numbers the items: rdf:li is short for rdf:_1, rdf:_2 and so on, which are taken in the order that they stand in.
-void PacketParser::State::startItem(std::string_view qualified, const Name& name, Attributes attributes, Frame frame) {
+bool PacketParser::State::startItem(std::string_view qualified, const Name& name, Attributes attributes, Frame frame) {
   const bool isItem = name.ns == known.rdf && (name.local == "li" || (name.local.size() > 1 && name.local[0] == '_' &&
                                                                       name.local[1] >= '0' && name.local[1] <= '9'));
-  if (!isItem) fail(ErrorId::kBadRDF, "an array has the element " + shown(qualified) + " where items are");
+  if (!isItem) return warn("an array has the element ", qualified, " where items are");
   frame.depth = frames.back().depth + 1;
-  checkDepth(frame.depth);
-  frame.owned = makeItem(0);
-  readPropertyAttributes(qualified, attributes, frame);
+  if (!checkDepth(frame.depth)) return false;
+  frame.owned = makeItem(object->storage, 0);
+  if (!readPropertyAttributes(qualified, attributes, frame)) return false;
   frames.push_back(std::move(frame));
+  return true;
 }
 
 // The attributes of a property say what its content may be (ISO 16684-1, C.2): with rdf:resource or rdf:value they give
 // a simple value and its qualifiers, others are the fields of a struct, and in both cases the element is empty.
-void PacketParser::State::readPropertyAttributes(std::string_view qualified, Attributes attributes, Frame& frame) {
+bool PacketParser::State::readPropertyAttributes(std::string_view qualified, Attributes attributes, Frame& frame) {
   frame.place = Place::kProperty;
   frame.target = frame.owned.get();
   Node* const node = frame.target;
@@ -573,9 +661,10 @@ void PacketParser::State::readPropertyAttributes(std::string_view qualified, Att
   for (Attributes at = attributes; *at != nullptr; at += 2) {
     const std::string_view attribute = at[0];
     if (isDeclaration(attribute)) continue;
-    const Name name = resolve(attribute, true);
+    Name name{};
+    if (!resolve(attribute, true, name)) return false;
     if (name.ns == known.xml) {
-      if (name.local == "lang") addLanguage(frame, at[1]);
+      if (name.local == "lang" && !addLanguage(frame, at[1])) return false;
       continue;
     }
     switch (attributeSyntax(name)) {
@@ -583,14 +672,17 @@ void PacketParser::State::readPropertyAttributes(std::string_view qualified, Att
         resource = at[1];
         break;
       case Syntax::kParseType:
-        checkParseType(at[1]);
+        if (!checkParseType(at[1])) return false;
         isResourceType = true;
+        break;
+      case Syntax::kNoNamespace:
+        warn("the attribute ", attribute, " is in no namespace");
         break;
       case Syntax::kAbout:
       case Syntax::kReadPast:
         break;
       case Syntax::kForbidden:
-        fail(ErrorId::kBadRDF, shown(attribute) + " is not allowed in XMP");
+        return warn("", attribute, " is not allowed in XMP");
       case Syntax::kNone:
         if (name.ns == known.rdf && name.local == "value") {
           value = at[1];
@@ -601,20 +693,19 @@ void PacketParser::State::readPropertyAttributes(std::string_view qualified, Att
     }
   }
   if (resource != nullptr && (value != nullptr || isResourceType)) {
-    fail(ErrorId::kBadRDF, shown(qualified) + " has rdf:resource and another value");
+    return warn("", qualified, " has rdf:resource and another value");
   }
   const bool isSimple = resource != nullptr || value != nullptr;
   if (hasOthers) {
-    checkDepth(frame.depth + 1);
+    if (!checkDepth(frame.depth + 1)) return false;
     for (Attributes at = attributes; *at != nullptr; at += 2) {
-      if (isDeclaration(at[0])) continue;
-      const Name name = resolve(at[0], true);
+      Name name{};
+      if (isDeclaration(at[0]) || !resolve(at[0], true, name)) continue;
       if (name.ns == known.xml || attributeSyntax(name) != Syntax::kNone) continue;
       const bool isRDF = name.ns == known.rdf;
       if (isRDF && name.local == "value") continue;
       const bool isType = isRDF && name.local == "type";
-      NodePtr other = makeNode(name.ns, name.local, isType ? kXMPPropValueIsURI : 0);
-      other->value = at[1];
+      NodePtr other = make(name, isType ? kXMPPropValueIsURI : 0, at[1]);
       if (isSimple || isType) {
         addQualifierOnce(node, std::move(other));
       } else {
@@ -624,7 +715,7 @@ void PacketParser::State::readPropertyAttributes(std::string_view qualified, Att
   }
   if (isSimple) {
     node->options = resource != nullptr ? kXMPPropValueIsURI : 0;
-    node->value = resource != nullptr ? resource : value;
+    node->setValue(resource != nullptr ? resource : value);
     frame.mustBeEmpty = true;
   } else if (isResourceType) {
     node->options = kXMPPropIsStruct;
@@ -633,9 +724,15 @@ void PacketParser::State::readPropertyAttributes(std::string_view qualified, Att
     node->options = kXMPPropIsStruct;
     frame.mustBeEmpty = true;
   }
+  return true;
 }
 
-void PacketParser::State::endElement(std::string_view) {
+void PacketParser::State::endElement() {
+  hasWarnedOfText = false;
+  if (skipped != 0) {
+    --skipped;
+    return;
+  }
   Frame frame = std::move(frames.back());
   frames.pop_back();
   prefixes.restore(frame.prefixMark);
@@ -653,13 +750,14 @@ void PacketParser::State::endElement(std::string_view) {
       if ((frame.target->options & kXMPPropIsAlternate) != 0) putDefaultLanguageFirst(frame.target);
       break;
     case Place::kProperty:
-      if (!frame.hasChild && !frame.mustBeEmpty) frame.target->value = text;
+      if (!frame.hasChild && !frame.mustBeEmpty) frame.target->setValue(text);
       text.clear();
       break;
-    case Place::kOutside:
-    case Place::kSkipped:
-    case Place::kRDF:
     case Place::kTop:
+      topSize = kNowhere;
+      break;
+    case Place::kOutside:
+    case Place::kRDF:
       break;
   }
   if (frame.owned == nullptr) return;
@@ -678,37 +776,51 @@ void PacketParser::State::endElement(std::string_view) {
 }
 
 void PacketParser::State::addText(std::string_view piece) {
+  if (skipped != 0 || frames.empty()) return;
   const Frame& frame = frames.back();
-  switch (frame.place) {
-    case Place::kOutside:
-    case Place::kSkipped:
-      return;
-    case Place::kProperty:
-      if (!frame.hasChild && !frame.mustBeEmpty) {
-        text.append(piece);
-        return;
-      }
-      break;
-    case Place::kRDF:
-    case Place::kTop:
-    case Place::kFields:
-    case Place::kArray:
-      break;
+  if (frame.place == Place::kOutside) return;
+  if (frame.place == Place::kProperty && !frame.hasChild && !frame.mustBeEmpty) {
+    text.append(piece);
+    return;
   }
-  if (!isBlank(piece)) fail(ErrorId::kBadRDF, "text stands where only elements may");
+  if (isBlank(piece)) return;
+  // Text comes in pieces.
+  if (!hasWarnedOfText) warn("text stands where only elements may");
+  hasWarnedOfText = true;
+  if (isInProperty()) dropProperty(0);
+}
+
+// One that only a document type elsewhere declares.
+void PacketParser::State::skipEntity(std::string_view name) {
+  if (skipped != 0) return;
+  warn("the entity ", name, " is not declared");
+  if (isInProperty()) dropProperty(0);
 }
 
 // --- the entry -------------------------------------------------------------------------------------------------------
 
-PacketParser::PacketParser() : state_(std::make_unique<State>()) {}
-PacketParser::~PacketParser() = default;
-
-void PacketParser::feed(const char* bytes, std::size_t length, bool last) {
-  state_->feed(length == 0 ? std::string_view() : std::string_view(bytes, length), last);
+PacketParser::PacketParser(Object& object) : state_(static_cast<State*>(spareStates.take())) {
+  std::unique_ptr<State> state(state_ != nullptr ? state_ : new State);
+  state->begin(object);
+  state_ = state.release();
 }
 
-Object& PacketParser::result() noexcept {
-  return state_->object;
+PacketParser::~PacketParser() {
+  if (!state_->end() || !spareStates.keep(state_)) delete state_;
+}
+
+void PacketParser::feed(const char* bytes, std::size_t length, bool last) {
+  try {
+    state_->feed(length == 0 ? std::string_view() : std::string_view(bytes, length), last);
+  } catch (const ToolkitError&) {
+    state_->finish();
+    throw;
+  }
+  if (last) state_->finish();
+}
+
+void PacketParser::releaseSpares() noexcept {
+  while (void* spare = spareStates.take()) delete static_cast<State*>(spare);
 }
 
 }  // namespace velto

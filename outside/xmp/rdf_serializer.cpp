@@ -188,14 +188,14 @@ class Writer {
     return true;
   }
   void putAttributes(const Node* first) {
-    for (; first != nullptr; first = first->next) putAttribute(nameOf(first), first->value);
+    for (; first != nullptr; first = first->next) putAttribute(nameOf(first), first->value());
   }
 
   // xml:lang comes first, when it is there, and is an attribute, when it is a plain text.
   static const Node* languageQualifier(const Node* node) noexcept {
     const Node* const first = node->qualifiers.first();
     const bool isPlain = first != nullptr && first->ns == wellKnown().xml && first->name() == "lang" &&
-                         first->options == 0 && first->qualifiers.empty() && !first->value.empty();
+                         first->options == 0 && first->qualifiers.empty() && !first->value().empty();
     return isPlain ? first : nullptr;
   }
 
@@ -231,7 +231,7 @@ class Writer {
       startAttributeLine(level + 2);
       put(nameOf(property));
       put("=\"");
-      putEscaped(property->value);
+      putEscaped(property->value());
       put("\"");
     });
     if (!hasElements) {
@@ -258,7 +258,7 @@ class Writer {
     put("<");
     put(name);
     const Node* const language = languageQualifier(node);
-    if (language != nullptr) putAttribute(Name{"xml", "lang"}, language->value);
+    if (language != nullptr) putAttribute(Name{"xml", "lang"}, language->value());
     const Node* const general = language != nullptr ? language->next : node->qualifiers.first();
     if (general == nullptr) {
       writeValue(name, node, level);
@@ -266,7 +266,7 @@ class Writer {
     }
     if (isCompact_ && node->isSimple() && allFitAttributes(general)) {
       putAttribute((node->options & kXMPPropValueIsURI) != 0 ? Name{"rdf", "resource"} : Name{"rdf", "value"},
-                   node->value);
+                   node->value());
       putAttributes(general);
       put("/>");
       return;
@@ -325,13 +325,13 @@ class Writer {
         endElement(name, level);
       }
     } else if ((node->options & kXMPPropValueIsURI) != 0) {
-      putAttribute(Name{"rdf", "resource"}, node->value);
+      putAttribute(Name{"rdf", "resource"}, node->value());
       put("/>");
-    } else if (node->value.empty()) {
+    } else if (node->value().empty()) {
       put("/>");
     } else {
       put(">");
-      putEscaped(node->value);
+      putEscaped(node->value());
       put("</");
       put(name);
       put(">");

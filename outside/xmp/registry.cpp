@@ -1,16 +1,18 @@
-// The namespace registry.
+// The namespaces that the process shares.
 #include "outside/xmp/registry.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <functional>
 #include <iterator>
-#include <list>
-#include <new>
+#include <memory>
+#include <mutex>
 #include <random>
+#include <shared_mutex>
 #include <unordered_map>
-#include <vector>
 
 #include "outside/xmp/errors.h"
 #include "outside/xmp/text.h"
@@ -34,10 +36,8 @@ HashKeys makeHashKeys() noexcept {
   return {seed ^ 0x9E3779B97F4A7C15u, ((seed * 0xD6E8FEB86659FD93u) ^ 0xA0761D6478BD642Fu) | 1};
 }
 
-// Made on first use, which may be before this file's own initialisation.
 const HashKeys& hashKeys() noexcept {
-  static constinit HashKeys keys{};
-  if (keys.second == 0) keys = makeHashKeys();
+  static const HashKeys keys = makeHashKeys();
   return keys;
 }
 
@@ -84,14 +84,17 @@ struct TextHash {
   using is_transparent = void;
   std::size_t operator()(std::string_view text) const noexcept { return hashText(text); }
 };
+template <typename Value>
+using TextMap = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
 
-struct Standard {
-  const char* prefix;
-  const char* uri;
+struct Row {
+  std::string_view prefix;
+  std::string_view uri;
 };
 
+// The standard's own, then those that public registries list for phones, drones, panorama tools and photo managers.
 // clang-format off
-constexpr Standard kStandards[] = {
+constexpr Row kRows[] = {
     {"xml",               "http://www.w3.org/XML/1998/namespace"},
     {"rdf",               "http://www.w3.org/1999/02/22-rdf-syntax-ns#"},
     {"x",                 "adobe:ns:meta/"},
@@ -126,7 +129,6 @@ constexpr Standard kStandards[] = {
     {"rawforge-settings", "http://ns.adobe.com/rawforge-settings/1.0/"},
     {"pdf",               "http://ns.adobe.com/pdf/1.3/"},
     {"pdfx",              "http://ns.adobe.com/pdfx/1.3/"},
-    {"lr",                "http://ns.adobe.com/lightroom/1.0/"},
 
     {"Iptc4xmpCore",      "http://iptc.org/std/Iptc4xmpCore/1.0/xmlns/"},
     {"Iptc4xmpExt",       "http://iptc.org/std/Iptc4xmpExt/2008-02-29/"},
@@ -137,189 +139,150 @@ constexpr Standard kStandards[] = {
     {"dcterms",           "http://purl.org/dc/terms/"},
     {"cc",                "http://creativecommons.org/ns#"},
     {"pdfaid",            "http://www.aiim.org/pdfa/ns/id/"},
+
+    // Panorama tools, phones and their depth formats
+    {"GPano",             "http://ns.google.com/photos/1.0/panorama/"},
+    {"GSpherical",        "http://ns.google.com/videos/1.0/spherical/"},
+    {"GCamera",           "http://ns.google.com/photos/1.0/camera/"},
+    {"GDepth",            "http://ns.google.com/photos/1.0/depthmap/"},
+    {"GImage",            "http://ns.google.com/photos/1.0/image/"},
+    {"GAudio",            "http://ns.google.com/photos/1.0/audio/"},
+    {"GFocus",            "http://ns.google.com/photos/1.0/focus/"},
+    {"GCreations",        "http://ns.google.com/photos/1.0/creations/"},
+    {"Container",         "http://ns.google.com/photos/1.0/container/"},
+    {"Item",              "http://ns.google.com/photos/1.0/container/item/"},
+    {"Device",            "http://ns.google.com/photos/dd/1.0/device/"},
+    {"Profile",           "http://ns.google.com/photos/dd/1.0/profile/"},
+    {"hdrgm",             "http://ns.adobe.com/hdr-gain-map/1.0/"},
+    {"hdr_metadata",      "http://ns.adobe.com/hdr-metadata/1.0/"},
+    {"HDRGainMap",        "http://ns.apple.com/HDRGainMap/1.0/"},
+    {"apdi",              "http://ns.apple.com/pixeldatainfo/1.0/"},
+    {"apple-fi",          "http://ns.apple.com/faceinfo/1.0/"},
+    {"aas",               "http://ns.apple.com/adjustment-settings/1.0/"},
+    {"LImage",            "http://ns.leiainc.com/photos/1.0/image/"},
+    {"cell",              "http://developer.sonyericsson.com/cell/1.0/"},
+
+    // Drones and thermal cameras
+    {"drone-dji",         "http://www.dji.com/drone-dji/1.0/"},
+    {"drone-parrot",      "http://www.parrot.com/drone-parrot/1.0/"},
+    {"Camera",            "http://pix4d.com/camera/1.0/"},
+    {"FLIR",              "http://ns.flir.com/xmp/1.0/"},
+
+    // Photo managers and camera makers
+    {"MicrosoftPhoto",    "http://ns.microsoft.com/photo/1.0/"},
+    {"MP",                "http://ns.microsoft.com/photo/1.2/"},
+    {"MPRI",              "http://ns.microsoft.com/photo/1.2/t/RegionInfo#"},
+    {"MPReg",             "http://ns.microsoft.com/photo/1.2/t/Region#"},
+    {"digiKam",           "http://www.digikam.org/ns/1.0/"},
+    {"kipi",              "http://www.digikam.org/ns/kipi/1.0/"},
+    {"acdsee",            "http://ns.acdsee.com/iptc/1.0/"},
+    {"mediapro",          "http://ns.iview-multimedia.com/mediapro/1.0/"},
+    {"expressionmedia",   "http://ns.microsoft.com/expressionmedia/1.0/"},
+    {"ics",               "http://ns.idimager.com/ics/1.0/"},
+    {"extensis",          "http://ns.extensis.com/extensis/1.0/"},
+    {"fpv",               "http://ns.fastpictureviewer.com/fpv/1.0/"},
+    {"darktable",         "http://darktable.sf.net/"},
+    {"GIMP",              "http://www.gimp.org/xmp/"},
+    {"sdc",               "http://ns.nikon.com/sdc/1.0/"},
+    {"ast",               "http://ns.nikon.com/asteroid/1.0/"},
+    {"nine",              "http://ns.nikon.com/nine/1.0/"},
+    {"GettyImagesGIFT",   "http://xmp.gettyimages.com/gift/1.0/"},
+
+    // Publishing, science, medicine
+    {"prism",             "http://prismstandard.org/namespaces/basic/2.0/"},
+    {"prl",               "http://prismstandard.org/namespaces/prl/2.1/"},
+    {"pur",               "http://prismstandard.org/namespaces/prismusagerights/2.1/"},
+    {"pmi",               "http://prismstandard.org/namespaces/pmi/2.2/"},
+    {"prm",               "http://prismstandard.org/namespaces/prm/3.0/"},
+    {"xmpPLUS",           "http://ns.adobe.com/xap/1.0/PLUS/"},
+    {"dex",               "http://ns.optimasc.com/dex/1.0/"},
+    {"DICOM",             "http://ns.adobe.com/DICOM/"},
+    {"dwc",               "http://rs.tdwg.org/dwc/terms/"},
+    {"rdfs",              "http://www.w3.org/2000/01/rdf-schema#"},
+    {"svg",               "http://www.w3.org/2000/svg"},
 };
 // clang-format on
+
+constexpr auto makeStandards() {
+  std::array<Namespace, std::size(kRows)> standards{};
+  for (std::uint32_t at = 0; at < standards.size(); ++at) standards[at] = {kRows[at].uri, kRows[at].prefix, at, true};
+  return standards;
+}
+constexpr std::array kStandards = makeStandards();
 
 // Namespaces in XML 1.0, section 3: bound to the prefix xmlns, and must not be declared.
 constexpr std::string_view kDeclarationURI = "http://www.w3.org/2000/xmlns/";
 
-// False when the process ends and the registry is gone. Objects that a program's own static destructors release are
-// later than that.
-constinit bool recordsLive = false;
-
-class Registry {
+// A table of the known namespaces by one of their texts, made by the compiler. Its hash needs no key: nobody can add to
+// the table.
+class StandardTable {
  public:
-  // Asked for with every name: what stands already costs a comparison.
-  static Registry& instance() { return made_ != nullptr ? *made_ : make(); }
+  using Text = std::string_view Namespace::*;
 
-  Registry() {
-    for (const Standard& standard : kStandards) {
-      Namespace* record = add(standard.uri, standard.prefix);
-      record->standard = true;
+  constexpr explicit StandardTable(Text text) : text_(text) {
+    for (std::size_t at = 0; at < std::size(kStandards); ++at) {
+      std::size_t slot = slotOf(kStandards[at].*text);
+      while (slots_[slot] != 0) slot = (slot + 1) % kSlots;
+      slots_[slot] = static_cast<std::uint8_t>(at + 1);
     }
-    wellKnown_ = {find(kStandards[0].uri), find(kStandards[1].uri), find(kStandards[2].uri), find(kStandards[3].uri),
-                  find(kStandards[4].uri)};
-    recordsLive = true;
   }
-  Registry(const Registry&) = delete;
-  Registry& operator=(const Registry&) = delete;
-  ~Registry() { recordsLive = false; }
 
-  const WellKnown& wellKnown() const noexcept { return wellKnown_; }
-  std::size_t count() const noexcept { return count_; }
-
-  const Namespace* find(std::string_view uri) noexcept {
-    // A client mostly asks for the same few again and again.
-    for (const Namespace* recent : recent_) {
-      if (recent != nullptr && recent->uri == uri && recent->known) return recent;
+  const Namespace* find(std::string_view text) const noexcept {
+    for (std::size_t slot = slotOf(text); slots_[slot] != 0; slot = (slot + 1) % kSlots) {
+      const Namespace& known = kStandards[slots_[slot] - 1];
+      if (known.*text_ == text) return &known;
     }
-    const Namespace* record = findAmongAll(uri);
-    if (record != nullptr) recent_[nextRecent_++ % std::size(recent_)] = record;
-    return record;
-  }
-
-  const Namespace* findAmongAll(std::string_view uri) const noexcept {
-    const auto place = byURI_.find(uri);
-    return place != byURI_.end() && place->second->known ? place->second : nullptr;
-  }
-
-  const Namespace* findByPrefix(std::string_view prefix) const noexcept {
-    const auto place = byPrefix_.find(prefix);
-    return place != byPrefix_.end() && place->second->known ? place->second : nullptr;
-  }
-
-  Namespace* intern(std::string_view uri, std::string_view suggestedPrefix) {
-    const auto known = byURI_.find(uri);
-    if (known != byURI_.end() && known->second->known) return known->second;
-    if (uri.empty() || uri == kDeclarationURI || !isCleanText(uri)) {
-      throw ToolkitError(ErrorId::kBadSchema, "'" + repairText(uri) + "' cannot be a namespace");
-    }
-    if (!suggestedPrefix.empty() && suggestedPrefix.back() == ':') suggestedPrefix.remove_suffix(1);
-    if (!isXMLName(suggestedPrefix) || suggestedPrefix == "xmlns") suggestedPrefix = {};
-    if (fresh_ >= std::max(kForgetAfter, records_.size() / 2)) forgetUnused();
-    const auto place = byURI_.find(uri);
-    if (place == byURI_.end()) return add(uri, freePrefix(suggestedPrefix, nullptr));
-    Namespace* record = place->second;
-    rename(record, freePrefix(suggestedPrefix, record));
-    sorted_.clear();
-    record->known = true;
-    ++count_;
-    return record;
-  }
-
-  bool remove(std::string_view uri) {
-    const auto place = byURI_.find(uri);
-    if (place == byURI_.end() || !place->second->known) return false;
-    if (place->second->standard) {
-      throw ToolkitError(ErrorId::kStandardNamespace, "the namespace '" + place->second->uri + "' cannot be deleted");
-    }
-    sorted_.clear();
-    place->second->known = false;
-    place->second->kept = false;
-    --count_;
-    return true;
-  }
-
-  const Namespace* at(std::size_t index) {
-    if (index >= count_) return nullptr;
-    if (sorted_.empty()) {
-      std::vector<const Namespace*> sorted;
-      sorted.reserve(count_);
-      for (const Namespace& record : records_) {
-        if (record.known) sorted.push_back(&record);
-      }
-      std::sort(sorted.begin(), sorted.end(),
-                [](const Namespace* left, const Namespace* right) { return left->prefix < right->prefix; });
-      sorted_ = std::move(sorted);
-    }
-    return sorted_[index];
+    return nullptr;
   }
 
  private:
-  static Registry& make() {
-    static Registry registry;
-    made_ = &registry;
-    return registry;
-  }
-  static constinit inline Registry* made_ = nullptr;
+  static constexpr std::size_t kSlots = 512;
+  static_assert(std::size(kStandards) < 256);
 
-  // New records between two looks for those that nobody uses. At least as many as there are old ones, so that looking
-  // costs each a fixed time, however many are in use.
-  static constexpr std::size_t kForgetAfter = 4096;
-
-  void forgetUnused() noexcept {
-    for (auto record = records_.begin(); record != records_.end();) {
-      if (record->standard || record->kept || record->uses != 0) {
-        ++record;
-        continue;
-      }
-      if (record->known) --count_;
-      byURI_.erase(byURI_.find(std::string_view(record->uri)));
-      byPrefix_.erase(byPrefix_.find(std::string_view(record->prefix)));
-      record = records_.erase(record);
-    }
-    std::fill(std::begin(recent_), std::end(recent_), nullptr);
-    sorted_.clear();
-    lastNumber_.clear();
-    fresh_ = 0;
+  // The URIs differ in their last bytes, prefixes mostly in their first.
+  static constexpr std::size_t slotOf(std::string_view text) noexcept {
+    std::size_t hash = text.size();
+    const std::size_t tail = text.size() > 12 ? text.size() - 12 : 0;
+    for (std::size_t at = tail; at < text.size(); ++at) hash = hash * 31 + static_cast<std::uint8_t>(text[at]);
+    return hash % kSlots;
   }
 
-  Namespace* add(std::string_view uri, std::string_view prefix) {
-    Namespace* record =
-        &records_.emplace_back(Namespace{std::string(uri), std::string(prefix), hashText(uri), true, false});
-    try {
-      byURI_.emplace(record->uri, record);
-      byPrefix_.emplace(record->prefix, record);
-    } catch (...) {
-      byURI_.erase(record->uri);
-      records_.pop_back();
-      throw;
-    }
-    sorted_.clear();
-    ++count_;
-    ++fresh_;
-    return record;
-  }
+  Text text_;
+  std::array<std::uint8_t, kSlots> slots_{};
+};
+constexpr StandardTable kByURI(&Namespace::uri);
+constexpr StandardTable kByPrefix(&Namespace::prefix);
 
-  void rename(Namespace* record, std::string prefix) {
-    if (record->prefix == prefix) return;
-    byPrefix_.emplace(prefix, record);
-    byPrefix_.erase(record->prefix);
-    record->prefix = std::move(prefix);
-  }
+// What clients have registered. Few hosts register anything, so asking costs them one load.
+struct Registered {
+  std::shared_mutex mutex;
+  std::atomic<std::size_t> count{0};
+  TextMap<std::string> prefixes;  // By URI.
+  TextMap<std::string> uris;      // By prefix.
+  PrefixNumbers numbers;
 
-  // A prefix that no record but `self` has. A deleted record yields the one that is wanted and takes a numbered one.
-  std::string freePrefix(std::string_view wanted, const Namespace* self) {
-    if (wanted.empty()) return numbered("ns");
-    const auto place = byPrefix_.find(wanted);
-    if (place == byPrefix_.end() || place->second == self) return std::string(wanted);
-    if (place->second->known) return numbered(wanted);
-    rename(place->second, numbered(wanted));
-    return std::string(wanted);
+  bool isTaken(std::string_view prefix) const {
+    return kByPrefix.find(prefix) != nullptr || uris.find(prefix) != uris.end();
   }
-
-  std::string numbered(std::string_view base) {
-    std::uint32_t& number = lastNumber_[std::string(base)];
-    for (;;) {
-      std::string prefix = std::string(base) + std::to_string(++number);
-      if (byPrefix_.find(prefix) == byPrefix_.end()) return prefix;
-    }
-  }
-
-  std::list<Namespace> records_;
-  std::unordered_map<std::string, Namespace*, TextHash, std::equal_to<>> byURI_;
-  std::unordered_map<std::string, Namespace*, TextHash, std::equal_to<>> byPrefix_;
-  // Where to go on counting, so that a packet of ten thousand namespaces that want one prefix takes no longer for it.
-  std::unordered_map<std::string, std::uint32_t> lastNumber_;
-  std::vector<const Namespace*> sorted_;  // Empty when it has to be made anew.
-  std::size_t count_ = 0;
-  std::size_t fresh_ = 0;  // Made since the last look for unused ones.
-  WellKnown wellKnown_{};
-  const Namespace* recent_[4] = {};
-  std::size_t nextRecent_ = 0;
 };
 
+Registered& registered() {
+  static Registered table;
+  return table;
+}
+
+bool findIn(const TextMap<std::string>& map, Registered& table, std::string_view key, std::string& value) {
+  if (table.count.load(std::memory_order_acquire) == 0) return false;
+  const std::shared_lock lock(table.mutex);
+  const auto place = map.find(key);
+  if (place == map.end()) return false;
+  value = place->second;
+  return true;
+}
+
 }  // namespace
+
+constinit const WellKnown kWellKnown = {&kStandards[0], &kStandards[1], &kStandards[2], &kStandards[3], &kStandards[4]};
 
 std::uint32_t hashText(std::string_view text) noexcept {
   const HashKeys& keys = hashKeys();
@@ -335,55 +298,93 @@ std::uint32_t hashText(std::string_view text) noexcept {
   return static_cast<std::uint32_t>(hash ^ (hash >> 32));
 }
 
-bool prepareRegistry() noexcept {
-  try {
-    static_cast<void>(Registry::instance());
-    return true;
-  } catch (const std::bad_alloc&) {
-    return false;
+struct PrefixNumbers::Table {
+  TextMap<std::uint32_t> last;
+};
+
+PrefixNumbers::~PrefixNumbers() {
+  delete table_;
+}
+
+std::uint32_t& PrefixNumbers::lastNumber(std::string_view base) {
+  if (table_ == nullptr) table_ = new Table;
+  const auto place = table_->last.find(base);
+  return place != table_->last.end() ? place->second : table_->last.emplace(base, 0).first->second;
+}
+
+const Namespace* findStandard(std::string_view uri) noexcept {
+  return kByURI.find(uri);
+}
+
+const Namespace* findStandardPrefix(std::string_view prefix) noexcept {
+  return kByPrefix.find(prefix);
+}
+
+std::size_t countStandards() noexcept {
+  return std::size(kStandards);
+}
+
+bool findRegistered(std::string_view uri, std::string& prefix) {
+  return findIn(registered().prefixes, registered(), uri, prefix);
+}
+
+bool findRegisteredPrefix(std::string_view prefix, std::string& uri) {
+  return findIn(registered().uris, registered(), prefix, uri);
+}
+
+bool isRegisteredPrefix(std::string_view prefix) noexcept {
+  Registered& table = registered();
+  if (table.count.load(std::memory_order_acquire) == 0) return false;
+  const std::shared_lock lock(table.mutex);
+  return table.uris.find(prefix) != table.uris.end();
+}
+
+void requireNamespaceURI(std::string_view uri) {
+  if (uri.empty() || uri == kDeclarationURI || !isCleanText(uri)) {
+    throw ToolkitError(ErrorId::kBadSchema, "'" + repairText(uri) + "' cannot be a namespace");
   }
 }
 
-const Namespace* findNamespace(std::string_view uri) noexcept {
-  return Registry::instance().find(uri);
+std::string_view usablePrefix(std::string_view suggested) noexcept {
+  if (!suggested.empty() && suggested.back() == ':') suggested.remove_suffix(1);
+  return isXMLName(suggested) && suggested != "xmlns" ? suggested : std::string_view();
 }
 
-const Namespace* findPrefix(std::string_view prefix) noexcept {
-  return Registry::instance().findByPrefix(prefix);
+std::string registerNamespace(std::string_view uri, std::string_view suggestedPrefix) {
+  if (const Namespace* known = findStandard(uri)) return std::string(known->prefix);
+  requireNamespaceURI(uri);
+  Registered& table = registered();
+  const std::unique_lock lock(table.mutex);
+  const auto place = table.prefixes.find(uri);
+  if (place != table.prefixes.end()) return place->second;
+  std::string prefix(usablePrefix(suggestedPrefix));
+  if (prefix.empty() || table.isTaken(prefix)) {
+    prefix =
+        table.numbers.next(prefix.empty() ? "ns" : prefix, [&](std::string_view text) { return table.isTaken(text); });
+  }
+  std::string result = prefix;
+  const auto added = table.uris.emplace(prefix, std::string(uri)).first;
+  try {
+    table.prefixes.emplace(uri, std::move(prefix));
+  } catch (...) {
+    table.uris.erase(added);
+    throw;
+  }
+  table.count.store(table.uris.size(), std::memory_order_release);
+  return result;
 }
 
-const Namespace* registerNamespace(std::string_view uri, std::string_view suggestedPrefix) {
-  return Registry::instance().intern(uri, suggestedPrefix);
-}
-
-const Namespace* keepNamespace(std::string_view uri, std::string_view suggestedPrefix) {
-  Namespace* record = Registry::instance().intern(uri, suggestedPrefix);
-  record->kept = true;
-  return record;
-}
-
-void useNamespace(const Namespace* ns) noexcept {
-  if (ns != nullptr) ++ns->uses;
-}
-
-void releaseNamespace(const Namespace* ns) noexcept {
-  if (ns != nullptr && recordsLive) --ns->uses;
-}
-
-bool deleteNamespace(std::string_view uri) {
-  return Registry::instance().remove(uri);
-}
-
-std::size_t countNamespaces() noexcept {
-  return Registry::instance().count();
-}
-
-const Namespace* namespaceAt(std::size_t index) {
-  return Registry::instance().at(index);
-}
-
-const WellKnown& wellKnown() noexcept {
-  return Registry::instance().wellKnown();
+void deleteNamespace(std::string_view uri) {
+  if (findStandard(uri) != nullptr) {
+    throw ToolkitError(ErrorId::kStandardNamespace, "the namespace '" + std::string(uri) + "' cannot be deleted");
+  }
+  Registered& table = registered();
+  const std::unique_lock lock(table.mutex);
+  const auto place = table.prefixes.find(uri);
+  if (place == table.prefixes.end()) return;
+  table.uris.erase(place->second);
+  table.prefixes.erase(place);
+  table.count.store(table.uris.size(), std::memory_order_release);
 }
 
 }  // namespace velto

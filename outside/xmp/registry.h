@@ -1,9 +1,6 @@
-// The namespace registry: each namespace URI that the process has met is one record, so that nodes name their
-// namespace by a pointer and two names are compared without looking at a URI. One thread at a time.
-//
-// A record lives while anything uses it, and beyond that until some thousand others have come: a host that runs for
-// months reads packets of any number of namespaces, and nobody asks for most of them again. The standard's own, and
-// those that a client has registered, stay.
+// Namespaces that the whole process shares: those that the toolkit knows from the start, and those that clients have
+// registered. The first are constant; the second are behind a lock, so any number of threads may ask at once.
+// Namespaces that only packets bring belong to the object that the packet was read into (namespaces.h).
 #ifndef LXBRIDGE_OUTSIDE_XMP_REGISTRY_H_
 #define LXBRIDGE_OUTSIDE_XMP_REGISTRY_H_
 
@@ -14,42 +11,14 @@
 
 namespace velto {
 
-// A record's prefix is unique among all records, deleted ones included, since an object may still hold their names: the
-// serialiser can declare `prefix` for `uri` without asking further.
+// A node names its namespace by the address of such a record, and the records of one object differ in their URIs and in
+// their prefixes. So two names of one object are compared without looking at a URI.
 struct Namespace {
-  std::string uri;
-  std::string prefix;  // Without colon; an XML name.
-  std::uint32_t hash;  // Of the URI.
-  bool known;          // False after deletion: the URI and the prefix are found no more.
-  bool standard;       // Cannot be deleted, keeps its prefix.
-  bool kept = false;   // A client wants it, whether or not it is used.
-  mutable std::size_t uses = 0;
+  std::string_view uri;     // Zero-terminated, as is the prefix.
+  std::string_view prefix;  // Without colon; an XML name.
+  std::uint32_t id;         // Different for each namespace of an object.
+  bool standard;            // One that the toolkit knows: the record is every object's.
 };
-
-// Between these two a record stays where it is. Null: nothing. What neither uses a record nor keeps it must not hold it
-// over a registerNamespace.
-void useNamespace(const Namespace* ns) noexcept;
-void releaseNamespace(const Namespace* ns) noexcept;
-
-// Makes the registry; false when there is no memory for that. Everything below makes it too when it is the first to
-// need it, but most of it could not tell of a failure.
-bool prepareRegistry() noexcept;
-
-// The record of a URI that is known, or null.
-const Namespace* findNamespace(std::string_view uri) noexcept;
-// The record of a prefix (without colon) that is known, or null.
-const Namespace* findPrefix(std::string_view prefix) noexcept;
-// The record of the URI; made when there is none. Then the suggested prefix is taken when it is free, else it gets a
-// number behind it; one that is empty or no XML name is replaced by a generated one. Raises kBadSchema for an empty
-// URI.
-const Namespace* registerNamespace(std::string_view uri, std::string_view suggestedPrefix);
-// The same for a client: the namespace stays until it is deleted.
-const Namespace* keepNamespace(std::string_view uri, std::string_view suggestedPrefix);
-// False when there is no such URI. Raises kStandardNamespace for the standard's own.
-bool deleteNamespace(std::string_view uri);
-std::size_t countNamespaces() noexcept;
-// The known namespaces in the order of their prefixes; null beyond the last.
-const Namespace* namespaceAt(std::size_t index);
 
 // Records that the toolkit's own rules name.
 struct WellKnown {
@@ -59,10 +28,57 @@ struct WellKnown {
   const Namespace* dc;
   const Namespace* xmp;
 };
-const WellKnown& wellKnown() noexcept;
+extern const WellKnown kWellKnown;
+inline const WellKnown& wellKnown() noexcept {
+  return kWellKnown;
+}
+
+// What the toolkit knows, by URI and by prefix; null for others.
+const Namespace* findStandard(std::string_view uri) noexcept;
+const Namespace* findStandardPrefix(std::string_view prefix) noexcept;
+std::size_t countStandards() noexcept;
+
+// What clients have registered. False: not registered.
+bool findRegistered(std::string_view uri, std::string& prefix);
+bool findRegisteredPrefix(std::string_view prefix, std::string& uri);
+bool isRegisteredPrefix(std::string_view prefix) noexcept;
+
+// Gives the URI a prefix, and says which: its own when it has one, else the suggested one, with a number when that is
+// taken. A prefix that is no XML name is replaced by a generated one. Raises kBadSchema for a URI that is none.
+std::string registerNamespace(std::string_view uri, std::string_view suggestedPrefix);
+// Takes it back. Objects that use the namespace keep it. Raises kStandardNamespace for one that the toolkit knows.
+void deleteNamespace(std::string_view uri);
+
+// Raises kBadSchema when the URI can be no namespace.
+void requireNamespaceURI(std::string_view uri);
+// The prefix without its colon; empty when it cannot be one.
+std::string_view usablePrefix(std::string_view suggested) noexcept;
 
 // A keyed hash, so that nobody can write a packet whose names all fall into one place of a table.
 std::uint32_t hashText(std::string_view text) noexcept;
+
+// Finds a prefix that is not taken by adding a number to one. Remembers where each prefix has got to, so that a packet
+// of ten thousand namespaces that want one prefix takes no longer for it.
+class PrefixNumbers {
+ public:
+  template <typename IsTaken>
+  std::string next(std::string_view base, IsTaken isTaken) {
+    std::uint32_t& number = lastNumber(base);
+    for (;;) {
+      std::string prefix = std::string(base) + std::to_string(++number);
+      if (!isTaken(std::string_view(prefix))) return prefix;
+    }
+  }
+  PrefixNumbers() = default;
+  PrefixNumbers(const PrefixNumbers&) = delete;
+  PrefixNumbers& operator=(const PrefixNumbers&) = delete;
+  ~PrefixNumbers();
+
+ private:
+  struct Table;
+  std::uint32_t& lastNumber(std::string_view base);
+  Table* table_ = nullptr;  // Most objects never have a clash.
+};
 
 }  // namespace velto
 

@@ -337,47 +337,4 @@ std::string fromUTF32(std::string_view bytes, bool bigEndian) {
   return text;
 }
 
-std::string encodeBase64(std::string_view bytes) {
-  std::string text;
-  text.reserve(bytes.size() / 3 * 4 + 4);
-  for (std::size_t at = 0; at < bytes.size(); at += 3) {
-    const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
-    std::uint32_t group = 0;
-    for (std::size_t i = 0; i < 3; ++i) group = (group << 8) | (i < count ? byteAt(bytes, at + i) : 0u);
-    for (std::size_t i = 0; i < 4; ++i) text += i <= count ? kBase64Digits[(group >> (18 - 6 * i)) & 0x3F] : '=';
-  }
-  return text;
-}
-
-std::string decodeBase64(std::string_view text) {
-  std::string bytes;
-  bytes.reserve(text.size() / 4 * 3);
-  std::uint32_t group = 0;
-  std::uint32_t digits = 0;
-  std::uint32_t pads = 0;
-  for (const char c : text) {
-    if (c == ' ' || c == '\t' || c == '\n' || c == '\r') continue;
-    if (c == '=') {
-      ++pads;
-      continue;
-    }
-    const std::int8_t value = kBase64Values[static_cast<std::uint8_t>(c)];
-    if (value < 0 || pads != 0) throw ToolkitError(ErrorId::kBadValue, "not a base64 text");
-    group = (group << 6) | static_cast<std::uint32_t>(value);
-    if (++digits % 4 == 0) {
-      bytes += static_cast<char>(group >> 16);
-      bytes += static_cast<char>(group >> 8);
-      bytes += static_cast<char>(group);
-    }
-  }
-  // Some writers leave the padding out; a wrong one is an error.
-  const std::uint32_t rest = digits % 4;
-  if (rest == 1 || (pads != 0 && (rest == 0 || rest + pads != 4))) {
-    throw ToolkitError(ErrorId::kBadValue, "the base64 text ends within a group");
-  }
-  if (rest >= 2) bytes += static_cast<char>(group >> (rest == 2 ? 4 : 10));
-  if (rest == 3) bytes += static_cast<char>(group >> 2);
-  return bytes;
-}
-
 }  // namespace velto

@@ -46,9 +46,6 @@ std::string escapeXML(std::string_view text);
 std::string fromUTF16(std::string_view bytes, bool bigEndian);  // Lone surrogates and odd bytes become U+FFFD.
 std::string fromUTF32(std::string_view bytes, bool bigEndian);
 
-std::string encodeBase64(std::string_view bytes);
-std::string decodeBase64(std::string_view text);  // White space is passed over. Raises kBadValue.
-
 }  // namespace velto
 
 #endif  // LXBRIDGE_OUTSIDE_XMP_TEXT_H_

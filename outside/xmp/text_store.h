@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -65,6 +66,44 @@ class TextStore {
   std::size_t left_ = sizeof first_;
   std::vector<std::unique_ptr<char[]>> blocks_;
   std::vector<std::string> whole_;  // Long ones: their bytes stay where they are when the vector grows.
+};
+
+// The same for the procedures without an object: a thread's own, so that one thread's unlocking leaves the others'
+// texts alone. Nothing runs when a thread ends, so that the library can be unloaded before: a thread that has given
+// back what it got leaves nothing.
+class ThreadTexts {
+ public:
+  XMPTextOut keep(std::string_view text) {
+    if (text.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long to be handed out");
+    char* place = first_ + used_;
+    if (text.size() < sizeof first_ - used_) {
+      used_ += text.size() + 1;
+    } else {
+      auto* block = static_cast<Block*>(::operator new(sizeof(Block) + text.size() + 1));
+      blocks_ = new (block) Block{blocks_};
+      place = reinterpret_cast<char*>(block + 1);
+    }
+    if (!text.empty()) std::memcpy(place, text.data(), text.size());
+    place[text.size()] = '\0';
+    return {place, static_cast<std::uint32_t>(text.size())};
+  }
+
+  void unlock() noexcept {
+    while (Block* block = blocks_) {
+      blocks_ = block->next;
+      ::operator delete(block);
+    }
+    used_ = 0;
+  }
+
+ private:
+  struct Block {
+    Block* next;
+  };
+
+  char first_[256] = {};
+  std::size_t used_ = 0;
+  Block* blocks_ = nullptr;
 };
 
 }  // namespace velto

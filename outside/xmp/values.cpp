@@ -65,10 +65,6 @@ bool parseBool(std::string_view text) {
   refuse(text, "boolean");
 }
 
-std::int32_t parseInt(std::string_view text) {
-  return parseNumber<std::int32_t>(text, "integer of 32 bits");
-}
-
 std::int64_t parseInt64(std::string_view text) {
   return parseNumber<std::int64_t>(text, "integer of 64 bits");
 }

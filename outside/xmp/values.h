@@ -17,7 +17,6 @@ std::string formatFloat(double value);
 // Texts in, surrounding white space aside. Booleans in any case, and "t", "f", "1", "0" as older writers have them;
 // integers of decimal digits; real numbers also with exponent. Anything else raises kBadValue.
 bool parseBool(std::string_view text);
-std::int32_t parseInt(std::string_view text);
 std::int64_t parseInt64(std::string_view text);
 double parseFloat(std::string_view text);
 

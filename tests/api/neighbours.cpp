@@ -93,11 +93,7 @@ void Straighten() {
 }
 
 Alive CountAlive() {
-  Alive alive{Broker().containers.getLiveCount(), Broker().errors.getLiveCount(), 0};
-  if (const TALProc count = RealLookup()(kXMPMetaStaticInterface, "CountObjects", "XMPMeta_CountObjects_Static")) {
-    (void)reinterpret_cast<decltype(XMPMetaStatics::countObjects)>(count)(&alive.objects);
-  }
-  return alive;
+  return {Broker().containers.getLiveCount(), Broker().errors.getLiveCount()};
 }
 
 }  // namespace lxtest

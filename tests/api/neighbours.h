@@ -25,7 +25,6 @@ void Straighten();
 struct Alive {
   std::uint32_t containers;
   std::uint32_t errors;
-  std::uint32_t objects;
   bool operator==(const Alive&) const = default;
 };
 Alive CountAlive();

@@ -65,10 +65,15 @@ std::uint32_t PropertiesOf(const Bridge& bridge, const std::string& path) {
       Lookup()(kTALContainerInterface, "GetMethod", "TALContainer_GetMethod"));
   TALProc method = nullptr;
   std::uint32_t count = 0;
-  if (getMethod(&method, object, newAtom("CountProperties"), newAtom("XMPMeta_CountProperties_Method"), 1) != nullptr ||
+  const XMPVisitProc countProperty = [](void* user, const XMPVisitedNode* node) -> std::uint32_t {
+    if (node->depth == 1) ++*static_cast<std::uint32_t*>(user);
+    return 0;
+  };
+  if (getMethod(&method, object, newAtom("VisitNodes"), newAtom("XMPMeta_VisitNodes_Method"), 1) != nullptr ||
       method == nullptr ||
-      reinterpret_cast<decltype(XMPMetaMethods::countProperties)>(method)(object, nullptr, &count) != nullptr) {
-    Expect(false, "the toolkit counts properties");
+      reinterpret_cast<decltype(XMPMetaMethods::visitNodes)>(method)(object, nullptr, nullptr, countProperty, &count) !=
+          nullptr) {
+    Expect(false, "the toolkit visits properties");
   }
   bridge.destroy(handle);
   return count;

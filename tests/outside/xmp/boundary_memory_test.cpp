@@ -74,15 +74,11 @@ TEST_F(ToolkitWithoutMemory, AFailedCallChangesNothing) {
       [&](auto o) { return methods_.setQualifier(o, kDC, "struct", kXMP, "q", longText.c_str(), 0); },
       [&](auto o) { return methods_.setLocalizedText(o, kDC, "title", "de", "de-AT", longText.c_str(), 0); },
       [&](auto o) { return methods_.setLocalizedText(o, kXMP, "label", "en", "en-US", longText.c_str(), 0); },
-      [&](auto o) { return methods_.setObjectName(o, longText.c_str()); },
       [&](auto o) { return methods_.parseFromBuffer(o, packet.data(), length, 0); },
       [&](auto o) { return methods_.serializeToBuffer(o, &out, 0, 0, nullptr, nullptr, 0); },
       [&](auto o) { return methods_.getProperty(o, kDC, "struct/xmp:field", &out, nullptr, nullptr); },
       [&](auto o) { return utils_.appendProperties(other, o, 1); },
-      [&](auto o) { return utils_.duplicateSubtree(other, o, kDC, "title", kXMP, "copy/xmp:of"); },
-      [&](auto o) { return utils_.separateArrayItems(o, kXMP, "words", 0x200, "one; two and a lot more; \"three\""); },
       [&](auto) { return utils_.composeStructFieldPath(kDC, longName.c_str(), kXMP, longName.c_str(), &out); },
-      [&](auto) { return utils_.repairText(longText.data(), 600, &out); },
       [&](auto o) {
         XMPObjectRef copy = nullptr;
         const TALErrorRef error = meta_.newCopy(o, &copy);

@@ -3,7 +3,6 @@
 #define LXBRIDGE_TESTS_OUTSIDE_XMP_OBJECT_TEXT_H_
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -39,10 +38,10 @@ inline void appendText(const Node* node, std::size_t level, std::string& text) {
   const std::uint32_t options = reportedOptions(node);
   text.append(level * 2, ' ');
   if ((options & kXMPPropIsQualifier) != 0) text += '?';
-  text += node->ns == nullptr ? "-" : node->ns->prefix + ":" + std::string(node->name());
+  text += node->ns == nullptr ? "-" : std::string(node->ns->prefix) + ":" + std::string(node->name());
   if (node->isSimple()) {
     text += (options & kXMPPropValueIsURI) != 0 ? " -> " : " = ";
-    text += visible(node->value);
+    text += visible(node->value());
   } else {
     text += (options & kXMPPropIsStruct) != 0      ? " struct"
             : (options & kXMPPropIsAltText) != 0   ? " alt-text"
@@ -67,30 +66,41 @@ inline std::string textOf(const Object& object) {
   return text;
 }
 
-// In pieces of that size, the last of which is empty.
-inline std::unique_ptr<PacketParser> parse(std::string_view packet, std::size_t pieceSize = std::string_view::npos) {
-  auto parser = std::make_unique<PacketParser>();
-  while (!packet.empty()) {
-    const std::string_view piece = packet.substr(0, pieceSize);
-    parser->feed(piece.data(), piece.size(), false);
-    packet.remove_prefix(piece.size());
+// A packet in pieces of that size, the last of which is empty.
+struct Parsed {
+  Object object;
+  std::string failure;  // Its id and message: "14 line 3, column 7: ...", or "" when there is none.
+
+  explicit Parsed(std::string_view packet, std::size_t pieceSize = std::string_view::npos) {
+    PacketParser parser(object);
+    try {
+      while (!packet.empty()) {
+        const std::string_view piece = packet.substr(0, pieceSize);
+        parser.feed(piece.data(), piece.size(), false);
+        packet.remove_prefix(piece.size());
+      }
+      parser.feed(nullptr, 0, true);
+    } catch (const ToolkitError& error) {
+      failure = std::to_string(static_cast<int>(error.id())) + " " + error.what();
+    }
   }
-  parser->feed(nullptr, 0, true);
-  return parser;
-}
+
+  std::string text() const { return textOf(object); }
+  std::string warnings() const {
+    std::string text;
+    for (const Warning& warning : object.warnings.kept()) {
+      text += std::to_string(warning.line) + ":" + std::to_string(warning.column) + " " + warning.text + "\n";
+    }
+    return text;
+  }
+};
 
 inline std::string parsedText(std::string_view packet, std::size_t pieceSize = std::string_view::npos) {
-  return textOf(parse(packet, pieceSize)->result());
+  return Parsed(packet, pieceSize).text();
 }
 
-// The message of the failure with its id in front ("14 line 3, column 7: ..."), or "" when there is none.
 inline std::string failureOf(std::string_view packet, std::size_t pieceSize = std::string_view::npos) {
-  try {
-    (void)parse(packet, pieceSize);
-  } catch (const ToolkitError& error) {
-    return std::to_string(static_cast<int>(error.id())) + " " + error.what();
-  }
-  return {};
+  return Parsed(packet, pieceSize).failure;
 }
 
 // Declarations of the prefixes that the tests use.

@@ -10,7 +10,7 @@
 namespace velto::test {
 namespace {
 
-const char* const kDC = wellKnown().dc->uri.c_str();
+const char* const kDC = wellKnown().dc->uri.data();
 
 TEST(Path, NormalFormNamesEachStepOnce) {
   const struct {
@@ -32,10 +32,11 @@ TEST(Path, NormalFormNamesEachStepOnce) {
       {"a[xmp:f=\"\"]", "a[xmp:f=\"\"]"},
       {"a[xmp:f='\xE9']", "a[xmp:f=\"\xC3\xA9\"]"},
   };
+  Namespaces namespaces;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
-    EXPECT_EQ(pathText(requirePath(kDC, c.text)), c.normal);
-    EXPECT_EQ(pathText(requirePath(kDC, c.normal)), c.normal);
+    EXPECT_EQ(pathText(requirePath(namespaces, kDC, c.text)), c.normal);
+    EXPECT_EQ(pathText(requirePath(namespaces, kDC, c.normal)), c.normal);
   }
 }
 
@@ -79,23 +80,24 @@ TEST(Path, WhatIsNoneIsToldFromWhatIs) {
       {"a[f='x']", ErrorId::kBadPath},
       {"a[?xml:lang='d!']", ErrorId::kBadLanguage},
   };
+  Namespaces namespaces;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     Path path;
-    const PathProblem* problem = parsePath(kDC, c.text, path);
+    const PathProblem* problem = parsePath(namespaces, kDC, c.text, path);
     ASSERT_NE(problem, nullptr);
     EXPECT_EQ(problem->id, c.id) << problem->reason;
-    EXPECT_THROW(requirePath(kDC, c.text), ToolkitError);
+    EXPECT_THROW(requirePath(namespaces, kDC, c.text), ToolkitError);
   }
-  EXPECT_THROW(requirePath("http://unknown.example/", "a"), ToolkitError);
-  EXPECT_THROW(requirePath(nullptr, "a"), ToolkitError);
-  EXPECT_THROW(requirePath(kDC, nullptr), ToolkitError);
+  EXPECT_THROW(requirePath(namespaces, "http://unknown.example/", "a"), ToolkitError);
+  EXPECT_THROW(requirePath(namespaces, nullptr, "a"), ToolkitError);
+  EXPECT_THROW(requirePath(namespaces, kDC, nullptr), ToolkitError);
 }
 
 TEST(Path, LeadsToNodesOfEveryKind) {
   Object object;
   const auto set = [&object](const char* path, const char* text, std::uint32_t options = 0) {
-    setNode(object, requirePath(kDC, path), text, options);
+    setNode(object, requirePath(object.namespaces, kDC, path), text, options);
   };
   set("people", nullptr, kXMPPropIsArray);
   set("people[1]", nullptr, kXMPPropIsStruct);
@@ -107,8 +109,8 @@ TEST(Path, LeadsToNodesOfEveryKind) {
   set("people[2]/xmp:Name/?xml:lang", "EN-gb");
 
   const auto valueAt = [&object](const char* path) {
-    const Node* node = findNode(object, requirePath(kDC, path));
-    return node != nullptr ? node->value : "(none)";
+    const Node* node = findNode(object, requirePath(object.namespaces, kDC, path));
+    return node != nullptr ? std::string(node->value()) : "(none)";
   };
   EXPECT_EQ(valueAt("people[last()]/xmp:Name"), "Bob \"B\" [1]/x");
   EXPECT_EQ(valueAt("people[xmp:Name='Ann']/xmp:Name"), "Ann");

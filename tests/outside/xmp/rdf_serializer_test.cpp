@@ -17,7 +17,7 @@ std::string serialized(const Object& object, const SerializeOptions& options) {
 }
 
 std::string serialized(const std::string& packet, const SerializeOptions& options) {
-  return serialized(parse(packet)->result(), options);
+  return serialized(Parsed(packet).object, options);
 }
 
 constexpr std::uint32_t kBare = kXMPSerializeOmitWrapper | kXMPSerializeOmitMeta;

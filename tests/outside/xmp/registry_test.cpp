@@ -1,118 +1,110 @@
-// The namespace registry. It lives as long as the process, so each test has namespaces of its own.
+// Namespaces: what the process knows, what clients register, and the prefixes of one object.
 #include "outside/xmp/registry.h"
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
 
 #include "outside/xmp/errors.h"
-#include "outside/xmp/rdf.h"
+#include "outside/xmp/operations.h"
+#include "outside/xmp/path.h"
+#include "tests/outside/xmp/object_text.h"
 
 namespace velto::test {
 namespace {
 
-TEST(Registry, AURIKeepsItsPrefixAndATakenPrefixGetsANumber) {
-  const Namespace* first = registerNamespace("http://one.example/", "clash");
-  const Namespace* second = registerNamespace("http://two.example/", "clash:");
-  EXPECT_EQ(first->prefix, "clash");
-  EXPECT_EQ(second->prefix, "clash1");
-  EXPECT_EQ(registerNamespace("http://three.example/", "clash")->prefix, "clash2");
-  EXPECT_EQ(registerNamespace("http://one.example/", "other"), first);
-  EXPECT_EQ(findPrefix("other"), nullptr);
-  EXPECT_EQ(findPrefix("clash1"), second);
-  EXPECT_EQ(findNamespace("http://two.example/"), second);
-  EXPECT_NE(registerNamespace("http://four.example/", "dc")->prefix, "dc");
+std::string prefixOf(Object& object, const std::string& uri) {
+  const Namespace* ns = object.namespaces.find(uri);
+  return ns != nullptr ? std::string(ns->prefix) : "(none)";
 }
 
-TEST(Registry, SenselessPrefixesAreReplacedAndSenselessURIsRefused) {
-  std::set<std::string> prefixes;
-  int number = 0;
+TEST(Namespaces, AnObjectsPrefixesAreThoseOfItsPacketAlone) {
+  Parsed first(
+      inDescription("<a:x xmlns:a='http://one.example/'/><a:y xmlns:a='http://two.example/'/>"
+                    "<dc:z xmlns:dc='http://three.example/'/><b:w xmlns:b='http://one.example/'/>"
+                    "<unused xmlns:u='http://four.example/'/><v xmlns='http://five.example/'/>"));
+  EXPECT_EQ(prefixOf(first.object, "http://one.example/") + prefixOf(first.object, "http://two.example/") +
+                prefixOf(first.object, "http://three.example/") + prefixOf(first.object, "http://four.example/") +
+                prefixOf(first.object, "http://five.example/"),
+            "aa1dc1(none)ns1");
+  Parsed second(inDescription("<a:y xmlns:a='http://two.example/'/>"));
+  EXPECT_EQ(prefixOf(second.object, "http://two.example/") + prefixOf(second.object, "http://one.example/"), "a(none)");
+  EXPECT_EQ(second.object.namespaces.findPrefix("a1"), nullptr);
+
+  // A copy keeps the prefixes; what is added to an object follows that object's.
+  Object copy;
+  copy.copyFrom(first.object);
+  EXPECT_EQ(textOf(copy), textOf(first.object));
+  EXPECT_TRUE(equalTrees(first.object.root(), copy.root(), copy.namespaces));
+  appendProperties(first.object, second.object, false);
+  EXPECT_EQ(prefixOf(second.object, "http://one.example/"), "a1");
+  EXPECT_EQ(second.text(), "a:y = \na1:x = \na1:w = \ndc1:z = \nns1:v = \n");
+  EXPECT_TRUE(equalTrees(first.object.root(), second.object.root(), second.object.namespaces));
+  EXPECT_FALSE(equalTrees(first.object.root(), Object().root(), Namespaces()));
+  EXPECT_EQ(findNode(second.object, requirePath(second.object.namespaces, "http://one.example/", "a1:x"))->parent,
+            second.object.findSchema(second.object.namespaces.find("http://one.example/")));
+}
+
+TEST(Namespaces, ManyOfAPacketAreAllFoundAndDiffer) {
+  std::string properties;
+  for (int at = 0; at < 3000; ++at) {
+    properties += "<n" + std::to_string(at % 3) + ":p xmlns:n" + std::to_string(at % 3) + "='http://" +
+                  std::to_string(at) + ".example/'>1</n" + std::to_string(at % 3) + ":p>";
+  }
+  Parsed many(inDescription(properties));
+  EXPECT_EQ(many.object.root()->children.size(), 3000u);
+  for (int at = 0; at < 3000; ++at) {
+    const Namespace* ns = many.object.namespaces.find("http://" + std::to_string(at) + ".example/");
+    ASSERT_NE(ns, nullptr);
+    ASSERT_EQ(many.object.namespaces.findPrefix(ns->prefix), ns);
+  }
+}
+
+TEST(Namespaces, WhatAClientRegistersIsEveryObjectsUnlessItKnowsBetter) {
+  Object before;
+  before.namespaces.intern("http://late.example/", "own");
+  EXPECT_EQ(registerNamespace("http://client.example/", "client:"), "client");
+  EXPECT_EQ(registerNamespace("http://client.example/", "other"), "client");
+  EXPECT_EQ(registerNamespace("http://other.example/", "client"), "client1");
+  EXPECT_EQ(registerNamespace("http://late.example/", "late"), "late");
+  EXPECT_EQ(registerNamespace("http://purl.org/dc/elements/1.1/", "mydc"), "dc");
+  Parsed packet(
+      inDescription("<client:a xmlns:client='http://stranger.example/'/><q:b xmlns:q='http://client.example/'/>"));
+  EXPECT_EQ(packet.text(), "client2:a = \nclient:b = \n");
+  EXPECT_EQ(prefixOf(before, "http://late.example/"), "own");
+  EXPECT_EQ(before.namespaces.findPrefix("late"), before.namespaces.find("http://late.example/"));
   for (const char* prefix : {"", "1a", "a b", ":", "xmlns", "a:b", "<"}) {
-    const Namespace* ns = registerNamespace("http://odd.example/" + std::to_string(++number), prefix);
-    EXPECT_EQ(ns->prefix.find_first_not_of("ns0123456789"), std::string::npos) << ns->prefix;
-    EXPECT_TRUE(prefixes.insert(ns->prefix).second) << ns->prefix;
+    EXPECT_EQ(registerNamespace(std::string("http://odd.example/") + prefix, prefix).substr(0, 2), "ns") << prefix;
   }
   for (const char* uri : {"", "http://www.w3.org/2000/xmlns/", "a\x01", "\xFF"}) {
     EXPECT_THROW(registerNamespace(uri, "fine"), ToolkitError) << uri;
+    EXPECT_THROW(before.namespaces.intern(uri, "fine"), ToolkitError) << uri;
   }
-  EXPECT_EQ(findPrefix("fine"), nullptr);
 }
 
-TEST(Registry, ADeletedNamespaceYieldsItsPrefixAndStaysUsable) {
-  const std::size_t count = countNamespaces();
-  const Namespace* gone = registerNamespace("http://gone.example/", "gone");
-  EXPECT_EQ(countNamespaces(), count + 1);
-  EXPECT_TRUE(deleteNamespace("http://gone.example/"));
-  EXPECT_FALSE(deleteNamespace("http://gone.example/"));
-  EXPECT_EQ(countNamespaces(), count);
-  EXPECT_EQ(findNamespace("http://gone.example/"), nullptr);
-  EXPECT_EQ(findPrefix("gone"), nullptr);
-
-  const Namespace* heir = registerNamespace("http://heir.example/", "gone");
-  EXPECT_EQ(heir->prefix, "gone");
-  EXPECT_EQ(findPrefix("gone"), heir);
-  // Nodes may still name it, and a packet needs two prefixes for the two.
-  EXPECT_NE(gone->prefix, "gone");
-  EXPECT_EQ(findPrefix(gone->prefix), nullptr);
-
-  EXPECT_EQ(registerNamespace("http://gone.example/", "back"), gone);
-  EXPECT_EQ(findPrefix("back"), gone);
-  EXPECT_THROW(deleteNamespace("http://purl.org/dc/elements/1.1/"), ToolkitError);
-}
-
-// What stands before and behind the properties of a packet, and those of so many namespaces of a kind.
-constexpr char kStart[] =
-    "<r:RDF xmlns:r='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><r:Description xmlns:u='http://used.example/'>";
-constexpr char kEnd[] = "</r:Description></r:RDF>";
-
-std::string propertiesOfManyNamespaces(const std::string& kind, int count) {
-  std::string text;
-  for (int at = 0; at < count; ++at) {
-    text += "<n:p xmlns:n='http://" + kind + ".example/" + std::to_string(at) + "'>1</n:p>";
+TEST(Namespaces, PrefixesThatPhonesDronesAndPhotoManagersWriteAreKnown) {
+  const struct {
+    const char* prefix;
+    const char* uri;
+  } known[] = {
+      {"GPano", "http://ns.google.com/photos/1.0/panorama/"},
+      {"GCamera", "http://ns.google.com/photos/1.0/camera/"},
+      {"GDepth", "http://ns.google.com/photos/1.0/depthmap/"},
+      {"GImage", "http://ns.google.com/photos/1.0/image/"},
+      {"Container", "http://ns.google.com/photos/1.0/container/"},
+      {"Item", "http://ns.google.com/photos/1.0/container/item/"},
+      {"MicrosoftPhoto", "http://ns.microsoft.com/photo/1.0/"},
+      {"digiKam", "http://www.digikam.org/ns/1.0/"},
+      {"mwg-rs", "http://www.metadataworkinggroup.com/schemas/regions/"},
+      {"drone-dji", "http://www.dji.com/drone-dji/1.0/"},
+      {"picturist", "http://ns.adobe.com/picturist/1.0/"},
+  };
+  for (const auto& row : known) {
+    ASSERT_NE(findStandardPrefix(row.prefix), nullptr) << row.prefix;
+    EXPECT_EQ(findStandardPrefix(row.prefix)->uri, row.uri);
+    EXPECT_EQ(findStandard(row.uri), findStandardPrefix(row.prefix));
   }
-  return text;
-}
-
-void parse(PacketParser& parser, const std::string& packet, bool last = true) {
-  parser.feed(packet.data(), packet.size(), last);
-}
-
-TEST(Registry, WhatOnlyPacketsOfThePastHaveUsedIsForgottenAfterSomeThousand) {
-  PacketParser living;
-  parse(living, kStart + std::string("<u:a>1</u:a>") + kEnd);
-  PacketParser halfFed;  // The blanks, so that this is parsed now.
-  parse(halfFed,
-        kStart + std::string("<u:a>1</u:a><h:s xmlns:h='http://half.example/' r:parseType='Resource'><h:f/>") +
-            std::string(5000, ' '),
-        false);
-  const std::string prefix = findNamespace("http://half.example/")->prefix;
-  const Namespace* kept = keepNamespace("http://kept.example/", "kept");
-  registerNamespace("http://unused.example/", "unused");
-
-  const std::size_t before = countNamespaces();
-  for (int packet = 0; packet < 6; ++packet) {
-    PacketParser parser;
-    parse(parser, kStart + propertiesOfManyNamespaces(std::to_string(packet), 5000) + kEnd);
-    EXPECT_EQ(parser.result().root()->children.size(), 5000u) << packet;
-  }
-  EXPECT_LT(countNamespaces(), before + 3 * 5000);
-  EXPECT_EQ(findNamespace("http://unused.example/"), nullptr);
-  EXPECT_EQ(findNamespace("http://0.example/0"), nullptr);
-  EXPECT_EQ(findPrefix("unused"), nullptr);
-  EXPECT_EQ(findPrefix("kept"), kept);
-
-  const Namespace* used = findNamespace("http://used.example/");
-  ASSERT_NE(used, nullptr);
-  EXPECT_NE(living.result().findSchema(used), nullptr);
-  parse(halfFed, std::string("<h:g>2</h:g></h:s><h:t xmlns:h='http://half.example/'/>") + kEnd);
-  const Namespace* half = findNamespace("http://half.example/");
-  ASSERT_NE(half, nullptr);
-  EXPECT_EQ(half->prefix, prefix);
-  const Node* schema = halfFed.result().findSchema(half);
-  ASSERT_NE(schema, nullptr);
-  EXPECT_EQ(schema->children.size(), 2u);
-  EXPECT_EQ(schema->children.first()->children.size(), 2u);
+  EXPECT_EQ(findStandardPrefix("lr"), nullptr);
 }
 
 }  // namespace

@@ -97,19 +97,5 @@ TEST(Text, OtherUnicodeEncodingsBecomeUTF8) {
   EXPECT_EQ(fromUTF32("\0\xF6\x01\0\xFF\xFF\xFF\xFF\x41"sv, false), "\xF0\x9F\x98\x80\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
-TEST(Text, Base64ReadsBackAndRefusesWhatIsNone) {
-  std::string bytes;
-  for (int length = 0; length < 70; ++length) {
-    EXPECT_EQ(decodeBase64(encodeBase64(bytes)), bytes);
-    bytes += static_cast<char>(length * 37 + 200);
-  }
-  // RFC 4648, section 10.
-  EXPECT_EQ(encodeBase64("foob"), "Zm9vYg==");
-  EXPECT_EQ(decodeBase64(" Zm9v\r\nYg"), "foob");
-  for (const char* text : {"Zm9vY", "Zm9v*g==", "Zg=", "Zm9v=", "Zg==Zg==", "Zg===", "Z==="}) {
-    EXPECT_THROW(decodeBase64(text), ToolkitError) << text;
-  }
-}
-
 }  // namespace
 }  // namespace velto::test

@@ -23,7 +23,6 @@ class ToolkitFixture : public testing::Test {
   }
   void TearDown() override {
     Release(object_);
-    EXPECT_EQ(CountObjects(), 0u);
     EXPECT_EQ(broker_.containers.getLiveCount(), 0u);
     EXPECT_EQ(broker_.errors.getLiveCount(), 0u);
     VeltoXMPOrdinal2();
@@ -33,35 +32,33 @@ class ToolkitFixture : public testing::Test {
     XMPObjectRef object = nullptr;
     EXPECT_EQ(meta_.newWithBuffer(nullptr, 0, &object), nullptr);
     EXPECT_EQ(broker_.containers.addRef(object), nullptr);
-    if (methods_.setProperty == nullptr) FindMethods(object);
+    FindMethods(object, kXMPMetaMethodNames, methods_);
+    FindMethods(object, kXMPMetaOptionalMethodNames, optional_);
     return object;
   }
   void Release(XMPObjectRef object) { EXPECT_EQ(broker_.containers.release(object), nullptr); }
-  std::uint32_t CountObjects() {
-    std::uint32_t count = 99;
-    EXPECT_EQ(meta_.countObjects(&count), nullptr);
-    return count;
-  }
 
   TALLookupProc lookup_ = TALOrdinal5();
   BrokerProcs broker_{lookup_};
   XMPMetaStatics meta_{};
   XMPUtilsStatics utils_{};
   XMPMetaMethods methods_{};
+  XMPMetaOptionalMethods optional_{};
   XMPObjectRef object_ = nullptr;
 
  private:
-  void FindMethods(XMPObjectRef object) {
-    TALProc slots[sizeof(kXMPMetaMethodNames) / sizeof(TALProcName)];
-    for (std::size_t at = 0; at < std::size(slots); ++at) {
-      const TALStringAtom shortName = broker_.strings.newStringAtom(kXMPMetaMethodNames[at].shortName);
-      const TALStringAtom qualifiedName = broker_.strings.newStringAtom(kXMPMetaMethodNames[at].qualifiedName);
+  template <typename Methods, std::size_t kCount>
+  void FindMethods(XMPObjectRef object, const TALProcName (&names)[kCount], Methods& methods) {
+    TALProc slots[kCount];
+    for (std::size_t at = 0; at < kCount; ++at) {
+      const TALStringAtom shortName = broker_.strings.newStringAtom(names[at].shortName);
+      const TALStringAtom qualifiedName = broker_.strings.newStringAtom(names[at].qualifiedName);
       EXPECT_EQ(broker_.containers.getMethod(&slots[at], object, shortName, qualifiedName, 0), nullptr);
-      EXPECT_NE(slots[at], nullptr) << kXMPMetaMethodNames[at].shortName;
+      EXPECT_NE(slots[at], nullptr) << names[at].shortName;
       broker_.strings.deleteStringAtom(shortName);
       broker_.strings.deleteStringAtom(qualifiedName);
     }
-    std::memcpy(&methods_, slots, sizeof methods_);
+    std::memcpy(&methods, slots, sizeof methods);
   }
 };
 

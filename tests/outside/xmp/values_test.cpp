@@ -27,11 +27,11 @@ TEST(Values, RealNumbersHaveNoExponentAndReadBackTheSame) {
 }
 
 TEST(Values, TextsOfAnotherTypeAreRefused) {
-  EXPECT_EQ(parseInt(" +2147483647 "), INT32_MAX);
-  EXPECT_EQ(parseInt("-2147483648"), INT32_MIN);
+  EXPECT_EQ(parseInt64(" +2147483647 "), INT32_MAX);
   EXPECT_EQ(parseInt64("-9223372036854775808"), INT64_MIN);
-  for (const char* text : {"", " ", "2147483648", "1.5", "1x", "0x10", "+-1", "--1", "+", "1 2", "10/1"}) {
-    EXPECT_THROW(parseInt(text), ToolkitError) << text;
+  EXPECT_EQ(parseInt64("-9223372036854775808"), INT64_MIN);
+  for (const char* text : {"", " ", "9223372036854775808", "1.5", "1x", "0x10", "+-1", "--1", "+", "1 2", "10/1"}) {
+    EXPECT_THROW(parseInt64(text), ToolkitError) << text;
   }
   EXPECT_EQ(parseFloat("+1.5e3\n"), 1500);
   for (const char* text : {"", "nan", "inf", "-infinity", "1e999", "1,5", "1.5.", "0x1p3"}) {

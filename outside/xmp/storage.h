@@ -1,0 +1,93 @@
+// The memory of one object's nodes and texts: small blocks are cut from large ones, a block that is given back serves
+// the next request of its size, and everything goes at once with the object.
+//
+// Under AddressSanitizer each block is one of its own, so that a use after it was given back is seen.
+#ifndef LXBRIDGE_OUTSIDE_XMP_STORAGE_H_
+#define LXBRIDGE_OUTSIDE_XMP_STORAGE_H_
+
+#include <cstddef>
+#include <new>
+
+namespace velto {
+
+class Storage {
+ public:
+#if defined(__SANITIZE_ADDRESS__)
+  static constexpr bool kPooled = false;
+#elif defined(__has_feature)
+  static constexpr bool kPooled = !__has_feature(address_sanitizer);
+#else
+  static constexpr bool kPooled = true;
+#endif
+
+  Storage() = default;
+  Storage(const Storage&) = delete;
+  Storage& operator=(const Storage&) = delete;
+  ~Storage();
+
+  // Raises std::bad_alloc.
+  void* take(std::size_t size) {
+    void* block = tryTake(size);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+  }
+  // Null: no memory.
+  void* tryTake(std::size_t size) noexcept {
+    if (!kPooled || size > kLargestSmall) return takeLarge(size);
+    const std::size_t units = (size + kUnit - 1) / kUnit;
+    Free*& first = free_[units];
+    if (Free* block = first) {
+      first = block->next;
+      return block;
+    }
+    if (left_ < units * kUnit && !addChunk()) return nullptr;
+    void* block = next_;
+    next_ += units * kUnit;
+    left_ -= units * kUnit;
+    return block;
+  }
+  // `size` as it was taken. Null: nothing.
+  void give(void* block, std::size_t size) noexcept {
+    if (block == nullptr) return;
+    if (!kPooled || size > kLargestSmall) {
+      giveLarge(block);
+      return;
+    }
+    Free*& first = free_[(size + kUnit - 1) / kUnit];
+    first = new (block) Free{first};
+  }
+
+  // Gives the chunks that are kept for objects to come back to the system.
+  static void releaseSpares() noexcept;
+
+ private:
+  struct Free {
+    Free* next;
+  };
+  // In front of a chunk, and of a block that is too large for one.
+  struct alignas(16) Chunk {
+    Chunk* next;
+  };
+  struct alignas(16) Large {
+    Large* previous;
+    Large* next;
+  };
+
+  static constexpr std::size_t kUnit = 16;
+  static constexpr std::size_t kLargestSmall = 512;
+
+  bool addChunk() noexcept;
+  void* takeLarge(std::size_t size) noexcept;
+  void giveLarge(void* block) noexcept;
+
+  char* next_ = nullptr;
+  std::size_t left_ = 0;
+  std::size_t lastSize_ = 0;  // Of the last chunk.
+  Chunk* chunks_ = nullptr;
+  Large* large_ = nullptr;
+  Free* free_[kLargestSmall / kUnit + 1] = {};
+};
+
+}  // namespace velto
+
+#endif  // LXBRIDGE_OUTSIDE_XMP_STORAGE_H_
