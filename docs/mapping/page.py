@@ -204,10 +204,12 @@ a time for which the camera says no zone takes that of the machine, so it is ano
 Of the TIFF directories of a file the first one is converted, with the EXIF and GPS directories below it: sub-IFDs, IFD1 (the
 thumbnail), further directories of a chain and a second Exif block are read into the pool only. Of entries with the same tag
 the last one stays. An entry with no values removes the packet's property of its name; what a rule refuses writes nothing.
+PNG, WebP, GIF, HEIF, AVIF, JPEG XL and JPEG 2000 files and side-cars give the XMP object of a JPEG file that holds the same blocks.
 All arrays of a file together have at most 4 · 65536 items ([limits.md](limits.md)).
 
-Order of the sources: the XMP packet is parsed first; then, if the IPTC datasets win ([formats/iptc.md](formats/iptc.md)), all
-`picturist:` properties are replaced; then each TIFF, EXIF and GPS tag replaces the property of its name."""
+Order of the sources: the XMP packet is parsed first, and the properties of an extended packet that it lacks are
+added; then, if the IPTC datasets win ([formats/iptc.md](formats/iptc.md)), all `picturist:` properties are replaced; then each
+TIFF, EXIF and GPS tag replaces the property of its name."""
 
 MAKER_NOTES = """The note as a whole is `exif:MakerNote`: its display text, which is a text when the note is one and else its first 24 bytes in
 decimal. Its entries are items of the pool (`lxbridge pool`), and none of them is a property. One is heard all the same:
