@@ -2,7 +2,10 @@
 #include "tools/json/pool_json.h"
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
+
+#include "tools/json/file_offsets.h"
 
 namespace lxbridge::json {
 
@@ -12,7 +15,7 @@ std::string_view TextOrEmpty(const char* text) {
   return text == nullptr ? std::string_view() : std::string_view(text);
 }
 
-void WriteItems(JsonWriter* json, const LxMetadataItem* item) {
+void WriteItems(JsonWriter* json, const LxMetadataItem* item, const FileOffsets& offsets) {
   json->BeginArray();
   for (; item != nullptr; item = item->next) {
     json->BeginObject();
@@ -34,13 +37,19 @@ void WriteItems(JsonWriter* json, const LxMetadataItem* item) {
     json->Integer(item->valueLength);
     json->Key("value");
     json->HexOrNull(item->value, item->valueLength < 0 ? 0 : static_cast<std::size_t>(item->valueLength));
+    json->Key("offset");
+    if (const std::optional<std::int64_t> offset = offsets.Of(item->value, item->valueLength)) {
+      json->Integer(*offset);
+    } else {
+      json->Null();
+    }
     json->Key("display");
     json->String(TextOrEmpty(item->displayText));
     json->Key("valueLabel");
     json->StringOrNull(item->valueLabel);
     if (item->firstChild != nullptr) {
       json->Key("children");
-      WriteItems(json, item->firstChild);  // As deep as the readers' level limit at most.
+      WriteItems(json, item->firstChild, offsets);  // As deep as the readers' level limit at most.
     }
     json->EndObject();
   }
@@ -54,6 +63,35 @@ std::string PoolStatusName(LxResult status) {
   return name != nullptr ? name : std::to_string(status);
 }
 
+void WritePoolAttributes(JsonWriter* json, const LxMetadataPool& pool) {
+  json->BeginObject();
+  json->Key("width");
+  json->Integer(pool.width);
+  json->Key("height");
+  json->Integer(pool.height);
+  json->Key("samples");
+  json->Integer(pool.samples);
+  json->Key("bits");
+  json->Integer(pool.bits);
+  json->Key("colourModel");
+  json->StringOrNull(LxColourModelName(pool.colourModel));
+  json->Key("mcuWidth");
+  json->Integer(pool.mcuWidth);
+  json->Key("mcuHeight");
+  json->Integer(pool.mcuHeight);
+  json->Key("hasLayers");
+  json->Integer(pool.hasLayers);
+  json->Key("hasMetadata");
+  json->Integer(pool.hasMetadata);
+  json->Key("orientation");
+  json->StringOrNull(LxOrientationName(pool.orientation));
+  json->Key("fileKind");
+  json->StringOrNull(LxFileKindName(pool.fileKind));
+  json->Key("compression");
+  json->StringOrNull(LxCompressionName(pool.compression));
+  json->EndObject();
+}
+
 void WritePoolJson(std::string* out, std::string_view file, LxResult status, const LxMetadataPool& pool,
                    Layout layout) {
   JsonWriter json(out, layout);
@@ -65,34 +103,9 @@ void WritePoolJson(std::string* out, std::string_view file, LxResult status, con
   json.Key("statusName");
   json.String(PoolStatusName(status));
   json.Key("attributes");
-  json.BeginObject();
-  json.Key("width");
-  json.Integer(pool.width);
-  json.Key("height");
-  json.Integer(pool.height);
-  json.Key("samples");
-  json.Integer(pool.samples);
-  json.Key("bits");
-  json.Integer(pool.bits);
-  json.Key("colourModel");
-  json.StringOrNull(LxColourModelName(pool.colourModel));
-  json.Key("mcuWidth");
-  json.Integer(pool.mcuWidth);
-  json.Key("mcuHeight");
-  json.Integer(pool.mcuHeight);
-  json.Key("hasLayers");
-  json.Integer(pool.hasLayers);
-  json.Key("hasMetadata");
-  json.Integer(pool.hasMetadata);
-  json.Key("orientation");
-  json.StringOrNull(LxOrientationName(pool.orientation));
-  json.Key("fileKind");
-  json.StringOrNull(LxFileKindName(pool.fileKind));
-  json.Key("compression");
-  json.StringOrNull(LxCompressionName(pool.compression));
-  json.EndObject();
+  WritePoolAttributes(&json, pool);
   json.Key("items");
-  WriteItems(&json, pool.root);
+  WriteItems(&json, pool.root, FileOffsets(pool));
   json.EndObject();
   out->push_back('\n');
 }

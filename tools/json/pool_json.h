@@ -14,6 +14,9 @@ namespace lxbridge::json {
 // The kit's name of what reading came to; of a code without name, the number.
 [[nodiscard]] std::string PoolStatusName(LxResult status);
 
+// The value "attributes" of the object.
+void WritePoolAttributes(JsonWriter* json, const LxMetadataPool& pool);
+
 // Appends the object, with a line end. `file` is the name that it tells.
 void WritePoolJson(std::string* out, std::string_view file, LxResult status, const LxMetadataPool& pool,
                    Layout layout = Layout::kLine);

@@ -405,6 +405,7 @@ class Parser {
 
   bool FormatFits() {
     const bool flat = options_.format == Format::kFlat;
+    if (options_.format == Format::kHtml && options_.MayBeMany()) return Say("a page is of one FILE");
     if (options_.IsTable() && options_.fields.empty()) return Say("a table needs '--fields'");
     if (!options_.IsTable() && (options_.header || separated_)) {
       return Say("'--separator' and '--header' need '--format csv' or 'tsv'");

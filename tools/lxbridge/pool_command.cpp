@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
 #include "kit/base/result.h"
 #include "kit/model/pool.h"
@@ -15,6 +16,7 @@
 #include "tools/json/utf8.h"
 #include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/output.h"
+#include "tools/lxbridge/pool_page.h"
 #include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
@@ -144,6 +146,10 @@ class PoolWork : public FileWork {
     if (options_.format == Format::kJson) {
       json::WritePoolJson(&result->out, file, status, *pool,
                           options_.pretty ? json::Layout::kIndented : json::Layout::kLine);
+    } else if (options_.format == Format::kHtml) {
+      if (library_ == nullptr) library_ = std::make_unique<Library>();
+      const Interchange interchange(path);
+      WritePoolPage(&result->out, file, status, *pool, interchange.Xmp());
     } else {
       WriteText(&result->out, file, *pool, options_);
     }
@@ -151,6 +157,7 @@ class PoolWork : public FileWork {
 
  private:
   const Options& options_;
+  std::unique_ptr<Library> library_;  // Started for pages only.
 };
 
 }  // namespace
