@@ -21,8 +21,10 @@ const std::uint8_t* LxPeekRange(LxFileWindow* window, std::uint64_t offset, std:
     const LxStreamMethods* methods = window->stream->methods;
     window->start = static_cast<std::int32_t>(start);
     window->length = 0;
-    if (methods->seek(window->stream, window->start, SEEK_SET) != 0) return nullptr;
+    if (!LxSeekTo(window->stream, window->start)) return nullptr;
     window->length = methods->read(window->bytes, 1, static_cast<std::int32_t>(want), window->stream);
+    // All of it lies inside the file, so less of it is a failure.
+    if (window->length < want) window->stream->flags |= kLxStreamError;
     if (end > start + window->length) return nullptr;
   }
   return window->bytes + (at - window->start);

@@ -62,9 +62,12 @@ bool IsImageBrand(const std::uint8_t* brand) noexcept {
   return false;
 }
 
-std::int32_t ReadAt(LxStream* stream, std::int64_t position, std::uint8_t* buffer, std::int32_t size) noexcept {
-  if (position > INT32_MAX || !LxSeekTo(stream, static_cast<std::int32_t>(position))) return 0;
-  return stream->methods->read(buffer, 1, size, stream);
+// Reads bytes that the file is known to have. False: it cannot be read there.
+bool ReadAt(LxStream* stream, std::int64_t position, std::uint8_t* buffer, std::int32_t size) noexcept {
+  if (position > INT32_MAX || !LxSeekTo(stream, static_cast<std::int32_t>(position))) return false;
+  if (stream->methods->read(buffer, 1, size, stream) == size) return true;
+  stream->flags |= kLxStreamError;
+  return false;
 }
 
 // Whether a whole file type box at `start`, which begins with the header, lists an image brand. (ISO/IEC 14496-12, 4.3:
@@ -82,10 +85,7 @@ bool ListsImageBrand(LxStream* stream, std::int32_t start, const std::uint8_t* h
   std::uint8_t brands[1024];
   for (bool first = true; at + 4 <= size; first = false) {
     const std::uint64_t want = size - at < sizeof(brands) ? (size - at) / 4 * 4 : sizeof(brands);
-    if (ReadAt(stream, static_cast<std::int64_t>(at) + start, brands, static_cast<std::int32_t>(want)) !=
-        static_cast<std::int32_t>(want)) {
-      return false;
-    }
+    if (!ReadAt(stream, static_cast<std::int64_t>(at) + start, brands, static_cast<std::int32_t>(want))) return false;
     for (std::uint64_t i = 0; i < want; i += 4) {
       const bool isMinorVersion = first && i == 4;
       if (!isMinorVersion && IsImageBrand(brands + i)) return true;
@@ -98,10 +98,12 @@ bool ListsImageBrand(LxStream* stream, std::int32_t start, const std::uint8_t* h
 LxFileKind DetectFurther(LxStream* stream, std::int32_t start, const std::uint8_t* header) noexcept {
   if (Holds(header, 4, "ftyp", 4)) return ListsImageBrand(stream, start, header) ? kLxFileHeif : kLxFileUnknown;
   if (!LxMayStartXml(header)) return kLxFileUnknown;
+  const std::int32_t left = LxStreamLength(stream) - start;
+  if (left > kLxLargestSidecar) return kLxFileUnknown;
   std::uint8_t text[kLxXmlStartSize];
-  const std::int32_t length = ReadAt(stream, start, text, sizeof(text));
-  if (LxStreamLength(stream) - start > kLxLargestSidecar) return kLxFileUnknown;
-  return length > 0 && LxStartsPacket(text, length) ? kLxFileXmp : kLxFileUnknown;
+  const std::int32_t length = left < kLxXmlStartSize ? left : kLxXmlStartSize;
+  if (length < 0 || !ReadAt(stream, start, text, length)) return kLxFileUnknown;
+  return LxStartsPacket(text, length) ? kLxFileXmp : kLxFileUnknown;
 }
 
 }  // namespace
