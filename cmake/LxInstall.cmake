@@ -1,13 +1,12 @@
-# Names of the shared libraries, and what is installed where. An installed tree can be moved: everything in it finds the rest
-# from its own place. Components: library (what a program needs to run), development,
-# command, python.
+# Names of the shared libraries, and the places of installed files. An installed tree can be moved: its files find each other
+# relative to their own place. Components: library (needed to run a program), development, command, python.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(lx_libraries LxBridge)
 if(TARGET LxHost)
   list(APPEND lx_libraries LxHost)
-  # What it works on comes from there.
+  # Its functions take the objects of that library.
   target_link_libraries(LxHost INTERFACE LxBridge)
 endif()
 list(APPEND lx_libraries VeltoXMP TAL)
@@ -22,7 +21,7 @@ if(NOT LXBRIDGE_INSTALL)
   return()
 endif()
 
-# What Debian has in a place of its own, for packages.
+# Debian has places of its own for some files of packages.
 set(lx_debian OFF)
 if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS "/etc/debian_version")
   set(lx_debian ON)
@@ -50,10 +49,10 @@ foreach(library LxBridge LxHost)
   endif()
 endforeach()
 
-# Headers. Both folders hold one of the name lxbridge.
-foreach(room api host)
-  if(EXISTS "${PROJECT_SOURCE_DIR}/${room}/include")
-    install(DIRECTORY "${PROJECT_SOURCE_DIR}/${room}/include/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+# Headers. Both folders contain one named lxbridge.
+foreach(folder api host)
+  if(EXISTS "${PROJECT_SOURCE_DIR}/${folder}/include")
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/${folder}/include/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
       COMPONENT development)
   endif()
 endforeach()

@@ -1,5 +1,5 @@
-# What every target of the tree shares: the language level, the warnings, the sanitizers, and the two ways to make a
-# room's library and a room's test program.
+# Settings that all targets of the tree share (language level, warnings, sanitizers), and functions that add a folder's library
+# and its test program.
 
 add_library(lx_options INTERFACE)
 target_compile_features(lx_options INTERFACE cxx_std_20)
@@ -19,7 +19,7 @@ if(LXBRIDGE_SANITIZE)
   target_link_options(lx_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(LXBRIDGE_COVERAGE)
-  # Names of sources are whole in the counters' files, so that they are found from any folder.
+  # With absolute names of sources in the counters' files, so that they are found from any folder.
   target_compile_options(lx_options INTERFACE --coverage -fprofile-abs-path)
   target_link_options(lx_options INTERFACE --coverage $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:LINKER:--wrap=_exit>)
   target_sources(lx_options INTERFACE
@@ -31,8 +31,8 @@ if(LXBRIDGE_FUZZ)
   target_link_options(lx_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# The shared libraries' code is optimised across files in release builds: a file's metadata is worth some microseconds, and
-# a good part of them are calls between small functions. The objects hold ordinary code too, for programs that link the rooms.
+# The shared libraries are optimised across files in release builds: reading a file takes some microseconds, and calls between
+# small functions are a good part of them. The objects contain ordinary code too, for programs that link the static libraries.
 option(LXBRIDGE_LTO "Optimise the shared libraries across files in release builds" ON)
 if(LXBRIDGE_LTO AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32 AND NOT LXBRIDGE_SANITIZE)
   set(LX_LTO_COMPILE "$<$<CONFIG:Release>:-flto=auto;-ffat-lto-objects>")
@@ -42,8 +42,8 @@ if(LXBRIDGE_LTO AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32 AND NOT L
     $<$<AND:$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>,$<NOT:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>>>:-fno-lto>)
 endif()
 
-# What a program of the tree takes the library and the two outside libraries from: the shared libraries, or, where it has the
-# property LX_IN_ONE_FILE, their parts.
+# LxBridge and the two outside libraries for programs of the tree: the shared libraries, or their static parts for a target with
+# the property LX_IN_ONE_FILE.
 add_library(lx_library INTERFACE)
 target_include_directories(lx_library INTERFACE "${PROJECT_SOURCE_DIR}/api/include")
 target_link_libraries(lx_library INTERFACE $<IF:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>,lx_api,LxBridge>)
@@ -52,8 +52,9 @@ target_link_libraries(lx_outside INTERFACE
   $<IF:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>,lx_velto_parts,VeltoXMP>
   $<IF:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>,lx_tal_parts,TAL>)
 
-# lx_room(NAME SOURCES ... DEPENDS ...): a room's static library. Includes are written from the root of the tree.
-function(lx_room name)
+# lx_static_library(NAME SOURCES ... DEPENDS ...): a folder's static library. Includes are relative to the root of the
+# tree.
+function(lx_static_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
@@ -61,7 +62,8 @@ function(lx_room name)
   target_compile_options(${name} PRIVATE ${LX_LTO_COMPILE})
 endfunction()
 
-# lx_exports(TARGET NAME): a shared library exports what NAME.def lists (names and ordinals) on Windows, NAME.map elsewhere.
+# lx_exports(TARGET NAME): the exports of a shared library, listed by NAME.def (names and ordinals) on Windows and by NAME.map
+# elsewhere.
 function(lx_exports target name)
   target_compile_options(${target} PRIVATE ${LX_LTO_COMPILE})
   target_link_options(${target} PRIVATE ${LX_LTO_LINK})
@@ -75,21 +77,21 @@ function(lx_exports target name)
   endif()
 endfunction()
 
-# lx_kit_room: the same for the kit, which never raises.
-function(lx_kit_room name)
-  lx_room(${name} ${ARGN})
+# lx_kit_library: the same for the kit, which is compiled without exceptions.
+function(lx_kit_library name)
+  lx_static_library(${name} ${ARGN})
   target_compile_options(${name} PRIVATE -fno-exceptions)
 endfunction()
 
-# lx_test(NAME SOURCES ... DEPENDS ...): one test program of GoogleTest, one ctest entry for each of its tests.
-# Dates depend on the machine's zone, so tests run in a fixed one that is not UTC.
+# lx_test(NAME SOURCES ... DEPENDS ...): a GoogleTest program, with a ctest entry for each of its tests.
+# Dates depend on the machine's time zone, so tests run in a fixed one other than UTC.
 set(LXBRIDGE_TEST_TIMEOUT 120 CACHE STRING "Seconds that a test may take")
 function(lx_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} $<BUILD_INTERFACE:lx_options> GTest::gtest_main)
-  # What is tested is optimised; the tests themselves are compiled often and run once.
+  # Tests are compiled more often than they run.
   target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${LXBRIDGE_TEST_TIMEOUT} ENVIRONMENT "TZ=Asia/Kolkata"
     DISCOVERY_TIMEOUT 60)

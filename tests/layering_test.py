@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Compares every #include "..." of the tree with the directions between its rooms (docs/architecture.md)."""
+"""Compares every #include "..." of the tree with the directions between its folders (docs/architecture.md)."""
 import pathlib
 import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# What each room may include besides itself. The longest prefix that fits a file is its room.
+# The folders that each one may include besides itself. A file belongs to the longest prefix that fits.
 ALLOWED = {
     "kit/base/": [],
     "kit/model/": ["kit/base/"],
@@ -28,16 +28,16 @@ ALLOWED = {
     "tests/": [""],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
-# How public headers name each other, and programs that have nothing but an installed tree.
+# How public headers include each other, and how programs do that have only an installed tree.
 PUBLIC = re.compile(r"^\s*#\s*include\s+<(lxbridge/[^>]+)>", re.MULTILINE)
 PUBLIC_FOLDERS = ["api/include/", "host/include/"]
-# What differs between systems is asked in one place; the build asks it once more to choose the file.
+# One place asks for the system; the build does once more, to choose that file.
 SYSTEM = re.compile(r"\b(_WIN32|_WIN64|__linux__|__unix__|__APPLE__|__MINGW32__)\b")
 
 
-def room_of(path):
-    rooms = [room for room in ALLOWED if path.startswith(room)]
-    return max(rooms, key=len) if rooms else None
+def folder_of(path):
+    folders = [folder for folder in ALLOWED if path.startswith(folder)]
+    return max(folders, key=len) if folders else None
 
 
 def main():
@@ -48,22 +48,22 @@ def main():
         if path.startswith("build") or file.suffix not in {".h", ".hpp", ".cpp", ".c"}:
             continue
         files += 1
-        room = room_of(path)
-        if room is None:
-            faults.append(f"{path}: in no room of this table")
+        own = folder_of(path)
+        if own is None:
+            faults.append(f"{path}: in no folder of this table")
             continue
         text = file.read_text(encoding="utf-8")
         if SYSTEM.search(text) and not path.startswith("kit/base/platform"):
-            faults.append(f"{path}: asks what system it is on")
+            faults.append(f"{path}: asks for the system it is on")
         targets = INCLUDE.findall(text)
         if targets and any(path.startswith(folder) for folder in PUBLIC_FOLDERS):
-            faults.append(f"{path}: a public header includes {targets}, which is not there where it is installed")
+            faults.append(f"{path}: a public header includes {targets}, which is not installed with it")
         for name in PUBLIC.findall(text):
             targets += [folder + name for folder in PUBLIC_FOLDERS if (ROOT / folder / name).is_file()] or [name]
         for target in targets:
             if not (ROOT / target).is_file():
                 faults.append(f'{path}: "{target}" is not named from the root of the tree')
-            elif not target.startswith(room) and not any(target.startswith(allowed) for allowed in ALLOWED[room]):
+            elif not target.startswith(own) and not any(target.startswith(allowed) for allowed in ALLOWED[own]):
                 faults.append(f"{path}: may not include {target}")
     for fault in faults:
         print(fault)

@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""Whether what the pages point at is there: links between them, and the files of the tree that they name."""
+"""Whether the targets of the pages exist: links between them, and files of the tree that they name."""
 import pathlib
 import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-ROOMS = "api|bench|clients|cmake|docs|examples|fuzz|host|kit|outside|scripts|tests|tools|xmpconv"
+FOLDERS = "api|bench|clients|cmake|docs|examples|fuzz|host|kit|outside|scripts|tests|tools|xmpconv"
 LINK = re.compile(r"\]\((?!https?:)([^)#]+)(?:#[^)]*)?\)")
 # A file by its path from the root, or a script. Patterns (*, <...>) are not looked for.
-FILE = re.compile(r"`((?:" + ROOMS + r")/[\w./-]*\.(?:h|hpp|c|cpp|py|md|txt|def|map|in)|scripts/[\w-]+)`")
+FILE = re.compile(r"`((?:" + FOLDERS + r")/[\w./-]*\.(?:h|hpp|c|cpp|py|md|txt|def|map|in)|scripts/[\w-]+)`")
 
 
 def main():
