@@ -1,11 +1,14 @@
 // The interface broker client: its start and stop, the broker's own interfaces, and the tables that it and other
-// clients bind through the broker. One per process image, without locks.
+// clients bind through the broker. One per process image. It is started and shut down by one thread while no other uses
+// it; between the two any number of threads may call everything else here.
 #ifndef LXBRIDGE_CLIENTS_BROKER_BROKER_CLIENT_H_
 #define LXBRIDGE_CLIENTS_BROKER_BROKER_CLIENT_H_
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <mutex>
 #include <new>
 
 #include "clients/broker/broker_abi.h"
@@ -61,8 +64,32 @@ void ReleaseError(TALErrorRef error) noexcept;
 // that were forgotten (kept count 0) never look bound, and a table needs one comparison per use.
 extern const std::uint32_t* unregisterCountAddress;
 inline std::uint32_t UnregisterCount() noexcept {
-  return *unregisterCountAddress;
+  return __atomic_load_n(unregisterCountAddress, __ATOMIC_ACQUIRE);
 }
+
+// Held while a table takes over what has been looked up, and while the list of an object's tables grows. Nothing is
+// looked up, and nothing raised, while it is held.
+extern std::mutex tableMutex;
+
+// Procedures and the unregister count that they were bound at. Threads that find the count up to date read the
+// procedures without the lock. Binding again mostly finds the same procedures, and then does not write them: a host
+// that replaces an interface while threads use it has to expect either.
+template <typename Procs>
+class TALBoundProcs {
+ public:
+  bool IsBound() const noexcept { return boundAt_.load(std::memory_order_acquire) == UnregisterCount(); }
+  const Procs& Get() const noexcept { return procs_; }
+  void Set(const TALProc* slots, std::uint32_t count) noexcept {
+    const std::lock_guard lock(tableMutex);
+    if (std::memcmp(&procs_, slots, sizeof procs_) != 0) std::memcpy(&procs_, slots, sizeof procs_);
+    boundAt_.store(count, std::memory_order_release);
+  }
+  void Forget() noexcept { boundAt_.store(0, std::memory_order_relaxed); }
+
+ private:
+  Procs procs_{};
+  std::atomic<std::uint32_t> boundAt_{0};
+};
 
 // Fills the slots with the interface's procedures. False while the client is not started, CTALError (empty message,
 // component "TAL") when it is and a procedure is missing.
@@ -88,31 +115,29 @@ class TALInterfaceTable {
 
   // Null while the broker client is not started; raises as BindInterface does.
   const Procs* Get() {
-    if (boundAt_ != UnregisterCount()) [[unlikely]] {
+    if (!procs_.IsBound()) [[unlikely]] {
       if (!Bind(BindInterface)) return nullptr;
     }
-    return &procs_;
+    return &procs_.Get();
   }
 
   template <typename Binder>
   bool Bind(Binder binder) {
-    boundAt_ = 0;
+    const std::uint32_t count = UnregisterCount();
     TALProc slots[kCount];
     if (!binder(interfaceName_, names_, kCount, slots)) return false;
-    std::memcpy(&procs_, slots, sizeof procs_);
-    boundAt_ = UnregisterCount();
+    procs_.Set(slots, count);
     return true;
   }
 
-  bool IsBound() const noexcept { return boundAt_ == UnregisterCount(); }
-  const Procs& Bound() const noexcept { return procs_; }
-  void Forget() noexcept { boundAt_ = 0; }
+  bool IsBound() const noexcept { return procs_.IsBound(); }
+  const Procs& Bound() const noexcept { return procs_.Get(); }
+  void Forget() noexcept { procs_.Forget(); }
 
  private:
   const char* interfaceName_;
   const TALProcName* names_;
-  std::uint32_t boundAt_ = 0;
-  Procs procs_{};
+  TALBoundProcs<Procs> procs_;
 };
 
 // The methods of objects, one table for each kind of object, in the broker's memory. A table keeps its address until
@@ -127,30 +152,30 @@ class TALMethodTables {
   // Whether `table` is the table of the kind that was met first, and up to date. The one kind that there is in practice
   // costs no call of the broker this way.
   bool IsCurrent(const Procs* table) const noexcept {
-    return first_ && table == &first_->procs && first_->boundAt == UnregisterCount();
+    const Entry* first = first_.load(std::memory_order_acquire);
+    return first && table == &first->procs.Get() && first->procs.IsBound();
   }
 
   // The broker client must be started. CTALError "invalid container" when there is no table for the object.
   const Procs& Of(TALContainerRef object) {
     const TALKindRef kind = KindOf(object);
-    Entry** link = &first_;
-    while (*link && (*link)->kind != kind) link = &(*link)->next;
-    if (Entry* entry = *link) {
-      if (entry->boundAt != UnregisterCount()) Bind(object, entry);
-      return entry->procs;
+    if (Entry* entry = Find(kind)) {
+      if (!entry->procs.IsBound()) Bind(object, entry);
+      return entry->procs.Get();
     }
     const TALMemoryProcs* memory = MemoryProcs();
     void* block = memory ? memory->alloc(sizeof(Entry)) : nullptr;
     if (!block) throw CTALError("invalid container", "", 0);
-    Entry* entry = ::new (block) Entry{{}, 0, kind, nullptr};
+    Entry* entry = ::new (block) Entry{{}, kind, nullptr};
     try {
       Bind(object, entry);
     } catch (...) {
       memory->release(block);
       throw;
     }
-    *link = entry;
-    return entry->procs;
+    Entry* const kept = Add(entry);
+    if (kept != entry) memory->release(block);
+    return kept->procs.Get();
   }
 
   // Frees the tables. Part of a client object's stop, while the broker's memory interface can still be had.
@@ -161,30 +186,48 @@ class TALMethodTables {
     } catch (...) {
       // The interface is gone, and with it the way to give the blocks back.
     }
-    while (Entry* entry = first_) {
-      first_ = entry->next;
+    Entry* entry = first_.exchange(nullptr, std::memory_order_relaxed);
+    while (entry) {
+      Entry* const next = entry->next.load(std::memory_order_relaxed);
       if (memory) memory->release(entry);
+      entry = next;
     }
   }
 
  private:
   struct Entry {
-    Procs procs;
-    std::uint32_t boundAt;
+    TALBoundProcs<Procs> procs;
     TALKindRef kind;
-    Entry* next;
+    std::atomic<Entry*> next;
   };
 
+  Entry* Find(TALKindRef kind) const noexcept {
+    Entry* entry = first_.load(std::memory_order_acquire);
+    while (entry && entry->kind != kind) entry = entry->next.load(std::memory_order_acquire);
+    return entry;
+  }
+
+  // The entry, or the one that another thread has added for the kind before.
+  Entry* Add(Entry* entry) noexcept {
+    const std::lock_guard lock(tableMutex);
+    std::atomic<Entry*>* link = &first_;
+    while (Entry* other = link->load(std::memory_order_relaxed)) {
+      if (other->kind == entry->kind) return other;
+      link = &other->next;
+    }
+    link->store(entry, std::memory_order_release);
+    return entry;
+  }
+
   void Bind(TALContainerRef object, Entry* entry) {
-    entry->boundAt = 0;
+    const std::uint32_t count = UnregisterCount();
     TALProc slots[kCount];
     BindMethods(object, names_, kCount, slots, kNeed);
-    std::memcpy(&entry->procs, slots, sizeof entry->procs);
-    entry->boundAt = UnregisterCount();
+    entry->procs.Set(slots, count);
   }
 
   const TALProcName* names_;
-  Entry* first_ = nullptr;
+  std::atomic<Entry*> first_ = nullptr;
 };
 
 }  // namespace TAL_T_NMT

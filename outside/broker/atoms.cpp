@@ -2,6 +2,7 @@
 #include "outside/broker/atoms.h"
 
 #include <cstring>
+#include <mutex>
 #include <new>
 
 #include "outside/broker/hash_table.h"
@@ -15,6 +16,8 @@ struct TALStringAtomRecord : HashNode {
 
 namespace {
 
+// Held for the table and for every count: an atom that is given up for the last time must not be found again.
+constinit std::mutex mutex;
 constinit HashTable atoms;
 
 const char* GetCString(TALStringAtom atom) noexcept {
@@ -22,7 +25,9 @@ const char* GetCString(TALStringAtom atom) noexcept {
 }
 
 TALStringAtom CopyAtom(TALStringAtom atom) noexcept {
-  if (atom) ++atom->count;
+  if (!atom) return nullptr;
+  const std::lock_guard lock(mutex);
+  ++atom->count;
   return atom;
 }
 
@@ -32,11 +37,16 @@ TALStringAtom NewAtom(const char* text) noexcept {
   if (!text) return nullptr;
   const std::size_t length = std::strlen(text);
   const std::uint64_t hash = HashText(0, text, length);
+  const std::lock_guard lock(mutex);
   HashNode* found = atoms.Find(hash, [=](const HashNode& node) {
     const auto& atom = static_cast<const TALStringAtomRecord&>(node);
     return atom.length == length && std::memcmp(atom.Text(), text, length) == 0;
   });
-  if (found) return CopyAtom(static_cast<TALStringAtom>(found));
+  if (found) {
+    auto* atom = static_cast<TALStringAtom>(found);
+    ++atom->count;
+    return atom;
+  }
 
   void* block = BrokerAlloc(sizeof(TALStringAtomRecord) + length + 1);
   if (!block) return nullptr;
@@ -50,7 +60,9 @@ TALStringAtom NewAtom(const char* text) noexcept {
 }
 
 void DeleteAtom(TALStringAtom atom) noexcept {
-  if (!atom || --atom->count != 0) return;
+  if (!atom) return;
+  const std::lock_guard lock(mutex);
+  if (--atom->count != 0) return;
   atoms.Remove(atom);
   BrokerFree(atom);
 }

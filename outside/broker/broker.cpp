@@ -1,6 +1,7 @@
 // The broker's entry point, and the interfaces that it registers for itself.
 #include <cstring>
 #include <iterator>
+#include <mutex>
 
 #include "clients/broker/broker_abi.h"
 #include "outside/broker/atoms.h"
@@ -16,8 +17,9 @@ void ReportError(TALErrorRef error) noexcept {
   ReleaseBrokerError(error);
 }
 
+// Any number of threads may call the broker at once.
 std::uint8_t IsMultiThreaded() noexcept {
-  return 0;
+  return 1;
 }
 
 constinit const TALCoreProcs kCoreProcs = {RegisterProc, ReportError, UnregisterInterface, UnregisterCountAddress,
@@ -50,7 +52,9 @@ bool RegisterOwnInterfaces() noexcept {
 // The broker comes to life with the first call, so loading the library costs nothing. Its own interfaces are registered
 // once and are like any other from then on: one that was unregistered stays so.
 extern "C" TALLookupProc TALOrdinal5() {
+  static constinit std::mutex mutex;
   static constinit bool isRegistered = false;
+  const std::lock_guard lock(mutex);
   if (!isRegistered) isRegistered = RegisterOwnInterfaces();
   return isRegistered ? FindProc : nullptr;
 }

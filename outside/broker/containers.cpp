@@ -1,17 +1,20 @@
 // Counted objects: a container holds one instance of a kind, and the kind holds the methods.
 #include "outside/broker/containers.h"
 
+#include <atomic>
 #include <cstring>
+#include <mutex>
 #include <new>
 
 #include "outside/broker/atoms.h"
 #include "outside/broker/errors.h"
 #include "outside/broker/hash_table.h"
 
+// Methods are added before there are containers of the kind, and then only looked up.
 struct TALKindRecord {
   TALDestroyInstanceProc destroy;
   HashTable methods;
-  std::uint32_t liveContainers;
+  std::atomic<std::uint32_t> liveContainers;
 
   const char* Name() const noexcept { return reinterpret_cast<const char*>(this + 1); }
 };
@@ -19,7 +22,7 @@ struct TALKindRecord {
 struct TALContainerRecord {
   void* instance;  // First, so that the offset to it is 0.
   TALKindRef kind;
-  std::uint32_t count;
+  std::atomic<std::uint32_t> count;
   HashNode living;
 };
 
@@ -32,6 +35,7 @@ struct Method : HashNode {
 };
 
 // The containers that live, by address: what tells a reference from any other pointer.
+constinit std::mutex mutex;  // Of the two.
 constinit HashTable livingContainers;
 constinit std::uint32_t liveCount = 0;
 
@@ -60,9 +64,12 @@ void FreeMethod(Method* method) noexcept {
 void Destroy(TALContainerRef container) noexcept {
   const TALKindRef kind = container->kind;
   void* instance = container->instance;
-  livingContainers.Remove(&container->living);
-  --liveCount;
-  --kind->liveContainers;
+  {
+    const std::lock_guard lock(mutex);
+    livingContainers.Remove(&container->living);
+    --liveCount;
+  }
+  kind->liveContainers.fetch_sub(1, std::memory_order_release);
   BrokerFree(container);
   // Last, for the instance may own references to other containers.
   if (kind->destroy && instance) kind->destroy(instance);
@@ -84,14 +91,14 @@ TALErrorRef NewKind(TALKindRef* result, const char* name, TALDestroyInstanceProc
   void* block = BrokerAlloc(sizeof(TALKindRecord) + size);
   if (!block) return OutOfMemoryError();
   auto* kind = ::new (block) TALKindRecord{destroy, {}, 0};
-  std::memcpy(kind + 1, name, size);
+  std::memcpy(static_cast<char*>(block) + sizeof *kind, name, size);
   *result = kind;
   return nullptr;
 }
 
 TALErrorRef DeleteKind(TALKindRef kind) noexcept {
   if (!kind) return NullArgument();
-  if (kind->liveContainers) return NewBrokerError(BrokerErrorId::kStillInUse);
+  if (kind->liveContainers.load(std::memory_order_acquire) != 0) return NewBrokerError(BrokerErrorId::kStillInUse);
   while (HashNode* method = kind->methods.TakeAny()) FreeMethod(static_cast<Method*>(method));
   kind->methods.Free();
   BrokerFree(kind);
@@ -132,19 +139,22 @@ TALErrorRef NewContainer(TALContainerRef* result, TALKindRef kind, void* instanc
   void* block = BrokerAlloc(sizeof(TALContainerRecord));
   if (!block) return OutOfMemoryError();
   auto* container = ::new (block) TALContainerRecord{instance, kind, 0, {}};
-  if (!livingContainers.Insert(&container->living, HashAddress(0, container))) {
-    BrokerFree(block);
-    return OutOfMemoryError();
+  {
+    const std::lock_guard lock(mutex);
+    if (!livingContainers.Insert(&container->living, HashAddress(0, container))) {
+      BrokerFree(block);
+      return OutOfMemoryError();
+    }
+    ++liveCount;
   }
-  ++kind->liveContainers;
-  ++liveCount;
+  kind->liveContainers.fetch_add(1, std::memory_order_relaxed);
   *result = container;
   return nullptr;
 }
 
 TALErrorRef AddRef(TALContainerRef container) noexcept {
   if (!container) return NullArgument();
-  ++container->count;
+  container->count.fetch_add(1, std::memory_order_relaxed);
   return nullptr;
 }
 
@@ -152,17 +162,13 @@ TALErrorRef Release(TALContainerRef container) noexcept {
   if (!container) return NullArgument();
   // A container that nobody has adopted goes as well: whoever made it and could not add a reference gives it up this
   // way.
-  if (container->count > 1) {
-    --container->count;
-  } else {
-    Destroy(container);
-  }
+  if (container->count.fetch_sub(1, std::memory_order_acq_rel) <= 1) Destroy(container);
   return nullptr;
 }
 
 TALErrorRef GetRefCount(TALContainerRef container, std::uint32_t* count) noexcept {
   if (!container || !count) return NullArgument();
-  *count = container->count;
+  *count = container->count.load(std::memory_order_relaxed);
   return nullptr;
 }
 
@@ -205,6 +211,7 @@ TALErrorRef SetPrimaryInstance(TALContainerRef container, void* instance) noexce
 std::uint8_t IsValid(TALContainerRef container) noexcept {
   // Compared as numbers, since the pointer may be anything.
   const auto address = reinterpret_cast<std::uintptr_t>(container);
+  const std::lock_guard lock(mutex);
   const HashNode* found = livingContainers.Find(HashAddress(0, container), [=](const HashNode& node) {
     return reinterpret_cast<std::uintptr_t>(&node) - offsetof(TALContainerRecord, living) == address;
   });
@@ -212,6 +219,7 @@ std::uint8_t IsValid(TALContainerRef container) noexcept {
 }
 
 std::uint32_t GetLiveCount() noexcept {
+  const std::lock_guard lock(mutex);
   return liveCount;
 }
 

@@ -1,13 +1,14 @@
 // Counted errors: message, component and id in one block.
 #include "outside/broker/errors.h"
 
+#include <atomic>
 #include <cstring>
 #include <new>
 
 #include "outside/broker/memory.h"
 
 struct TALErrorRecord {
-  std::uint32_t count;  // kForever: one of the core errors, which nobody frees.
+  std::atomic<std::uint32_t> count;  // kForever: one of the core errors, which nobody frees.
   std::int32_t id;
   const char* message;  // Behind the record, as is the component.
   const char* component;
@@ -21,7 +22,12 @@ constinit TALErrorRecord coreErrors[] = {
     {kForever, static_cast<std::int32_t>(BrokerErrorId::kNoMemory), "Out of memory", "TAL"},
     {kForever, static_cast<std::int32_t>(BrokerErrorId::kInternal), "Internal error", "TAL"},
 };
-constinit std::uint32_t liveErrors = 0;
+constinit std::atomic<std::uint32_t> liveErrors{0};
+
+// Null counts too: there is nothing to count.
+bool IsForever(TALErrorRef error) noexcept {
+  return !error || error->count.load(std::memory_order_relaxed) == kForever;
+}
 
 TALErrorRef GetCoreError(std::uint32_t index) noexcept {
   return index < sizeof coreErrors / sizeof coreErrors[0] ? &coreErrors[index] : nullptr;
@@ -35,12 +41,12 @@ TALErrorRef NewError(const char* message, const char* component, std::int32_t id
   char* texts = static_cast<char*>(block) + sizeof(TALErrorRecord);
   std::memcpy(texts, message ? message : "", messageSize);
   std::memcpy(texts + messageSize, component ? component : "", componentSize);
-  ++liveErrors;
+  liveErrors.fetch_add(1, std::memory_order_relaxed);
   return ::new (block) TALErrorRecord{1, id, texts, texts + messageSize};
 }
 
 void AddRef(TALErrorRef error) noexcept {
-  if (error && error->count != kForever) ++error->count;
+  if (!IsForever(error)) error->count.fetch_add(1, std::memory_order_relaxed);
 }
 
 const char* GetMessageText(TALErrorRef error) noexcept {
@@ -56,7 +62,7 @@ std::int32_t GetId(TALErrorRef error) noexcept {
 }
 
 std::uint32_t GetLiveCount() noexcept {
-  return liveErrors;
+  return liveErrors.load(std::memory_order_relaxed);
 }
 
 }  // namespace
@@ -89,8 +95,8 @@ TALErrorRef NewBrokerError(BrokerErrorId id) noexcept {
 }
 
 void ReleaseBrokerError(TALErrorRef error) noexcept {
-  if (!error || error->count == kForever || --error->count != 0) return;
-  --liveErrors;
+  if (IsForever(error) || error->count.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+  liveErrors.fetch_sub(1, std::memory_order_relaxed);
   BrokerFree(error);
 }
 

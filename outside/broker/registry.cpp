@@ -2,7 +2,9 @@
 // for the day they are unregistered.
 #include "outside/broker/registry.h"
 
+#include <atomic>
 #include <cstring>
+#include <mutex>
 #include <new>
 
 #include "outside/broker/errors.h"
@@ -26,9 +28,12 @@ struct Procedure : HashNode {
   const char* qualifiedName;
 };
 
+constinit std::mutex mutex;  // Of the two.
 constinit HashTable interfaces;
 constinit HashTable procedures;
-constinit std::uint32_t unregisterCount = 1;
+// Clients read it without the lock, by its address.
+constinit std::atomic<std::uint32_t> unregisterCount{1};
+static_assert(sizeof unregisterCount == sizeof(std::uint32_t) && decltype(unregisterCount)::is_always_lock_free);
 
 struct Names {
   const char* interfaceName;
@@ -91,7 +96,9 @@ Procedure* NewProcedure(const Names& names, TALProc address) noexcept {
 
 TALProc FindProc(const char* interfaceName, const char* shortName, const char* qualifiedName) noexcept {
   if (!interfaceName || !shortName || !qualifiedName) return nullptr;
-  const Procedure* found = Find(Names(interfaceName, shortName, qualifiedName));
+  const Names names(interfaceName, shortName, qualifiedName);
+  const std::lock_guard lock(mutex);
+  const Procedure* found = Find(names);
   return found ? found->address : nullptr;
 }
 
@@ -99,6 +106,7 @@ TALErrorRef RegisterProc(const char* interfaceName, const char* shortName, const
                          TALProc procedure) noexcept {
   if (!interfaceName || !shortName || !qualifiedName || !procedure) return NewBrokerError(BrokerErrorId::kNullArgument);
   const Names names(interfaceName, shortName, qualifiedName);
+  const std::lock_guard lock(mutex);
   if (const Procedure* found = Find(names)) {
     return found->address == procedure ? nullptr : NewBrokerError(BrokerErrorId::kAlreadyRegistered);
   }
@@ -123,6 +131,7 @@ TALErrorRef RegisterProc(const char* interfaceName, const char* shortName, const
 
 TALErrorRef UnregisterInterface(const char* interfaceName) noexcept {
   if (!interfaceName) return NewBrokerError(BrokerErrorId::kNullArgument);
+  const std::lock_guard lock(mutex);
   Interface* found = FindInterface(interfaceName);
   if (!found) return NewBrokerError(BrokerErrorId::kNotRegistered);
   while (Procedure* procedure = found->procedures) {
@@ -133,10 +142,11 @@ TALErrorRef UnregisterInterface(const char* interfaceName) noexcept {
   interfaces.Remove(found);
   BrokerFree(found);
   // Tables that have not been bound yet keep 0, so the count passes over it when it wraps.
-  if (++unregisterCount == 0) unregisterCount = 1;
+  const std::uint32_t next = unregisterCount.load(std::memory_order_relaxed) + 1;
+  unregisterCount.store(next != 0 ? next : 1, std::memory_order_release);
   return nullptr;
 }
 
 const std::uint32_t* UnregisterCountAddress() noexcept {
-  return &unregisterCount;
+  return reinterpret_cast<const std::uint32_t*>(&unregisterCount);
 }

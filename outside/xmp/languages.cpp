@@ -26,9 +26,9 @@ bool isOfLanguage(std::string_view language, std::string_view generic) noexcept 
 
 struct Choice {
   Node* specific = nullptr;
-  Node* generic = nullptr;  // The first of the generic language, of
-  std::size_t genericCount = 0;
-  Node* standard = nullptr;  // x-default.
+  Node* generic = nullptr;       // The first of the generic language, of
+  std::size_t genericCount = 0;  // 2 stands for more.
+  Node* standard = nullptr;      // x-default.
 
   // The item that a change of the languages' text is about.
   Node* toChange() const noexcept {
@@ -37,18 +37,18 @@ struct Choice {
   }
 };
 
+// What setting and choosing ask for: by the language where there is one item of it, and no longer than until two of the
+// generic language are found, so that setting one text in each of many languages takes the same time for each.
 Choice lookUp(const Node* array, const Languages& languages) noexcept {
   Choice choice;
-  for (Node* item = array->children.first(); item != nullptr; item = item->next) {
-    const Node* qualifier = languageOf(item);
-    if (qualifier == nullptr || !item->isSimple()) continue;
-    const std::string_view language = qualifier->value();
-    if (choice.specific == nullptr && language == languages.specific) choice.specific = item;
-    if (choice.standard == nullptr && language == kDefaultLanguage) choice.standard = item;
-    if (isOfLanguage(language, languages.generic)) {
-      if (choice.generic == nullptr) choice.generic = item;
-      ++choice.genericCount;
-    }
+  choice.specific = array->children.findLanguage(languages.specific);
+  choice.standard = array->children.findLanguage(kDefaultLanguage);
+  if (choice.specific != nullptr || languages.generic.empty()) return choice;
+  for (Node* item = array->children.first(); item != nullptr && choice.genericCount < 2; item = item->next) {
+    const Node* language = languageOf(item);
+    if (language == nullptr || !item->isSimple() || !isOfLanguage(language->value(), languages.generic)) continue;
+    if (choice.generic == nullptr) choice.generic = item;
+    ++choice.genericCount;
   }
   return choice;
 }

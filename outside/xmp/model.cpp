@@ -23,6 +23,11 @@ bool isLanguage(const Node* node) noexcept {
   return hasName(node, wellKnown().xml, "lang");
 }
 
+// A text of a language alternative.
+bool isLocalized(const Node* item) noexcept {
+  return item->ns == nullptr && item->isSimple() && languageOf(item) != nullptr;
+}
+
 }  // namespace
 
 NameKey::NameKey(const Namespace* nameSpace, std::string_view localName) noexcept
@@ -38,6 +43,42 @@ struct NodeList::Index {
   std::size_t nameMask = 0;
   Node** positions = nullptr;
   std::size_t positionCapacity = 0;
+  // The first item of each language, entered as the names are.
+  Node** languages = nullptr;
+  std::size_t languageMask = 0;
+
+  void dropLanguages() noexcept {
+    if (languages != nullptr) storage.give(languages, (languageMask + 1) * sizeof(Node*));
+    languages = nullptr;
+  }
+
+  // The slot of the language: its item, or null.
+  Node** languageSlot(std::string_view language) noexcept {
+    std::size_t slot = hashText(language) & languageMask;
+    while (languages[slot] != nullptr && languageOf(languages[slot])->value() != language) {
+      slot = (slot + 1) & languageMask;
+    }
+    return &languages[slot];
+  }
+
+  void enterLanguage(Node* item) noexcept {
+    Node** slot = languageSlot(languageOf(item)->value());
+    if (*slot == nullptr) *slot = item;
+  }
+
+  bool fillLanguages(Node* first, std::size_t count) noexcept {
+    std::size_t slots = 32;
+    while (slots < count * 4) slots *= 2;
+    dropLanguages();
+    languages = static_cast<Node**>(storage.tryTake(slots * sizeof(Node*)));
+    if (languages == nullptr) return false;
+    std::memset(languages, 0, slots * sizeof(Node*));
+    languageMask = slots - 1;
+    for (Node* item = first; item != nullptr; item = item->next) {
+      if (isLocalized(item)) enterLanguage(item);
+    }
+    return true;
+  }
 
   void dropNames() noexcept {
     if (names != nullptr) storage.give(names, (nameMask + 1) * sizeof(Node*));
@@ -126,9 +167,33 @@ bool NodeList::ensurePositions() const noexcept {
   return true;
 }
 
+bool NodeList::ensureLanguages() const noexcept {
+  if (index() == nullptr) return false;
+  return index_->languages != nullptr || index_->fillLanguages(first_, size_);
+}
+
+Node* NodeList::findLanguage(std::string_view language) const noexcept {
+  if (languages_ == 0) return nullptr;
+  if (size_ > kWalkedSize && ensureLanguages()) return *index_->languageSlot(language);
+  for (Node* item = first_; item != nullptr; item = item->next) {
+    if (isLocalized(item) && languageOf(item)->value() == language) return item;
+  }
+  return nullptr;
+}
+
+void NodeList::beforeLanguageChange(const Node* item) noexcept {
+  if (isLocalized(item)) --languages_;
+  if (index_ != nullptr) index_->dropLanguages();
+}
+
+void NodeList::afterLanguageChange(const Node* item) noexcept {
+  if (isLocalized(item)) ++languages_;
+}
+
 void NodeList::dropIndex() const noexcept {
   if (index_ == nullptr) return;
   Storage& storage = index_->storage;
+  index_->dropLanguages();
   index_->dropNames();
   index_->dropPositions();
   storage.give(index_, sizeof(Index));
@@ -173,7 +238,19 @@ Node* NodeList::insert(Node* owner, NodePtr fresh, Node* before) noexcept {
   (node->previous != nullptr ? node->previous->next : first_) = node;
   (before != nullptr ? before->previous : last_) = node;
   ++size_;
+  const bool hasLanguage = isLocalized(node);
+  if (hasLanguage) ++languages_;
   if (index_ == nullptr) return node;
+  if (hasLanguage && index_->languages != nullptr) {
+    // In front of others it may be the first of its language.
+    if (before != nullptr) {
+      index_->dropLanguages();
+    } else if (languages_ * 2 <= index_->languageMask) {
+      index_->enterLanguage(node);
+    } else {
+      index_->fillLanguages(first_, size_);
+    }
+  }
   if (index_->names != nullptr) {
     if (size_ * 2 <= index_->nameMask) {
       index_->enter(node);
@@ -194,6 +271,7 @@ Node* NodeList::insert(Node* owner, NodePtr fresh, Node* before) noexcept {
 }
 
 NodePtr NodeList::remove(Node* node) noexcept {
+  if (isLocalized(node)) beforeLanguageChange(node);
   if (index_ != nullptr) {
     if (index_->names != nullptr) index_->leave(node);
     if (index_->positions != nullptr) {
@@ -223,6 +301,7 @@ void NodeList::clear() noexcept {
   first_ = nullptr;
   last_ = nullptr;
   size_ = 0;
+  languages_ = 0;
   while (node != nullptr) {
     Node* next = node->next;
     NodeDeleter()(node);
@@ -275,15 +354,39 @@ void NodeDeleter::operator()(Node* node) const noexcept {
   storage.give(node, size);
 }
 
+namespace {
+
+// Around whatever changes a node or its qualifiers: the list that it stands in counts languages.
+class LanguageChange {
+ public:
+  explicit LanguageChange(Node* item) noexcept
+      : item_(item->ns == nullptr && item->parent != nullptr && !item->isQualifier ? item : nullptr) {
+    if (item_ != nullptr) item_->parent->children.beforeLanguageChange(item_);
+  }
+  LanguageChange(const LanguageChange&) = delete;
+  LanguageChange& operator=(const LanguageChange&) = delete;
+  ~LanguageChange() {
+    if (item_ != nullptr) item_->parent->children.afterLanguageChange(item_);
+  }
+
+ private:
+  Node* item_;
+};
+
+}  // namespace
+
 Node* addQualifier(Node* owner, NodePtr qualifier) noexcept {
   qualifier->isQualifier = true;
-  Node* before = isLanguage(qualifier.get()) ? owner->qualifiers.first() : nullptr;
-  return owner->qualifiers.insert(owner, std::move(qualifier), before);
+  if (!isLanguage(qualifier.get())) return owner->qualifiers.insert(owner, std::move(qualifier), nullptr);
+  const LanguageChange change(owner);
+  return owner->qualifiers.insert(owner, std::move(qualifier), owner->qualifiers.first());
 }
 
 NodePtr detach(Node* node) noexcept {
   Node* owner = node->parent;
-  return (node->isQualifier ? owner->qualifiers : owner->children).remove(node);
+  if (!node->isQualifier) return owner->children.remove(node);
+  const LanguageChange change(owner);
+  return owner->qualifiers.remove(node);
 }
 
 const Node* languageOf(const Node* node) noexcept {
@@ -294,6 +397,7 @@ const Node* languageOf(const Node* node) noexcept {
 void setLanguage(Node* node, std::string_view language) {
   const std::string tag = isLanguageTag(language) ? normalizeLanguage(language) : std::string(language);
   if (languageOf(node) != nullptr) {
+    const LanguageChange change(node);
     node->qualifiers.first()->setValue(tag);
     return;
   }
@@ -301,22 +405,15 @@ void setLanguage(Node* node, std::string_view language) {
 }
 
 bool isAltText(const Node* node) noexcept {
-  if ((node->options & kXMPPropIsAlternate) == 0 || node->children.empty()) return false;
-  for (const Node* item = node->children.first(); item != nullptr; item = item->next) {
-    if (!item->isSimple() || languageOf(item) == nullptr) return false;
-  }
-  return true;
+  return (node->options & kXMPPropIsAlternate) != 0 && !node->children.empty() &&
+         node->children.languageCount() == node->children.size();
 }
 
 void putDefaultLanguageFirst(Node* array) noexcept {
-  for (Node* item = array->children.first(); item != nullptr; item = item->next) {
-    const Node* language = languageOf(item);
-    if (language == nullptr || language->value() != kDefaultLanguage) continue;
-    if (item->previous == nullptr) return;
-    NodePtr moved = array->children.remove(item);
-    array->children.insert(array, std::move(moved), array->children.first());
-    return;
-  }
+  Node* item = array->children.findLanguage(kDefaultLanguage);
+  if (item == nullptr || item->previous == nullptr) return;
+  NodePtr moved = array->children.remove(item);
+  array->children.insert(array, std::move(moved), array->children.first());
 }
 
 std::uint32_t reportedOptions(const Node* node) noexcept {

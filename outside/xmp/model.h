@@ -56,6 +56,10 @@ class NodeList {
   Node* find(const NameKey& key) const noexcept;
   Node* find(const Namespace* ns, std::string_view name) const noexcept;
   Node* at(std::size_t position) const noexcept;  // From 0; null outside.
+  // Of array items: the first that is simple and has the language.
+  Node* findLanguage(std::string_view language) const noexcept;
+  // How many of the nodes are items as findLanguage looks for them.
+  std::size_t languageCount() const noexcept { return languages_; }
 
   // The list takes the node. A null `before` appends. REQUIRES: the node is in no list, and the object's of `owner`.
   Node* insert(Node* owner, NodePtr node, Node* before) noexcept;
@@ -64,6 +68,9 @@ class NodeList {
   // Puts `fresh` in the place of `old` and hands that back.
   NodePtr replace(Node* old, NodePtr fresh) noexcept;
   void clear() noexcept;
+  // An item of the list is going to lose, get or change its xml:lang, or its form; afterwards it has.
+  void beforeLanguageChange(const Node* item) noexcept;
+  void afterLanguageChange(const Node* item) noexcept;
 
  private:
   struct Index;
@@ -71,11 +78,13 @@ class NodeList {
   Index* index() const noexcept;
   bool ensureNames() const noexcept;
   bool ensurePositions() const noexcept;
+  bool ensureLanguages() const noexcept;
   void dropIndex() const noexcept;
 
   Node* first_ = nullptr;
   Node* last_ = nullptr;
   std::size_t size_ = 0;
+  std::size_t languages_ = 0;
   mutable Index* index_ = nullptr;
 };
 

@@ -101,8 +101,12 @@ Node* setNode(Object& object, const Path& path, const char* text, std::uint32_t 
   const StoredText value(text);
   const Place place = locate(object, path);
   if (place.missing == 0) {
-    assignLeaf(path, place.node, value, form);
-    if (place.node->isQualifier) settleLanguage(place.node->parent);
+    if (!language.empty()) {
+      setLanguage(place.node->parent, language);
+      settleLanguage(place.node->parent);
+    } else {
+      assignLeaf(path, place.node, value, form);
+    }
     return place.node;
   }
   return attach(object, path, place, makeLeaf(object, path, form, value.get()));

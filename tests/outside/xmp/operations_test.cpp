@@ -229,6 +229,28 @@ TEST_F(Operations, OnlyLanguageAlternativesAreLocalized) {
   EXPECT_TRUE(isAltText(findNode(object_, path("empty"))));
 }
 
+// Of a hundred thousand languages, too; work that grew with each would take minutes.
+TEST_F(Operations, ManyLanguagesAreFoundAmongWhateverIsSetAndDeleted) {
+  constexpr int kMany = 100000;
+  const auto language = [](int number) { return "x-" + std::to_string(number); };
+  for (int number = 0; number < kMany; ++number) localize("", language(number).c_str(), "old");
+  for (int number = 0; number < kMany; number += 100) localize("", language(number).c_str(), "new");
+  const Path title = path("title");
+  Node* array = findNode(object_, title);
+  ASSERT_EQ(array->children.size(), std::size_t{kMany} + 1);
+  EXPECT_TRUE(isAltText(array));
+  EXPECT_EQ(chooseLocalized(title, array, "", "x-500")->value(), "new");
+  EXPECT_EQ(chooseLocalized(title, array, "", "x-501")->value(), "old");
+  set("title[?xml:lang='x-500']/?xml:lang", "x-renamed");
+  EXPECT_EQ(chooseLocalized(title, array, "", "x-renamed")->value(), "new");
+  EXPECT_EQ(chooseLocalized(title, array, "", "x-500")->value(), "new");  // x-default, as the first language is.
+  remove("title[?xml:lang='x-501']/?xml:lang");
+  EXPECT_FALSE(isAltText(array));
+  EXPECT_EQ(array->children.findLanguage("x-501"), nullptr);
+  remove("title[503]");
+  EXPECT_TRUE(isAltText(array));
+}
+
 // --- whole trees ----------------------------------------------------------------------------------------------------
 
 TEST_F(Operations, PropertiesAreAddedWithOrWithoutReplacing) {
