@@ -47,7 +47,7 @@ void LxInterchange::Import(Read read) try {
 }
 
 LxImportOutcome LxInterchange::Outcome() const noexcept {
-  return {pool_->outcome, status_, pool_->fileKind, pool_->root != nullptr ? 1 : 0, hasNativeXmp_ ? 1 : 0};
+  return {pool_->outcome, status_, pool_->fileKind, pool_->hasMetadata, hasNativeXmp_ ? 1 : 0};
 }
 
 // The first packet of the file, in two calls: all its bytes with the word that more may follow, then the end of input.

@@ -15,11 +15,11 @@ inline constexpr const char kLxInterchangeInterface[] = "LxInterchangeInterface"
 
 // How the import of one file went.
 struct LxImportOutcome {
-  LxReadOutcome read;       // Whether the file was opened and read, and memory was there for all of it.
-  std::int32_t status;      // What the reader returned: 0; -6, a header that it cannot read; and so on.
-  std::int32_t fileKind;    // As detected; 0: of no known kind.
-  std::int32_t hasItems;    // 1: the readers found metadata.
-  std::int32_t packetKept;  // 1: an XMP packet was parsed whole. 0: there was none, or it broke off.
+  LxReadOutcome read;        // Whether the file was opened and read, and memory was there for all of it.
+  std::int32_t status;       // What the reader returned: 0; -6, a header that it cannot read; and so on.
+  std::int32_t fileKind;     // As detected; 0: of no known kind.
+  std::int32_t hasMetadata;  // 1: the readers found an item that people look at.
+  std::int32_t packetKept;   // 1: an XMP packet was parsed whole. 0: there was none, or it broke off.
 };
 
 struct LxInterchangeProcs {

@@ -5,6 +5,7 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -89,6 +90,38 @@ class Bytes {
   Py_buffer view_{};
 };
 
+// A file: by its path, or in memory, where its bytes stay as they are as long as this lives.
+class Source {
+ public:
+  Source(const py::object& file, bool isInMemory) {
+    if (isInMemory) {
+      bytes_.emplace(file);
+    } else {
+      path_ = file.cast<std::string>();
+    }
+  }
+
+  Interchange Open() const { return bytes_ ? Interchange(bytes_->data(), bytes_->size()) : Interchange(path_); }
+  LxResult ReadInto(LxMetadataPool* pool) const {
+    if (!bytes_) return LxReadFileIntoPool(pool, path_.c_str());
+    const auto length = static_cast<std::int32_t>(std::min<std::size_t>(bytes_->size(), INT32_MAX));
+    return LxParseImageBytes(static_cast<const std::uint8_t*>(bytes_->data()), length, pool);
+  }
+
+ private:
+  std::string path_;
+  std::optional<Bytes> bytes_;
+};
+
+// Below 0: why a file could not be read (LxXmpReading). Then the system's error, or 0.
+using Reading = std::tuple<int, int>;
+
+Reading ReadingOf(const Interchange& file) {
+  std::int32_t error = 0;
+  const LxXmpReading reading = file.Reading(&error);
+  return {reading, error};
+}
+
 // An XMP object: of a file, or by itself. Python threads that share one take turns, call by call.
 class Object {
  private:
@@ -111,7 +144,8 @@ class Object {
 
  public:
   Object() : xmp_(Unlocked([] { return XmpObject(); })) {}
-  explicit Object(const std::string& path) : xmp_(Unlocked([&] { return Interchange(path); })) {}
+  Object(const py::object& file, bool isInMemory)
+      : source_(std::in_place, file, isInMemory), xmp_(Unlocked([&] { return source_->Open(); })) {}
   ~Object() {
     Unlocked([&] { const auto ended = std::move(xmp_); });
   }
@@ -120,6 +154,13 @@ class Object {
 
   std::unique_ptr<Object> Copy() const {
     return On([](const XmpView& xmp) { return std::unique_ptr<Object>(new Object(XmpObject(xmp))); });
+  }
+
+  Reading ReadingOfFile() const {
+    return On([&](const XmpView&) {
+      const auto* const file = std::get_if<Interchange>(&xmp_);
+      return file != nullptr ? ReadingOf(*file) : Reading{0, 0};
+    });
   }
 
   std::optional<std::tuple<std::string, std::uint32_t>> Get(const std::string& ns, const std::string& path) const {
@@ -234,35 +275,49 @@ class Object {
 
  private:
   mutable std::mutex mutex_;
+  std::optional<Source> source_;  // Outlives the import of it.
   std::variant<XmpObject, Interchange> xmp_;
 };
 
-py::str XmpJson(const std::string& path) {
-  return Decoded(Unlocked([&] {
-    const Interchange interchange(path);
+// The line of JSON, a packet, and how reading went.
+using Answer = std::tuple<Reading, py::str>;
+
+template <typename Write>
+Answer Read(const py::object& file, bool isInMemory, Write write) {
+  const Source source(file, isInMemory);
+  Reading reading;
+  const std::string text = Unlocked([&] { return write(source, &reading); });
+  return {reading, Decoded(text)};
+}
+
+Answer XmpJson(const py::object& file, bool isInMemory) {
+  return Read(file, isInMemory, [](const Source& source, Reading* reading) {
+    const Interchange interchange = source.Open();
+    *reading = ReadingOf(interchange);
     std::string line;
-    lxbridge::json::WriteXmpJson(&line, path.c_str(), interchange.Xmp());
+    lxbridge::json::WriteXmpJson(&line, "", interchange.Xmp());
     return line;
-  }));
+  });
 }
 
-py::str Packet(const std::string& path) {
-  return Decoded(Unlocked([&] { return Interchange(path).Xmp().Serialize(); }));
+Answer Packet(const py::object& file, bool isInMemory) {
+  return Read(file, isInMemory, [](const Source& source, Reading* reading) {
+    const Interchange interchange = source.Open();
+    *reading = ReadingOf(interchange);
+    return interchange.Xmp().Serialize();
+  });
 }
 
-// None: the file is not there any more.
-py::object PoolJson(const std::string& path) {
-  const std::optional<std::string> line = Unlocked([&]() -> std::optional<std::string> {
+Answer PoolJson(const py::object& file, bool isInMemory) {
+  return Read(file, isInMemory, [](const Source& source, Reading* reading) {
     const std::unique_ptr<LxMetadataPool, PoolDeleter> pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
-    const LxResult status = LxReadFileIntoPool(pool.get(), path.c_str());
-    if (status == kLxNotFound) return std::nullopt;
-    std::string text;
-    lxbridge::json::WritePoolJson(&text, path.c_str(), status, *pool);
-    return text;
+    const LxResult status = source.ReadInto(pool.get());
+    *reading = {-pool->outcome.failure, pool->outcome.systemError};
+    std::string line;
+    lxbridge::json::WritePoolJson(&line, "", status, *pool);
+    return line;
   });
-  if (!line) return py::none();
-  return Decoded(*line);
 }
 
 void RaiseToolkitError(std::exception_ptr failure) {
@@ -278,6 +333,8 @@ void RaiseToolkitError(std::exception_ptr failure) {
 PYBIND11_MODULE(_lxbridge, module) {
   py::register_local_exception_translator(RaiseToolkitError);
   module.attr("version") = LX_VERSION;
+  module.def("reading_text",
+             [](int reading) { return std::string(LxXmpReadingText(static_cast<LxXmpReading>(reading))); });
   module.def("xmp_json", XmpJson);
   module.def("packet", Packet);
   module.def("pool_json", PoolJson);
@@ -290,7 +347,8 @@ PYBIND11_MODULE(_lxbridge, module) {
 
   py::class_<Object>(module, "Object")
       .def(py::init<>())
-      .def(py::init<const std::string&>())
+      .def(py::init<const py::object&, bool>())
+      .def("reading", &Object::ReadingOfFile)
       .def("copy", &Object::Copy)
       .def("get", &Object::Get)
       .def("set", &Object::Set)

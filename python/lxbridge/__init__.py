@@ -13,13 +13,14 @@ open() gives an object to be read and changed (class Photo). xmp(), packet() and
     >>> [p["value"] for p in lxbridge.xmp("photo.jpg")["properties"] if p["name"] == "Make"]
     ['Example Cameras']
 
-Paths are str, bytes or os.PathLike, as for open(); there is no name for standard input.
+A file is given by its path (str or os.PathLike), as its contents (bytes, memoryview, mmap: anything with the buffer protocol; not
+copied) or as a file object that is open for reading bytes, which is read from its position to its end. The result is the same.
 
 The dicts are the lines of JSON that the command prints (lxbridge xmp --format json, lxbridge pool --format json), with the
 same keys in the same order; json.dumps gives the line again. Only "file" is not a part of JSON: it is the path as os.fsdecode
-gives it, so that a name that is not UTF-8 can be opened again. lxbridge.types describes the dicts for type checkers.
+gives it, so that a name that is not UTF-8 can be opened again; "" for bytes in memory. lxbridge.types describes the dicts for type checkers.
 
-A damaged file is no error: what could be read of it is there. Errors are these:
+A damaged file is no error: what could be read of it is there. A file that the system does not give, or not whole, is one:
 
     Error                            everything of this module
         ReadError(OSError)           the file cannot be read
@@ -28,23 +29,21 @@ A damaged file is no error: what could be read of it is there. Errors are these:
             DeniedError(PermissionError)
         ToolkitError(RuntimeError)   the XMP toolkit or the broker refused or did not start
 
-besides MemoryError, and TypeError and ValueError for what is no path.
+besides MemoryError, and TypeError and ValueError for what is no file.
 
 Threads. The libraries work for one thread at a time: calls wait for each other, but other Python threads run meanwhile. To use
 several cores, use several processes. Forking is safe at any time, also while another thread is in a call: the fork waits for
 the file that is being read, and the child can go on. The libraries start with the first call and stay until the process ends.
 """
-import errno as _errno
 import json as _json
 import os as _os
-import stat as _stat
 from typing import Any as _Any
-from typing import NoReturn as _NoReturn
-from typing import Type as _Type
-from typing import Union as _Union
+from typing import Callable as _Callable
+from typing import Tuple as _Tuple
 from typing import cast as _cast
 
 from . import _lxbridge, types
+from . import _source
 from ._errors import DeniedError, DirectoryError, Error, NotFoundError, ReadError, ToolkitError
 from ._photo import Array, Languages, Photo, Structure, register_namespace
 
@@ -52,42 +51,30 @@ __all__ = ["Array", "DeniedError", "DirectoryError", "Error", "Languages", "NotF
            "ToolkitError", "open", "packet", "pool", "register_namespace", "types", "xmp"]
 __version__: str = _lxbridge.version
 
-_Path = _Union[str, bytes, "_os.PathLike[str]", "_os.PathLike[bytes]"]
 
-_KINDS = {FileNotFoundError: NotFoundError, PermissionError: DeniedError}
-_EFFECTIVE = _os.access in _os.supports_effective_ids
-
-
-def _fail(kind: _Type[ReadError], number: int, path: _Path) -> _NoReturn:
-    raise kind(number, _os.strerror(number), path)
+def _read(call: _Callable[[object, bool], _Tuple[_Tuple[int, int], str]], file: _source.Source) -> _Tuple[str, str]:
+    contents, in_memory, name = _source.resolve(file)
+    reading, text = call(contents, in_memory)
+    _source.check(reading, file)
+    return text, name
 
 
-def _readable(path: _Path) -> bytes:
-    """The path's bytes. The library itself does not tell a file that it cannot read from one without metadata."""
-    name = _os.fsencode(path)
-    try:
-        mode = _os.stat(name).st_mode
-    except OSError as error:
-        raise _KINDS.get(type(error), ReadError)(error.errno, error.strerror, path) from None
-    if _stat.S_ISDIR(mode):
-        _fail(DirectoryError, _errno.EISDIR, path)
-    if not _os.access(name, _os.R_OK, effective_ids=_EFFECTIVE):
-        _fail(DeniedError, _errno.EACCES, path)
-    return name
-
-
-def _told(line: str, path: _Path) -> _Any:
-    answer = _json.loads(line)
-    answer["file"] = _os.fsdecode(path)
+def _told(call: _Callable[[object, bool], _Tuple[_Tuple[int, int], str]], file: _source.Source) -> _Any:
+    text, name = _read(call, file)
+    answer = _json.loads(text)
+    answer["file"] = name
     return answer
 
 
-def open(path: _Path) -> Photo:
+def open(file: _source.Source) -> Photo:
     """The XMP object of the file, to be read and changed."""
-    return Photo._of(_lxbridge.Object(_readable(path)), path)
+    contents, in_memory, name = _source.resolve(file)
+    xmp = _lxbridge.Object(contents, in_memory)
+    _source.check(xmp.reading(), file)
+    return Photo._of(xmp, name or None)
 
 
-def xmp(path: _Path) -> types.Xmp:
+def xmp(file: _source.Source) -> types.Xmp:
     """The XMP object of the file as a dict, in the object's order:
 
         {"file": str, "properties": [{"schema": str, "prefix": str, "name": str, "value": NODE}, ...], "namespaces": {...}}
@@ -101,15 +88,15 @@ def xmp(path: _Path) -> types.Xmp:
         {"struct": {"exif:Fired": NODE}}    a structure
         {"value": NODE, "qualifiers": {"xml:lang": NODE}}    any of these with qualifiers
     """
-    return _cast(types.Xmp, _told(_lxbridge.xmp_json(_readable(path)), path))
+    return _cast(types.Xmp, _told(_lxbridge.xmp_json, file))
 
 
-def packet(path: _Path) -> str:
+def packet(file: _source.Source) -> str:
     """The file's XMP object as a serialised packet, as lxbridge xmp prints it, without a line end after it."""
-    return _lxbridge.packet(_readable(path))
+    return _read(_lxbridge.packet, file)[0]
 
 
-def pool(path: _Path) -> types.Pool:
+def pool(file: _source.Source) -> types.Pool:
     """What the readers saw in the file, before any conversion:
 
         {"file": str, "status": int, "statusName": str, "attributes": {"width": int, ...}, "items": [ITEM, ...]}
@@ -123,10 +110,7 @@ def pool(path: _Path) -> types.Pool:
     where "value" has the value's bytes in hexadecimal digits (bytes.fromhex gives them), and "children" is left out where there
     are none. A text of the file that is not UTF-8 is {"hex": "..."} in place of a str.
     """
-    line = _lxbridge.pool_json(_readable(path))
-    if line is None:
-        _fail(NotFoundError, _errno.ENOENT, path)
-    return _cast(types.Pool, _told(line, path))
+    return _cast(types.Pool, _told(_lxbridge.pool_json, file))
 
 
 if hasattr(_os, "register_at_fork"):

@@ -16,7 +16,7 @@ _VALUE_IS_URI, _STRUCT, _ARRAY, _ORDERED, _ALTERNATIVE, _ALT_TEXT = 0x2, 0x100, 
 _FORMS = _STRUCT | _ARRAY | _ORDERED | _ALTERNATIVE
 _COMPACT, _OMIT_WRAPPER, _READ_ONLY = 0x40, 0x10, 0x20
 
-_Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
+_Path = Union[str, "os.PathLike[str]", "os.PathLike[bytes]"]
 
 
 def _text(value: Simple) -> str:
@@ -300,13 +300,13 @@ class Photo(MutableMapping[str, Any]):
     def __init__(self, packet: Union[str, bytes, None] = None) -> None:
         """An object of its own: empty, or that of an XMP packet."""
         self._xmp = _lxbridge.Object()
-        self.path: Optional[_Path] = None
-        """The file that it was read from."""
+        self.path: Optional[str] = None
+        """The file that it was read from, if that has a name."""
         if packet is not None:
             self._parse(packet)
 
     @classmethod
-    def _of(cls, xmp: _lxbridge.Object, path: Optional[_Path]) -> "Photo":
+    def _of(cls, xmp: _lxbridge.Object, path: Optional[str]) -> "Photo":
         photo = cls.__new__(cls)
         photo._xmp, photo.path = xmp, path
         return photo
@@ -432,7 +432,7 @@ class Photo(MutableMapping[str, Any]):
         if path is None:
             if self.path is None:
                 raise ValueError("an object that comes from no file has no side-car: give a path")
-            return pathlib.Path(os.fsdecode(self.path) + ".xmp")
+            return pathlib.Path(self.path + ".xmp")
         return pathlib.Path(os.fsdecode(path))
 
     def merge_sidecar(self, path: Optional[_Path] = None, *, replace: bool = True) -> bool:

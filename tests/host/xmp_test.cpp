@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -282,6 +283,41 @@ TEST_F(XmpTest, ObjectsOfTheHostAreParsedMergedComparedAndEmptied) {
   EXPECT_TRUE(photo.Has(kTiff, "Make"));
   photo.Remove();
   EXPECT_TRUE(photo.IsEqual(XmpObject().Xmp()));
+}
+
+TEST_F(XmpTest, WhatReadingCameToIsToldAndMemoryReadsAsAFileDoes) {
+  const lxtest::Bytes photo = JpegBuilder().App1Exif(TiffBuilder(lxtest::kBig).Ifd0({Ascii(0x010F, "Canon")}));
+  const std::string text = "no picture at all";
+  const struct {
+    const char* what;
+    lxtest::Bytes bytes;
+    LxXmpReading reading;
+  } kFiles[] = {
+      {"a photograph", photo, LX_XMP_READ_WHOLE},
+      {"an image without metadata", JpegBuilder().Eoi(), LX_XMP_READ_NO_METADATA},
+      {"nothing", {}, LX_XMP_READ_NO_IMAGE},
+      {"a text", lxtest::Bytes(text.begin(), text.end()), LX_XMP_READ_NO_IMAGE},
+      {"half a photograph", lxtest::Bytes(photo.begin(), photo.begin() + 20), LX_XMP_READ_DAMAGED},
+  };
+  for (const auto& c : kFiles) {
+    const TempFile file(c.bytes);
+    const Interchange onDisk(file.path());
+    const Interchange inMemory(c.bytes.data(), c.bytes.size());
+    EXPECT_EQ(onDisk.Reading(), c.reading) << c.what << ": " << LxXmpReadingText(onDisk.Reading());
+    EXPECT_EQ(inMemory.Reading(), c.reading) << c.what << " in memory";
+    EXPECT_EQ(inMemory.Xmp().Serialize(), onDisk.Xmp().Serialize()) << c.what;
+  }
+  std::int32_t error = 0;
+  EXPECT_EQ(Interchange("/nowhere/at all.jpg").Reading(&error), LX_XMP_READ_NOT_FOUND);
+  EXPECT_EQ(error, ENOENT);
+  EXPECT_EQ(Interchange("/").Reading(), LX_XMP_READ_IS_DIRECTORY);
+  EXPECT_EQ(Interchange("/dev/null").Reading(), LX_XMP_READ_NO_FILE);
+  LxInterchangeHandle handle = nullptr;
+  EXPECT_EQ(LxXmpOpenMemory(nullptr, 1, &handle), LX_XMP_BAD_ARGUMENT);
+  const HostSession session;
+  library_.reset();
+  EXPECT_EQ(LxXmpOpenMemory(photo.data(), photo.size(), &handle), LX_XMP_UNAVAILABLE);
+  EXPECT_EQ(handle, nullptr);
 }
 
 TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {

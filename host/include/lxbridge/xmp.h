@@ -98,6 +98,22 @@ typedef enum LxXmpSerializeOption {
   LX_XMP_OMIT_META = 0x0800     /* No x:xmpmeta element around rdf:RDF. */
 } LxXmpSerializeOption;
 
+/* What reading a file has come to. Below 0: it could not be read, or not to its end. */
+typedef enum LxXmpReading {
+  LX_XMP_READ_WHOLE = 0,              /* An image with metadata, which the object has. */
+  LX_XMP_READ_NO_METADATA = 1,        /* An image without metadata. */
+  LX_XMP_READ_NO_IMAGE = 2,           /* No kind of file that the readers know. */
+  LX_XMP_READ_DAMAGED = 3,            /* A reader stopped; the object has what it found until then. */
+  LX_XMP_READ_NOT_FOUND = -1,         /* There is no such file. */
+  LX_XMP_READ_PERMISSION_DENIED = -2, /* The system does not let the process read it. */
+  LX_XMP_READ_IS_DIRECTORY = -3,      /* The path is that of a directory. */
+  LX_XMP_READ_NO_FILE = -4,           /* It is that of a FIFO, a socket or a device. */
+  LX_XMP_READ_NO_DESCRIPTORS = -5,    /* The process or the system has no file descriptor left. */
+  LX_XMP_READ_NOT_OPENED = -6,        /* It was not opened for another reason: the system's error. */
+  LX_XMP_READ_BROKEN = -7,            /* A read failed; the object has what was read before. */
+  LX_XMP_READ_NO_MEMORY = -8          /* Memory was exhausted; the object may lack properties. */
+} LxXmpReading;
+
 /* A text that a call returns; the head of this file says how long it is valid. */
 typedef struct LxXmpText {
   const char* bytes; /* Never null in a text that a call returned. */
@@ -162,6 +178,22 @@ void LxXmpStop(void);
  * is valid until the thread's next failure. Needs no session. */
 LxXmpStatus LxXmpLastError(void);
 const char* LxXmpLastMessage(void);
+
+/* --- files ---------------------------------------------------------------------------------------------------------
+ */
+
+/* How the import of a handle's file went, which LxInterchangeNew does not tell. `systemError`, which may be null,
+ * receives the system's error (errno; on Windows GetLastError) or 0. LX_XMP_UNAVAILABLE: LxBridge is not initialised,
+ * or its broker refused the interface. */
+LxXmpStatus LxXmpReadingOf(LxInterchangeHandle file, LxXmpReading* reading, int32_t* systemError);
+
+/* A reading in English, such as "no such file". Never null. Needs no session. */
+const char* LxXmpReadingText(LxXmpReading reading);
+
+/* LxInterchangeNew for the bytes of a file in memory, with the same result. They are not copied: they are the host's
+ * and stay as they are until LxInterchangeDelete. Of more than 2^31 - 1 bytes the rest is not read, as of a file.
+ * LX_XMP_UNAVAILABLE: as for LxXmpReadingOf. */
+LxXmpStatus LxXmpOpenMemory(const void* bytes, size_t length, LxInterchangeHandle* file);
 
 /* --- reading -------------------------------------------------------------------------------------------------------
  */

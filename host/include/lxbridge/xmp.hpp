@@ -370,7 +370,8 @@ class XmpObject {
   CXMPMeta* xmp_ = nullptr;
 };
 
-// One file's import. Everything that can be read is in its XMP object; a file that is missing or damaged is no failure.
+// One file's import. Everything that can be read is in its XMP object; a file that is missing or damaged is no failure:
+// Reading() tells.
 class Interchange {
  public:
   // A path in UTF-8; "" is standard input.
@@ -385,6 +386,8 @@ class Interchange {
   }
   // The same.
   explicit Interchange(const std::string& path) : Interchange(path.c_str()) {}
+  // Of a file in memory, which is not copied and must outlive this.
+  Interchange(const void* bytes, std::size_t length) { CheckXmp(LxXmpOpenMemory(bytes, length, &handle_)); }
   ~Interchange() { LxInterchangeDelete(handle_); }
   // Moves the import; one that was moved from can only be assigned to or destroyed.
   Interchange(Interchange&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
@@ -396,6 +399,13 @@ class Interchange {
 
   // Valid as long as this lives. Not of one that was moved from.
   [[nodiscard]] XmpView Xmp() const { return XmpView(LxInterchangeGetXMP(handle_)); }
+
+  // How reading the file went (LxXmpReadingOf); `systemError`, if not null, receives the system's error or 0.
+  [[nodiscard]] LxXmpReading Reading(std::int32_t* systemError = nullptr) const {
+    LxXmpReading reading = LX_XMP_READ_WHOLE;
+    CheckXmp(LxXmpReadingOf(handle_, &reading, systemError));
+    return reading;
+  }
 
  private:
   LxInterchangeHandle handle_ = nullptr;

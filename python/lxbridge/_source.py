@@ -1,0 +1,55 @@
+"""Where the bytes of a file come from: a path, bytes in memory, or a file object; and errors when they cannot be read."""
+import errno
+import io
+import mmap
+import os
+from typing import BinaryIO, Dict, Tuple, Type, Union, cast
+
+from . import _lxbridge
+from ._errors import DeniedError, DirectoryError, NotFoundError, ReadError
+
+Path = Union[str, "os.PathLike[str]", "os.PathLike[bytes]"]
+Source = Union[Path, bytes, bytearray, memoryview, mmap.mmap, BinaryIO]
+"""A path; or the contents of a file, as anything with the buffer protocol or as a file object that is open for reading bytes."""
+
+_KINDS: Dict[int, Type[ReadError]] = {errno.ENOENT: NotFoundError, errno.EACCES: DeniedError, errno.EPERM: DeniedError,
+                                      errno.EISDIR: DirectoryError}
+# The errors of readings for which the system gave none (lxbridge/xmp.h).
+_ERRORS = {-1: errno.ENOENT, -2: errno.EACCES, -3: errno.EISDIR, -4: errno.EINVAL, -5: errno.EMFILE, -7: errno.EIO}
+_NO_MEMORY = -8
+
+
+def resolve(source: Source) -> Tuple[object, bool, str]:
+    """What the extension takes: the path's bytes or the contents, and whether it is contents; and the name of the file."""
+    if isinstance(source, (str, os.PathLike)):
+        path = os.fsencode(source)
+        if b"\0" in path:
+            raise ValueError("embedded null byte")
+        if not path:
+            raise NotFoundError(errno.ENOENT, os.strerror(errno.ENOENT), source)
+        return path, False, os.fsdecode(path)
+    if not hasattr(source, "read") or isinstance(source, mmap.mmap):
+        return memoryview(cast(bytes, source)), True, ""  # TypeError for what has no bytes.
+    file = cast(BinaryIO, source)
+    name = getattr(file, "name", None)
+    if isinstance(file, io.BytesIO):  # No need to copy these.
+        contents: object = file.getbuffer()[file.tell():]
+        file.seek(0, os.SEEK_END)
+    else:
+        contents = file.read()
+        if not isinstance(contents, (bytes, bytearray, memoryview)):
+            raise TypeError("the file object is not open for reading bytes")
+    return contents, True, name if isinstance(name, str) else ""
+
+
+def check(reading: Tuple[int, int], source: Source) -> None:
+    """Raises what kept the file from being read."""
+    kind, number = reading
+    if kind >= 0:
+        return
+    if kind == _NO_MEMORY:
+        raise MemoryError
+    number = number or _ERRORS.get(kind, errno.EIO)
+    text = os.strerror(number) if number != errno.EINVAL else _lxbridge.reading_text(kind)
+    file = source if isinstance(source, (str, os.PathLike)) else getattr(source, "name", None)
+    raise _KINDS.get(number, ReadError)(number, text, file)
