@@ -105,10 +105,11 @@ def pool(file: _source.Source) -> types.Pool:
     is
 
         {"namespace": str, "name": str, "label": str or None, "tag": int, "type": str or None, "typeCode": int, "flags": int,
-         "length": int, "value": str or None, "display": str, "valueLabel": str or None, "children": [ITEM, ...]}
+         "length": int, "value": str or None, "offset": int or None, "display": str, "valueLabel": str or None,
+         "children": [ITEM, ...]}
 
-    where "value" has the value's bytes in hexadecimal digits (bytes.fromhex gives them), and "children" is left out where there
-    are none. A text of the file that is not UTF-8 is {"hex": "..."} in place of a str.
+    where "value" has the value's bytes in hexadecimal digits (bytes.fromhex gives them), "offset" is their place in the file, and
+    "children" is left out where there are none. A text of the file that is not UTF-8 is {"hex": "..."} in place of a str.
     """
     return _cast(types.Pool, _told(_lxbridge.pool_json, file))
 

@@ -98,12 +98,14 @@ class _ItemWithoutChildren(TypedDict):
     flags: int
     length: int
     value: Optional[str]
+    offset: Optional[int]
     display: Text
     valueLabel: Optional[Text]
 
 
 class Item(_ItemWithoutChildren, total=False):
-    """An entry that the readers saw. "value" has its bytes in hexadecimal digits, "children" is left out where there are none."""
+    """An entry that the readers saw. "value" has its bytes in hexadecimal digits, "offset" their place in
+    the file or None, "children" is left out where there are none."""
 
     children: "List[Item]"
 

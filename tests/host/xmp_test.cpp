@@ -285,6 +285,30 @@ TEST_F(XmpTest, ObjectsOfTheHostAreParsedMergedComparedAndEmptied) {
   EXPECT_TRUE(photo.IsEqual(XmpObject().Xmp()));
 }
 
+TEST_F(XmpTest, WhatAPacketLosesIsTold) {
+  const XmpObject object;
+  object.Xmp().Parse(R"(<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
+<rdf:Description xmlns:xmp="http://ns.adobe.com/xap/1.0/"><xmp:Label>kept</xmp:Label>
+  <xmp:Nickname rdf:parseType="Literal"><b/></xmp:Nickname></rdf:Description></rdf:RDF>)");
+  EXPECT_EQ(Get(object.Xmp(), kXmp, "Label"), "kept");
+  const std::vector<XmpWarning> warnings = object.Xmp().Warnings();
+  ASSERT_EQ(warnings.size(), 1U);
+  EXPECT_EQ(warnings[0].line, 3U);
+  EXPECT_EQ(warnings[0].column, 3U);
+  EXPECT_NE(warnings[0].text, "");
+  std::uint32_t kept = 0;
+  std::uint32_t total = 0;
+  EXPECT_EQ(LxXmpCountWarnings(object.Xmp().object(), &kept, &total), LX_XMP_OK);
+  EXPECT_EQ(total, 1U);
+  LxXmpText text;
+  EXPECT_EQ(LxXmpGetWarning(object.Xmp().object(), 1, nullptr, nullptr, &text), LX_XMP_NOT_FOUND);
+
+  EXPECT_THROW(object.Xmp().Parse(R"(<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#"><rdf:Description
+      xmlns:xmp="http://ns.adobe.com/xap/1.0/"><xmp:Rating>5</xmp:Rating><xmp:Broken)"),
+               XmpError);
+  EXPECT_EQ(Get(object.Xmp(), kXmp, "Rating"), "5") << "complete before the fault";
+}
+
 TEST_F(XmpTest, WhatReadingCameToIsToldAndMemoryReadsAsAFileDoes) {
   const lxtest::Bytes photo = JpegBuilder().App1Exif(TiffBuilder(lxtest::kBig).Ifd0({Ascii(0x010F, "Canon")}));
   const std::string text = "no picture at all";
