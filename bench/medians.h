@@ -35,6 +35,12 @@ class MedianReporter : public benchmark::ConsoleReporter {
     }
   }
 
+  // 0: not measured.
+  [[nodiscard]] double Median(const std::string& name) const {
+    const auto found = medians_.find(name);
+    return found == medians_.end() ? 0 : found->second;
+  }
+
   // `perIteration`: how many things one iteration handles.
   void PrintRatio(const std::string& name, const std::string& base, const char* unit, double perIteration) const {
     const auto measured = medians_.find(name), against = medians_.find(base);

@@ -1,10 +1,12 @@
 // What does a file's metadata cost, beside opening and reading the file? For the camera JPEGs of a folder, in one run:
 //   Road      LxInterchangeNew to LxInterchangeDelete, one file after the other
 //   OpenRead  open, fstat, one pread of the first 64 KiB, close, of the same files
-// Both with a warm cache, on one thread, repetitions of the two interleaved; the medians and their ratio are printed
-// last.
+// With --threads=N also
+//   Threads   the same files by N threads at once, each of which reads them all
+// All with a warm cache, repetitions interleaved; the medians and their ratios are printed last. With threads, their
+// files a second against those of one thread are printed, too.
 //
-//   road_bench [--files=FOLDER-OR-FILE] [Google Benchmark's options]
+//   road_bench [--files=FOLDER-OR-FILE] [--threads=N] [Google Benchmark's options]
 //
 // FOLDER is ../shared/corpus beside the tree unless it is given. A camera JPEG is a JPEG file whose first 64 KiB hold
 // an EXIF segment.
@@ -15,12 +17,14 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "api/include/lxbridge/lxbridge.h"
@@ -53,15 +57,32 @@ std::vector<std::string> CameraJpegs(const std::string& place) {
   return files;
 }
 
-void Road(benchmark::State& state, const std::vector<std::string>& files) {
-  for (auto _ : state) {
-    for (const std::string& file : files) {
-      LxInterchangeHandle handle = LxInterchangeNew(file.c_str());
-      benchmark::DoNotOptimize(LxInterchangeGetXMP(handle));
-      LxInterchangeDelete(handle);
-    }
+void ReadAll(const std::vector<std::string>& files) {
+  for (const std::string& file : files) {
+    LxInterchangeHandle handle = LxInterchangeNew(file.c_str());
+    benchmark::DoNotOptimize(LxInterchangeGetXMP(handle));
+    LxInterchangeDelete(handle);
   }
+}
+
+void Road(benchmark::State& state, const std::vector<std::string>& files) {
+  for (auto _ : state) ReadAll(files);
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(files.size()));
+}
+
+// An iteration is long enough for the starting of threads not to count.
+void Threads(benchmark::State& state, const std::vector<std::string>& files, int threads) {
+  constexpr int kPasses = 50;
+  for (auto _ : state) {
+    std::vector<std::thread> running;
+    for (int i = 0; i < threads; ++i) {
+      running.emplace_back([&files] {
+        for (int pass = 0; pass < kPasses; ++pass) ReadAll(files);
+      });
+    }
+    for (std::thread& thread : running) thread.join();
+  }
+  state.SetItemsProcessed(state.iterations() * kPasses * threads * static_cast<std::int64_t>(files.size()));
 }
 
 void OpenRead(benchmark::State& state, const std::vector<std::string>& files) {
@@ -84,11 +105,14 @@ void OpenRead(benchmark::State& state, const std::vector<std::string>& files) {
 
 int main(int argc, char** argv) {
   std::string place = LXBRIDGE_CORPUS;
+  int threads = 0;
   std::vector<char*> arguments;
   for (int i = 0; i < argc; ++i) {
-    constexpr std::string_view kFiles = "--files=";
+    constexpr std::string_view kFiles = "--files=", kThreads = "--threads=";
     if (std::string_view(argv[i]).starts_with(kFiles)) {
       place = argv[i] + kFiles.size();
+    } else if (std::string_view(argv[i]).starts_with(kThreads)) {
+      threads = std::atoi(argv[i] + kThreads.size());
     } else {
       arguments.push_back(argv[i]);
     }
@@ -104,12 +128,22 @@ int main(int argc, char** argv) {
   LxInterchangeInit();
   benchmark::RegisterBenchmark("Road", Road, files)->Unit(benchmark::kMicrosecond);
   benchmark::RegisterBenchmark("OpenRead", OpenRead, files)->Unit(benchmark::kMicrosecond);
+  for (const int number : {1, threads}) {
+    if (threads < 1) break;
+    benchmark::RegisterBenchmark(("Threads" + std::to_string(number)).c_str(), Threads, files, number)
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime();
+  }
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
   lxbench::MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   std::printf("\n%zu files; a file:\n", files.size());
   reporter.PrintRatio("Road", "OpenRead", "us", static_cast<double>(files.size()));
+  const double several = reporter.Median("Threads" + std::to_string(threads));
+  if (several > 0)
+    std::printf("%d threads: %.2f times the files a second of one\n", threads,
+                threads * reporter.Median("Threads1") / several);
   LxInterchangeTerm();
   return 0;
 }

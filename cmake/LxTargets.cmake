@@ -18,6 +18,10 @@ if(LXBRIDGE_SANITIZE)
     -fno-omit-frame-pointer)
   target_link_options(lx_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(LXBRIDGE_TSAN)
+  target_compile_options(lx_options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(lx_options INTERFACE -fsanitize=thread)
+endif()
 if(LXBRIDGE_COVERAGE)
   # With absolute names of sources in the counters' files, so that they are found from any folder.
   target_compile_options(lx_options INTERFACE --coverage -fprofile-abs-path)
@@ -34,7 +38,7 @@ endif()
 # The shared libraries are optimised across files in release builds: reading a file takes some microseconds, and calls between
 # small functions are a good part of them. The objects contain ordinary code too, for programs that link the static libraries.
 option(LXBRIDGE_LTO "Optimise the shared libraries across files in release builds" ON)
-if(LXBRIDGE_LTO AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32 AND NOT LXBRIDGE_SANITIZE)
+if(LXBRIDGE_LTO AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32 AND NOT LXBRIDGE_SANITIZE AND NOT LXBRIDGE_TSAN)
   set(LX_LTO_COMPILE "$<$<CONFIG:Release>:-flto=auto;-ffat-lto-objects>")
   set(LX_LTO_LINK "$<$<CONFIG:Release>:-flto=auto;-O2>")
   # Without this the linker would optimise every test program so.

@@ -30,7 +30,6 @@ constexpr LxMemProcTable kRuntimeTable = {
 constinit LxMemProcs runtimeProcs = {&kRuntimeTable};
 
 constinit LxMemProcs* installedProcs = nullptr;
-constinit std::int32_t firstError = 0;
 constinit thread_local std::uint32_t refusedAllocations = 0;
 
 }  // namespace
@@ -75,12 +74,4 @@ char* LxCopyText(const void* bytes, std::size_t length) noexcept {
   if (length != 0) std::memcpy(copy, bytes, length);
   copy[length] = 0;
   return copy;
-}
-
-void LxNoteError(std::int32_t code) noexcept {
-  if (firstError == 0) firstError = code;
-}
-
-std::int32_t LxFirstError() noexcept {
-  return firstError;
 }

@@ -1,5 +1,6 @@
 // The kit's allocator: every block of the kit comes from the memory procedures that the process has installed, so that
-// tests and hosts can watch it or make it fail. Process-wide state, no locks: one thread uses the kit at a time.
+// tests and hosts can watch it or make it fail. The procedures are process-wide, and do not change while threads use the
+// kit.
 #ifndef LXBRIDGE_KIT_BASE_MEMORY_H_
 #define LXBRIDGE_KIT_BASE_MEMORY_H_
 
@@ -42,11 +43,7 @@ void LxFree(void* block) noexcept;
 [[nodiscard]] std::uint32_t LxRefusedAllocations() noexcept;
 void LxNoteRefusedAllocation() noexcept;
 
-// A copy of `length` bytes with a zero byte behind them, or null.
+// A copy of `length` bytes followed by a zero byte, or null.
 [[nodiscard]] char* LxCopyText(const void* bytes, std::size_t length) noexcept;
-
-// The first-error slot: keeps the first failure that was noted in this process, and is never cleared.
-void LxNoteError(std::int32_t code) noexcept;
-[[nodiscard]] std::int32_t LxFirstError() noexcept;
 
 #endif  // LXBRIDGE_KIT_BASE_MEMORY_H_

@@ -24,10 +24,7 @@ void FormatVersionInfo(LxMetadataItem* item) noexcept {
   while (last < length && item->value[last] != 0) last += 2;
   const auto count = static_cast<std::size_t>((last - first) / 2);
   auto* text = static_cast<char*>(LxAlloc(count + 1));
-  if (text == nullptr) {
-    LxNoteError(kLxOutOfMemory);
-    return;
-  }
+  if (text == nullptr) return;
   for (std::size_t i = 0; i < count; ++i) {
     text[i] = static_cast<char>(item->value[first + 2 * static_cast<std::int64_t>(i)]);
   }
@@ -64,11 +61,7 @@ void FormatByNames(int order, LxMetadataItem* item, const LxValueName* names) no
 }  // namespace
 
 void LxShowOwned(LxMetadataItem* item, char* text) noexcept {
-  if (text != nullptr) {
-    LxSetDisplayText(item, text, true);
-  } else {
-    LxNoteError(kLxOutOfMemory);
-  }
+  if (text != nullptr) LxSetDisplayText(item, text, true);
 }
 
 void LxShowBuffer(LxMetadataItem* item, const LxDisplayBuffer& buffer) noexcept {

@@ -230,10 +230,7 @@ void LxFormatNamedValue(int order, LxMetadataItem* item, const LxValueName* name
   if (item->valueLength / size == 1) item->valueLabel = element.entry != nullptr ? element.entry->label : nullptr;
 
   auto* text = static_cast<char*>(LxAlloc(total));
-  if (text == nullptr) {
-    LxNoteError(kLxOutOfMemory);
-    return;
-  }
+  if (text == nullptr) return;
   char* end = text;
   for (std::int32_t at = 0; shown - at >= size; at += size) {
     NameElement(LowBits(item->value + at, size, order), names, &element);

@@ -102,9 +102,7 @@ bool LxFindIccDescription(const std::uint8_t* profile, std::int32_t length, std:
 char* LxIccDescription(const std::uint8_t* profile, std::int32_t length) noexcept {
   Description description;
   if (!FindDescription(profile, length, &description)) return nullptr;
-  char* text = ToUtf8(description);
-  if (text == nullptr) LxNoteError(kLxOutOfMemory);
-  return text;
+  return ToUtf8(description);
 }
 
 // A description that cannot be read is treated as one that is not there: the caller then shows the bytes.

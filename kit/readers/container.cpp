@@ -91,9 +91,7 @@ LxResult LxOpenContainer(LxContainer* container, LxStream* stream, std::int32_t 
   container->pool = pool;
   LxInitParseContext(&container->context, fileSize);
   pool->blocks = LxNewBlockCache(stream, fileSize);
-  if (pool->blocks != nullptr) return kLxOk;
-  LxNoteError(kLxOutOfMemory);
-  return kLxOutOfMemory;
+  return pool->blocks != nullptr ? kLxOk : kLxOutOfMemory;
 }
 
 bool LxWantsBlock(const LxContainer& container, LxContainerBlockKind kind, std::int32_t rank) noexcept {

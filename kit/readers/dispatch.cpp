@@ -102,10 +102,7 @@ bool LxReadChildren(LxBlockCache* cache, const LxParseRange& range, LxParseConte
 LxResult LxReadWholeFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool,
                          const LxNamespaceDescriptor& descriptor) noexcept {
   pool->blocks = LxNewBlockCache(stream, fileSize);
-  if (pool->blocks == nullptr) {
-    LxNoteError(kLxOutOfMemory);
-    return kLxOutOfMemory;
-  }
+  if (pool->blocks == nullptr) return kLxOutOfMemory;
   const auto size = static_cast<std::uint32_t>(fileSize);
   LxParseContext context;
   LxInitParseContext(&context, fileSize);
@@ -118,10 +115,7 @@ LxMetadataItem* LxAppendNewItem(LxParseContext* context, LxItemList* list, const
                                 std::int32_t valueLength, const std::uint8_t* value) noexcept {
   if (context->budget.items <= 0) return nullptr;
   LxMetadataItem* item = LxNewSlabItem(&context->slab, nameSpace, name, flags, tagId, typeCode, valueLength, value);
-  if (item == nullptr) {
-    LxNoteError(kLxOutOfMemory);
-    return nullptr;
-  }
+  if (item == nullptr) return nullptr;
   --context->budget.items;
   (list->last != nullptr ? list->last->next : list->first) = item;
   list->last = item;
@@ -164,8 +158,6 @@ void LxApplyTagRecord(const LxParseContext* context, LxMetadataItem* item, const
   } else if (char* name = GeneratedName(item->tagId, decimalName)) {
     item->name = name;
     item->flags |= kLxOwnsName;
-  } else {
-    LxNoteError(kLxOutOfMemory);
   }
   LxFormatValue(context->byteOrder, item);
 }

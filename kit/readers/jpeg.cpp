@@ -33,10 +33,7 @@ const char* MarkerName(std::uint16_t marker) noexcept {
 // A copy of bytes of the file as the item's own display text. False: no memory.
 bool CopyDisplayText(LxMetadataItem* item, const std::uint8_t* bytes, std::int32_t length) noexcept {
   char* text = LxCopyText(bytes, static_cast<std::size_t>(length));
-  if (text == nullptr) {
-    LxNoteError(kLxOutOfMemory);
-    return false;
-  }
+  if (text == nullptr) return false;
   LxSetDisplayText(item, text, true);
   return true;
 }

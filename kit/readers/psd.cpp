@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "kit/base/byte_order.h"
-#include "kit/base/memory.h"
 #include "kit/model/tables/tables.h"
 #include "kit/model/value.h"
 #include "kit/readers/dispatch.h"
@@ -58,10 +57,7 @@ bool ReadLength(LxBlockCache* cache, std::uint64_t position, std::uint32_t* leng
 
 LxResult LxReadPsdFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool) noexcept {
   LxBlockCache* cache = LxNewBlockCache(stream, fileSize);
-  if (cache == nullptr) {
-    LxNoteError(kLxOutOfMemory);
-    return kLxOutOfMemory;
-  }
+  if (cache == nullptr) return kLxOutOfMemory;
   pool->blocks = cache;
   if (!ReadHeader(cache, pool)) return kLxBadReadFormat;
 
@@ -77,10 +73,7 @@ LxResult LxReadPsdFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* 
   const auto start = static_cast<std::uint32_t>(resources);
   const auto end = static_cast<std::uint32_t>(std::min<std::uint64_t>(layerField, UINT32_MAX));
   LxMetadataItem* header = LxNewMetadataItem("psdh", "PSDHeader", 0, 0, kLxTypeUndefined, 0, nullptr);
-  if (header == nullptr) {
-    LxNoteError(kLxOutOfMemory);
-    return kLxOutOfMemory;
-  }
+  if (header == nullptr) return kLxOutOfMemory;
   pool->root = header;
   LxReadChildren(cache, {start, start, start, end, end}, &context, header, kLxImageResourceSpace);
   // The blocks are read first: what the pool's attributes say of a file that ends here comes from them.

@@ -50,12 +50,6 @@ TEST(Memory, TheRuntimesProceduresZeroAndRefuseSizesThatWrap) {
   }
 }
 
-TEST(Memory, TheFirstErrorStays) {
-  LxNoteError(kLxOutOfMemory);
-  LxNoteError(kLxReadError);
-  EXPECT_EQ(LxFirstError(), kLxOutOfMemory);
-}
-
 TEST(Result, NamesEndAtTheirTable) {
   EXPECT_STREQ(LxResultName(kLxOk), "OK");
   EXPECT_STREQ(LxResultName(kLxNotFound), "NotFound");
