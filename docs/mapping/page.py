@@ -170,6 +170,20 @@ def check(rules, examples):
             fail(f"the rule {rule} is not described")
 
 
+def check_known_fields(rules, examples):
+    """tools/json/known_fields.cpp has a row for each mapping, with the same tag, names and example."""
+    text = (ROOT / "tools" / "json" / "known_fields.cpp").read_text(encoding="utf-8")
+    pattern = r'^    \{"([^"]+)",\s+(k\w+),\s+"(tiff|exif|gps|iptc)",\s+(0x[0-9A-F]{4}|\d+),\s+"(\w+)",\s+"((?:[^"\\]|\\.)*)"\},$'
+    known = {(block, int(tag, 0)): (item, prop, example) for prop, _, block, tag, item, example in re.findall(pattern, text, re.MULTILINE)}
+    made = {}
+    for key in rules:
+        name, _, prop, xmp = examples[key]
+        made[key] = (name, prop, xmp)
+    for key in sorted(set(known) | set(made)):
+        if known.get(key) != made.get(key):
+            fail(f"tools/json/known_fields.cpp has {known.get(key)} for {key[0]} 0x{key[1]:04X}, which is {made.get(key)}")
+
+
 def mapped(block, rules, examples, first=0, last=0xFFFF):
     for (where, tag), (rule, partner, _) in sorted(rules.items(), key=lambda item: item[0][1]):
         if where != block or not first <= tag <= last:
@@ -251,6 +265,7 @@ def main():
         sys.exit("usage: page.py PROGRAM [--write]")
     rules, examples = read_rules(), read_examples(sys.argv[1])
     check(rules, examples)
+    check_known_fields(rules, examples)
     page = make_page(rules, examples)
     if sys.argv[2:]:
         PAGE.write_text(page, encoding="utf-8")

@@ -215,6 +215,17 @@ constexpr KnownField kFields[] = {
     {"xmpMM:OriginalDocumentID",              kText,       "xmp",  0,      "",                          "urn:example:1"},
     {"xmpMM:RenditionClass",                  kText,       "xmp",  0,      "",                          "default"},
     {"xmpMM:VersionID",                       kText,       "xmp",  0,      "",                          "1"},
+
+    // Panoramas (the photo sphere metadata of spherical pictures), from XMP packets
+    {"GPano:CroppedAreaImageHeightPixels",    kInteger,    "xmp",  0,      "",                          "1000"},
+    {"GPano:CroppedAreaImageWidthPixels",     kInteger,    "xmp",  0,      "",                          "4000"},
+    {"GPano:CroppedAreaLeftPixels",           kInteger,    "xmp",  0,      "",                          "0"},
+    {"GPano:CroppedAreaTopPixels",            kInteger,    "xmp",  0,      "",                          "500"},
+    {"GPano:FullPanoHeightPixels",            kInteger,    "xmp",  0,      "",                          "2000"},
+    {"GPano:FullPanoWidthPixels",             kInteger,    "xmp",  0,      "",                          "4000"},
+    {"GPano:PoseHeadingDegrees",              kReal,       "xmp",  0,      "",                          "90.5"},
+    {"GPano:ProjectionType",                  kText,       "xmp",  0,      "",                          "equirectangular"},
+    {"GPano:UsePanoramaViewer",               kBoolean,    "xmp",  0,      "",                          "True"},
 };
 // clang-format on
 

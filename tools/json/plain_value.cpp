@@ -46,6 +46,26 @@ bool AppendRational(std::string_view text, std::string* out) {
   return AppendDouble(static_cast<double>(numerator) / static_cast<double>(denominator), out);
 }
 
+// "46.50" as 4650 / 100, so that what is calculated with it stays exact. At most nine digits after the point.
+struct Decimal {
+  std::int64_t digits = 0;
+  std::int64_t scale = 1;
+};
+
+bool ParseDecimal(std::string_view text, Decimal* decimal) {
+  constexpr std::size_t kMostDigits = 9;
+  const std::size_t point = text.find('.');
+  std::string digits(text.substr(0, point));
+  if (point != std::string_view::npos) {
+    const std::string_view fraction = text.substr(point + 1, kMostDigits);
+    if (text.find_first_not_of("0123456789", point + 1) != std::string_view::npos) return false;
+    digits.append(fraction);
+    for (std::size_t i = 0; i < fraction.size(); ++i) decimal->scale *= 10;
+  }
+  std::uint32_t whole = 0;
+  return Parse(text.substr(0, point), &whole) && whole < 60 && Parse(std::string_view(digits), &decimal->digits);
+}
+
 // DDD,MM,SSk or DDD,MM.mmk; k is N, S, E or W.
 bool AppendCoordinate(std::string_view text, std::string* out) {
   if (text.empty()) return false;
@@ -55,18 +75,19 @@ bool AppendCoordinate(std::string_view text, std::string* out) {
   const std::size_t comma = text.find(',');
   if (comma == std::string_view::npos) return false;
   const std::size_t second = text.find(',', comma + 1);
-  std::uint32_t degrees = 0;
-  double minutes = 0, seconds = 0;
-  if (!Parse(text.substr(0, comma), &degrees)) return false;
-  if (second == std::string_view::npos) {
-    if (!Parse(text.substr(comma + 1), &minutes)) return false;
-  } else if (!Parse(text.substr(comma + 1, second - comma - 1), &minutes) ||
-             !Parse(text.substr(second + 1), &seconds)) {
-    return false;
+  std::uint32_t degrees = 0, minutes = 0;
+  Decimal last;  // Minutes, or seconds.
+  std::int64_t unit = 60;
+  if (!Parse(text.substr(0, comma), &degrees) || degrees > limit) return false;
+  if (second != std::string_view::npos) {
+    if (!Parse(text.substr(comma + 1, second - comma - 1), &minutes) || minutes >= 60) return false;
+    unit = 3600;
   }
-  // One division, so that the result is the nearest double wherever minutes and seconds are whole.
-  const double value = (degrees * 3600.0 + minutes * 60 + seconds) / 3600;
-  if (!(minutes >= 0 && minutes < 60 && seconds >= 0 && seconds < 60 && value <= limit)) return false;
+  if (!ParseDecimal(text.substr((second == std::string_view::npos ? comma : second) + 1), &last)) return false;
+  // Both sides of the only division are whole, so the result is the double that is nearest to the coordinate.
+  const std::int64_t whole = (std::int64_t{degrees} * unit + std::int64_t{minutes} * 60) * last.scale + last.digits;
+  const double value = static_cast<double>(whole) / static_cast<double>(unit * last.scale);
+  if (value > limit) return false;
   return AppendDouble(side == 'S' || side == 'W' ? -value : value, out);
 }
 

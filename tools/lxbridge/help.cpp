@@ -72,6 +72,7 @@ Properties:
   --facts              flat: add all facts of the file
   --qualifiers         flat: {"value": ..., "qualifiers": {...}} for a value
                        that has qualifiers
+  --warnings           report what of a packet was skipped, and where
   --separator TEXT     csv, tsv: the text between the items of an array ("; ")
   --header             csv, tsv: print the names of the columns first
                        Cells are quoted by RFC 4180, but their text is printed

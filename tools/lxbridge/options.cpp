@@ -57,6 +57,7 @@ constexpr FlagRow kFlags[] = {
     {"--summary", 0, kOfAll, &Options::summary},
     {"--errors", 0, kOfXmp | kOfPool, &Options::errors},
     {"--pretty", 0, kOfAll, &Options::pretty},
+    {"--warnings", 0, kOfXmp, &Options::warnings},
     {"--all", 0, kOfPool, &Options::all},
     {"--decimal", 0, kOfXmp, &Options::decimal},
     {"--qualifiers", 0, kOfXmp, &Options::qualifiers},

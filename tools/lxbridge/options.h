@@ -45,6 +45,7 @@ struct Options {
   bool decimal = false;     // Numbers and booleans as such.
   bool qualifiers = false;  // flat: qualifiers too.
   bool facts = false;       // flat: facts of the file too.
+  bool warnings = false;    // What of a packet was skipped, as messages.
   bool errors = false;      // JSON: a line in place of a result that there is not.
   bool pretty = false;      // JSON: indented.
   Colour colour = Colour::kAuto;

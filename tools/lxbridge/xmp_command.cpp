@@ -111,6 +111,7 @@ class XmpWork : public FileWork {
       // Whatever is in the object was read from the file, so only an empty one leaves a question. Asking it of every
       // file, and beforehand, would cost as much as the packet does.
       if (!looksFirst && IsEmpty(xmp) && !CanBeRead(input, path, false, result)) return;
+      if (options_.warnings) AddWarnings(input.name, xmp, result);
       if (options_.action == Action::kFields) {
         AppendFieldsOf(xmp, &result->tally);
         return;
@@ -124,6 +125,18 @@ class XmpWork : public FileWork {
   }
 
  private:
+  // Faults of the packet, which cost no more than what they stand in and are no failures.
+  static void AddWarnings(const std::string& file, const XmpView& xmp, FileResult* result) {
+    std::uint32_t kept = 0, total = 0;
+    CheckXmp(LxXmpCountWarnings(xmp.object(), &kept, &total));
+    if (total == 0) return;
+    for (const XmpWarning& warning : xmp.Warnings()) {
+      result->messages.append(FileMessage(file, "packet, line " + std::to_string(warning.line) + ", column " +
+                                                    std::to_string(warning.column) + ": " + warning.text));
+    }
+    if (total > kept) result->messages.append(FileMessage(file, std::to_string(total - kept) + " more warnings"));
+  }
+
   // Whether the file gets a side-car. Side-cars that a walk finds get none of their own.
   bool TakesSideCar(const Input& input, FileResult* result) const {
     if (input.walked && input.name.ends_with(".xmp")) {
