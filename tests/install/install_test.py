@@ -183,9 +183,9 @@ def check_packages(scratch):
 
 def check_completions(scratch):
     folder = SOURCE / "tools/completions"
-    usage = run(BUILT / "bin/lxbridge", "--help")
-    # The short forms of the last two are not in the help's text.
-    named = set(re.findall(r"(?<![\w-])--?\w[\w-]*", usage[usage.index("Output:"):])) | {"-h", "-V"}
+    texts = {name: run(BUILT / "bin/lxbridge", "help", *name.split()) for name in ("", "xmp", "pool", "fields")}
+    of_command = {name: set(re.findall(r"(?<![\w-])(--?[a-zA-Z0-9][a-z-]*)(?!\w)", text[text.index("\n\n"):])) for name, text in texts.items()}
+    named = set().union(*of_command.values())
     fish = (folder / "lxbridge.fish").read_text()
     given = {
         "fish": {"--" + word for word in re.findall(r"^complete .* -l ([\w-]+)", fish, re.M)}
@@ -195,15 +195,15 @@ def check_completions(scratch):
         check(options == named, f"{shell} and the help differ in {options ^ named}")
     need("bash")
     words = {line: set(text.split()) for line, text in {
-        "lxbridge po": "pool", "lxbridge --format =": "rdf json csv tsv", "lxbridge xmp --format c": "csv",
-        "lxbridge pool --format ": "text json", "lxbridge pool --format = t": "text", "lxbridge -- --f": "",
+        "lxbridge po": "pool", "lxbridge --format =": "rdf json flat csv tsv", "lxbridge xmp --format c": "csv",
+        "lxbridge pool --format ": "text json html", "lxbridge pool --format = t": "text", "lxbridge -- --f": "", "lxbridge --fields = tiff : Mak": "Make",
         "lxbridge xmp x --su": "--summary", "lxbridge --files-from --": ""}.items()}
-    words["lxbridge -"] = (named | {"--"}) - {"--all"}
-    words["lxbridge pool -"] = (named | {"--"}) - {"--fields", "--separator", "--header"}
+    for name in ("xmp", "pool", "fields"):
+        words[f"lxbridge {name} -"] = of_command[name] | {"--", "-h", "--help", "-V", "--version"}
     script = ('source "$1"; compopt() { :; }; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMPREPLY=(); _lxbridge; '
               'printf "%s\\n" "${COMPREPLY[@]}"')
     for line, wanted in words.items():
-        given = run("bash", "-uc", script, "-", folder / "lxbridge.bash", *line.split(" "), cwd=scratch).split()
+        given = run("bash", "-uc", script, "-", folder / "lxbridge.bash", str(BUILT / "bin/lxbridge"), *line.split(" ")[1:], cwd=scratch).split()
         check(set(given) == wanted, f"bash, {line}: {given}")
 
 

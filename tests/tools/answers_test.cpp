@@ -120,7 +120,7 @@ TEST(PlainValue, TextsThatAreNoSuchValueStay) {
       {FieldType::kCoordinate, "180,0.0E", "180"},
       {FieldType::kCoordinate, "0,0.0S", "0"},
       {FieldType::kCoordinate, "45,30.03N", "45.5005"},
-      {FieldType::kCoordinate, "1,2.1234567899N", "1.0353909464983333"},
+      {FieldType::kCoordinate, "1,2.1234567899N", "1.0353909464833333"},
       {FieldType::kCoordinate, "12,60.0N", ""},
       {FieldType::kCoordinate, "12,3,60N", ""},
       {FieldType::kCoordinate, "12,3,4", ""},

@@ -109,6 +109,7 @@ with the property, and an example.
 Formats:
   --format text        columns (default)
   --format json        one line of JSON per property
+  --pretty             json: indent the JSON
 )help";
 
 constexpr std::string_view kFiles = R"help(
@@ -129,13 +130,16 @@ Run:
   -j, --jobs N         use N processes (1 to 256). Default: one per processor
                        for folders, lists and more than 16 files
   --timeout SECONDS    give up on a file that takes longer
-  --unordered          print results as soon as they are there
   --progress           report progress on standard error
   --summary            report the number of files of each status and kind
-  --errors             json, flat: print {"file": ..., "error": ...} in place
-                       of a result that is missing
   --color WHEN         auto (default), always or never; auto is for terminals
                        and obeys NO_COLOR
+)help";
+
+// Of the commands that print a result for each file.
+constexpr std::string_view kResults = R"help(  --unordered          print results as soon as they are there
+  --errors             JSON: print {"file": ..., "error": ...} in place of a
+                       result that is missing
 )help";
 
 }  // namespace
@@ -143,9 +147,9 @@ Run:
 std::string HelpText(Action topic) {
   switch (topic) {
     case Action::kXmp:
-      return std::string(kXmp).append(kFiles);
+      return std::string(kXmp).append(kFiles).append(kResults);
     case Action::kPool:
-      return std::string(kPool).append(kFiles);
+      return std::string(kPool).append(kFiles).append(kResults);
     case Action::kFields:
       return std::string(kFields).append(kFiles);
     case Action::kHelp:
