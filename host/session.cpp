@@ -83,7 +83,7 @@ struct ThreadTexts : GivenTexts {
   ThreadTexts* next = nullptr;
 };
 
-constinit std::mutex lock;  // Of the session's start and stop, and of the list of texts.
+std::mutex lock;  // Of the session's start and stop, and of the list of texts.
 constinit std::atomic<int> sessions = 0;
 // Each thread's texts are found by a key of the thread library and not by an object with a destructor, since those keep
 // a library in memory that the host unloads.

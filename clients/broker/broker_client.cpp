@@ -125,7 +125,7 @@ bool StartClientObjects() noexcept {
 }  // namespace
 
 constinit const std::uint32_t* unregisterCountAddress = &kNoBrokerCount;
-constinit std::mutex tableMutex;
+std::mutex tableMutex;
 
 bool StartBrokerClient(TALLookupProc lookup) {
   if (phase == Phase::kStarted) return true;

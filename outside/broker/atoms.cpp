@@ -17,7 +17,7 @@ struct TALStringAtomRecord : HashNode {
 namespace {
 
 // Held for the table and for every count: an atom that is given up for the last time must not be found again.
-constinit std::mutex mutex;
+std::mutex mutex;
 constinit HashTable atoms;
 
 const char* GetCString(TALStringAtom atom) noexcept {

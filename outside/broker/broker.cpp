@@ -52,7 +52,7 @@ bool RegisterOwnInterfaces() noexcept {
 // The broker comes to life with the first call, so loading the library costs nothing. Its own interfaces are registered
 // once and are like any other from then on: one that was unregistered stays so.
 extern "C" TALLookupProc TALOrdinal5() {
-  static constinit std::mutex mutex;
+  static std::mutex mutex;
   static constinit bool isRegistered = false;
   const std::lock_guard lock(mutex);
   if (!isRegistered) isRegistered = RegisterOwnInterfaces();

@@ -35,7 +35,7 @@ struct Method : HashNode {
 };
 
 // The containers that live, by address: what tells a reference from any other pointer.
-constinit std::mutex mutex;  // Of the two.
+std::mutex mutex;  // Of the two.
 constinit HashTable livingContainers;
 constinit std::uint32_t liveCount = 0;
 

@@ -28,7 +28,7 @@ struct Procedure : HashNode {
   const char* qualifiedName;
 };
 
-constinit std::mutex mutex;  // Of the two.
+std::mutex mutex;  // Of the two.
 constinit HashTable interfaces;
 constinit HashTable procedures;
 // Clients read it without the lock, by its address.
