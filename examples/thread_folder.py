@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """thread_folder.py FOLDER [THREADS]: the XMP of every JPEG file below a folder, as lines of JSON, by several threads.
 
-The module releases the interpreter's lock while it reads a file, so threads use several cores. With dicts to build, about half
-of the time needs that lock; packet() alone gains more. For many files of many machines see dask_folder.py.
+The module releases the interpreter's lock while it reads a file, so threads use several cores; building the dicts needs that lock.
+For many files of many machines see dask_folder.py.
 """
 import concurrent.futures
 import json

@@ -38,10 +38,18 @@ struct PoolDeleter {
   void operator()(LxMetadataPool* pool) const { LxDeletePool(pool); }
 };
 
-// All live until the process ends: threads may be at work when the interpreter stops.
+// Both live until the process ends: threads may be at work when the interpreter stops.
 lxpython::Gate& gate = *new lxpython::Gate;
-std::mutex& starting = *new std::mutex;
 const lxbridge::Library* library = nullptr;
+
+// Starts the libraries, once.
+void Start() {
+  static std::mutex& starting = *new std::mutex;
+  const std::lock_guard<std::mutex> lock(starting);
+  if (library != nullptr) return;
+  LxInstallMemProcs(LxRuntimeMemProcs());
+  library = new lxbridge::Library();
+}
 
 // The work, without the interpreter's lock and with the libraries started.
 template <typename Work>
@@ -51,11 +59,7 @@ auto Unlocked(Work work) {
     Inside() { gate.Enter(); }
     ~Inside() { gate.Leave(); }
   } const inside;
-  const std::lock_guard<std::mutex> lock(starting);
-  if (library == nullptr) {
-    LxInstallMemProcs(LxRuntimeMemProcs());
-    library = new lxbridge::Library();
-  }
+  Start();
   return work();
 }
 

@@ -1,6 +1,6 @@
 // The kit's allocator: every block of the kit comes from the memory procedures that the process has installed, so that
-// tests and hosts can watch it or make it fail. The procedures are process-wide, and do not change while threads use the
-// kit.
+// tests and hosts can watch it or make it fail. The procedures are process-wide, and do not change while threads use
+// the kit.
 #ifndef LXBRIDGE_KIT_BASE_MEMORY_H_
 #define LXBRIDGE_KIT_BASE_MEMORY_H_
 

@@ -31,9 +31,11 @@ A damaged file is no error: what could be read of it is there. A file that the s
 
 besides MemoryError, and TypeError and ValueError for what is no file.
 
-Threads. The libraries work for one thread at a time: calls wait for each other, but other Python threads run meanwhile. To use
-several cores, use several processes. Forking is safe at any time, also while another thread is in a call: the fork waits for
-the file that is being read, and the child can go on. The libraries start with the first call and stay until the process ends.
+Threads. Any number of threads may call at once; the interpreter's lock is released while a file is read and while an object is
+worked on, so threads use several cores (packet() gains most, since the dicts of xmp() and pool() are built under that lock).
+Threads may share a Photo, whose calls then take turns. Forking is safe at any time, also while another thread is in a call: the
+fork waits for the calls that are at work, and the child can go on. The libraries start with the first call and stay until the
+process ends.
 """
 import json as _json
 import os as _os

@@ -166,12 +166,15 @@ class ModuleTest(unittest.TestCase):
                 self.assertTrue(caught.exception.strerror)
         self.assertTrue(issubclass(lxbridge.ToolkitError, (lxbridge.Error, RuntimeError)))
 
-    def test_threads_take_turns(self):
+    def test_threads_work_side_by_side(self):
         expected = [(lxbridge.xmp(file), lxbridge.pool(file), lxbridge.packet(file)) for file in self.files]
         with concurrent.futures.ThreadPoolExecutor(8) as threads:
             for _ in range(5):
                 answers = threads.map(lambda file: (lxbridge.xmp(file), lxbridge.pool(file), lxbridge.packet(file)), self.files)
                 self.assertEqual(list(answers), expected)
+            photo = lxbridge.open(self.sample)
+            list(threads.map(photo["dc:subject"].append, map(str, range(500))))
+        self.assertEqual(sorted(photo["dc:subject"][1:], key=int), [str(number) for number in range(500)])
 
     def test_a_long_call_holds_up_no_other_python_thread_and_no_fork(self):
         items = b"<rdf:li>harbour</rdf:li>" * 400_000
