@@ -89,7 +89,8 @@ bool ReadText(LxChunkWalk* walk, const LxChunk& chunk, Text* text) noexcept {
     std::uint8_t flag = 0;
     if (!LxTake8(&in, &flag) || flag > 1 || !LxTake8(&in, &method)) return false;
     isCompressed = flag == 1;
-    if (!SkipTerminated(&in) || !SkipTerminated(&in)) return false;  // Language tag, translated keyword.
+    if (!SkipTerminated(&in)) return false;  // Language tag.
+    if (!SkipTerminated(&in)) return false;  // Translated keyword.
   } else if (isCompressed && !LxTake8(&in, &method)) {
     return false;
   }
