@@ -173,10 +173,10 @@ void checkDate(const XMPDateTime& date) {
   }
 }
 
-std::string formatDate(const XMPDateTime& date) {
+DateText formatDate(const XMPDateTime& date) {
   checkDate(date);
-  char text[48];
-  char* end = text;
+  DateText result;
+  char* end = result.text;
   const auto put = [&end](std::int32_t value, int digits) {
     for (int at = digits; at-- > 0; value /= 10) end[at] = static_cast<char>('0' + value % 10);
     end += digits;
@@ -206,7 +206,8 @@ std::string formatDate(const XMPDateTime& date) {
     *end++ = ':';
     put(date.zoneMinute, 2);
   }
-  return std::string(text, end);
+  *end = '\0';
+  return result;
 }
 
 XMPDateTime parseDate(std::string_view text) {

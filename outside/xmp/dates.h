@@ -9,10 +9,17 @@
 
 namespace velto {
 
+// An ISO 8601 text.
+struct DateText {
+  char text[48];
+  const char* c_str() const noexcept { return text; }  // Zero-terminated.
+  bool operator==(std::string_view other) const noexcept { return other == text; }
+};
+
 // Raises kBadDate for fields that name no instant: year outside 1 to 9999, month 0, a day that the month does not have,
 // hour 24, second 60, zone fields without a sign, and the like.
 void checkDate(const XMPDateTime& date);
-std::string formatDate(const XMPDateTime& date);
+DateText formatDate(const XMPDateTime& date);
 // Year alone, year and month, a date, or date and time with or without seconds, fraction and zone; what is left out is
 // the earliest that it can be, a zone left out UTC. Digits behind the nanosecond are dropped. Raises kBadDate.
 XMPDateTime parseDate(std::string_view text);

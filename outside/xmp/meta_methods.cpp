@@ -270,7 +270,7 @@ template <typename Format>
 TALErrorRef setTyped(XMPObjectRef self, const char* schema, const char* name, std::uint32_t options, Format format) {
   return guarded([&] {
     Instance& instance = changeableInstanceOf(self);
-    const std::string text = format();
+    const auto text = format();
     setNode(instance.object, requirePath(instance.object.namespaces, schema, name), text.c_str(), options);
   });
 }

@@ -30,11 +30,6 @@ bool isLocalized(const Node* item) noexcept {
 
 }  // namespace
 
-NameKey::NameKey(const Namespace* nameSpace, std::string_view localName) noexcept
-    : ns(nameSpace),
-      name(localName),
-      hash(hashText(localName) ^ (nameSpace != nullptr ? (nameSpace->id + 1) * 0x9E3779B1u : 0)) {}
-
 struct NodeList::Index {
   explicit Index(Storage& objectStorage) noexcept : storage(objectStorage) {}
 
@@ -517,7 +512,10 @@ Object::~Object() {
 }
 
 Node* Object::findSchema(const Namespace* ns) const noexcept {
-  return root_->children.find(ns, {});
+  if (recent_ != nullptr && recent_->ns == ns) return recent_;
+  Node* schema = root_->children.find(ns, {});
+  if (schema != nullptr) recent_ = schema;
+  return schema;
 }
 
 Node* Object::ensureSchema(Node* root, const Namespace* ns) {
@@ -526,8 +524,14 @@ Node* Object::ensureSchema(Node* root, const Namespace* ns) {
   return appendChild(root, makeNode(storage, key, kXMPSchemaNode));
 }
 
-void Object::dropSchemaIfEmpty(Node* schema) noexcept {
-  if (schema->children.empty()) root_->children.remove(schema);
+void Object::dropSchema(Node* schema) noexcept {
+  recent_ = nullptr;
+  root_->children.remove(schema);
+}
+
+void Object::dropAll() noexcept {
+  recent_ = nullptr;
+  root_->children.clear();
 }
 
 void Object::merge(Node* incoming) noexcept {
@@ -553,6 +557,7 @@ void Object::copyFrom(const Object& other) {
   namespaces.addAll(other.namespaces);
   NodePtr copy = cloneTree(other.root(), storage, namespaces);
   std::string copiedName = other.name;
+  recent_ = nullptr;
   root_ = std::move(copy);
   name = std::move(copiedName);
 }

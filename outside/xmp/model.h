@@ -29,16 +29,6 @@ using NodePtr = std::unique_ptr<Node, NodeDeleter>;
 // that it belongs to. No tree is deeper, so walking one by recursion is safe.
 inline constexpr std::uint32_t kDepthLimit = 64;
 
-// A name as it is looked for: the hash is that of namespace and name.
-struct NameKey {
-  NameKey() = default;
-  NameKey(const Namespace* nameSpace, std::string_view localName) noexcept;
-
-  const Namespace* ns = nullptr;
-  std::string_view name;
-  std::uint32_t hash = 0;
-};
-
 // The children or the qualifiers of a node, in order. Lists of more than a few nodes get an index on their first
 // lookup, by name or by position; without the memory for one they are walked. So nothing here raises. Iterate by
 // first() and Node::next.
@@ -209,11 +199,18 @@ class Object {
   const Node* root() const noexcept { return root_.get(); }
 
   Node* findSchema(const Namespace* ns) const noexcept;
-  Node* ensureSchema(const Namespace* ns) { return ensureSchema(root_.get(), ns); }
+  Node* ensureSchema(const Namespace* ns) {
+    Node* schema = findSchema(ns);
+    return schema != nullptr ? schema : ensureSchema(root_.get(), ns);
+  }
   // The same below another root of this object.
   Node* ensureSchema(Node* root, const Namespace* ns);
   // Schemas without properties do not stay.
-  void dropSchemaIfEmpty(Node* schema) noexcept;
+  void dropSchemaIfEmpty(Node* schema) noexcept {
+    if (schema->children.empty()) dropSchema(schema);
+  }
+  void dropSchema(Node* schema) noexcept;
+  void dropAll() noexcept;
 
   NodePtr makeRoot() { return makeNode(storage, {}, 0); }
   // Takes over all that is below another root of this object: its properties replace those of the same name in place
@@ -226,6 +223,7 @@ class Object {
 
  private:
   NodePtr root_;
+  mutable Node* recent_ = nullptr;  // The schema found last: a client mostly works at one.
 };
 
 }  // namespace velto

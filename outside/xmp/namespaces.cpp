@@ -36,6 +36,11 @@ auto findRecord(const Records& records, const std::vector<std::uint32_t>& table,
 
 }  // namespace
 
+NameKey::NameKey(const Namespace* nameSpace, std::string_view localName) noexcept
+    : ns(nameSpace),
+      name(localName),
+      hash(hashText(localName) ^ (nameSpace != nullptr ? (nameSpace->id + 1) * 0x9E3779B1u : 0)) {}
+
 void Namespaces::OwnDeleter::operator()(Own* own) const noexcept {
   own->~Own();
   ::operator delete(own);

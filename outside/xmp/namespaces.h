@@ -18,6 +18,16 @@
 
 namespace velto {
 
+// A name as it is looked for: the hash is that of namespace and name.
+struct NameKey {
+  NameKey() = default;
+  NameKey(const Namespace* nameSpace, std::string_view localName) noexcept;
+
+  const Namespace* ns = nullptr;
+  std::string_view name;
+  std::uint32_t hash = 0;
+};
+
 class Namespaces {
  public:
   Namespaces() = default;
@@ -41,6 +51,20 @@ class Namespaces {
   const Namespace* counterpart(const Namespace* other) const noexcept {
     return other == nullptr || other->standard ? other : findOwn(other->uri);
   }
+  // A plain name of the namespace, when it is the one that was remembered last: clients ask for a property and then set
+  // it. Null: another.
+  const NameKey* remembered(const Namespace* ns, const char* name) const noexcept {
+    return ns == lastKey_.ns && std::strcmp(name, lastName_) == 0 ? &lastKey_ : nullptr;
+  }
+  // Names that are too long are not remembered. The key that comes back is that of the caller's text.
+  void remember(const NameKey& key) noexcept {
+    if (key.name.size() >= sizeof lastName_) return;
+    std::memcpy(lastName_, key.name.data(), key.name.size());
+    lastName_[key.name.size()] = '\0';
+    lastKey_ = key;
+    lastKey_.name = {lastName_, key.name.size()};
+  }
+
   // Knows all that `other` knows, under the same prefixes where they are free.
   void addAll(const Namespaces& other) {
     for (const auto& own : other.own_) intern(own->uri, own->prefix);
@@ -68,6 +92,8 @@ class Namespaces {
   std::vector<std::uint32_t> byPrefix_;
   PrefixNumbers numbers_;
   const Namespace* recent_ = nullptr;  // The record found last: a client mostly asks for the same again.
+  NameKey lastKey_;
+  char lastName_[40] = "";
 };
 
 }  // namespace velto

@@ -33,12 +33,13 @@ constexpr std::array<std::uint8_t, 256> makeNameBytes() {
 }
 constexpr std::array<std::uint8_t, 256> kNameBytes = makeNameBytes();
 
-bool isPlainName(std::string_view text) noexcept {
-  if (text.empty() || kNameBytes[static_cast<std::uint8_t>(text[0])] != 1) return false;
-  for (const char c : text) {
-    if (kNameBytes[static_cast<std::uint8_t>(c)] == 0) return false;
-  }
-  return true;
+// The length of a text that is a name of ASCII and nothing else; 0 for any other.
+std::size_t plainNameLength(const char* text) noexcept {
+  const auto kindOf = [](char c) { return kNameBytes[static_cast<std::uint8_t>(c)]; };
+  if (kindOf(*text) != 1) return 0;
+  const char* end = text + 1;
+  while (kindOf(*end) != 0) ++end;
+  return *end == '\0' ? static_cast<std::size_t>(end - text) : 0;
 }
 
 struct Scanner {
@@ -175,11 +176,18 @@ const PathProblem* parsePath(Namespaces& namespaces, const char* schema, const c
   requireTexts(schema, text);
   const Namespace* ns = namespaces.find(schema);
   if (ns == nullptr) return &kUnknownSchema;
-  const std::string_view whole(text);
-  if (isPlainName(whole)) {
-    path.top = NameKey(ns, whole);
+  if (const NameKey* known = namespaces.remembered(ns, text)) {
+    path.top = *known;
+    path.top.name = {text, known->name.size()};
     return nullptr;
   }
+  const std::size_t plainLength = plainNameLength(text);
+  if (plainLength != 0) {
+    path.top = NameKey(ns, {text, plainLength});
+    namespaces.remember(path.top);
+    return nullptr;
+  }
+  const std::string_view whole(text);
   Scanner scanner{whole};
   std::string_view name;
   if (const PathProblem* problem = splitName(namespaces, scanner.takeUntil("/["), ns, name)) return problem;

@@ -43,14 +43,14 @@ TALErrorRef removeProperties(XMPObjectRef object, const char* schema, const char
     const bool hasName = name != nullptr && *name != '\0';
     if (!hasSchema) {
       if (hasName) throw ToolkitError(ErrorId::kBadParameter, "a property without a schema");
-      model.root()->children.clear();
+      model.dropAll();
       return;
     }
     const Namespace* ns = model.namespaces.find(schema);
     Node* schemaNode = ns != nullptr ? model.findSchema(ns) : nullptr;
     if (schemaNode == nullptr) return;  // Nothing of the schema is there, whatever the path.
     if (!hasName) {
-      detach(schemaNode);
+      model.dropSchema(schemaNode);
       return;
     }
     Path path;
