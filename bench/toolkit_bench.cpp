@@ -24,7 +24,7 @@ namespace {
 
 constexpr char kSchema[] = "http://ns.adobe.com/exif/1.0/";
 
-// What an editor leaves in a photograph: simple properties, language alternatives, bags, a history of structs.
+// A packet as an editor writes it: simple properties, language alternatives, bags, a history of structs.
 std::string TypicalPacket() {
   std::string packet =
       "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"

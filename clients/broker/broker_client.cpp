@@ -130,7 +130,7 @@ std::mutex tableMutex;
 bool StartBrokerClient(TALLookupProc lookup) {
   if (phase == Phase::kStarted) return true;
   if (!lookup) return false;
-  ForgetBroker();  // What a start-up that failed has left.
+  ForgetBroker();  // A start-up that failed may have left tables.
   lookUp = lookup;
   // A start-up that fails leaves what it has bound: the error that it raised, or that a client object kept, is still to
   // be released. The phase keeps everything else from using it.

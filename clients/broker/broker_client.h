@@ -53,7 +53,7 @@ const TALErrorProcs* ErrorProcs() noexcept;
 // Bytes from a container reference to its pointer to the instance.
 std::uint32_t PrimaryInstanceOffset() noexcept;
 
-// Releases what a container procedure or an error is about without raising; for destructors and failure paths. Nothing
+// Release a container or an error without raising; for destructors and failure paths. Nothing
 // happens for null and after shutdown.
 void ReleaseContainer(TALContainerRef container) noexcept;
 void ReleaseError(TALErrorRef error) noexcept;
@@ -67,8 +67,8 @@ inline std::uint32_t UnregisterCount() noexcept {
   return __atomic_load_n(unregisterCountAddress, __ATOMIC_ACQUIRE);
 }
 
-// Held while a table takes over what has been looked up, and while the list of an object's tables grows. Nothing is
-// looked up, and nothing raised, while it is held.
+// Held while a table takes over procedures that have been looked up, and while the list of an object's tables grows.
+// Nothing is looked up, and nothing raised, while it is held.
 extern std::mutex tableMutex;
 
 // Procedures and the unregister count that they were bound at. Threads that find the count up to date read the

@@ -6,7 +6,8 @@
 // - C calling convention, nothing raises. The result is null or a broker error reference that the caller now owns.
 // - Texts in are zero-terminated UTF-8, never null unless said. A schema is a namespace URI. A property name may be a
 //   whole property path below that schema ("Flash", "Flash/exif:Fired", "creator[2]", "title[?xml:lang=\"de\"]").
-// - Texts out ({pointer, length in bytes, zero byte behind}) belong to the toolkit and are valid until "UnlockObject"
+// - Texts out ({pointer, length in bytes, zero byte at the end}) belong to the toolkit and are valid until
+// "UnlockObject"
 //   of that object or "UnlockUtils" is called. Any out pointer may be null when the caller does not want the value.
 // - Array indexes count from 1; kXMPLastItem is the last.
 // - "found" is 1 or 0. Asking for or deleting a property that does not exist, or whose name cannot exist, is no error.
@@ -62,7 +63,7 @@ struct XMPDateTime {
 };
 static_assert(sizeof(XMPDateTime) == 40);
 
-// One node of a visit, in the object's order, parents before children, qualifiers of a node right behind it and before
+// One node of a visit, in the object's order, parents before children, qualifiers of a node right after it and before
 // its items or fields. Texts live only during the call.
 struct XMPVisitedNode {
   std::uint32_t depth;    // 0: a schema; 1: a top-level property; 2: its items, fields or qualifiers; ...
@@ -80,15 +81,15 @@ using XMPVisitProc = std::uint32_t (*)(void* user, const XMPVisitedNode* node);
 inline constexpr const char kXMPMetaStaticInterface[] = "ZXMPMeta_StaticInterface";
 
 struct XMPMetaStatics {
-  // A new object holding what the bytes parse to; null and 0: empty. The new container's count is 0.
+  // A new object with the properties of a packet; null and 0: empty. The new container's count is 0.
   TALErrorRef (*newWithBuffer)(const char* bytes, std::uint32_t length, XMPObjectRef* result);
   TALErrorRef (*newEmpty)(XMPObjectRef* result);
   TALErrorRef (*newCopy)(XMPObjectRef source, XMPObjectRef* result);
   TALErrorRef (*getVersion)(std::uint32_t* version);
   TALErrorRef (*getVersionText)(XMPTextOut* text);
   // Makes the prefix known for the URI. A URI that is known keeps its prefix; a prefix that is taken gets a number
-  // behind it. *registered is the prefix that the URI has now. The namespace stays until it is deleted, whereas one
-  // that only packets have brought may be forgotten when no object uses it.
+  // added. *registered is the prefix that the URI has now. The namespace is every object's, whereas one that a packet
+  // brings is its object's alone.
   TALErrorRef (*registerNamespace)(const char* uri, const char* suggestedPrefix, XMPTextOut* registered);
   TALErrorRef (*deleteNamespace)(const char* uri);  // The standard's own cannot be deleted: an error.
   TALErrorRef (*getNamespacePrefix)(const char* uri, XMPTextOut* prefix, std::uint8_t* found);
@@ -99,7 +100,7 @@ struct XMPMetaStatics {
   TALErrorRef (*getObjectKind)(TALKindRef* kind);
   TALErrorRef (*countObjects)(std::uint32_t* count);  // Objects alive; for leak checks.
   TALErrorRef (*isPacket)(const char* bytes, std::uint32_t length, std::uint8_t* answer);  // Starts as a packet does.
-  TALErrorRef (*getErrorText)(std::int32_t id, XMPTextOut* text);  // The kind of failure behind an error's id.
+  TALErrorRef (*getErrorText)(std::int32_t id, XMPTextOut* text);  // The kind of failure that an error's id means.
   TALErrorRef (*unlockStatics)(std::uint32_t options);
 };
 inline constexpr TALProcName kXMPMetaStaticNames[] = {
@@ -126,10 +127,11 @@ static_assert(sizeof(kXMPMetaStaticNames) / sizeof(TALProcName) == 17);
 // --- the methods of a toolkit object, by the broker's "GetMethod" ---------------------------------------------------
 
 struct XMPMetaMethods {
-  // Adds what the bytes parse to. A packet may come in pieces: kXMPParseMoreBuffers with all but the last, which may be
-  // empty. After an error the pieces given so far are forgotten; the object keeps what it held before.
+  // Adds the properties of a packet. A packet may come in pieces: kXMPParseMoreBuffers with all but the last, which may
+  // be empty. After an error in the packet the object has the properties that were complete before the fault, and the
+  // pieces given so far are forgotten.
   TALErrorRef (*parseFromBuffer)(XMPObjectRef self, const char* bytes, std::uint32_t length, std::uint32_t options);
-  // padding: spaces behind the packet (negative: 2048; with kXMPSerializeExactLength the whole length). Null newline
+  // padding: spaces after the packet (negative: 2048; with kXMPSerializeExactLength the whole length). Null newline
   // and indent: "\n" and one space.
   TALErrorRef (*serializeToBuffer)(XMPObjectRef self, XMPTextOut* packet, std::uint32_t options, std::int32_t padding,
                                    const char* newline, const char* indent, std::int32_t baseIndent);
@@ -260,7 +262,7 @@ static_assert(sizeof(kXMPMetaMethodNames) / sizeof(TALProcName) == 40);
 // --- methods that a toolkit may lack: their slots are null then ------------------------------------------------------
 
 struct XMPMetaOptionalMethods {
-  // What the toolkit skipped in the packets that it parsed into the object since it was made or cleared. It keeps a
+  // The parts of its packets that the toolkit left out of the object, from its making or clearing on. It keeps a
   // bounded number of warnings, the first ones: *kept. *total counts the others too.
   TALErrorRef (*countWarnings)(XMPObjectRef self, std::uint32_t* kept, std::uint32_t* total);
   // From 0, in the order of the packet. Line and column count from 1, columns in characters, in the packet as it was
@@ -333,7 +335,7 @@ struct XMPUtilsStatics {
   TALErrorRef (*normalizeLanguage)(const char* text, XMPTextOut* language);  // RFC 5646 case: "en-US", "x-default"
   TALErrorRef (*normalizePath)(const char* schema, const char* path, XMPTextOut* normal);
   TALErrorRef (*isUTF8)(const char* text, std::uint32_t length, std::uint8_t* answer);
-  // What the toolkit makes of a text on its way into an object: bytes that are not UTF-8 taken as Windows-1252, control
+  // The text as the toolkit would store it: bytes that are not UTF-8 taken as Windows-1252, control
   // characters that XML cannot carry as spaces.
   TALErrorRef (*repairText)(const char* text, std::uint32_t length, XMPTextOut* repaired);
   TALErrorRef (*escapeXML)(const char* text, std::uint32_t length, XMPTextOut* escaped);

@@ -8,13 +8,13 @@
 
 #include "clients/xmp/xmp_abi.h"
 
-// What the library hands out to its host: one reference to a toolkit object. The host reads this layout with a client
+// One reference to a toolkit object, which the library gives to its host. The host reads this layout with a client
 // of its own, so it stays {virtual table, object reference, method table} and has no other virtual function.
 class CXMPMeta {
  public:
   // A new empty object. CTALError when the toolkit refuses it or lacks a procedure, when the broker refuses the
   // reference or the object's methods cannot be had; std::logic_error "ZXMPMeta Client initialization failure" when the
-  // broker client is not started. Nothing is left behind then.
+  // broker client is not started. Nothing is left over then.
   CXMPMeta();
   // A new object with the contents of another. Raises as CXMPMeta does.
   static std::unique_ptr<CXMPMeta> NewCopyOf(XMPObjectRef source);

@@ -7,7 +7,7 @@
 #include "clients/broker/tal_error.h"
 #include "clients/xmp/xmp_abi.h"
 
-// Copies the text and has its owner unlocked, also when there is no memory for the copy: the toolkit keeps what it
+// Copies the text and unlocks its owner, also when there is no memory for the copy: the toolkit keeps what it
 // handed out until then. `unlock` gives the unlocking procedure's result.
 template <typename Unlock>
 void TakeText(const XMPTextOut& text, std::string* copy, Unlock unlock) {

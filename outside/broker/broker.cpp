@@ -12,7 +12,7 @@
 
 namespace {
 
-// Nobody listens to errors here: this broker has no host that it could tell.
+// This broker has no host to report to, so it only releases the error.
 void ReportError(TALErrorRef error) noexcept {
   ReleaseBrokerError(error);
 }
@@ -38,7 +38,7 @@ bool RegisterAll(const char* interfaceName, const TALProcName (&names)[kCount], 
   return true;
 }
 
-// Also after a first try that ran out of memory half-way: what is registered already counts as registered.
+// Can be called again after a try that ran out of memory: procedures that are registered already are no error.
 bool RegisterOwnInterfaces() noexcept {
   return RegisterAll(kTALInterface, kTALCoreProcNames, kCoreProcs) &&
          RegisterAll(kTALContainerInterface, kTALContainerProcNames, kContainerProcs) &&

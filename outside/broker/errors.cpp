@@ -10,7 +10,7 @@
 struct TALErrorRecord {
   std::atomic<std::uint32_t> count;  // kForever: one of the core errors, which nobody frees.
   std::int32_t id;
-  const char* message;  // Behind the record, as is the component.
+  const char* message;  // After the record, as is the component.
   const char* component;
 };
 

@@ -24,7 +24,7 @@ struct Procedure : HashNode {
   Interface* owner;
   Procedure* nextOfInterface;
   TALProc address;
-  const char* shortName;  // Both behind the record.
+  const char* shortName;  // Both after the record.
   const char* qualifiedName;
 };
 

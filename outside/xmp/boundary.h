@@ -24,7 +24,7 @@ inline constexpr const char kObjectKindName[] = "XMPMeta";
 
 inline constexpr std::uint32_t kToolkitVersion = kXMPClientVersion;
 
-// What a container holds.
+// The instance in a container of the broker: one XMP object.
 struct Instance {
   Object object;
   TextStore texts;

@@ -30,7 +30,7 @@ std::chrono::year_month_day calendarDay(const XMPDateTime& date) noexcept {
           std::chrono::day(static_cast<unsigned>(date.day))};
 }
 
-// What is wrong with the fields, or null.
+// The first fault of the fields, or null.
 const char* faultOf(const XMPDateTime& date) noexcept {
   if (!isWithin(date.year, kFirstYear, kLastYear)) return "year";
   if (!isWithin(date.month, 1, 12)) return "month";
@@ -47,7 +47,7 @@ const char* faultOf(const XMPDateTime& date) noexcept {
   return nullptr;
 }
 
-// Seconds since 1970 of what the fields show, whatever their zone.
+// Seconds from 1970 to the date and time in the fields, as if they were UTC.
 std::int64_t shownSeconds(const XMPDateTime& date) noexcept {
   const std::int64_t days = std::chrono::sys_days(calendarDay(date)).time_since_epoch().count();
   return days * kDay + date.hour * 3600 + date.minute * 60 + date.second;

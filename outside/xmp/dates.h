@@ -20,8 +20,8 @@ struct DateText {
 // hour 24, second 60, zone fields without a sign, and the like.
 void checkDate(const XMPDateTime& date);
 DateText formatDate(const XMPDateTime& date);
-// Year alone, year and month, a date, or date and time with or without seconds, fraction and zone; what is left out is
-// the earliest that it can be, a zone left out UTC. Digits behind the nanosecond are dropped. Raises kBadDate.
+// Year alone, year and month, a date, or date and time with or without seconds, fraction and zone; a part that is
+// left out gets its earliest value, the zone UTC. Digits after the nanoseconds are dropped. Raises kBadDate.
 XMPDateTime parseDate(std::string_view text);
 
 XMPDateTime currentDate();  // In the machine's zone.

@@ -1,4 +1,4 @@
-// What can go wrong inside the toolkit. Errors are raised inside it and stop at its boundary, where each becomes a
+// The errors of the toolkit. They are raised inside it and stop at its boundary, where each becomes a
 // broker error reference with the same message and id.
 #ifndef LXBRIDGE_OUTSIDE_XMP_ERRORS_H_
 #define LXBRIDGE_OUTSIDE_XMP_ERRORS_H_

@@ -93,7 +93,7 @@ struct NodeList::Index {
   void leave(const Node* node) noexcept {
     std::size_t gap = node->hash & nameMask;
     while (names[gap] != node) gap = (gap + 1) & nameMask;
-    // What was pushed past the gap moves back into it, so that no search ends early.
+    // Nodes that were pushed past the gap move back into it, so that no search ends early.
     for (std::size_t slot = (gap + 1) & nameMask; names[slot] != nullptr; slot = (slot + 1) & nameMask) {
       const std::size_t home = names[slot]->hash & nameMask;
       if (((slot - home) & nameMask) < ((slot - gap) & nameMask)) continue;

@@ -35,7 +35,7 @@ class Namespaces {
   Namespaces& operator=(const Namespaces&) = delete;
 
   // The record of a URI or of a prefix (without colon); null when neither the toolkit nor a client nor this object
-  // knows it. What a client has registered becomes the object's with that.
+  // knows it. Finding a namespace that a client has registered makes it the object's.
   const Namespace* find(std::string_view uri);
   const Namespace* find(const char* uri) {
     return recent_ != nullptr && std::strcmp(uri, recent_->uri.data()) == 0 ? recent_ : find(std::string_view(uri));
@@ -71,7 +71,7 @@ class Namespaces {
   }
 
  private:
-  // A record and behind it its texts.
+  // A record, followed by its texts.
   struct Own : Namespace {
     std::uint32_t uriHash;
     std::uint32_t prefixHash;

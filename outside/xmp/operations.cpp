@@ -1,4 +1,4 @@
-// What changes an object.
+// Changes to an object.
 #include "outside/xmp/operations.h"
 
 #include <string>
@@ -61,6 +61,17 @@ void assignLeaf(const Path& path, Node* node, const StoredText& text, std::uint3
   node->options = form;
 }
 
+// A top-level property has nothing on its way, and is what clients mostly set.
+Node* setProperty(Object& object, const Path& path, const StoredText& value, std::uint32_t form) {
+  const Node* schema = object.findSchema(path.schema());
+  if (Node* node = schema != nullptr ? schema->children.find(path.top) : nullptr) {
+    assignLeaf(path, node, value, form);
+    return node;
+  }
+  NodePtr leaf = makeLeaf(object, path, form, value.get());
+  return appendChild(object.ensureSchema(path.schema()), std::move(leaf));
+}
+
 NodePtr makeItemOf(Object& object, const char* text, std::uint32_t options) {
   const std::uint32_t form = checkedLeafForm(text, options);
   const StoredText value(text);
@@ -99,6 +110,7 @@ Node* setNode(Object& object, const Path& path, const char* text, std::uint32_t 
     text = language.c_str();
   }
   const StoredText value(text);
+  if (path.steps.empty()) return setProperty(object, path, value, form);
   const Place place = locate(object, path);
   if (place.missing == 0) {
     if (!language.empty()) {

@@ -1,4 +1,4 @@
-// What changes an object, by path. Everything that can fail is done on nodes apart from the object, which are then put
+// Changes to an object, by path. Everything that can fail is done on nodes apart from the object, which are then put
 // into it, so that an error leaves the object as it was.
 #ifndef LXBRIDGE_OUTSIDE_XMP_OPERATIONS_H_
 #define LXBRIDGE_OUTSIDE_XMP_OPERATIONS_H_
@@ -22,7 +22,7 @@ std::uint32_t checkedArrayForm(std::uint32_t options);  // Must be an array.
 Node* setNode(Object& object, const Path& path, const char* text, std::uint32_t options);
 Node* appendItem(Object& object, const Path& array, std::uint32_t arrayOptions, const char* text,
                  std::uint32_t itemOptions);
-// `index` as at the boundary; one behind the last item appends.
+// `index` as at the boundary; one after the last item appends.
 Node* insertItem(Object& object, const Path& array, std::int32_t index, const char* text, std::uint32_t options);
 void deleteNode(Object& object, Node* node) noexcept;
 

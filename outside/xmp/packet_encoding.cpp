@@ -264,8 +264,8 @@ void PacketDecoder::findSections(std::string_view text, bool last, std::size_t& 
   if (!last) held = std::max(startedLength(text, kCommentStart), startedLength(text, kCDataStart));
 }
 
-// A reference to what XML forbids is replaced by what repairText makes of the character: two of a surrogate pair by the
-// character that they mean.
+// Replaces a reference to a character that XML forbids by the text that repairText makes of the character, and two
+// references to a surrogate pair by the pair's character.
 std::string_view PacketDecoder::repairReferences(std::string_view text, bool last) {
   std::size_t held = 0;
   findSections(text, last, held);

@@ -19,13 +19,13 @@ struct PacketStart {
 // Bytes that are enough to tell it.
 inline constexpr std::size_t kPacketStartBytes = 12;
 // Told from a byte-order mark or from where the zero bytes of the first characters stand (ISO 16684-1, 7.1, has packets
-// in all five; XML 1.0, appendix F, has the method). What an XML declaration says plays no part.
+// in all five; XML 1.0, appendix F, has the method). An XML declaration is not consulted.
 PacketStart detectStart(std::string_view start) noexcept;
 
 // Turns the bytes of one packet, in pieces of any size, into well-formed UTF-8 of XML's own characters: a text passes
 // through as repairText would leave it, wherever the pieces end, and a reference to a character that XML forbids is
 // repaired as that character is. The packet starts with its first '<': byte-order mark, white space and whatever else
-// stands before are dropped. An XML declaration after the start, where XML has none, becomes spaces.
+// stands in front are dropped. An XML declaration after the start, where XML has none, becomes spaces.
 class PacketDecoder {
  public:
   // The next characters. With `last` nothing is held back. The view is into `bytes` where nothing had to change, else

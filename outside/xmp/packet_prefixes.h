@@ -16,7 +16,7 @@ namespace velto {
 struct PrefixBinding {
   std::string prefix;
   std::string uri;
-  const Namespace* ns = nullptr;      // Null until the prefix is used: what is only declared is not the object's.
+  const Namespace* ns = nullptr;  // Null until the prefix is used: a mere declaration does not make it the object's.
   PrefixBinding* shadowed = nullptr;  // The outer binding of the same prefix.
 };
 

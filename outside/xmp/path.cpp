@@ -21,7 +21,7 @@ constexpr PathProblem kOutsideArray = {ErrorId::kBadIndex, "an array index is 1 
 constexpr PathProblem kNotALanguage = {ErrorId::kBadLanguage, "the value of xml:lang is no language tag"};
 constexpr PathProblem kBelowLimit = {ErrorId::kTooDeep, "the path leads too deep"};
 
-// What a name of ASCII letters consists of; 1 also where it starts.
+// The bytes of a name in ASCII: 1 for those that may start it, 2 for the others.
 constexpr std::array<std::uint8_t, 256> makeNameBytes() {
   std::array<std::uint8_t, 256> bytes{};
   for (std::size_t c = 'a'; c <= 'z'; ++c) bytes[c] = bytes[c - 'a' + 'A'] = 1;

@@ -1,4 +1,4 @@
-// Property paths: "name", "prefix:name" and behind that any number of "/prefix:field", "/?prefix:qualifier", "[n]",
+// Property paths: "name", "prefix:name" followed by any number of "/prefix:field", "/?prefix:qualifier", "[n]",
 // "[last()]", "[prefix:field="value"]" and "[?prefix:qualifier="value"]". Values stand in " or ' and double it where
 // they contain it.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PATH_H_
@@ -38,8 +38,9 @@ struct PathProblem {
   const char* reason;
 };
 
-// Null, or the problem; asking for what cannot exist is no error, so nothing is raised and no message made here. Raises
-// kBadParameter for null texts. The path borrows the texts' bytes. Prefixes and schemas are those of the namespaces.
+// Null, or the problem; to ask for a property that cannot exist is no error, so nothing is raised and no message made
+// here. Raises kBadParameter for null texts. The path borrows the texts' bytes. Prefixes and schemas are those of the
+// namespaces.
 const PathProblem* parsePath(Namespaces& namespaces, const char* schema, const char* text, Path& path);
 // Appends a step to a field or qualifier whose name is given apart from the path.
 const PathProblem* addFieldStep(Namespaces& namespaces, const char* schema, const char* name, Path& path);

@@ -1,5 +1,5 @@
-// Where a path ends in an object, and how what is missing there is made: the common ground of all operations that
-// change an object.
+// The place of a path in an object, and the nodes that are missing on the way there. All operations that change an
+// object build on this.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PLACE_H_
 #define LXBRIDGE_OUTSIDE_XMP_PLACE_H_
 
@@ -16,7 +16,7 @@ namespace velto {
 
 struct Place {
   Node* node;           // The last node of the path that exists; null when not even the schema does.
-  std::size_t missing;  // How many nodes are missing behind it; 0: it is the one that the path names.
+  std::size_t missing;  // How many nodes of the path are missing after it; 0: none.
 };
 
 // Raises when the path leads through a node of another form, or to an item that could not be made.
@@ -24,7 +24,8 @@ Place locate(const Object& object, const Path& path);
 
 // A node that may stand at the end of the path (an item without a name, or a node of the last step's), in no tree yet.
 NodePtr makeLeaf(Object& object, const Path& path, std::uint32_t form, std::string_view value = {});
-// Puts a node of makeLeaf to the end of the path, with what is missing on the way: structs, and arrays of known form.
+// Puts a node of makeLeaf at the end of the path and makes the missing nodes on the way: structs, and arrays of known
+// form.
 Node* attach(Object& object, const Path& path, const Place& place, NodePtr leaf);
 
 // Of an rdf:Alt, the item that has become x-default moves to the front.

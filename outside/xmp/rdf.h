@@ -16,8 +16,8 @@ namespace velto {
 // off: the properties that were complete before the fault. When memory ends it gets nothing. After feed() has raised,
 // the parser is of no more use.
 //
-// What XMP does not allow in well-formed XML costs the top-level property that it stands in, and is one of the object's
-// warnings.
+// RDF that XMP does not allow, in well-formed XML, costs the top-level property that it stands in, and is one of the
+// object's warnings.
 class PacketParser {
  public:
   explicit PacketParser(Object& object);

@@ -1,12 +1,11 @@
 // Packets in: expat's events become nodes.
 //
-// What is decided here beyond what ISO 16684-1, clause 7 and annex C, say:
+// Decisions beyond ISO 16684-1, clause 7 and annex C:
 // - rdf:RDF may stand at any depth below other elements; those and what stands beside it are passed over. After the end
 //   of the outermost element nothing is looked at: padding, zeros and whatever a file has there.
 // - rdf:ID, rdf:nodeID, rdf:datatype, xml:space and xml:base are passed over. So are elements and attributes in no
 //   namespace, with a warning.
-// - A property, field or qualifier that comes twice keeps its first value: what was read is not taken back by what
-//   follows.
+// - A property, field or qualifier that comes twice keeps its first value.
 // - A standard prefix that is not declared means its usual namespace, since writers that paste properties together
 //   forget declarations. Any other is an error, also when an earlier packet has declared it.
 // - rdf:type, written as an element or by a typed node, is a qualifier of the struct that it stands in.
@@ -150,12 +149,12 @@ struct PacketParser::State {
   // False: not to be kept.
   bool end() noexcept;
   void feed(std::string_view bytes, bool last);
-  // Puts what is complete into the object.
+  // Puts the properties that are complete into the object.
   void finish() noexcept;
 
  private:
-  // Expat's events. Nothing may be raised through it, so what is raised is kept and expat is stopped; some events still
-  // come after that.
+  // Expat's events. No exception may pass through it, so the handlers keep the exception and stop expat, which still
+  // sends some events.
   template <typename Action>
   static void guarded(void* user, Action action) noexcept {
     State& state = *static_cast<State*>(user);

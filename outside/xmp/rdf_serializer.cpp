@@ -288,7 +288,7 @@ class Writer {
     put(">");
   }
 
-  // Goes on behind the element's name and its xml:lang, to the element's end.
+  // Continues after the element's name and xml:lang, to the element's end.
   void writeValue(Name name, const Node* node, std::size_t level) {
     const Node* const first = node->children.first();
     if (node->isArray()) {

@@ -1,5 +1,5 @@
 // Namespaces that the whole process shares: those that the toolkit knows from the start, and those that clients have
-// registered. The first are constant; the second are behind a lock, so any number of threads may ask at once.
+// registered. The first are constant; a lock guards the second, so any number of threads may ask at once.
 // Namespaces that only packets bring belong to the object that the packet was read into (namespaces.h).
 #ifndef LXBRIDGE_OUTSIDE_XMP_REGISTRY_H_
 #define LXBRIDGE_OUTSIDE_XMP_REGISTRY_H_
@@ -33,12 +33,12 @@ inline const WellKnown& wellKnown() noexcept {
   return kWellKnown;
 }
 
-// What the toolkit knows, by URI and by prefix; null for others.
+// The record of a namespace that the toolkit knows, by URI and by prefix; null for others.
 const Namespace* findStandard(std::string_view uri) noexcept;
 const Namespace* findStandardPrefix(std::string_view prefix) noexcept;
 std::size_t countStandards() noexcept;
 
-// What clients have registered. False: not registered.
+// Looks up a namespace that a client has registered. False: there is none.
 bool findRegistered(std::string_view uri, std::string& prefix);
 bool findRegisteredPrefix(std::string_view prefix, std::string& uri);
 bool isRegisteredPrefix(std::string_view prefix) noexcept;

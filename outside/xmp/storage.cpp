@@ -8,7 +8,7 @@
 namespace velto {
 namespace {
 
-// The first chunk of an object holds what a photograph without a packet gets. Those that follow double in size.
+// The first chunk is enough for the properties of a photograph without a packet. Those that follow double in size.
 constexpr std::size_t kFirstChunk = 16 * 1024;
 constexpr std::size_t kLargestChunk = 256 * 1024;
 

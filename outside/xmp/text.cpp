@@ -243,7 +243,7 @@ bool isLanguageTag(std::string_view text) noexcept {
   }
 }
 
-// RFC 5646, 2.1.1: subtags at the start and behind a singleton are lower case; elsewhere two letters are a region, four
+// RFC 5646, 2.1.1: subtags at the start and after a singleton are lower case; elsewhere two letters are a region, four
 // a script.
 std::string normalizeLanguage(std::string_view text) {
   std::string tag(text);

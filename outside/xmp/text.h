@@ -9,10 +9,10 @@
 
 namespace velto {
 
-// Decodes the code point at text[at] and moves `at` behind it. False, and `at` unmoved, when the bytes there are no
+// Decodes the code point at text[at] and moves `at` past it. False, and `at` unmoved, when the bytes there are no
 // well-formed UTF-8 (Unicode table 3-7: no overlong forms, no surrogates, nothing above U+10FFFF). REQUIRES: at < size.
 bool decodeUTF8(std::string_view text, std::size_t& at, std::uint32_t& codePoint) noexcept;
-// What is no code point (a surrogate, above U+10FFFF) is written as U+FFFD.
+// Writes U+FFFD for a number that is no code point (a surrogate, above U+10FFFF).
 void appendUTF8(std::string& text, std::uint32_t codePoint);
 bool isUTF8(std::string_view text) noexcept;
 // The code point of a byte in Windows-1252; the five bytes without one are taken as the C1 controls of the same number.
@@ -22,8 +22,9 @@ std::uint32_t fromWindows1252(std::uint8_t byte) noexcept;
 bool isXMLChar(std::uint32_t codePoint) noexcept;
 // Whether repairText would leave the text as it is.
 bool isCleanText(std::string_view text) noexcept;
-// What an object stores: bytes that are no UTF-8 are taken as Windows-1252; what XML cannot carry (control characters,
-// U+FFFE, U+FFFF) becomes a space, a surrogate encoded in UTF-8 U+FFFD (a pair of them the code point that it means).
+// The text as an object stores it: bytes that are no UTF-8 are taken as Windows-1252; characters that XML forbids
+// (controls, U+FFFE, U+FFFF) becomes a space, a surrogate encoded in UTF-8 U+FFFD (a pair of them the code point that
+// it means).
 std::string repairText(std::string_view text);
 
 // Namespaces in XML 1.0, production 4: a name without colon.

@@ -1,4 +1,4 @@
-// Texts that have been handed out of the toolkit and have to stay where they are until they are unlocked.
+// Texts that the toolkit has given to a client, and keeps until the client unlocks them.
 #ifndef LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_
 #define LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_
 
@@ -18,7 +18,7 @@ namespace velto {
 
 class TextStore {
  public:
-  // A copy with a zero byte behind it.
+  // A copy with a zero byte at its end.
   XMPTextOut keep(std::string_view text) {
     if (text.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long to be handed out");
     char* place = take(text.size() + 1);

@@ -9,7 +9,7 @@
 namespace velto {
 
 // Texts out: "True" and "False", decimal digits, and for real numbers the shortest decimals that read back as the same
-// number, without exponent (8.2.1.4). Infinities and what is no number have no text: kBadValue.
+// number, without exponent (8.2.1.4). Infinities and NaN have no text: kBadValue.
 std::string formatBool(bool value);
 std::string formatInt(std::int64_t value);
 std::string formatFloat(double value);
