@@ -7,6 +7,7 @@
 
 #include "api/include/lxbridge/lxbridge.h"
 #include "clients/xmp/xmp_abi.h"
+#include "tests/windows/heap.h"
 
 namespace {
 
@@ -128,19 +129,6 @@ void ReadsPathsInUtf8(const Bridge& bridge, const char* photo) {
   Expect(PropertiesOf(bridge, cut) < expected, "a path that ends within a character opens nothing");
   Expect(DeleteFileW(path.c_str()) != 0, "the file is closed again");
   Expect(PropertiesOf(bridge, Utf8(path)) < expected, "a file that is not there gives no property of a file");
-}
-
-// Bytes of all blocks of all heaps.
-std::size_t BytesInUse() {
-  HANDLE heaps[64];
-  std::size_t bytes = 0;
-  for (DWORD count = GetProcessHeaps(64, heaps); count > 0; --count) {
-    PROCESS_HEAP_ENTRY entry = {};
-    while (HeapWalk(heaps[count - 1], &entry)) {
-      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
-    }
-  }
-  return bytes;
 }
 
 void UnloadingGivesMemoryBack(const char* photo) {
