@@ -124,8 +124,12 @@ std::int64_t DecodeInto(LxBlock* block, std::int64_t limit, LxParseContext* cont
 
 LxBlock* LxInflateBlock(LxBlockCache* cache, LxParseContext* context, LxCompressedForm form, const std::uint8_t* bytes,
                         std::int32_t length) noexcept {
+  // Brotli's decoder has a window of up to 16 MB to make and to clear, whatever comes out of it.
+  constexpr std::int64_t kBrotliWindow = 16 << 20;
+  if (form == kLxBrotliStream) context->budget.inflatedBytes -= kBrotliWindow;
   const std::int64_t limit =
       std::min({kLxInflatedPerByte * length, std::int64_t{kLxLargestInflated}, context->budget.inflatedBytes});
+  if (limit <= 0) return nullptr;
   // Texts mostly inflate to less than eight times their size. What gives more is counted first and decoded again, so
   // that no more memory is held than there are bytes.
   constexpr std::int64_t kFirstTry = 8;

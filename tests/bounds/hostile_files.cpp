@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "tests/support/box_builders.h"
 #include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/tiff_builder.h"
@@ -302,6 +303,53 @@ Bytes Bomb(std::string_view type, std::size_t size) {
   return isPacket ? PngChunk(type, Text("XML:com.adobe.xmp") + Hex("00 01 00 00 00") + stream)
                   : PngChunk(type, Text("Raw profile type iptc") + Filled(2) + stream);
 }
+// --- boxes
+
+Bytes HeifOf(const Bytes& metaBoxes) {
+  return Box("ftyp", Text("heic") + Filled(8)) + Box("meta", Filled(4) + metaBoxes);
+}
+// Items of that type, whose extents say so of each: the same bytes, of the whole file when `length` is 0.
+Bytes ItemsOver(std::size_t size, const std::string& type, std::uint32_t length) {
+  Bytes infos, locations;
+  std::uint32_t count = 0;
+  while (infos.size() + locations.size() < size) {
+    const Bytes id = Put32(++count);
+    infos += FullBox("infe", 3, 0, id + Put16(0) + Text(type));
+    locations += id + Filled(4) + Put16(1) + Put32(24) + Put32(length);
+  }
+  return HeifOf(FullBox("iloc", 2, 0, Hex("4400") + Put32(count) + locations) +
+                FullBox("iinf", 1, 0, Put32(count) + infos));
+}
+// Items of 65,535 extents each, which take no byte of the file.
+Bytes ItemsOfEmptyExtents(std::size_t size) {
+  Bytes infos, locations;
+  for (std::uint32_t id = 1; infos.size() + locations.size() < size; ++id) {
+    infos += FullBox("infe", 3, 0, Put32(id) + Put16(0) + Text("Exif") + Filled(1));
+    locations += Put32(id) + Filled(4) + Hex("FFFF");
+  }
+  return HeifOf(FullBox("iloc", 2, 0, Hex("0000 00FFFFFF") + locations) + FullBox("iinf", 1, 0, Filled(4) + infos));
+}
+Bytes ItemsThatDescribeOthers(std::size_t size) {
+  Bytes infos, references;
+  for (std::uint32_t id = 2; infos.size() + references.size() < size; ++id) {
+    infos += FullBox("infe", 3, 0, Put32(id) + Put16(0) + Text("Exif") + Filled(1));
+    references += Box("cdsc", Put32(id) + Put16(1) + Put32(id));
+  }
+  return HeifOf(FullBox("pitm", 0, 0, Put16(1)) + FullBox("iref", 1, 0, references) +
+                FullBox("iinf", 1, 0, Filled(4) + infos));
+}
+Bytes NestedBoxes(std::size_t size) {
+  Bytes file = Box("ftyp", Text("heic") + Filled(8));
+  for (std::size_t left = size; left > 12; left -= 12) file += Put32(left) + Text("meta") + Filled(4);
+  return file;
+}
+// A compressed box of 64 MB of spaces; what follows the end of the stream makes it long enough to be read.
+Bytes BrotliBomb(std::size_t size) {
+  return Box("brob", Text("xml ") +
+                         Hex("CFFFFF7F002440E2B14072EFFFF9FFFF0F8004401C1680EEFD3FFFFFFF01900088C302D0BDFFCFFFFF7F0012"
+                             "00715800BAF7FF") +
+                         Filled(size > 80 ? size - 80 : 0));
+}
 // An extended packet of portions of one byte, the last one first.
 Bytes PortionsInReverse(std::size_t size) {
   const std::string guid(32, '0');
@@ -423,6 +471,30 @@ const std::vector<HostileFile>& HostileFiles() {
        [](std::size_t size) { return GifBuilder().Raw(Hex("21FE") + Repeated(size, Hex("0101"))).Bare(); }},
       {"gif-empty-packets",
        [](std::size_t size) { return GifBuilder().Raw(Repeated(size, GifBuilder().Packet("").Blocks())).Bare(); }},
+      {"heif-smallest-boxes",
+       [](std::size_t size) {
+         return Box("ftyp", Text("heic") + Filled(8)) + Repeated(size, Put32(8) + Text("free"));
+       }},
+      {"heif-nested-boxes", NestedBoxes},
+      {"heif-items-that-hold-no-tiff", [](std::size_t size) { return ItemsOver(size, "Exif" + std::string(1, 0), 0); }},
+      {"heif-items-that-do-not-inflate",
+       [](std::size_t size) { return ItemsOver(size, PacketItem(1, {}, "deflate").type, 0); }},
+      {"heif-items-of-empty-extents", ItemsOfEmptyExtents},
+      {"heif-items-that-describe-others", ItemsThatDescribeOthers},
+      {"heif-packet-in-a-bomb",
+       [](std::size_t size) {
+         const std::size_t most = (64 << 20) / 160;
+         return Bytes(HeifBuilder().Add(PacketItem(2, ZlibBomb(' ', std::min(size, most) * 8 / 13), "deflate"))) +
+                Filled(size > most ? size - most : 0);
+       }},
+      {"jxl-one-bomb", [](std::size_t size) { return Jxl(BrotliBomb(size)); }},
+      {"jxl-many-bombs", [](std::size_t size) { return Jxl(Repeated(size, BrotliBomb(4096))); }},
+      {"jxl-parts-of-the-codestream",
+       [](std::size_t size) { return Jxl(Repeated(size, Box("jxlp", Filled(5)) + Box("xml ", Text("<a/>")))); }},
+      {"jp2-smallest-boxes",
+       [](std::size_t size) {
+         return Jp2(Box("jp2h", Repeated(size / 2, Box("bpcc", {}))) + Repeated(size / 2, Box("uuid", Filled(16))));
+       }},
       {"smallest-portions-in-reverse", PortionsInReverse},
       {"packet-of-bad-bytes", [](std::size_t size) { return PropertyFile("", Again(size, "\x80\xFF"), ""); }},
   };

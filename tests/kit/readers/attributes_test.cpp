@@ -85,6 +85,9 @@ TEST(JpegAttributes, QualityIsToldFromTheLuminanceTable) {
   } cases[] = {
       {"the last entry decides", JpegBuilder().Dqt(99, 7), "jpeg12"},
       {"a last entry of 12 does not", JpegBuilder().Dqt(2, 12), "jpeg10"},
+      {"level 6 to its end", JpegBuilder().Dqt(1, 49), "jpeg6"},
+      {"level 7 comes after level 6", JpegBuilder().Dqt(1, 50), "jpeg7"},
+      {"and goes on", JpegBuilder().Dqt(1, 58), "jpeg7"},
       {"the last that decides", JpegBuilder().Dqt(1, 63), "jpeg5"},
       {"else the first", JpegBuilder().Dqt(16, 64), "jpeg4"},
       {"from 32 on the lowest", JpegBuilder().Dqt(32, 64), "jpeg0"},

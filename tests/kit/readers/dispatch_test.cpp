@@ -73,6 +73,16 @@ TEST(Dispatch, AThumbnailsItemCarriesItsBytesWhicheverTagComesFirst) {
   }
 }
 
+// The second one has no length of its own, and the first one's is not its.
+TEST(Dispatch, AThumbnailsLengthIsNotTheNextOnes) {
+  const TiffEntry where = {kThumbnailStart, 4, 1, [](Order o, std::uint32_t at) { return Put32(at, o) + SmallJpeg(); }};
+  const PoolPtr pool = ReadPool(TiffBuilder(kBig).Ifd0({where, Long(kThumbnailLength, 20)}).Ifd1({where}));
+  const auto streams = AllItems(*pool, "jpegh", "SOI");
+  ASSERT_EQ(streams.size(), 2u);
+  EXPECT_EQ(streams[0]->valueLength, 20);
+  EXPECT_EQ(streams[1]->valueLength, 2);
+}
+
 TEST(Dispatch, AThumbnailBeyondTheFileHasALengthAndNoBytes) {
   const TiffEntry start = {kThumbnailStart, 4, 1, [](Order o, std::uint32_t at) { return Put32(at, o) + SmallJpeg(); }};
   const auto file = [&](std::size_t length) {

@@ -98,6 +98,9 @@ TEST(Jpeg, ImageResourcesAreReadUnderAnyUnnamedIdentifier) {
   const auto keywords = [](const Bytes& file) { return DumpPool(*ReadPool(file), "iptc"); };
   EXPECT_EQ(keywords(JpegBuilder().App(13, "Picturist 2.5", SmallResources())), "iptc Keywords ascii harbour\n");
   EXPECT_EQ(keywords(JpegBuilder().App(13, "x", SmallResources())), "iptc Keywords ascii harbour\n");
+  // A signature that follows the segment is none of its own.
+  OpenedFile opened(JpegBuilder().App(13, "abc", {}).Raw(Text("8BIM")).Bare());
+  EXPECT_EQ(opened.Parse(kLxJpegSpace)->firstChild->flags & kLxDeleted, 0u);
   EXPECT_EQ(keywords(JpegBuilder().App(13, "Velto_CM", SmallResources())), "");
   EXPECT_EQ(keywords(JpegBuilder().App(12, "Picturist 2.5", SmallResources())), "");
   EXPECT_EQ(keywords(JpegBuilder().App(13, "Picturist 2.5", Text("x") + SmallResources())), "");
