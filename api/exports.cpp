@@ -7,6 +7,7 @@
 #include "api/interchange.h"
 #include "clients/broker/broker_client.h"
 #include "clients/xmp/xmp_client.h"
+#include "kit/base/kept_memory.h"
 #include "kit/base/memory.h"
 
 namespace {
@@ -28,6 +29,7 @@ bool LxInterchangeInit() {
   const TALLookupProc lookup = TALOrdinal5();
   (void)StartXMPClient(lookup);
   InitKit();
+  LxStartKeepingMemory();
   RegisterHostInterface(lookup);
   initialised = true;
   return true;
@@ -39,6 +41,7 @@ void LxInterchangeTerm() {
   StopXMPClient();
   TAL_T_NMT::ShutDownBrokerClient();
   initialised = false;
+  LxStopKeepingMemory();
 }
 
 LxInterchangeHandle LxInterchangeNew(const char* path) {

@@ -10,6 +10,7 @@
 #include "api/interchange.h"
 #include "api/interchange_abi.h"
 #include "clients/broker/broker_client.h"
+#include "kit/base/kept_memory.h"
 
 namespace {
 
@@ -30,6 +31,10 @@ std::int32_t NewFromMemory(const void* bytes, std::size_t length, LxInterchangeH
   }
 }
 
+void ReleaseThreadMemory() {
+  LxReleaseThreadMemory();
+}
+
 constinit TALUnregisterInterfaceProc unregisterInterface = nullptr;  // Null: nothing is registered.
 
 }  // namespace
@@ -40,7 +45,8 @@ void RegisterHostInterface(TALLookupProc lookup) noexcept {
   const auto enter = reinterpret_cast<TALRegisterProcAddressProc>(find("TALRegisterProcAddress"));
   const auto takeBack = reinterpret_cast<TALUnregisterInterfaceProc>(find("TALUnregisterInterface"));
   if (enter == nullptr || takeBack == nullptr) return;
-  const TALProc procs[] = {reinterpret_cast<TALProc>(GetOutcome), reinterpret_cast<TALProc>(NewFromMemory)};
+  const TALProc procs[] = {reinterpret_cast<TALProc>(GetOutcome), reinterpret_cast<TALProc>(NewFromMemory),
+                           reinterpret_cast<TALProc>(ReleaseThreadMemory)};
   static_assert(std::size(procs) == std::size(kLxInterchangeProcNames));
   for (std::size_t at = 0; at < std::size(procs); ++at) {
     const TALProcName& name = kLxInterchangeProcNames[at];

@@ -29,10 +29,13 @@ struct LxInterchangeProcs {
   // is deleted. Of more than 2^31 - 1 bytes the rest is not looked at, as in a file. 0; -2: no memory; -8: the broker
   // or the toolkit refused. Null bytes are allowed where there are none.
   std::int32_t (*newFromMemory)(const void* bytes, std::size_t length, LxInterchangeHandle* handle);
+  // Gives back the memory that the library keeps for the calling thread's next file.
+  void (*releaseThreadMemory)();
 };
 inline constexpr TALProcName kLxInterchangeProcNames[] = {
     {"GetOutcome", "LxInterchange_GetOutcome"},
     {"NewFromMemory", "LxInterchange_NewFromMemory"},
+    {"ReleaseThreadMemory", "LxInterchange_ReleaseThreadMemory"},
 };
 static_assert(sizeof(LxInterchangeProcs) == sizeof(TALProc) * (sizeof(kLxInterchangeProcNames) / sizeof(TALProcName)));
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "kit/base/kept_memory.h"
 #include "kit/base/memory.h"
 #include "kit/base/memory_stream.h"
 
@@ -79,12 +80,11 @@ LxResult LoadBlock(LxBlockCache* cache, std::int64_t offset, std::int64_t end) n
   if (size > cache->loadBudget) return kLxOutOfMemory;
   if (cache->blockCount >= kBlocksWithoutPages && cache->pages == nullptr && !MakePages(cache)) return kLxOutOfMemory;
 
-  // Header and bytes come and go together, so they are one allocation.
-  auto* block = static_cast<LxBlock*>(LxAlloc(sizeof(LxBlock) + static_cast<std::size_t>(size)));
-  if (block == nullptr) return kLxOutOfMemory;
+  auto* data =
+      static_cast<std::uint8_t*>(LxAllocKept(LxInstalledMemProcs(), static_cast<std::size_t>(size), kLxPageAligned));
+  if (data == nullptr) return kLxOutOfMemory;
   // Reads that give nothing count as well: they cost as much time.
   cache->loadBudget -= size;
-  auto* data = reinterpret_cast<std::uint8_t*>(block + 1);
   const LxStreamMethods* methods = cache->stream->methods;
   std::int64_t got = 0;
   if (methods->seek(cache->stream, static_cast<std::int32_t>(start), SEEK_SET) == 0) {
@@ -93,9 +93,12 @@ LxResult LoadBlock(LxBlockCache* cache, std::int64_t offset, std::int64_t end) n
   // Everything asked for lies inside the file, so less of it is a failure, though what came is kept.
   if (got < size) cache->stream->flags |= kLxStreamError;
   if (got <= 0) {
-    LxFree(block);
+    LxFreeKept(data);
     return kLxReadError;
   }
+  // The record comes and goes with the bytes.
+  static_assert(sizeof(LxBlock) <= kLxKeptFront);
+  auto* block = static_cast<LxBlock*>(LxFrontOfKept(data));
   *block = {cache->blocks, static_cast<std::int32_t>(start), static_cast<std::int32_t>(std::min(got, size)), data};
   cache->blocks = block;
   ++cache->blockCount;
@@ -180,12 +183,13 @@ const std::uint8_t* LxMapFileRange(LxBlockCache* cache, std::uint64_t offset, st
 
 void LxFreeBlockCache(LxBlockCache* cache) noexcept {
   if (cache == nullptr) return;
-  for (LxBlock* block : {cache->blocks, cache->detached}) {
-    while (block != nullptr) {
-      LxBlock* next = block->next;
-      LxFree(block);
-      block = next;
-    }
+  while (LxBlock* block = cache->blocks) {
+    cache->blocks = block->next;
+    LxFreeKept(const_cast<std::uint8_t*>(block->data));
+  }
+  while (LxBlock* block = cache->detached) {
+    cache->detached = block->next;
+    LxFree(block);
   }
   LxFree(cache->pages);
   *cache = LxBlockCache{};

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 
+#include "kit/base/kept_memory.h"
 #include "kit/base/platform.h"
 #include "kit/base/utf16.h"
 
@@ -59,7 +61,7 @@ std::size_t ReadAtPosition(LxStream* stream, void* buffer, std::size_t length) n
 
 // Fills the buffer from the position on, without moving it.
 std::size_t LoadPage(LxStream* stream) noexcept {
-  const std::size_t got = ReadAtPosition(stream, stream->buffer, sizeof(stream->buffer));
+  const std::size_t got = ReadAtPosition(stream, stream->buffer, std::size_t{kLxStreamBufferSize});
   stream->pageStart = stream->position;
   stream->pageLength = static_cast<std::int32_t>(got);
   return got;
@@ -74,7 +76,7 @@ std::size_t ReadDirect(LxStream* stream, void* buffer, std::size_t length) noexc
     std::memcpy(buffer, stream->buffer + offset, length);
     return length;
   }
-  if (length >= sizeof(stream->buffer)) return ReadAtPosition(stream, buffer, length);
+  if (length >= std::size_t{kLxStreamBufferSize}) return ReadAtPosition(stream, buffer, length);
   const std::size_t got = std::min(LoadPage(stream), length);
   std::memcpy(buffer, stream->buffer, got);
   return got;
@@ -105,7 +107,7 @@ std::int32_t Fill(LxStream* stream) noexcept {
   if (!Has(stream, kLxStreamReadable)) return Fail(stream, -1);
   if (stream->unbuffered != 0) return std::getc(stream->file);
   EmptyBuffer(stream);
-  const std::size_t got = ReadFile(stream, stream->buffer, sizeof(stream->buffer));
+  const std::size_t got = ReadFile(stream, stream->buffer, std::size_t{kLxStreamBufferSize});
   if (got == 0) return -1;
   stream->count = static_cast<std::int32_t>(got) - 1;
   return *stream->cursor++;
@@ -178,8 +180,7 @@ std::int32_t Close(LxStream* stream) noexcept {
   } else if (stream->borrowed == 0) {
     status |= std::fclose(stream->file);
   }
-  LxMemProcs* procs = stream->procs;
-  procs->table->release(procs, stream);
+  LxFreeKept(stream->buffer);
   return status;
 }
 
@@ -273,11 +274,12 @@ void SetMode(LxStream* stream, const char* mode) noexcept {
 
 // Null: no memory, and the file is still the caller's.
 LxStream* NewStreamOver(const LxOpenedFile& opened, bool borrowed, const char* mode, LxMemProcs* procs) noexcept {
-  auto* stream = static_cast<LxStream*>(procs->table->allocateZeroed(procs, 1, sizeof(LxStream)));
-  if (stream == nullptr) {
-    LxNoteRefusedAllocation();
-    return nullptr;
-  }
+  // The record comes and goes with the buffer, which is not cleared.
+  void* buffer = LxAllocKept(procs, kLxStreamBufferSize, kLxPageAligned);
+  if (buffer == nullptr) return nullptr;
+  static_assert(sizeof(LxStream) <= kLxKeptFront);
+  auto* stream = ::new (LxFrontOfKept(buffer)) LxStream{};
+  stream->buffer = static_cast<std::uint8_t*>(buffer);
   stream->borrowed = borrowed ? 1 : 0;
   stream->file = opened.file;
   stream->descriptor = opened.descriptor;

@@ -48,7 +48,7 @@ struct LxStream {
   std::FILE* file;           // Null when the stream is direct and was opened by a path.
   std::uint16_t unbuffered;  // 1: not seekable, or a terminal; reads go to the file directly.
   std::uint16_t borrowed;    // 1: the FILE is the caller's and stays open at close.
-  std::uint8_t buffer[kLxStreamBufferSize];
+  std::uint8_t* buffer;      // kLxStreamBufferSize bytes; null in streams that need none.
   // A regular file that we opened for reading only is read by position, so that seeking and telling are no calls of the
   // system: they are most of what opening a photograph and looking at its first pages would cost.
   std::uint16_t direct;     // 1: read by position, through the descriptor; the FILE's own position is not used.

@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "kit/base/kept_memory.h"
 #include "kit/base/memory.h"
 #include "kit/model/value.h"
 
@@ -19,7 +20,7 @@ void FreeOne(LxMetadataItem* item) noexcept {
   if (slab == nullptr) {
     LxFree(item);
   } else if (--slab->live == 0) {
-    LxFree(slab);
+    LxFreeKept(slab);
   }
 }
 
@@ -76,7 +77,7 @@ LxMetadataItem* LxNewSlabItem(LxItemSlab** slab, const char* nameSpace, const ch
                               std::uint16_t tagId, std::uint16_t typeCode, std::int32_t valueLength,
                               const std::uint8_t* value) noexcept {
   if (*slab == nullptr || (*slab)->used == kLxItemsPerSlab) {
-    auto* fresh = static_cast<LxItemSlab*>(LxAlloc(sizeof(LxItemSlab)));
+    auto* fresh = static_cast<LxItemSlab*>(LxAllocKept(LxInstalledMemProcs(), sizeof(LxItemSlab), kLxUnaligned));
     if (fresh == nullptr) return nullptr;
     fresh->used = fresh->live = 0;
     *slab = fresh;

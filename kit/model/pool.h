@@ -150,12 +150,13 @@ void LxReleaseOwned(LxMetadataItem* item) noexcept;
 
 // Records in blocks: a file has a hundred items and more, all freed together, and making each by itself costs as much
 // as reading it. A block goes when its last item does.
-inline constexpr std::int32_t kLxItemsPerSlab = 32;
+inline constexpr std::int32_t kLxItemsPerSlab = 42;
 struct LxItemSlab {
   std::int32_t used;  // Items handed out, from the front.
   std::int32_t live;  // Of these, not freed yet.
   LxMetadataItem items[kLxItemsPerSlab];
 };
+static_assert(sizeof(LxItemSlab) <= 4096);
 
 // As LxNewMetadataItem, the record out of *slab, which may be null and is replaced by a new one when it is full.
 // REQUIRES: an item of *slab lives, or it is null.

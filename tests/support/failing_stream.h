@@ -65,7 +65,6 @@ class FailingStream : public LxStream {
       : LxStream{}, bytes_(std::move(bytes)), faults_(faults) {
     flags = kLxStreamReadable | kLxStreamSeekable;
     methods = &kMethods;
-    cursor = base = buffer;
   }
 
   [[nodiscard]] const std::vector<StreamRead>& reads() const { return reads_; }

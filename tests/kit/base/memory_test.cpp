@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <thread>
+#include <vector>
 
+#include "kit/base/kept_memory.h"
 #include "kit/base/result.h"
 #include "kit/base/stream.h"
 #include "kit/base/utf16.h"
@@ -48,6 +51,38 @@ TEST(Memory, TheRuntimesProceduresZeroAndRefuseSizesThatWrap) {
     volatile std::size_t count = SIZE_MAX / 2;  // Kept from the compiler, which warns of such a size.
     EXPECT_EQ(allocate(procs, count, 4), nullptr);
   }
+}
+
+TEST(KeptMemory, AThreadKeepsTwoMegabytesAndGivesThemBack) {
+  LxMemProcs* procs = LxRuntimeMemProcs();
+  const auto cycle = [procs](std::size_t size) {
+    std::vector<void*> blocks;
+    for (int i = 0; i < 40; ++i) {
+      blocks.push_back(LxAllocKept(procs, size, i % 2 == 0 ? kLxPageAligned : kLxUnaligned));
+      ASSERT_NE(blocks.back(), nullptr);
+      ASSERT_TRUE(i % 2 != 0 || reinterpret_cast<std::uintptr_t>(blocks.back()) % 4096 == 0);
+      std::memset(blocks.back(), i, size);
+    }
+    for (void* block : blocks) LxFreeKept(block);
+  };
+  cycle(100'000);
+  EXPECT_EQ(LxKeptByThread(), 0u);  // Not started.
+  LxStartKeepingMemory();
+  cycle(100'000);
+  const std::size_t kept = LxKeptByThread();
+  if (kept == 0) GTEST_SKIP() << "nothing is kept from AddressSanitizer";
+  EXPECT_TRUE(kept > 1'500'000 && kept <= (2u << 20)) << kept;
+  for (const std::size_t size : {1u, 4096u, 4097u, 600'000u}) cycle(size);
+  EXPECT_LE(LxKeptByThread(), 2u << 20);
+  std::thread([&cycle] { cycle(5000); }).join();
+  LxReleaseThreadMemory();
+  EXPECT_EQ(LxKeptByThread(), 0u);
+  FailingMemory watched;
+  LxFreeKept(LxAllocKept(watched.procs(), 5000, kLxUnaligned));
+  EXPECT_EQ(watched.liveBlocks(), 0);
+  cycle(5000);
+  LxStopKeepingMemory();
+  EXPECT_EQ(LxKeptByThread(), 0u);
 }
 
 TEST(Result, NamesEndAtTheirTable) {
