@@ -81,6 +81,10 @@ int RunFiles(const Options& options) {
     ReportWithoutMemory("standard output", std::strerror(errno));
     return kExitCutOff;
   }
+  if (!LoadTimeZone()) {
+    ReportWithoutMemory("", errno == ENOMEM ? kNoMemoryMessage : std::strerror(errno));
+    return kExitCutOff;
+  }
   InputSource source(options);
   Report report(options, source.total(), tally.get());
   if (options.header && !WriteResult(HeaderRow(columns, options))) return kExitCutOff;

@@ -57,7 +57,9 @@ json::FileFacts FactsOf(const char* path, bool image) {
   }
   const std::unique_ptr<LxMetadataPool, decltype(&LxDeletePool)> pool(LxNewPool(), LxDeletePool);
   if (pool == nullptr) throw std::bad_alloc();
-  if (LxReadFileIntoPool(pool.get(), path) < 0) return facts;
+  const LxResult status = LxReadFileIntoPool(pool.get(), path);
+  RaiseIfNotRead(pool->outcome);
+  if (status < 0) return facts;
   facts.kind = LxFileKindName(pool->fileKind);
   if (pool->width <= 0 || pool->height <= 0) return facts;
   facts.width = static_cast<std::uint32_t>(pool->width);

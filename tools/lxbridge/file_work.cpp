@@ -1,6 +1,9 @@
 // What both commands share about a file.
 #include "tools/lxbridge/file_work.h"
 
+#include <new>
+#include <stdexcept>
+
 #include "kit/base/stream.h"
 #include "kit/readers/file_kind.h"
 #include "tools/json/json_writer.h"
@@ -53,11 +56,22 @@ const char* LibraryPath(const std::string& name) {
   return name == "-" ? "" : name.c_str();
 }
 
+void RaiseIfNotRead(const LxReadOutcome& outcome) {
+  if (outcome.failure == kLxReadNoMemory) throw std::bad_alloc();
+  if (outcome.failure == kLxReadBroken) throw std::runtime_error(MessageOf(kLxReadBroken, outcome.systemError));
+}
+
 bool HasReader(const char* path, std::uint8_t* kind) {
   LxStream* stream = nullptr;
-  if (LxOpenFileStream(path, &stream) != kLxOk) return true;
+  LxReadOutcome outcome = {};
+  if (LxOpenFileStream(path, &stream, &outcome) != kLxOk) {
+    RaiseIfNotRead(outcome);
+    return true;
+  }
   *kind = static_cast<std::uint8_t>(LxDetectStreamKind(stream));
+  if ((stream->flags & kLxStreamError) != 0) outcome.failure = kLxReadBroken;
   (void)LxCloseStream(stream);
+  RaiseIfNotRead(outcome);
   return LxHasFileReader(*kind);
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "kit/base/read_outcome.h"
 #include "tools/lxbridge/columns.h"
 #include "tools/lxbridge/inputs.h"
 #include "tools/lxbridge/options.h"
@@ -51,11 +52,15 @@ class FileWork {
 // again.
 [[nodiscard]] bool ResolveColumns(const Options& options, Columns* columns, std::string* error);
 
+// Raises the same for a file that was opened but not read to its end.
+void RaiseIfNotRead(const LxReadOutcome& outcome);
+
 // The library's path of a FILE: "-" is the empty path, standard input.
 [[nodiscard]] const char* LibraryPath(const std::string& name);
 
 // Whether a reader takes files of the kind that the bytes of the path's file are; tells the kind. No such file: true,
 // as it is for the one who opens it to say.
+// Raises std::bad_alloc or, with its message, std::runtime_error.
 [[nodiscard]] bool HasReader(const char* path, std::uint8_t* kind);
 
 }  // namespace lxbridge::command

@@ -1,5 +1,6 @@
 // The `lxbridge` command: from the command line to the exit status.
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <string>
 
@@ -44,6 +45,10 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  command::OnNoMemoryToThrow([] {
+    command::ReportWithoutMemory("", command::kNoMemoryMessage);
+    std::_Exit(command::kExitCutOff);
+  });
   command::OpenClosedStandardStreams();
   command::BecomeWorkerIfStartedAsOne();
   (void)LxPlatformArguments(&argc, &argv);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <string>
@@ -19,6 +20,8 @@ namespace {
 constexpr char kHexDigits[] = "0123456789abcdef";
 
 bool colourMessages = false;
+
+void (*endWithoutMemory)() = nullptr;
 
 // The escape of a character, or of a byte that is not part of one.
 struct Escape {
@@ -140,8 +143,42 @@ void ReportWithoutMemory(std::string_view file, std::string_view what) noexcept 
   WriteMessages({line, length});
 }
 
+void OnNoMemoryToThrow(void (*end)()) noexcept {
+  endWithoutMemory = end;
+  std::set_terminate([] {
+    try {
+      if (std::current_exception() != nullptr) throw;
+      endWithoutMemory();
+    } catch (const std::bad_alloc&) {
+      endWithoutMemory();
+    } catch (...) {
+    }
+    std::abort();
+  });
+}
+
 const char* MessageOf(const std::exception& error) noexcept {
   return dynamic_cast<const std::bad_alloc*>(&error) != nullptr ? kNoMemoryMessage : error.what();
+}
+
+const char* MessageOf(LxReadFailure failure, std::int32_t systemError) noexcept {
+  switch (failure) {
+    case kLxReadNotFound:
+      return "NotFound";
+    case kLxReadPermissionDenied:
+      return "PermissionDenied";
+    case kLxReadIsDirectory:
+      return "is a directory";
+    case kLxReadNotRegularFile:
+      return "not a regular file";
+    case kLxReadNoMemory:
+      return kNoMemoryMessage;
+    case kLxReadNoDescriptors:
+    case kLxReadOpenFailed:
+      return systemError != 0 ? std::strerror(systemError) : "OpenFailR";
+    default:
+      return "ReadError";
+  }
 }
 
 std::string OnOneLine(std::string_view text) {

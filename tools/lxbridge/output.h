@@ -2,9 +2,12 @@
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 
+#include <cstdint>
 #include <exception>
 #include <string>
 #include <string_view>
+
+#include "kit/base/read_outcome.h"
 
 namespace lxbridge::command {
 
@@ -30,6 +33,13 @@ void ReportWithoutMemory(std::string_view file, std::string_view what) noexcept;
 
 // The message of an exception: "NoMemory" for std::bad_alloc, else what it says.
 [[nodiscard]] const char* MessageOf(const std::exception& error) noexcept;
+
+// The message for a file that was not opened or not read to its end, whose system error is an errno.
+[[nodiscard]] const char* MessageOf(LxReadFailure failure, std::int32_t systemError) noexcept;
+
+// Sets what ends the process if there is not even memory for an exception, or none where one must not be thrown. Any
+// other exception that nobody catches aborts the process as usual.
+void OnNoMemoryToThrow(void (*end)()) noexcept;
 
 inline constexpr const char* kNoMemoryMessage = "NoMemory";
 

@@ -10,6 +10,7 @@
 #include "kit/base/memory.h"
 #include "kit/base/result.h"
 #include "kit/model/pool.h"
+#include "kit/readers/file_kind.h"
 #include "kit/readers/read_file.h"
 #include "tools/json/json_writer.h"
 #include "tools/json/pool_json.h"
@@ -17,6 +18,7 @@
 #include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/output.h"
 #include "tools/lxbridge/pool_page.h"
+#include "tools/lxbridge/report.h"
 #include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
@@ -123,24 +125,27 @@ void WriteText(std::string* out, const char* file, const LxMetadataPool& pool, c
 
 class PoolWork : public FileWork {
  public:
-  explicit PoolWork(const Options& options) : options_(options) { LxInstallMemProcs(LxRuntimeMemProcs()); }
+  explicit PoolWork(const Options& options)
+      : options_(options), factsWanted_(options.summary || MayShowProgress(options)) {
+    LxInstallMemProcs(LxRuntimeMemProcs());
+  }
 
   void Do(const Input& input, FileResult* result) override {
     const char* file = input.name.c_str();
     const char* path = LibraryPath(input.name);
-    if (*path != '\0') {
-      const PathFacts facts = LookAtPath(path);
-      result->bytes = facts.bytes;
-      if (facts.kind == PathFacts::Kind::kFolder) return result->Fail(file, "is a directory");
-      if (input.walked && !HasReader(path, &result->kind)) {
-        result->passedOver = true;
-        return;
-      }
-    }
+    if (factsWanted_ && *path != '\0') result->bytes = LookAtPath(path).bytes;
     const PoolPtr pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
     const LxResult status = LxReadFileIntoPool(pool.get(), path);
-    if (status < 0) result->Fail(file, json::PoolStatusName(status));
+    const LxReadOutcome& outcome = pool->outcome;
+    if (outcome.failure != kLxReadWhole) {
+      result->Fail(file, MessageOf(static_cast<LxReadFailure>(outcome.failure), outcome.systemError));
+    } else if (status < 0) {
+      result->Fail(file, json::PoolStatusName(status));
+    } else if (input.walked && !LxHasFileReader(pool->fileKind)) {
+      result->passedOver = true;
+      return;
+    }
     if (status == kLxNotFound) return;
     result->kind = static_cast<std::uint8_t>(pool->fileKind);
     if (options_.format == Format::kJson) {
@@ -149,6 +154,11 @@ class PoolWork : public FileWork {
     } else if (options_.format == Format::kHtml) {
       if (library_ == nullptr) library_ = std::make_unique<Library>();
       const Interchange interchange(path);
+      std::int32_t systemError = 0;
+      const LxXmpReading reading = interchange.Reading(&systemError);  // Of the second time.
+      if (reading < 0 && !result->failed) {
+        result->Fail(file, MessageOf(static_cast<LxReadFailure>(-reading), systemError));
+      }
       WritePoolPage(&result->out, file, status, *pool, interchange.Xmp());
     } else {
       WriteText(&result->out, file, *pool, options_);
@@ -158,6 +168,7 @@ class PoolWork : public FileWork {
  private:
   const Options& options_;
   std::unique_ptr<Library> library_;  // Started for pages only.
+  const bool factsWanted_;
 };
 
 }  // namespace

@@ -64,10 +64,13 @@ void OpenClosedStandardStreams();
 // False: standard output was closed or is open for reading only; errno says so.
 [[nodiscard]] bool StandardOutputCanBeWritten();
 
+// Loads the machine's time zone. Without memory or descriptors the C library would take UTC in its place, silently and
+// for good. False: errno says why.
+[[nodiscard]] bool LoadTimeZone();
+
 struct PathFacts {
   enum class Kind { kMissing, kFolder, kRegular, kOther };
   Kind kind = Kind::kMissing;
-  bool readable = false;    // Of a regular file: reading it is allowed.
   std::uint64_t bytes = 0;  // Of a regular file.
 };
 [[nodiscard]] PathFacts LookAtPath(const char* path);

@@ -10,6 +10,7 @@
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -147,7 +148,6 @@ PathFacts LookAtPath(const char* path) {
   } else if (S_ISREG(status.st_mode)) {
     facts.kind = PathFacts::Kind::kRegular;
     facts.bytes = static_cast<std::uint64_t>(status.st_size);
-    facts.readable = ::faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) == 0;
   } else {
     facts.kind = PathFacts::Kind::kOther;
   }
@@ -166,6 +166,12 @@ bool StandardOutputCanBeWritten() {
   const int flags = ::fcntl(STDOUT_FILENO, F_GETFL);
   if (flags >= 0 && (flags & O_ACCMODE) == O_RDONLY) errno = EBADF;
   return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
+}
+
+bool LoadTimeZone() {
+  errno = 0;
+  ::tzset();
+  return errno != ENOMEM && errno != EMFILE && errno != ENFILE && errno != EIO;
 }
 
 StandardInput::~StandardInput() {

@@ -117,12 +117,11 @@ PathFacts LookAtPath(const char* path) {
     facts.kind = PathFacts::Kind::kFolder;
     return facts;
   }
-  // Access rights are lists, which only opening the file evaluates; and only then a device is told from a file.
+  // Only an open file tells that it is a device.
   const HANDLE file = CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                   nullptr, OPEN_EXISTING, 0, nullptr);
-  facts.readable = file != INVALID_HANDLE_VALUE;
-  const bool regular = !facts.readable || GetFileType(file) == FILE_TYPE_DISK;
-  if (facts.readable) (void)CloseHandle(file);
+  const bool regular = !IsOpen(file) || GetFileType(file) == FILE_TYPE_DISK;
+  if (IsOpen(file)) (void)CloseHandle(file);
   facts.kind = regular ? PathFacts::Kind::kRegular : PathFacts::Kind::kOther;
   if (regular) facts.bytes = std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
   return facts;
@@ -140,6 +139,10 @@ void OpenClosedStandardStreams() {
 bool StandardOutputCanBeWritten() {
   if (outputWasClosed) errno = EBADF;
   return !outputWasClosed;
+}
+
+bool LoadTimeZone() {
+  return true;  // The system has it loaded.
 }
 
 StandardInput::~StandardInput() {

@@ -480,6 +480,7 @@ class Pool {
 }  // namespace
 
 void BeWorker(const Options& options, const WorkerSide& side) noexcept {
+  OnNoMemoryToThrow([] { EndWorker(kWorkerWithoutMemory); });
   try {
     Work(options, side);
   } catch (const std::bad_alloc&) {

@@ -1,17 +1,13 @@
 // `lxbridge xmp` and `lxbridge fields`: each file's metadata as XMP, through the five exported functions and the host's
-// library, as any other host would get it. The kit serves only to tell whether a file can be opened, which the exports
-// do not say, and for the facts that are no metadata.
+// library, as any other host would get it. The kit serves only for the kinds of files and other facts.
 #include <cstdint>
 #include <exception>
-#include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 #include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
-#include "kit/base/result.h"
-#include "kit/base/stream.h"
+#include "kit/base/read_outcome.h"
 #include "tools/json/flat_json.h"
 #include "tools/json/xmp_json.h"
 #include "tools/lxbridge/columns.h"
@@ -28,56 +24,6 @@ namespace lxbridge::command {
 
 namespace {
 
-bool IsPipe(const char* path) {
-  std::error_code ignored;
-  return std::filesystem::is_fifo(path, ignored);
-}
-
-bool CanBeOpened(const char* path) {
-  LxStream* stream = nullptr;
-  const LxResult result = LxOpenFileStream(path, &stream);
-  if (stream != nullptr) (void)LxCloseStream(stream);
-  return result == kLxOk;
-}
-
-// Whether the library will find a file to read there; else the result says why not, or that the file is passed over.
-bool CanBeRead(const Input& input, const char* path, bool kindWanted, FileResult* result) {
-  if (*path == '\0') return true;
-  const PathFacts facts = LookAtPath(path);
-  result->bytes = facts.bytes;
-  bool found = facts.readable;
-  switch (facts.kind) {
-    case PathFacts::Kind::kFolder:
-      result->Fail(input.name, "is a directory");
-      return false;
-    case PathFacts::Kind::kOther:
-      // A named pipe opens once: its writer is gone when a first reader has come and left. The library reads nothing
-      // from a pipe anyhow, so one that it may not open gives the same empty object.
-      found = IsPipe(path) || CanBeOpened(path);
-      break;
-    case PathFacts::Kind::kRegular:
-      if (!found || !(kindWanted || input.walked)) break;
-      if (!HasReader(path, &result->kind) && input.walked) {
-        result->passedOver = true;
-        return false;
-      }
-      break;
-    case PathFacts::Kind::kMissing:
-      break;
-  }
-  if (!found) result->Fail(input.name, LxResultName(kLxNotFound));
-  return found;
-}
-
-bool IsEmpty(const XmpView& xmp) {
-  bool empty = true;
-  xmp.Visit([&](const LxXmpNode&) {
-    empty = false;
-    return LX_XMP_END;
-  });
-  return empty;
-}
-
 // "<!-- photo.jpg -->", in which two hyphens must not stand together.
 void AppendComment(std::string_view file, std::string* out) {
   out->append("<!-- ");
@@ -93,7 +39,7 @@ class XmpWork : public FileWork {
  public:
   explicit XmpWork(const Options& options)
       : options_(options),
-        looksFirst_(options.summary || options.sideCars || MayShowProgress(options)),
+        factsWanted_(options.summary || MayShowProgress(options)),
         flat_{options.decimal, options.qualifiers, options.pretty ? json::Layout::kIndented : json::Layout::kLine} {
     LxInstallMemProcs(LxRuntimeMemProcs());
     std::string error;
@@ -102,15 +48,23 @@ class XmpWork : public FileWork {
 
   void Do(const Input& input, FileResult* result) override {
     const char* path = LibraryPath(input.name);
-    const bool looksFirst = looksFirst_ || input.walked;
-    if (looksFirst && !CanBeRead(input, path, options_.summary, result)) return;
-    if (options_.sideCars && !TakesSideCar(input, result)) return;
+    if (factsWanted_ && *path != '\0') result->bytes = LookAtPath(path).bytes;
     try {
+      if (options_.sideCars && !TakesSideCar(input, path, result)) return;
       const Interchange interchange(path);
+      std::int32_t systemError = 0;
+      const LxXmpReading reading = interchange.Reading(&systemError);
+      if (options_.summary && reading >= 0) (void)HasReader(path, &result->kind);
+      if (reading < 0) {
+        static_assert(LX_XMP_READ_NO_MEMORY == -kLxReadNoMemory && LX_XMP_READ_BROKEN == -kLxReadBroken);
+        const auto failure = static_cast<LxReadFailure>(-reading);
+        result->Fail(input.name, MessageOf(failure, systemError));
+        if (failure < kLxReadBroken || options_.sideCars) return;  // Not opened; else there is what was read.
+      } else if (input.walked && !IsTaken(reading, path, result)) {
+        result->passedOver = true;
+        return;
+      }
       const XmpView xmp = interchange.Xmp();
-      // Whatever is in the object was read from the file, so only an empty one leaves a question. Asking it of every
-      // file, and beforehand, would cost as much as the packet does.
-      if (!looksFirst && IsEmpty(xmp) && !CanBeRead(input, path, false, result)) return;
       if (options_.warnings) AddWarnings(input.name, xmp, result);
       if (options_.action == Action::kFields) {
         AppendFieldsOf(xmp, &result->tally);
@@ -120,7 +74,7 @@ class XmpWork : public FileWork {
     } catch (const std::exception& error) {
       result->out.clear();
       result->Fail(input.name, MessageOf(error));
-      result->status = "failed";
+      if (result->status != kNoMemoryMessage) result->status = "failed";
     }
   }
 
@@ -137,9 +91,15 @@ class XmpWork : public FileWork {
     if (total > kept) result->messages.append(FileMessage(file, std::to_string(total - kept) + " more warnings"));
   }
 
+  // Whether a reader takes the file. Only files without metadata leave a question about their kind.
+  static bool IsTaken(LxXmpReading reading, const char* path, FileResult* result) {
+    if (reading == LX_XMP_READ_NO_METADATA) return HasReader(path, &result->kind);
+    return reading != LX_XMP_READ_NO_IMAGE;
+  }
+
   // Whether the file gets a side-car. Side-cars that a walk finds get none of their own.
-  bool TakesSideCar(const Input& input, FileResult* result) const {
-    if (input.walked && input.name.ends_with(".xmp")) {
+  bool TakesSideCar(const Input& input, const char* path, FileResult* result) const {
+    if (input.walked && (input.name.ends_with(".xmp") || !HasReader(path, &result->kind))) {
       result->passedOver = true;
       return false;
     }
@@ -209,7 +169,7 @@ class XmpWork : public FileWork {
 
   const Library library_;
   const Options& options_;
-  const bool looksFirst_;
+  const bool factsWanted_;
   const json::FlatOptions flat_;
   Columns columns_;
   std::string packet_;
