@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "kit/model/tables/tables.h"
 #include "kit/readers/inflate.h"
@@ -102,6 +103,16 @@ TEST(ChunkedFiles, WebpBlocksAndSizesStandInChunks) {
        {"damage", Truncated(webp().Chunk("EXIF", a).Chunk("XMP ", Text("PQ")), 12 + 18 + 8 + a.size() + 8 + 1),
         " EXIF=A"}},
       "webph WEBP:", "64x48");
+  const std::pair<Bytes, int> images[] = {{webp(), 4},
+                                          {WebpBuilder().Chunk("VP8X", WithByte(canvas, 0, 0xEF)), 3},
+                                          {WebpBuilder().Chunk("VP8 ", lossy), 3},
+                                          {WebpBuilder().Chunk("VP8L", Hex("2F 3FC00B10")), 4},
+                                          {WebpBuilder().Chunk("VP8L", Hex("2F 3FC00BEF")), 3},
+                                          {WebpBuilder().Chunk("VP8L", Hex("2E 3FC00B10")), 0}};
+  for (const auto& [file, samples] : images) {
+    EXPECT_EQ(ParsePool(file)->samples, samples);
+    EXPECT_EQ(ParsePool(file)->bits, samples != 0 ? 8 : 0);
+  }
 }
 
 TEST(ChunkedFiles, GifPacketsEndWhereAWalkEnds) {
