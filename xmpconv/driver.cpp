@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
-#include <memory>
 
 #include "kit/model/find_items.h"
 #include "kit/model/lookup.h"
@@ -45,11 +44,6 @@ constexpr const char* kPicturistProperties[] = {
     "Marked",
 };
 static_assert(std::size(kPicturistProperties) == 21);
-
-struct IteratorDeleter {
-  void operator()(LxPoolIterator* iterator) const noexcept { LxFreePoolIterator(iterator); }
-};
-using PoolIteratorPtr = std::unique_ptr<LxPoolIterator, IteratorDeleter>;
 
 const LxMetadataItem* Find(const LxMetadataPool& pool, const char* nameSpace, const char* name) noexcept {
   LxMetadataItem* found = nullptr;
@@ -131,15 +125,15 @@ Source SourceOf(const char* nameSpace) noexcept {
 
 std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
   std::int32_t converted = 0;
-  const PoolIteratorPtr iterator(LxNewPoolIterator(&pool));
-  if (!iterator) return converted;
+  LxPoolIterator iterator;
+  LxStartPoolWalk(&iterator, &pool);
   bool isPastFirstIfd = false;
   bool skip = false;
   // The items of a directory share the text of their namespace, so it is compared once for all of them.
   const char* nameSpace = nullptr;
   Source source = Source::kOther;
   LxMetadataItem* item = nullptr;
-  while (LxNextPoolItem(iterator.get(), &item, skip) == kLxOk) {
+  while (LxNextPoolItem(&iterator, &item, skip) == kLxOk) {
     skip = false;
     bool done = false;
     if (item->nameSpace != nameSpace) {

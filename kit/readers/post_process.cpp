@@ -38,7 +38,7 @@ bool HasLayers(const LxWantedItem* wanted) noexcept {
   return (group != nullptr && group->valueLength > 2) || wanted[kTiffLayers].found != nullptr;
 }
 
-// What was found before the deletions, as it would be found behind them. An item that stays is still the first of its
+// What was found before the deletions, as it would be found after them. An item that stays is still the first of its
 // name.
 LxMetadataItem* FoundStill(LxMetadataPool* pool, const LxWantedItem& wanted) noexcept {
   if (wanted.found == nullptr || (wanted.found->flags & kLxDeleted) == 0) return wanted.found;
@@ -46,12 +46,10 @@ LxMetadataItem* FoundStill(LxMetadataPool* pool, const LxWantedItem& wanted) noe
 }
 
 bool HasDisplayItem(const LxMetadataPool* pool) noexcept {
-  LxPoolIterator* iterator = LxNewPoolIterator(pool);
-  if (iterator == nullptr) return false;
+  LxPoolIterator iterator;
+  LxStartPoolWalk(&iterator, pool);
   LxMetadataItem* item = nullptr;
-  const bool found = LxNextDisplayItem(iterator, &item) == kLxOk;
-  LxFreePoolIterator(iterator);
-  return found;
+  return LxNextDisplayItem(&iterator, &item) == kLxOk;
 }
 
 // Cameras of one maker leave the orientation to their maker note: the degrees stand within a block of raw data. Null:

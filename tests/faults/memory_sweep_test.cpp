@@ -3,6 +3,7 @@
 // next one is whole again.
 #include <gtest/gtest.h>
 
+#include "api/include/lxbridge/lxbridge.h"
 #include "tests/faults/whole_road.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/failing_new.h"
@@ -67,6 +68,17 @@ TEST(MemorySweep, OperatorNewFailsOneByOne) {
       }
     }
     EXPECT_EQ(PacketOf(saved.path()), whole) << file.name;
+  }
+}
+
+TEST(MemoryProcedures, AreInstalledByTheFirstInitAlone) {
+  for (int cycle = 0; cycle < 2; ++cycle) {
+    LxMemProcs* before = LxInstalledMemProcs();
+    FailingMemory ours;
+    ASSERT_TRUE(LxInterchangeInit());
+    EXPECT_EQ(LxInstalledMemProcs() == ours.procs(), cycle > 0);
+    LxInterchangeTerm();
+    LxInstallMemProcs(before);
   }
 }
 

@@ -1,5 +1,6 @@
-// A MinGW host with many threads: lx_threads_host_test PHOTO THREADS. Threads of the C++ library and of CreateThread read the
-// photograph at once, and short ones, one file each, lose no memory. Prints what failed; status 0 if nothing did.
+// A MinGW host with many threads: lx_threads_host_test PHOTO THREADS. Threads of the C++ library and of CreateThread
+// read the photograph at once, and short ones, one file each, lose no memory. Prints what failed; status 0 if nothing
+// did.
 #include <windows.h>
 
 #include <atomic>

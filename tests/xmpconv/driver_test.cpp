@@ -112,6 +112,40 @@ TEST_F(DriverTest, APacketWinsUnlessADigestSaysThatTheBlockChanged) {
   }
 }
 
+TEST_F(DriverTest, AnIptcBlockThatWinsTakesAwayAllThatItStandsFor) {
+  std::string attributes = "p:ColorMode='3'";
+  for (const char* name : {"Caption",
+                           "Author",
+                           "Title",
+                           "Keywords",
+                           "Copyright",
+                           "CaptionWriter",
+                           "Headline",
+                           "Instructions",
+                           "AuthorsPosition",
+                           "Credit",
+                           "Source",
+                           "DateCreated",
+                           "City",
+                           "State",
+                           "Country",
+                           "TransmissionReference",
+                           "Category",
+                           "SupplementalCategories",
+                           "Urgency",
+                           "WebStatement",
+                           "Marked"}) {
+    attributes += std::string(" p:") + name + "='x'";
+  }
+  const std::string packet =
+      "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+      "<rdf:Description xmlns:p='http://ns.adobe.com/picturist/1.0/' " +
+      attributes + "/></rdf:RDF></x:xmpmeta>";
+  const Bytes changed = ResourceBuilder().Block(0x0425, Digest(kOther));
+  const Bytes tiff = TiffBuilder(kBig).Exif({Ratl(0x829A, 1, 250)});
+  EXPECT_EQ(Import(JpegBuilder().App1Exif(tiff).App1Xmp(packet).App13(changed)), "ColorMode=3 ");
+}
+
 TEST_F(DriverTest, TheDigestOfATiffTagIsThatWithoutItsPadding) {
   const Bytes block = IptcBuilder().Add(80, "iptc!").Build();
   const auto import = [](const Bytes& tag, const Bytes& digest) {

@@ -120,6 +120,7 @@ TEST_F(TextEncoding, TheFewestErrorsNameTheEncodingAndTheEarlierWinsATie) {
       {"EUC-JP is no error in Latin-1 either", "\xC5\xEC\xB5\xFE\xA4\xCE\xCC\xEB"sv, kLxTextLatin1},
       {"Shift_JIS", "\x93\x8C\x8B\x9E\x83^\x83\x8F\x81[\x82\xCC\x8E\xCA\x90^"sv, kLxTextShiftJis},
       {"lead 0xEF takes fewer trails", "\x81\x40\xEF\x9E"sv, kLxTextShiftJis},
+      {"and a further trail is an error, as two bytes are in Latin-1", "\x81\x40\xEF\x9F"sv, kLxTextLatin1},
       {"Windows-1252 quotes: as wrong in Latin-1 as in the rest", "\x93quoted\x94 by"sv, kLxTextUtf8},
   };
   for (const auto& c : cases) {

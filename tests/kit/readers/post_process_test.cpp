@@ -133,6 +133,7 @@ TEST_F(PostProcess, ColourSpaceAndProfileRefineTheColourModel) {
 TEST_F(PostProcess, SeveralSearchesInOneWalkFindWhatEachFindsAlone) {
   TreePool pool(List({Item("a", "one", {Item("b", "two"), Item("a", "three", {Item("c", "four")}, kLxClosed)}),
                       Item("a", "five", {Item("a", "six", {}, kLxEndOfRun), Item("a", "seven")}),
+                      Item("a", "outer", {Item("a", "nine", {Item("a", "ten")}, kLxEndOfRun), Item("b", "three")}),
                       Item("a", "gone", {Item("a", "eight")}, kLxDeleted | kLxEndOfRun), Item("a", "two"),
                       Shown("b", "two", "shown"), Shown("a", "three", "shown", kLxEndOfRun), Item("a", "eight")}));
   const char* const nameSpaces[] = {"a", "b", "c"};
