@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
   const int count = std::atoi(argv[2]);
   ShortThreads(count);
   const auto lost = static_cast<int>(BytesInUse() - before);
-  const bool fine = wrong == 0 && expected.size() > 1000 && lost < 2 * count;
+  const bool fine = wrong == 0 && expected.size() > 1000 && lost < 32 * 1024;  // However many threads.
   if (!fine) std::printf("%d wrong packets, %d bytes lost in %d threads\n", wrong.load(), lost, count);
   LxXmpStop();
   LxInterchangeTerm();

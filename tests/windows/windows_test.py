@@ -126,7 +126,7 @@ def same(options, folder, arguments, what, **settings):
 
 
 def hosts(options, folder):
-    threads = "20000" if os.environ.get("LX_FULL") else "2000"
+    threads = "20000" if os.environ.get("LX_FULL") else "4000"
     for program, *photos in [["lx_load_test", "sample.jpg"], ["lx_exceptions_test", "sample.jpg", "damaged.jpg"],
                              ["lx_threads_host_test", "sample.jpg", threads]]:
         result = run([options.wine, options.built / f"{program}.exe", *photos], cwd=folder)
