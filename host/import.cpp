@@ -1,4 +1,5 @@
-// How the import of a file went, and imports from memory: what LxBridge has registered with the broker for hosts.
+// How the import of a file went, imports from memory, and the thread's memory: what LxBridge has registered with the
+// broker for hosts.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -99,6 +100,14 @@ LxXmpStatus LxXmpOpenMemory(const void* bytes, std::size_t length, LxInterchange
       return Fail(LX_XMP_UNAVAILABLE, "LxBridge's broker or XMP toolkit refused to make an object");
     }
     *file = opened;
+    return LX_XMP_OK;
+  });
+}
+
+LxXmpStatus LxXmpReleaseThreadMemory() {
+  if (lxhost::IsStarted()) lxhost::DropTextsOfThread();
+  return WithLxBridge([&](const LxInterchangeProcs& procs) {
+    procs.releaseThreadMemory();
     return LX_XMP_OK;
   });
 }

@@ -166,6 +166,13 @@ GivenTexts* TextsOfThread() noexcept {
   return texts;
 }
 
+void DropTextsOfThread() noexcept {
+  void* texts = pthread_getspecific(textsKey);
+  if (texts == nullptr) return;
+  (void)pthread_setspecific(textsKey, nullptr);  // Which needs no memory for a key that the thread has set.
+  DropTexts(texts);
+}
+
 }  // namespace lxhost
 
 std::uint32_t LxXmpVersion() {

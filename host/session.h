@@ -32,6 +32,8 @@ struct GivenTexts {
 };
 // The calling thread's. Null: no memory.
 GivenTexts* TextsOfThread() noexcept;
+// REQUIRES: a session.
+void DropTextsOfThread() noexcept;
 
 template <typename Work>
 LxXmpStatus Guarded(Work&& work) noexcept {

@@ -338,8 +338,13 @@ TEST_F(XmpTest, WhatReadingCameToIsToldAndMemoryReadsAsAFileDoes) {
   EXPECT_EQ(Interchange("/dev/null").Reading(), LX_XMP_READ_NO_FILE);
   LxInterchangeHandle handle = nullptr;
   EXPECT_EQ(LxXmpOpenMemory(nullptr, 1, &handle), LX_XMP_BAD_ARGUMENT);
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(Get(Interchange(photo.data(), photo.size()).Xmp(), kTiff, "Make"), "Canon");
+    ReleaseThreadMemory();
+  }
   const HostSession session;
   library_.reset();
+  EXPECT_EQ(LxXmpReleaseThreadMemory(), LX_XMP_UNAVAILABLE);
   EXPECT_EQ(LxXmpOpenMemory(photo.data(), photo.size(), &handle), LX_XMP_UNAVAILABLE);
   EXPECT_EQ(handle, nullptr);
 }

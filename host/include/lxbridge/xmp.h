@@ -195,6 +195,11 @@ const char* LxXmpReadingText(LxXmpReading reading);
  * LX_XMP_UNAVAILABLE: as for LxXmpReadingOf. */
 LxXmpStatus LxXmpOpenMemory(const void* bytes, size_t length, LxInterchangeHandle* file);
 
+/* Gives back the memory that the libraries keep for the calling thread's next file, at most some 2 MB, and ends the
+ * texts that the thread was given. It is given back at the thread's end, too; a thread that waits long for its next
+ * file may call this. LX_XMP_UNAVAILABLE: as for LxXmpReadingOf; the texts have ended. */
+LxXmpStatus LxXmpReleaseThreadMemory(void);
+
 /* --- reading -------------------------------------------------------------------------------------------------------
  */
 

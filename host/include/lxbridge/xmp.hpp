@@ -411,6 +411,11 @@ class Interchange {
   LxInterchangeHandle handle_ = nullptr;
 };
 
+// LxXmpReleaseThreadMemory: for a thread that waits long for its next file.
+inline void ReleaseThreadMemory() {
+  CheckXmp(LxXmpReleaseThreadMemory());
+}
+
 // The URI of a prefix among the namespaces that the toolkit knows.
 [[nodiscard]] inline std::optional<std::string> NamespaceOfPrefix(const char* prefix) {
   LxXmpText text;
