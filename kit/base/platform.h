@@ -15,9 +15,6 @@
 // too.
 int LxPlatformArguments(int* count, char*** arguments) noexcept;
 
-// Opens the file of a path given both ways; null when it cannot be opened. Windows opens by the UTF-16 text. POSIX file
-// names are bytes: the path is used as it was given.
-[[nodiscard]] std::FILE* LxPlatformOpen(const char* path, const char16_t* widePath, const char* mode) noexcept;
 // A regular file, open for reading bytes.
 struct LxOpenedFile {
   std::FILE* file;      // Null where the system reads by position: then there is a descriptor and a length.
@@ -42,10 +39,8 @@ void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept;
 [[nodiscard]] int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept;
 [[nodiscard]] std::int64_t LxPlatformTell(std::FILE* file) noexcept;
 
-// Reading by position, without moving the file's own: the length of a regular file that can be read so (-1: it cannot)
-// and its descriptor, and up to `length` bytes from `offset`: fewer at the file's end, or at a failure, whose errno
-// *error then is.
-[[nodiscard]] std::int64_t LxPlatformDirectLength(std::FILE* file, int* descriptor) noexcept;
+// Up to `length` bytes from `offset`, without moving the file's own position: fewer at the file's end, or at a failure,
+// whose errno *error then is.
 [[nodiscard]] std::size_t LxPlatformReadAt(int descriptor, void* buffer, std::size_t length, std::int64_t offset,
                                            std::int32_t* error) noexcept;
 

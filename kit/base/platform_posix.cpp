@@ -19,10 +19,6 @@ int LxPlatformArguments(int*, char***) noexcept {
   return 0;
 }
 
-std::FILE* LxPlatformOpen(const char* path, const char16_t*, const char* mode) noexcept {
-  return std::fopen(path, mode);
-}
-
 namespace {
 
 LxReadFailure FailureOf(int error) noexcept {
@@ -90,12 +86,6 @@ int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept {
 
 std::int64_t LxPlatformTell(std::FILE* file) noexcept {
   return ftello(file);
-}
-
-std::int64_t LxPlatformDirectLength(std::FILE* file, int* descriptor) noexcept {
-  struct stat status = {};
-  *descriptor = fileno(file);
-  return fstat(*descriptor, &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
 }
 
 std::size_t LxPlatformReadAt(int descriptor, void* buffer, std::size_t length, std::int64_t offset,

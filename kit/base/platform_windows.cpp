@@ -58,14 +58,6 @@ int LxPlatformArguments(int* count, char*** arguments) noexcept {
   return 0;
 }
 
-std::FILE* LxPlatformOpen(const char*, const char16_t* widePath, const char* mode) noexcept {
-  char16_t* wideMode = LxUtf8ToUtf16(mode);
-  if (wideMode == nullptr) return nullptr;
-  std::FILE* file = _wfopen(AsWide(widePath), AsWide(wideMode));
-  LxFree(wideMode);
-  return file;
-}
-
 bool LxPlatformOpenRegular(const char*, const char16_t* widePath, LxOpenedFile* opened,
                            LxReadOutcome* outcome) noexcept {
   // Its C runtime says "permission denied" of a directory.
@@ -123,11 +115,7 @@ std::int64_t LxPlatformTell(std::FILE* file) noexcept {
   return _ftelli64(file);
 }
 
-// The C runtime has no reading by position.
-std::int64_t LxPlatformDirectLength(std::FILE*, int*) noexcept {
-  return -1;
-}
-
+// The C runtime has no reading by position, so that no file is opened for it.
 std::size_t LxPlatformReadAt(int, void*, std::size_t, std::int64_t, std::int32_t*) noexcept {
   return 0;
 }

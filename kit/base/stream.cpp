@@ -1,7 +1,4 @@
-// File streams: the thirteen methods over a C runtime FILE, opening by path, length.
-//
-// Nothing in the kit leaves an operation but by its return: there is no jump out and no exception, and every failure is
-// a result code. So the operations link no error frames for anyone to unwind to.
+// File streams: the thirteen methods, opening by path, length.
 #include "kit/base/stream.h"
 
 #include <algorithm>
@@ -25,25 +22,8 @@ std::int32_t Fail(LxStream* stream, std::int32_t result) noexcept {
 }
 
 void EmptyBuffer(LxStream* stream) noexcept {
-  stream->cursor = stream->base = stream->buffer;
+  stream->cursor = stream->buffer;
   stream->count = 0;
-}
-
-bool HasPending(const LxStream* stream) noexcept {
-  return stream->cursor != stream->base;
-}
-
-// Writes the bytes between base and cursor. A short write leaves the stream without room, so that it is not written
-// into a second time.
-bool WritePending(LxStream* stream) noexcept {
-  const auto pending = static_cast<std::size_t>(stream->cursor - stream->base);
-  if (std::fwrite(stream->base, 1, pending, stream->file) != pending) {
-    stream->count = 0;
-    (void)Fail(stream, -1);
-    return false;
-  }
-  stream->cursor = stream->base = stream->buffer;
-  return true;
 }
 
 void NoteReadError(LxStream* stream, std::int32_t error) noexcept {
@@ -82,7 +62,7 @@ std::size_t ReadDirect(LxStream* stream, void* buffer, std::size_t length) noexc
   return got;
 }
 
-// From the file itself, behind what the buffer holds.
+// From the file itself, following the bytes in the buffer.
 std::size_t ReadFile(LxStream* stream, void* buffer, std::size_t length) noexcept {
   if (stream->direct == 0) {
     const std::size_t got = std::fread(buffer, 1, length, stream->file);
@@ -94,7 +74,7 @@ std::size_t ReadFile(LxStream* stream, void* buffer, std::size_t length) noexcep
   return got;
 }
 
-// As fseek: a position in front of the file is a failure, one behind its end is none.
+// As fseek: a position before the file is a failure, one after its end is none.
 std::int32_t SeekDirect(LxStream* stream, std::int64_t offset, std::int32_t whence) noexcept {
   if (whence == SEEK_CUR) offset += stream->position;
   if (whence == SEEK_END) offset += stream->fileLength;
@@ -105,21 +85,15 @@ std::int32_t SeekDirect(LxStream* stream, std::int64_t offset, std::int32_t when
 
 std::int32_t Fill(LxStream* stream) noexcept {
   if (!Has(stream, kLxStreamReadable)) return Fail(stream, -1);
-  if (stream->unbuffered != 0) return std::getc(stream->file);
+  if (stream->unbuffered != 0) {
+    std::uint8_t byte = 0;
+    return ReadFile(stream, &byte, 1) == 1 ? byte : -1;
+  }
   EmptyBuffer(stream);
   const std::size_t got = ReadFile(stream, stream->buffer, std::size_t{kLxStreamBufferSize});
   if (got == 0) return -1;
   stream->count = static_cast<std::int32_t>(got) - 1;
   return *stream->cursor++;
-}
-
-std::int32_t FlushAndPut(std::int32_t byte, LxStream* stream) noexcept {
-  if (stream->unbuffered != 0) return std::putc(byte, stream->file) == EOF ? -1 : 0;
-  if (!Has(stream, kLxStreamWritable)) return Fail(stream, -1);
-  if (!WritePending(stream)) return -1;
-  *stream->cursor++ = static_cast<std::uint8_t>(byte & 0xFF);
-  stream->count = kLxStreamBufferSize - 1;
-  return 0;
 }
 
 std::int32_t Read(void* buffer, std::int32_t size, std::int32_t count, LxStream* stream) noexcept {
@@ -139,27 +113,11 @@ std::int32_t Read(void* buffer, std::int32_t size, std::int32_t count, LxStream*
   return static_cast<std::int32_t>(buffered) + static_cast<std::int32_t>(direct);
 }
 
-std::int32_t Flush(LxStream* stream) noexcept {
-  if (!Has(stream, kLxStreamWritable)) return Fail(stream, -1);
-  if (!WritePending(stream)) return -1;
-  if (std::fflush(stream->file) != 0) return Fail(stream, -1);
-  stream->count = kLxStreamBufferSize;
-  return 0;
-}
-
-std::int32_t Write(const void* buffer, std::int32_t size, std::int32_t count, LxStream* stream) noexcept {
-  if (!Has(stream, kLxStreamWritable)) return Fail(stream, 0);
-  if (size < 1 || count < 1) return 0;
-  if (HasPending(stream) && stream->methods->flush(stream) == -1) return 0;
-  return static_cast<std::int32_t>(
-      std::fwrite(buffer, static_cast<std::size_t>(size), static_cast<std::size_t>(count), stream->file));
-}
-
 std::int32_t Unget(std::int32_t byte, LxStream* stream) noexcept {
   if (!Has(stream, kLxStreamReadable)) return Fail(stream, -1);
   if (stream->count < 1) {
     if (stream->direct == 0) return std::ungetc(byte, stream->file);
-    stream->base = stream->cursor = stream->buffer;
+    stream->cursor = stream->buffer;
     stream->pageLength = 0;
     *stream->cursor = static_cast<std::uint8_t>(byte & 0xFF);
     stream->count = 1;
@@ -172,13 +130,23 @@ std::int32_t Unget(std::int32_t byte, LxStream* stream) noexcept {
   return *stream->cursor;
 }
 
+// Streams are for reading: whoever writes to one is told so.
+std::int32_t FlushAndPut(std::int32_t, LxStream* stream) noexcept {
+  return Fail(stream, -1);
+}
+std::int32_t Write(const void*, std::int32_t, std::int32_t, LxStream* stream) noexcept {
+  return Fail(stream, 0);
+}
+std::int32_t Flush(LxStream* stream) noexcept {
+  return Fail(stream, -1);
+}
+
 std::int32_t Close(LxStream* stream) noexcept {
   std::int32_t status = 0;
-  if (Has(stream, kLxStreamWritable)) status = stream->methods->flush(stream);
   if (stream->file == nullptr) {
     LxPlatformClose(stream->descriptor);
   } else if (stream->borrowed == 0) {
-    status |= std::fclose(stream->file);
+    status = std::fclose(stream->file);
   }
   LxFreeKept(stream->buffer);
   return status;
@@ -195,30 +163,20 @@ std::int32_t AlwaysZero(LxStream*) noexcept {
   return 0;
 }
 
-// From the current position (whence 1) counts from the FILE's own position, which is behind what the buffer holds.
+// From the current position (whence 1) counts from the file's own position, which follows the bytes in the buffer.
 std::int32_t Seek(LxStream* stream, std::int32_t offset, std::int32_t whence) noexcept {
   if (!Has(stream, kLxStreamSeekable)) return -1;
-  if (Has(stream, kLxStreamWritable) && HasPending(stream) && !WritePending(stream)) return -1;
   EmptyBuffer(stream);
   return stream->direct != 0 ? SeekDirect(stream, offset, whence) : LxPlatformSeek(stream->file, offset, whence);
 }
 
 std::int32_t Tell(LxStream* stream) noexcept {
-  std::int64_t position = stream->direct != 0 ? stream->position : LxPlatformTell(stream->file);
+  const std::int64_t position = stream->direct != 0 ? stream->position : LxPlatformTell(stream->file);
   if (position == -1) return -1;
-  position += Has(stream, kLxStreamReadable) ? -std::int64_t{stream->count} : stream->cursor - stream->base;
-  return static_cast<std::int32_t>(std::min<std::int64_t>(position, INT32_MAX));
+  return static_cast<std::int32_t>(std::min<std::int64_t>(position - stream->count, INT32_MAX));
 }
 
 // Also where the system opens by the path's bytes, the path has to be convertible: the same paths open everywhere.
-std::FILE* OpenPath(const char* path, const char* mode) noexcept {
-  char16_t* widePath = LxUtf8ToUtf16(path);
-  if (widePath == nullptr) return nullptr;
-  std::FILE* file = LxPlatformOpen(path, widePath, mode);
-  LxFree(widePath);
-  return file;
-}
-
 bool OpenRegular(const char* path, LxOpenedFile* opened, LxReadOutcome* outcome) noexcept {
   const std::uint32_t refused = LxRefusedAllocations();
   char16_t* widePath = LxUtf8ToUtf16(path);
@@ -258,9 +216,6 @@ void SetMode(LxStream* stream, const char* mode) noexcept {
       case 'r':
         stream->flags |= kLxStreamReadable;
         break;
-      case 'w':
-        stream->flags |= kLxStreamWritable;
-        break;
       case 'b':
       case 't':
         text = *letter == 't';
@@ -286,9 +241,6 @@ LxStream* NewStreamOver(const LxOpenedFile& opened, bool borrowed, const char* m
   stream->fileLength = opened.length;
   stream->methods = &kLxFileStreamMethods;
   stream->procs = procs;
-  if (stream->file != nullptr && !borrowed && std::strpbrk(mode, "wa+") == nullptr) {
-    stream->fileLength = LxPlatformDirectLength(stream->file, &stream->descriptor);
-  }
   stream->direct = stream->fileLength >= 0 ? 1 : 0;
   if (stream->direct != 0 || LxPlatformTell(stream->file) != -1) stream->flags |= kLxStreamSeekable;
   const bool terminal = stream->direct == 0 && LxPlatformIsTerminal(stream->file);
@@ -305,33 +257,27 @@ LxStream* NewStreamOver(const LxOpenedFile& opened, bool borrowed, const char* m
 
 }  // namespace
 
-LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode, LxMemProcs* procs) noexcept {
-  if (procs == nullptr) return nullptr;
+LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode, LxMemProcs* procs,
+                          LxReadOutcome* outcome) noexcept {
+  LxReadOutcome unasked = {};
+  if (outcome == nullptr) outcome = &unasked;
+  if (procs == nullptr) {
+    *outcome = {kLxReadNoMemory, 0};
+    return nullptr;
+  }
   const bool borrowed = path == nullptr || path[0] == 0;
-  const LxOpenedFile opened = {borrowed ? defaultFile : OpenPath(path, mode), -1, -1};
-  if (opened.file == nullptr) return nullptr;
+  LxOpenedFile opened = {defaultFile, -1, -1};
+  if (borrowed ? defaultFile == nullptr : !OpenRegular(path, &opened, outcome)) return nullptr;
   LxStream* stream = NewStreamOver(opened, borrowed, mode, procs);
-  if (stream == nullptr && !borrowed) CloseOpened(opened);
-  return stream;
+  if (stream != nullptr) return stream;
+  *outcome = {kLxReadNoMemory, 0};
+  if (!borrowed) CloseOpened(opened);
+  return nullptr;
 }
 
 LxResult LxOpenFileStream(const char* path, LxStream** out, LxReadOutcome* outcome) noexcept {
-  LxReadOutcome unasked = {};
-  if (outcome == nullptr) outcome = &unasked;
-  *out = nullptr;
-  LxMemProcs* procs = LxInstalledMemProcs();
-  if (procs == nullptr) {
-    *outcome = {kLxReadNoMemory, 0};
-    return kLxNotFound;
-  }
-  const bool borrowed = path == nullptr || path[0] == 0;
-  LxOpenedFile opened = {stdin, -1, -1};
-  if (!borrowed && !OpenRegular(path, &opened, outcome)) return kLxNotFound;
-  *out = NewStreamOver(opened, borrowed, "rb", procs);
-  if (*out != nullptr) return kLxOk;
-  *outcome = {kLxReadNoMemory, 0};
-  if (!borrowed) CloseOpened(opened);
-  return kLxNotFound;
+  *out = LxNewFileStream(path, stdin, "rb", LxInstalledMemProcs(), outcome);
+  return *out != nullptr ? kLxOk : kLxNotFound;
 }
 
 LxResult LxCloseStream(LxStream* stream) noexcept {

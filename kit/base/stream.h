@@ -1,5 +1,4 @@
-// A buffered byte stream over a C runtime FILE, with a table of methods so that tests and other stream kinds can stand
-// in for it.
+// A buffered byte stream for reading, with a table of methods so that tests and other stream kinds can stand in for it.
 #ifndef LXBRIDGE_KIT_BASE_STREAM_H_
 #define LXBRIDGE_KIT_BASE_STREAM_H_
 
@@ -14,13 +13,13 @@ struct LxStream;
 
 // The thirteen methods of a stream, in the order of their slots. Positions are clamped to 2^31 - 1.
 struct LxStreamMethods {
-  std::int32_t (*fill)(LxStream* stream) noexcept;  // The next byte behind the buffer, or -1.
-  std::int32_t (*flushAndPut)(std::int32_t byte, LxStream* stream) noexcept;
+  std::int32_t (*fill)(LxStream* stream) noexcept;                            // The next byte after the buffer, or -1.
+  std::int32_t (*flushAndPut)(std::int32_t byte, LxStream* stream) noexcept;  // Refused: -1.
   std::int32_t (*read)(void* buffer, std::int32_t size, std::int32_t count, LxStream* stream) noexcept;  // Bytes.
   std::int32_t (*write)(const void* buffer, std::int32_t size, std::int32_t count,
-                        LxStream* stream) noexcept;  // Elements.
+                        LxStream* stream) noexcept;  // Refused: 0.
   std::int32_t (*unget)(std::int32_t byte, LxStream* stream) noexcept;
-  std::int32_t (*flush)(LxStream* stream) noexcept;
+  std::int32_t (*flush)(LxStream* stream) noexcept;  // Refused: -1.
   std::int32_t (*close)(LxStream* stream) noexcept;
   std::int32_t (*buffered)(LxStream* stream) noexcept;
   std::int32_t (*unused8)(LxStream* stream) noexcept;                                         // Always -1.
@@ -31,7 +30,6 @@ struct LxStreamMethods {
 };
 
 inline constexpr std::uint32_t kLxStreamReadable = 0x01;
-inline constexpr std::uint32_t kLxStreamWritable = 0x02;
 inline constexpr std::uint32_t kLxStreamUpdate = 0x04;
 inline constexpr std::uint32_t kLxStreamError = 0x10;
 inline constexpr std::uint32_t kLxStreamSeekable = 0x40;
@@ -39,9 +37,8 @@ inline constexpr std::uint32_t kLxStreamSeekable = 0x40;
 inline constexpr std::int32_t kLxStreamBufferSize = 4096;
 
 struct LxStream {
-  std::int32_t count;    // Reading: bytes left behind cursor. Writing: room left.
-  std::uint8_t* cursor;  // Next byte to read or write in the buffer.
-  std::uint8_t* base;    // First byte of pending written data.
+  std::int32_t count;    // Bytes left in the buffer after cursor.
+  std::uint8_t* cursor;  // Next byte to read in the buffer.
   std::uint32_t flags;   // kLxStream...
   const LxStreamMethods* methods;
   LxMemProcs* procs;         // Allocated the stream and frees it at close.
@@ -53,7 +50,7 @@ struct LxStream {
   // system: they are most of what opening a photograph and looking at its first pages would cost.
   std::uint16_t direct;     // 1: read by position, through the descriptor; the FILE's own position is not used.
   int descriptor;           // Direct: of the file. Closed with the stream when there is no FILE.
-  std::int64_t position;    // Direct: of the byte behind the buffer.
+  std::int64_t position;    // Direct: of the byte after the buffer.
   std::int64_t fileLength;  // Direct: as it was when the file was opened.
   std::int64_t pageStart;   // Direct: what the buffer was last filled with is still there after a seek, and
   std::int32_t pageLength;  // serves reads of the same bytes.
@@ -65,13 +62,14 @@ struct LxStream {
 // The method table of all file streams.
 extern const LxStreamMethods kLxFileStreamMethods;
 
-// A stream for the file of a UTF-8 path; a null or empty path takes the default file, which stays open at close. Mode
-// as for fopen. Null: no procs, no memory, or the file cannot be opened.
-[[nodiscard]] LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode,
-                                        LxMemProcs* procs) noexcept;
+// A stream for the regular file of a UTF-8 path; a null or empty path takes the default file, which stays open at
+// close. Of the mode 'r', '+' and 't' count: nothing is ever written. Null: no procs, no memory, or the file cannot be
+// opened; the outcome, when it is not null, says why.
+[[nodiscard]] LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode, LxMemProcs* procs,
+                                        LxReadOutcome* outcome = nullptr) noexcept;
 
-// Opens a regular file for reading with the installed memory procedures; an empty path is standard input. kLxOk, or
-// kLxNotFound and null, and the outcome, when it is not null, says why.
+// Opens for reading with the installed memory procedures; an empty path is standard input. kLxOk, or kLxNotFound and
+// null, with the outcome as above.
 [[nodiscard]] LxResult LxOpenFileStream(const char* path, LxStream** out, LxReadOutcome* outcome = nullptr) noexcept;
 
 // Always kLxOk: what closing reports is of no use to a reader. Takes null.

@@ -76,7 +76,7 @@ inline void LxAppendFixed(LxDisplayBuffer* out, double value, int digits) noexce
 
 // Gives the item a copy of the buffer as its own display text. Without memory the display text stays.
 void LxShowBuffer(LxMetadataItem* item, const LxDisplayBuffer& buffer) noexcept;
-// Gives the item a text from LxAlloc, which becomes its own; null (no memory) changes nothing but the first-error slot.
+// Gives the item a text from LxAlloc, which becomes its own; null (no memory) changes nothing.
 void LxShowOwned(LxMetadataItem* item, char* text) noexcept;
 // Gives the item a copy of the bytes up to their first zero byte.
 void LxShowCopy(LxMetadataItem* item, const std::uint8_t* bytes, std::size_t length) noexcept;
@@ -107,6 +107,8 @@ void LxFormatPhotoQuantity(int order, LxMetadataItem* item) noexcept;           
 void LxFormatGpsQuantity(int order, LxMetadataItem* item) noexcept;                           // display_photo
 void LxFormatMakerSpecial(int order, LxMetadataItem* item) noexcept;                          // display_photo
 void LxFormatComment(int order, LxMetadataItem* item) noexcept;                               // display_comment
+void LxFormatVersionInfo(LxMetadataItem* item) noexcept;                                      // display_resources
+void LxFormatResourceQuality(LxMetadataItem* item) noexcept;                                  // display_resources
 [[nodiscard]] bool LxFormatIccProfile(LxMetadataItem* item) noexcept;  // display_icc. False: no description to be read.
 
 #endif  // LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
