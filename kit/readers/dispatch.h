@@ -23,7 +23,7 @@ struct LxParseRange {
 };
 
 // What one file may cost. "Each IFD once on a path" still allows exponential work, so nesting, the number of items and
-// the bytes that their values name are bounded, far above any honest file; behind a bound a reader stops as on a failed
+// the bytes that their values name are bounded, far above any ordinary file; at a bound a reader stops as on a failed
 // allocation and keeps what it has.
 // - Items: the smallest things that become items take 5 (an empty IPTC dataset) to 12 bytes (an IFD entry), and markers
 //   of 2 bytes do not come in thousands, so an item for each 4 bytes of the file is out of reach; small files, whose
@@ -70,7 +70,7 @@ struct LxParseContext {
 void LxInitParseContext(LxParseContext* context, std::int32_t fileSize) noexcept;
 
 // The file offset of an offset that the data holds, counted from the range's base; negative or large where it is
-// outside any file: nothing wraps. A maker note that was moved can have a base in front of the file, which is then 2^31
+// outside any file: nothing wraps. A maker note that was moved can have a base before the file, which is then 2^31
 // or more and counts as negative (no file reaches that far).
 [[nodiscard]] inline std::int64_t LxAddressInFile(const LxParseRange& range, std::uint32_t offset) noexcept {
   return std::int64_t{static_cast<std::int32_t>(range.base)} + offset;

@@ -360,7 +360,7 @@ void ReadItems(HeifFile* file) noexcept {
   std::uint8_t version = 0;
   std::uint32_t flags = 0;
   if (!OpenFullBox(file->container, file->boxes.items, &in, &version, &flags)) return;
-  // The entries are boxes, so their number in front of them is not needed.
+  // The entries are boxes, so the count that precedes them is not needed.
   LxBoxWalk walk = LxWalkBox(&file->container, nullptr, file->boxes.items, kFullBox + (version > 0 ? 4 : 2));
   for (LxBox box; LxNextBox(&walk, &box);) {
     if (box.type == LxBoxType("infe")) ReadItemInfo(file, box);

@@ -1,4 +1,4 @@
-// What the payloads of recognised JPEG segments are: handed on to the reader of what they hold, or one item. A range
+// Payloads of recognised JPEG segments: each becomes one item, or its metadata is read by another reader. A range
 // begins at the segment's length field, so offsets count two bytes of length, the identifier with its zero byte and
 // its padding.
 #include <iterator>

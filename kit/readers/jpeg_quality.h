@@ -8,7 +8,7 @@
 [[nodiscard]] std::int32_t LxJpegQualityOfTable(std::uint8_t first, std::uint8_t last) noexcept;
 
 // The quality level of a JPEG by its luminance quantisation table (LxCompression; 0 when it cannot be told). `payload`
-// is the DQT segment behind its length field.
+// is the DQT segment after its length field.
 [[nodiscard]] std::int32_t LxEstimateJpegQuality(const std::uint8_t* payload, std::int32_t length,
                                                  std::int32_t mcuWidth, std::int32_t mcuHeight) noexcept;
 

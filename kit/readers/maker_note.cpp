@@ -145,7 +145,7 @@ std::uint64_t CountUpperHalfZero(const std::uint8_t* bytes, std::uint64_t count,
   return zero;
 }
 
-// A text is plausible when zero bytes stand behind it only.
+// A text is plausible when only zero bytes follow it.
 std::uint64_t CountTextBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept {
   const auto length = static_cast<std::size_t>(count);
   const std::size_t text = LxTextLength(bytes, length);
@@ -185,7 +185,7 @@ bool CountPlausible(const Value& value, const std::uint8_t* bytes, int order, st
 std::int32_t LxScoreIfdValues(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, const Ifd& ifd,
                               std::uint32_t shift) noexcept {
   LxParseRange shifted = range;
-  shifted.base = range.base + shift;  // Modulo 2^32: LxAddressInFile takes a base in front of the file as negative.
+  shifted.base = range.base + shift;  // Modulo 2^32: LxAddressInFile takes a base before the file as negative.
   std::int32_t score = 0;
   for (std::uint16_t i = 0; i < ifd.count; ++i) {
     Value value;
@@ -202,8 +202,8 @@ std::int32_t LxScoreIfdValues(LxBlockCache* cache, const LxParseRange& range, Lx
   return score;
 }
 
-// How far the origin of the value offsets lies behind the range's base. Editors that move a maker note leave its
-// offsets as they were; the shift that puts the lowest value right behind the IFD is taken when more values make sense
+// How far the origin of the value offsets follows the range's base. Editors that move a maker note leave its
+// offsets as they were; the shift that puts the lowest value right after the IFD is taken when more values make sense
 // under it.
 std::uint32_t LxChooseMakerNoteBase(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                                     std::uint32_t ifdOffset) noexcept {
@@ -285,7 +285,7 @@ LxMetadataItem* LxReadMakerNote(LxBlockCache* cache, const LxParseRange& range, 
     LxParseRange own = range;
     own.base += layout.headerLength;
     own.start += layout.headerLength;
-    // Its byte order stays in force behind it, as that of any TIFF header does.
+    // Its byte order stays in force after it, as that of any TIFF header does.
     header->firstChild = LxReadTiffHeader(cache, own, context, descriptor);
   } else {
     const int order = context->byteOrder;

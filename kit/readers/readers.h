@@ -1,5 +1,9 @@
 // The reading routines, one for each reader code, as dispatch.cpp calls them, and the parts of them that other readers
-// use. Each takes a valid range and gives the first item of a sibling list, or null.
+// use. Offsets and lengths are bytes; the items' values point into the cache's blocks.
+//
+// REQUIRES of all that take a range: LxIsValidRange(range). LxParseWithDescriptor checks it.
+// Result of all that give an item: the first of a sibling list, which the caller links into its tree; null: nothing was
+// found, or there is no memory or budget left. Bad data end the list early.
 #ifndef LXBRIDGE_KIT_READERS_READERS_H_
 #define LXBRIDGE_KIT_READERS_READERS_H_
 
@@ -15,10 +19,11 @@
 struct LxJpegSegment {
   std::uint16_t marker;
   std::uint16_t length;       // As stored: counts its own two bytes. 0: a marker without segment.
-  const std::uint8_t* bytes;  // At the length field; of a marker without segment, behind the marker (nothing to read).
+  const std::uint8_t* bytes;  // At the length field; of a marker without segment, after the marker (nothing to read).
 };
 [[nodiscard]] bool LxReadJpegSegment(LxBlockCache* cache, std::uint32_t position, LxJpegSegment* segment) noexcept;
-// The identifier's length (its text stands behind the length field), or 0: none.
+// The length of the identifier, a text that follows the length field; 0: none.
+// REQUIRES: `segment` is what LxReadJpegSegment gave.
 [[nodiscard]] std::int32_t LxFindAppIdentifier(const LxJpegSegment& segment) noexcept;
 
 // jpeg_payloads.cpp: reader codes 4, 9, 10, 11 (by the descriptor's code), 15 and 16, 17, 21

@@ -46,8 +46,8 @@ bool TakeEntry(LxByteCursor* in, int order, Entry* entry) noexcept {
 }
 
 // The first record with an id, for an IFD read in order. The entries of IFDs and the records of the published
-// dictionaries mostly ascend, and no id stands twice in these, so the search there goes on from the record found last
-// and comes round to it.
+// dictionaries mostly ascend, and no id occurs twice in these, so the search there continues from the record found last
+// and wraps around to it.
 class RecordFinder {
  public:
   explicit RecordFinder(const LxTagRecord* dictionary) noexcept
@@ -92,7 +92,7 @@ LxParseRange RangeAt(const LxParseRange& range, std::uint32_t offset) noexcept {
 }
 
 // TIFF 6.0, supplement 1: SubIFDs may list several IFDs. Read as one IFD, as a single offset's target is, the array
-// would give nothing, and a raw file's full-size image is often the second one; so each is read, one behind the other.
+// would give nothing, and a raw file's full-size image is often the second one; so each is read, one after the other.
 bool ListsSubIfds(const Entry& entry, const LxNamespaceDescriptor& descriptor) noexcept {
   return entry.tag == kSubIfdsTag && descriptor.readerCode == kLxReadIfd && entry.count > 1 &&
          (entry.type == kLxTypeLong || entry.type == kLxTypeOffset);
@@ -235,7 +235,7 @@ LxMetadataItem* LxReadIfd(LxBlockCache* cache, const LxParseRange& range, LxPars
   RecordFinder finder(descriptor.dictionary);
   LxByteCursor in = {ifd + 2, std::size_t{12} * count};
   Entry entry;
-  // In the context's byte order at each entry: a TIFF header that was read inside stays in force behind it.
+  // In the context's byte order at each entry: a TIFF header that was read inside stays in force after it.
   while (TakeEntry(&in, context->byteOrder, &entry)) {
     if (entry.type == 0 || entry.type > kLxTypeOffset) break;
     if (!ReadEntry(cache, range, context, descriptor, entry, &finder, &list)) break;

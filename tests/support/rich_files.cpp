@@ -188,7 +188,7 @@ Bytes RichWebp(std::size_t gap) {
 
 Bytes RichHeif(std::size_t gap) {
   HeifBuilder file = HeifBuilder().Add(PacketItem(3, Zlib(Text(RichPacket())), "deflate"));
-  file.Add({.id = 4, .data = Filled(gap)}).Exif(2, RichExif(kBig));
+  file.Add({.id = 4, .type = "av01", .data = Filled(gap)}).Exif(2, RichExif(kBig));
   file.items.back().pieces = 3;
   file.items.back().describes = {1};
   return file;

@@ -4,10 +4,12 @@
 #include <string>
 
 #include "kit/readers/inflate.h"
+#include "kit/readers/read_file.h"
 #include "tests/support/block_cases.h"
 #include "tests/support/box_builders.h"
 #include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
+#include "tests/support/rich_files.h"
 
 using namespace lxtest;
 
@@ -123,6 +125,16 @@ TEST(BoxFiles, JpegXlBlocksAreBoxes) {
                {"the codestream to the end", Jxl(exif + OpenBox("jxlc", codestream + Filled(2000))), " Exif=A"},
                {"damage", Jxl(picture + exif) + Put32(40) + Text("xml ") + packet, " Exif=A"}},
               "jxlh JXL:", "64x48");
+  // Size, usual values; a metadata record of a gray image of 10 bits with an alpha channel.
+  const struct {
+    const char* start;
+    std::int32_t samples, bits;
+  } samples[] = {{"FF0A CB 02", 3, 8}, {"FF0A CB D0 22", 2, 10}, {"FF0A CB 00", 0, 0}};
+  for (const auto& c : samples) {
+    const PoolPtr pool = ReadPool(Jxl(Box("jxlc", Hex(c.start))));
+    EXPECT_EQ(pool->samples, c.samples) << c.start;
+    EXPECT_EQ(pool->bits, c.bits) << c.start;
+  }
   CheckBlocks({{"another size", Jxl(Box("jxlc", Hex("FF0A 7802 0000"))), "nothing"}}, "", "1x80");
   if (!LxHasBrotli()) return;
   CheckBlocks(
@@ -166,6 +178,18 @@ TEST(BoxFiles, Jpeg2000BlocksAreBoxes) {
   const PoolPtr pool = ReadPool(file({}));
   EXPECT_EQ(pool->samples, 3);
   EXPECT_EQ(pool->bits, 8);
+}
+
+TEST(BoxFiles, NothingOfTheImageIsRead) {
+  for (const Bytes& file : {RichHeif(1 << 20), RichJxl(1 << 20), RichJp2(1 << 20)}) {
+    FailingStream stream(file);
+    const PoolPtr pool = NewPool();
+    EXPECT_EQ(LxParseImageFile(&stream, pool.get()), kLxOk);
+    EXPECT_NE(Find(*pool, "xmp", "XmpData"), nullptr);
+    std::int64_t read = 0;
+    for (const StreamRead& one : stream.reads()) read += one.bytes;
+    EXPECT_LT(read, 96 << 10);
+  }
 }
 
 TEST(BoxFiles, EveryPrefixReadsIntoASoundPool) {
