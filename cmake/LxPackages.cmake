@@ -72,9 +72,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 lx_debian_package(library ${lx_library_package} libs ""
   "metadata of image files as XMP objects (library)"
-  "LxBridge reads what the camera and editors wrote into JPEG, TIFF and PSD files
-(EXIF, GPS, IPTC, maker notes, the XMP packet) and hands it to a program as one
-XMP object.")
+  "LxBridge reads the metadata that cameras and editors write into image files
+(EXIF, GPS, IPTC, maker notes, XMP packets) and gives it to a program as one
+XMP object. It reads JPEG, TIFF, PSD, PNG, WebP, HEIF, AVIF, JPEG XL, JPEG 2000
+and GIF files, and XMP side-cars.")
 # Programs that others build against the libraries need at least this version.
 set(lx_shlibs "")
 foreach(library ${lx_libraries})
@@ -86,10 +87,10 @@ set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/shlibs;${P
 set(CPACK_POST_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/ldconfig_by_trigger.cmake")
 lx_debian_package(development liblxbridge-dev libdevel "${lx_this_library}"
   "metadata of image files as XMP objects (development files)"
-  "LxBridge reads what the camera and editors wrote into JPEG, TIFF and PSD files
-and hands it to a program as one XMP object.
+  "LxBridge reads the metadata of image files and gives it to a program as one
+XMP object.
 .
-This package has the headers, and LxBridge for CMake and pkg-config.")
+This package contains the headers and the files for CMake and pkg-config.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 if(TARGET lxbridge)
   set(needs "${lx_this_library}")
@@ -98,9 +99,9 @@ if(TARGET lxbridge)
   endif()
   lx_debian_package(command lxbridge graphics "${needs}"
     "print the metadata of image files as XMP, JSON or tables"
-    "The command lxbridge prints what the camera and editors wrote into JPEG, TIFF
-and PSD files (EXIF, GPS, IPTC, the XMP packet): as an XMP packet, a line of
-JSON or a row of a table for each file; also of whole folders, by many
+    "The command lxbridge prints the metadata that cameras and editors write into
+image files (EXIF, GPS, IPTC, XMP packets): for each file an XMP packet, a line
+of JSON or a row of a table, for single files or whole folders, with several
 processes.")
 endif()
 if(TARGET lxbridge_python)
@@ -111,8 +112,8 @@ if(TARGET lxbridge_python)
   lx_debian_package(python python3-lxbridge python
     "${lx_this_library}, python3 (>= ${LX_PYTHON_VERSION}), python3 (<< ${next})"
     "metadata of image files as XMP objects (Python)"
-    "The module lxbridge reads what the camera and editors wrote into JPEG, TIFF and
-PSD files and gives it to Python as one XMP object.")
+    "The module lxbridge reads the metadata of image files and gives it to Python as
+one XMP object, which can be changed and saved as a side-car.")
   # Compiled files are made on installing and removed with the package.
   set(scripts "${PROJECT_BINARY_DIR}/python-scripts")
   file(WRITE "${scripts}/postinst" "#!/bin/sh
