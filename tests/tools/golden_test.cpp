@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -11,9 +12,33 @@
 #include "tests/support/tiff_builder.h"
 #include "tests/tools/output_checks.h"
 #include "tests/tools/run_command.h"
+#include "tools/json/pool_json.h"
 
 namespace lxtest {
 namespace {
+
+// The items of JSON are those of the text, a line each in the same order, and their values stand in the file where they
+// say.
+void ExpectTree(const OrderedJson& items, const Bytes& file, std::vector<std::string>* lines) {
+  for (const OrderedJson& item : items) {
+    ASSERT_FALSE(lines->empty());
+    std::size_t at = 0;
+    for (const char* key : {"namespace", "name", "type", "display"}) {
+      std::string text = item[key].get<std::string>().substr(0, 90);
+      text.erase(text.find_last_not_of(' ') + 1);  // As at the end of a line.
+      if (text.find_first_of("\n\t") != std::string::npos) continue;
+      at = lines->back().find(text, at);
+      ASSERT_NE(at, std::string::npos) << lines->back() << " has no " << text;
+    }
+    lines->pop_back();
+    if (!item["offset"].is_null()) {
+      const Bytes value = Hex(item["value"].get<std::string>());
+      const auto begin = file.begin() + item["offset"].get<std::ptrdiff_t>();
+      EXPECT_TRUE(std::equal(value.begin(), value.end(), begin)) << item.dump();
+    }
+    if (item.contains("children")) ExpectTree(item["children"], file, lines);
+  }
+}
 
 void ComparesWithGoldens(const std::string& name, const std::string& folder) {
   const struct {
@@ -34,7 +59,58 @@ void ComparesWithGoldens(const std::string& name, const std::string& folder) {
       std::ofstream(golden, std::ios::binary) << text;
     }
     EXPECT_EQ(AsText(ReadWholeFile(golden)), text) << golden << "\nupdate-goldens takes the new text over";
+    if (output.form[0] == "xmp") {
+      const Outcome json = Lxbridge({"--format", "json", name}, {.folder = folder});
+      EXPECT_EQ(OrderedJson::parse(json.out)["properties"], PropertiesOfPacket(text));
+    } else {
+      const OrderedJson line = OrderedJson::parse(Lxbridge({"pool", "--format", "json", name}, {.folder = folder}).out);
+      std::vector<std::string> lines = Lines(text);
+      std::reverse(lines.begin(), lines.end());
+      lines.pop_back();
+      const Bytes file = ReadWholeFile(folder + "/" + name);
+      ExpectTree(line["items"], file, &lines);
+      EXPECT_TRUE(lines.empty());
+    }
   }
+}
+
+// Every field has a value that no other has.
+TEST(Golden, EachValueOfAPoolStandsUnderItsName) {
+  const std::uint8_t value[] = {0x01, 0xfa, 0x03};
+  LxMetadataItem child = {};
+  child.nameSpace = "n2";
+  child.displayText = "d\xFF";
+  LxMetadataItem item = {"n1",   "name", "label", "type", "display", "valueLabel", nullptr,
+                         &child, 7,      11,      13,     3,         value,        nullptr};
+  LxBlock block = {nullptr, 4096, 100, value};
+  LxBlockCache cache = {};
+  cache.blocks = &block;
+  LxMetadataPool pool = {};
+  pool.width = 101;
+  pool.height = 102;
+  pool.samples = 103;
+  pool.bits = 104;
+  pool.colourModel = kLxColourCmyk;
+  pool.mcuWidth = 16;
+  pool.mcuHeight = 32;
+  pool.hasLayers = 1;
+  pool.orientation = kLxRot270Cw;
+  pool.fileKind = kLxFilePsd;
+  pool.compression = kLxCompressionLzw;
+  pool.blocks = &cache;
+  pool.root = &item;
+  std::string out;
+  lxbridge::json::WritePoolJson(&out, "file", kLxReadError, pool);
+  EXPECT_EQ(
+      out,
+      R"({"file": "file", "status": -4, "statusName": "ReadError", "attributes": {"width": 101, "height": 102, )"
+      R"("samples": 103, "bits": 104, "colourModel": "CMYK", "mcuWidth": 16, "mcuHeight": 32, "hasLayers": 1, )"
+      R"("hasMetadata": 0, "orientation": "rot270cw", "fileKind": "psd", "compression": "lzw"}, "items": [)"
+      R"({"namespace": "n1", "name": "name", "label": "label", "tag": 11, "type": "type", "typeCode": 13, "flags": 7, )"
+      R"("length": 3, "value": "01fa03", "offset": 4096, "display": "display", "valueLabel": "valueLabel", "children": [)"
+      R"({"namespace": "n2", "name": "", "label": null, "tag": 0, "type": null, "typeCode": 0, "flags": 0, "length": 0, )"
+      R"("value": null, "offset": null, "display": {"hex": "64ff"}, "valueLabel": null}]}]})"
+      "\n");
 }
 
 TEST(Golden, TheSamplePhotograph) {

@@ -2,6 +2,7 @@
 #include <string>
 #include <string_view>
 
+#include "kit/readers/inflate.h"
 #include "tools/lxbridge/options.h"
 
 namespace lxbridge::command {
@@ -159,8 +160,10 @@ std::string HelpText(Action topic) {
   return std::string(kGeneral);
 }
 
-const char* VersionText() {
-  return "lxbridge " LXBRIDGE_VERSION "\n";
+std::string VersionText() {
+  std::string text = "lxbridge " LXBRIDGE_VERSION " (";
+  text.append(LxHasZlib() ? "zlib, " : "no zlib, ");
+  return text.append(LxHasBrotli() ? "Brotli)\n" : "no Brotli)\n");
 }
 
 }  // namespace lxbridge::command

@@ -86,7 +86,8 @@ void SettleTerminal(Options* options);
 
 // The text of --help for a command, or for all (Action::kHelp).
 [[nodiscard]] std::string HelpText(Action topic);
-[[nodiscard]] const char* VersionText();
+// The version, and the decompressors that are there.
+[[nodiscard]] std::string VersionText();
 
 }  // namespace lxbridge::command
 
