@@ -60,6 +60,10 @@ const Namespaces::Own* Namespaces::findOwnPrefix(std::string_view prefix) const 
 const Namespace* Namespaces::find(std::string_view uri) {
   if (recent_ != nullptr && recent_->uri == uri) return recent_;
   const Namespace* found = findStandard(uri);
+  if (found != nullptr && found->isVariant) {
+    if (variant_ == nullptr) variant_ = found;
+    if (variant_ != found) found = findOwn(uri) != nullptr ? findOwn(uri) : add(uri, found->prefix);
+  }
   if (found == nullptr) found = findOwn(uri);
   std::string prefix;
   if (found == nullptr && findRegistered(uri, prefix)) found = add(uri, prefix);
@@ -68,7 +72,9 @@ const Namespace* Namespaces::find(std::string_view uri) {
 }
 
 const Namespace* Namespaces::findPrefix(std::string_view prefix) {
-  if (const Namespace* known = findStandardPrefix(prefix)) return known;
+  if (const Namespace* known = findStandardPrefix(prefix)) {
+    return known->isVariant && variant_ != nullptr ? variant_ : known;
+  }
   if (const Namespace* own = findOwnPrefix(prefix)) return own;
   std::string uri;
   return findRegisteredPrefix(prefix, uri) ? find(uri) : nullptr;

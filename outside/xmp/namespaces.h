@@ -45,11 +45,13 @@ class Namespaces {
   const Namespace* intern(std::string_view uri, std::string_view suggestedPrefix);
   // This object's record of another object's namespace.
   const Namespace* translate(const Namespace* other) {
-    return other == nullptr || other->standard ? other : intern(other->uri, other->prefix);
+    return isEverywhere(other) ? other : intern(other->uri, other->prefix);
   }
   // The same without making one; null when this object does not know it.
   const Namespace* counterpart(const Namespace* other) const noexcept {
-    return other == nullptr || other->standard ? other : findOwn(other->uri);
+    if (isEverywhere(other)) return other;
+    const Namespace* known = findStandard(other->uri);
+    return known != nullptr && known == variant_ ? known : findOwn(other->uri);
   }
   // A plain name of the namespace, when it is the one that was remembered last: clients ask for a property and then set
   // it. Null: another.
@@ -80,6 +82,8 @@ class Namespaces {
     void operator()(Own* own) const noexcept;
   };
 
+  static bool isEverywhere(const Namespace* ns) noexcept { return ns == nullptr || (ns->standard && !ns->isVariant); }
+
   const Own* findOwn(std::string_view uri) const noexcept;
   const Own* findOwnPrefix(std::string_view prefix) const noexcept;
   bool isTaken(std::string_view prefix) const noexcept;
@@ -91,7 +95,8 @@ class Namespaces {
   std::vector<std::uint32_t> byURI_;
   std::vector<std::uint32_t> byPrefix_;
   PrefixNumbers numbers_;
-  const Namespace* recent_ = nullptr;  // The record found last: a client mostly asks for the same again.
+  const Namespace* variant_ = nullptr;  // The one of the two variants that has the prefix: the first that was met.
+  const Namespace* recent_ = nullptr;   // The record found last: a client mostly asks for the same again.
   NameKey lastKey_;
   char lastName_[40] = "";
 };

@@ -170,6 +170,7 @@ constexpr Row kRows[] = {
 
     // Photo managers and camera makers
     {"MicrosoftPhoto",    "http://ns.microsoft.com/photo/1.0/"},
+    {"MicrosoftPhoto",    "http://ns.microsoft.com/photo/1.0"},  // sic; both are common
     {"MP",                "http://ns.microsoft.com/photo/1.2/"},
     {"MPRI",              "http://ns.microsoft.com/photo/1.2/t/RegionInfo#"},
     {"MPReg",             "http://ns.microsoft.com/photo/1.2/t/Region#"},
@@ -203,9 +204,13 @@ constexpr Row kRows[] = {
 };
 // clang-format on
 
+constexpr std::string_view kVariantPrefix = "MicrosoftPhoto";
+
 constexpr auto makeStandards() {
   std::array<Namespace, std::size(kRows)> standards{};
-  for (std::uint32_t at = 0; at < standards.size(); ++at) standards[at] = {kRows[at].uri, kRows[at].prefix, at, true};
+  for (std::uint32_t at = 0; at < standards.size(); ++at) {
+    standards[at] = {kRows[at].uri, kRows[at].prefix, at, true, kRows[at].prefix == kVariantPrefix};
+  }
   return standards;
 }
 constexpr std::array kStandards = makeStandards();

@@ -18,6 +18,7 @@ struct Namespace {
   std::string_view prefix;  // Without colon; an XML name.
   std::uint32_t id;         // Different for each namespace of an object.
   bool standard;            // One that the toolkit knows: the record is every object's.
+  bool isVariant = false;   // Of two URIs that writers use for one namespace, with one prefix.
 };
 
 // Records that the toolkit's own rules name.

@@ -82,6 +82,17 @@ TEST(Namespaces, WhatAClientRegistersIsEveryObjectsUnlessItKnowsBetter) {
   }
 }
 
+TEST(Namespaces, OfTwoURIsThatShareAPrefixTheFirstHasIt) {
+  const std::string slash = "http://ns.microsoft.com/photo/1.0/", bare = slash.substr(0, slash.size() - 1);
+  Parsed first(inDescription("<m:a xmlns:m='" + bare + "'/>"));
+  Parsed both(inDescription("<m:b xmlns:m='" + slash + "'/><n:a xmlns:n='" + bare + "'/>"));
+  EXPECT_EQ(first.text() + both.text(), "MicrosoftPhoto:a = \nMicrosoftPhoto:b = \nMicrosoftPhoto1:a = \n");
+  EXPECT_EQ(first.object.namespaces.findPrefix("MicrosoftPhoto")->uri, bare);
+  appendProperties(both.object, first.object, false);
+  EXPECT_EQ(first.text(), "MicrosoftPhoto:a = \nMicrosoftPhoto1:b = \n");
+  EXPECT_TRUE(equalTrees(first.object.root(), both.object.root(), both.object.namespaces));
+}
+
 TEST(Namespaces, PrefixesThatPhonesDronesAndPhotoManagersWriteAreKnown) {
   const struct {
     const char* prefix;
