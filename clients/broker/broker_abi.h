@@ -4,6 +4,9 @@
 //
 // All procedures use the C calling convention. Texts are zero-terminated UTF-8. Nothing raises across this boundary:
 // failures are error references, null meaning success.
+//
+// "TALIsMultiThreaded" says whether any number of threads may call the broker at once. A container's methods, and the
+// instance in it, are the business of the library that made its kind.
 #ifndef LXBRIDGE_CLIENTS_BROKER_BROKER_ABI_H_
 #define LXBRIDGE_CLIENTS_BROKER_BROKER_ABI_H_
 

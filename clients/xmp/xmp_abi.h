@@ -10,6 +10,8 @@
 // "UnlockObject"
 //   of that object or "UnlockUtils" is called. Any out pointer may be null when the caller does not want the value.
 // - Array indexes count from 1; kXMPLastItem is the last.
+// - Between the first start and the last stop any number of threads may call at once; an object and its methods belong
+//   to one thread at a time. Texts of procedures without an object belong to the thread that asked for them.
 // - "found" is 1 or 0. Asking for or deleting a property that does not exist, or whose name cannot exist, is no error.
 #ifndef LXBRIDGE_CLIENTS_XMP_XMP_ABI_H_
 #define LXBRIDGE_CLIENTS_XMP_XMP_ABI_H_
