@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cwchar>
+#include <iterator>
 
 #include "kit/base/memory.h"
 #include "kit/base/platform.h"
@@ -26,6 +27,29 @@ struct StartupInfo {
 };
 extern "C" int __wgetmainargs(int* count, wchar_t*** arguments, wchar_t*** environment, int expandWildcards,
                               StartupInfo* startup);
+
+// A path that is longer than the system takes as it is, in the form that it does not look into. Null: it is short
+// enough or already in that form, or there is no memory.
+char16_t* NewLongPath(const char16_t* path) noexcept {
+  constexpr std::size_t kLongestPlainPath = 247;
+  const wchar_t* wide = AsWide(path);
+  if (std::wcslen(wide) <= kLongestPlainPath || std::wcsncmp(wide, L"\\\\?\\", 4) == 0) return nullptr;
+  const DWORD size = GetFullPathNameW(wide, 0, nullptr, nullptr);  // With its end.
+  constexpr wchar_t kPrefix[] = L"\\\\?\\UNC";
+  auto* text = static_cast<wchar_t*>(LxAlloc((size + std::size(kPrefix)) * sizeof(wchar_t)));
+  if (text == nullptr) return nullptr;
+  // The full path of a share begins with two separators, of which the second becomes the prefix's last.
+  wchar_t* full = text + std::size(kPrefix) - 2;
+  const DWORD length = GetFullPathNameW(wide, size, full, nullptr);
+  const bool share = length > 2 && full[0] == L'\\' && full[1] == L'\\';
+  if (share) {
+    std::wmemcpy(text, kPrefix, std::size(kPrefix) - 1);
+  } else {
+    std::wmemmove(text + 4, full, length + 1);
+    std::wmemcpy(text, kPrefix, 4);
+  }
+  return reinterpret_cast<char16_t*>(text);
+}
 
 // Not through the kit's memory procedures: nothing is installed yet, and the text lives until the process ends.
 char* NewUtf8(const wchar_t* text) noexcept {
@@ -58,8 +82,14 @@ int LxPlatformArguments(int* count, char*** arguments) noexcept {
   return 0;
 }
 
-bool LxPlatformOpenRegular(const char*, const char16_t* widePath, LxOpenedFile* opened,
+bool LxPlatformOpenRegular(const char* path, const char16_t* widePath, LxOpenedFile* opened,
                            LxReadOutcome* outcome) noexcept {
+  char16_t* longPath = NewLongPath(widePath);
+  if (longPath != nullptr) {
+    const bool done = LxPlatformOpenRegular(path, longPath, opened, outcome);
+    LxFree(longPath);
+    return done;
+  }
   // Its C runtime says "permission denied" of a directory.
   const DWORD attributes = GetFileAttributesW(AsWide(widePath));
   if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -117,6 +119,44 @@ TEST(ManyFiles, WorkersGiveWhatOneProcessGivesInTheSameOrder) {
     EXPECT_EQ(Sorted(Lines(loose.out)), Sorted(Lines(one.out)));
     EXPECT_EQ(Sorted(Lines(loose.err)), Sorted(Lines(one.err)));
   }
+}
+
+// Each packet binds the same prefixes to namespaces of its own, and a prefix that the toolkit knows to another one.
+TEST(ManyFiles, AFilesResultIsTheSameInAnyOrderAndAnyNumberOfWorkers) {
+  const TempFolder folder;
+  std::vector<std::string> names;
+  for (int i = 0; i < 1000; ++i) {
+    const std::string own = "http://example.com/" + std::to_string(i % 333) + "/";
+    const std::string packet =
+        R"(<x:xmpmeta xmlns:x="adobe:ns:meta/"><rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">)"
+        R"(<rdf:Description rdf:about="" xmlns:acme=")" +
+        own + R"(" xmlns:tiff=")" + own + R"(t" acme:f="1" tiff:g="2">)" + R"(<acme:h xmlns:acme=")" + own +
+        R"(other" acme:i="3"/></rdf:Description></rdf:RDF></x:xmpmeta>)";
+    names.push_back("p" + std::to_string(i));
+    folder.Add(names.back(), JpegBuilder().App1Xmp(packet).App1Exif(TiffBuilder(kBig).Ifd0({Ascii(0x010F, "M")})));
+  }
+  const std::filesystem::path corpus = std::filesystem::path(LX_GOLDEN_DIR) / "../../../shared/corpus";
+  if (std::filesystem::is_directory(corpus)) {
+    for (const auto& entry : std::filesystem::directory_iterator(corpus)) {
+      if (entry.is_regular_file()) names.push_back(std::filesystem::canonical(entry.path()).string());
+    }
+  }
+  std::vector<std::string> first;
+  std::mt19937 random(1);
+  for (const char* workers : {"-j1", "-j2", "-j5"}) {
+    std::string list;
+    for (const std::string& name : names) list += name + "\n";
+    folder.Add("list", Text(list));
+    const Outcome outcome = Lxbridge({"--format", "json", workers, "--files-from", "list"}, {.folder = folder.path()});
+    const std::vector<std::string> lines = Sorted(Lines(outcome.out));
+    if (first.empty()) first = lines;
+    EXPECT_EQ(lines.size(), names.size());
+    EXPECT_TRUE(lines == first) << workers;
+    std::shuffle(names.begin(), names.end(), random);
+  }
+  const Outcome alone = Lxbridge({"--format", "json", "p7"}, {.folder = folder.path()});
+  EXPECT_TRUE(std::binary_search(first.begin(), first.end(), Lines(alone.out).at(0))) << alone.out;
+  EXPECT_NE(alone.out.find(R"("acme": "http://example.com/7/")"), std::string::npos) << alone.out;
 }
 
 TEST(ManyFiles, FoldersAreWalkedWithoutLinksAndWhatNoReaderTakesIsPassedOver) {

@@ -202,7 +202,17 @@ def many(options, folder):
     same(options, folder, ["pool", "--all", "-j3", "--summary", "--files-from", "list"], "pools by three workers")
     same(options, folder, ["pool", "--format", "json", "-j70", "--files-from", "list"],
          "more workers than a wait takes handles")
-    same(options, folder, ["--format", "json", "-j1", "--files-from", "long"], "a worker after the other")
+    # Lists as that system's editors write them, and folders below which paths are longer than 260 characters.
+    (folder / "edited").write_bytes(b"\xef\xbb\xbf" + b"".join(names).replace(b"\n", b"\r\n"))
+    ours = run([options.native / "lxbridge", "--format", "json", "--files-from", "list"], cwd=folder)
+    theirs = run([options.wine, options.built / "lxbridge.exe", "--format", "json", "--files-from", "edited"], cwd=folder)
+    expect(theirs.stdout == ours.stdout and lines(theirs.stderr) == ours.stderr, "a list with CR LF and a byte-order mark")
+    deep = pathlib.Path("deep", *(4 * ["d" * 90]))
+    (folder / deep).mkdir(parents=True)
+    shutil.copy(folder / "sample.jpg", folder / deep)
+    ours = run([options.native / "lxbridge", "--format", "json", "-r", "deep"], cwd=folder)
+    theirs = run([options.wine, options.built / "lxbridge.exe", "--format", "json", "-r", "deep"], cwd=folder)
+    expect(theirs.stdout.replace(b"\\\\", b"/") == ours.stdout != b"", f"a path of 370 characters: {theirs.stderr!r}")
     with open(folder / "sample.jpg", "rb") as photo:
         same(options, folder, ["--format", "json", "-j3"] + 20 * ["-"], "standard input by three workers", stdin=photo)
     arguments = ["--format", "json", "--files-from", "list"]

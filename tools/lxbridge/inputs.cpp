@@ -167,6 +167,7 @@ InputSource::Next InputSource::TakeListed(bool mayWait, Input* input) {
 // empty path for standard input, and cut a name at its zero byte.
 InputSource::Next InputSource::TakeEntry(Input* input) {
   ++entry_;
+  TrimListEntry(entry_ == 1, &partial_);
   input->name = std::move(partial_);
   partial_.clear();
   const char* problem = nullptr;

@@ -95,6 +95,10 @@ class FolderReader {
   State* state_ = nullptr;
 };
 
+// Removes from an entry of a list what the system's editors add to text files: on Windows a byte-order mark before the
+// first and the carriage return of a line's end, neither of which a name can have there.
+void TrimListEntry(bool first, std::string* entry);
+
 // Appends the name of an entry to the path of its folder.
 void AppendToPath(std::string_view name, std::string* path);
 

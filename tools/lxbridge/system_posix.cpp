@@ -264,6 +264,8 @@ bool FolderReader::Next(std::string* name, Kind* kind, std::string* problem) {
   }
 }
 
+void TrimListEntry(bool, std::string*) {}
+
 void AppendToPath(std::string_view name, std::string* path) {
   if (!path->empty() && path->back() != '/') path->push_back('/');
   path->append(name);

@@ -241,6 +241,11 @@ bool FolderReader::Next(std::string* name, Kind* kind, std::string* problem) {
   }
 }
 
+void TrimListEntry(bool first, std::string* entry) {
+  if (first && entry->starts_with("\xEF\xBB\xBF")) entry->erase(0, 3);
+  if (entry->ends_with('\r')) entry->pop_back();
+}
+
 void AppendToPath(std::string_view name, std::string* path) {
   if (!path->empty() && std::string_view("/\\:").find(path->back()) == std::string_view::npos) path->push_back('\\');
   path->append(name);
