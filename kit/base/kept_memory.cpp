@@ -47,7 +47,7 @@ struct Shelf {
 
 constinit bool isKeeping = false;
 constinit pthread_key_t shelfKey{};
-constinit std::mutex lock;  // Of the list of shelves.
+std::mutex lock;  // Of the list of shelves.
 constinit Shelf* shelves = nullptr;
 
 void Empty(Shelf* shelf) noexcept {
