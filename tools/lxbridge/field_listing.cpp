@@ -57,6 +57,7 @@ std::string FieldListing(const std::vector<ListedField>& fields, const Options& 
     return Json(fields, options.pretty ? json::Layout::kIndented : json::Layout::kLine);
   // Two blanks between the columns; a column that no field has is left out, the last one is not padded.
   std::vector<std::vector<std::string>> rows;
+  rows.reserve(fields.size());
   for (const ListedField& field : fields) {
     rows.push_back({field.files == 0 ? "" : std::to_string(field.files), OnOneLine(field.name), std::string(field.type),
                     field.source, OnOneLine(field.example)});
