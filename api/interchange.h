@@ -11,7 +11,7 @@
 #include "api/interchange_abi.h"
 #include "clients/xmp/xmp_meta.h"
 #include "kit/base/result.h"
-#include "kit/model/pool.h"
+#include "kit/model/pool_owner.h"
 
 class LxInterchange {
  public:
@@ -33,17 +33,13 @@ class LxInterchange {
   [[nodiscard]] bool HasNativeXMP() const noexcept { return hasNativeXmp_; }
 
  private:
-  struct PoolDeleter {
-    void operator()(LxMetadataPool* pool) const noexcept { LxDeletePool(pool); }
-  };
-
   // `read` fills the pool and gives the reader's status.
   template <typename Read>
   void Import(Read read);
   void ParsePacket();
 
-  std::string path_;                                   // UTF-8.
-  std::unique_ptr<LxMetadataPool, PoolDeleter> pool_;  // Null only while the object is being built.
+  std::string path_;  // UTF-8.
+  LxPoolPtr pool_;    // Null only while the object is being built.
   XMPMetaHolder xmp_;
   bool hasNativeXmp_ = false;
   LxResult status_ = kLxOk;  // Of reading the file.

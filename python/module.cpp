@@ -20,7 +20,7 @@
 
 #include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
-#include "kit/model/pool.h"
+#include "kit/model/pool_owner.h"
 #include "kit/readers/read_file.h"
 #include "python/gate.h"
 #include "tools/json/pool_json.h"
@@ -33,10 +33,6 @@ namespace {
 using lxbridge::Interchange;
 using lxbridge::XmpObject;
 using lxbridge::XmpView;
-
-struct PoolDeleter {
-  void operator()(LxMetadataPool* pool) const { LxDeletePool(pool); }
-};
 
 // Both live until the process ends: threads may be at work when the interpreter stops.
 lxpython::Gate& gate = *new lxpython::Gate;
@@ -314,7 +310,7 @@ Answer Packet(const py::object& file, bool isInMemory) {
 
 Answer PoolJson(const py::object& file, bool isInMemory) {
   return Read(file, isInMemory, [](const Source& source, Reading* reading) {
-    const std::unique_ptr<LxMetadataPool, PoolDeleter> pool(LxNewPool());
+    const LxPoolPtr pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
     const LxResult status = source.ReadInto(pool.get());
     *reading = {-pool->outcome.failure, pool->outcome.systemError};

@@ -12,20 +12,26 @@
 [[nodiscard]] LxResult LxSetMetadataFromText(LxMetadataItem* item, const char* nameSpace, const char* name,
                                              const char* typeName, const char* text) noexcept;
 
-// A fresh item (empty namespace and name) in front of the namespace's first item, or in a container newly made for the
-// namespace. kLxOk, kLxNotImplemented, kLxOutOfMemory, kLxBadParameter.
+// A fresh item (empty namespace and name) before the namespace's first live item, whose record it takes over: that
+// item's contents move to a record of their own. Without such an item, the first child of a container that is made for
+// the namespace. kLxOk; kLxOutOfMemory; else what LxMakeNamespaceContainer gives. *out is set with kLxOk alone.
 [[nodiscard]] LxResult LxNewItemInNamespace(LxMetadataPool* pool, const char* nameSpace, LxMetadataItem** out) noexcept;
 
-// The item whose children the namespace's items are to be.
+// Makes the item whose children the namespace's items are to be, with the items above it that the kind of file asks
+// for. kLxOk; kLxBadParameter for a namespace that files of the pool's kind have no place for; kLxNotImplemented for a
+// root of another layout; kLxOutOfMemory.
 [[nodiscard]] LxResult LxMakeNamespaceContainer(LxMetadataPool* pool, const char* nameSpace,
                                                 LxMetadataItem** out) noexcept;
 
+// The item is looked for by namespace and name.
 enum LxPutMode : std::int32_t {
-  kLxPutAlways = 1,
-  kLxPutReplaceOnly = 2,
-  kLxPutReplaceOrAdd = 3,
-  kLxPutIfMissing = 4,
+  kLxPutAlways = 1,        // Adds an item, whether or not there is one.
+  kLxPutReplaceOnly = 2,   // Changes the item; kLxNotFound without one.
+  kLxPutReplaceOrAdd = 3,  // Changes the item, or adds one.
+  kLxPutIfMissing = 4,     // Adds an item where there is none; else changes nothing.
 };
+// With a null name the item is made or looked for and not filled. The result is that of the last step;
+// kLxNotImplemented for another mode. REQUIRES: namespace, name and type name outlive the pool.
 [[nodiscard]] LxResult LxPutMetadata(LxMetadataPool* pool, const char* nameSpace, const char* name,
                                      const char* typeName, const char* text, std::int32_t mode) noexcept;
 

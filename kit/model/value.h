@@ -45,8 +45,10 @@ inline constexpr std::uint16_t kLxNoTypeCode = 0xFFFF;
 [[nodiscard]] std::uint32_t LxGetFirstValue(const LxMetadataItem* item) noexcept;
 [[nodiscard]] std::uint32_t LxGetValueAt(const LxMetadataItem* item, std::int32_t index) noexcept;
 
-// Builds value bytes from text: 0; -1 for a type without a text form; -2 without memory. The bytes are the caller's, to
-// be freed with LxFree. A null or empty text gives length 0 and a block of 8 zero bytes.
+// Builds value bytes from text, in the byte order that bigEndian (0 or 1) names; withTerminator 1 counts the zero byte
+// of a text as a part of the value. kLxOk; kLxNotImplemented for a type without a text form; kLxOutOfMemory. The bytes
+// are the caller's, to be freed with LxFree; *outLength counts them. A null or empty text gives length 0 and 8 zero
+// bytes.
 [[nodiscard]] LxResult LxParseValueText(const char* text, std::uint16_t typeCode, int bigEndian,
                                         std::int32_t* outLength, std::uint8_t** outBytes, int withTerminator) noexcept;
 

@@ -12,16 +12,14 @@
 
 #include "kit/base/result.h"
 #include "kit/model/pool.h"
+#include "kit/model/pool_owner.h"
 #include "kit/readers/dispatch.h"
 #include "tests/support/bytes.h"
 #include "tests/support/failing_stream.h"
 
 namespace lxtest {
 
-struct PoolDeleter {
-  void operator()(LxMetadataPool* pool) const { LxDeletePool(pool); }
-};
-using PoolPtr = std::unique_ptr<LxMetadataPool, PoolDeleter>;
+using PoolPtr = LxPoolPtr;
 
 // An empty pool. This and the readers below install the C runtime's memory procedures where none are installed.
 [[nodiscard]] PoolPtr NewPool();

@@ -9,7 +9,7 @@
 #include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
 #include "kit/base/result.h"
-#include "kit/model/pool.h"
+#include "kit/model/pool_owner.h"
 #include "kit/readers/file_kind.h"
 #include "kit/readers/read_file.h"
 #include "tools/json/json_writer.h"
@@ -24,11 +24,6 @@
 namespace lxbridge::command {
 
 namespace {
-
-struct PoolDeleter {
-  void operator()(LxMetadataPool* pool) const { LxDeletePool(pool); }
-};
-using PoolPtr = std::unique_ptr<LxMetadataPool, PoolDeleter>;
 
 std::string_view TextOrEmpty(const char* text) {
   return text == nullptr ? std::string_view() : std::string_view(text);
@@ -134,7 +129,7 @@ class PoolWork : public FileWork {
     const char* file = input.name.c_str();
     const char* path = LibraryPath(input.name);
     if (factsWanted_ && *path != '\0') result->bytes = LookAtPath(path).bytes;
-    const PoolPtr pool(LxNewPool());
+    const LxPoolPtr pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
     const LxResult status = LxReadFileIntoPool(pool.get(), path);
     const LxReadOutcome& outcome = pool->outcome;
