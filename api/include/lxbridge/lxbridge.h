@@ -12,9 +12,9 @@
  * initialised again. Nothing is started when the library is loaded.
  *
  * Threads. From the return of LxInterchangeInit to the call of LxInterchangeTerm any number of threads may create, use
- * and delete handles at once. One handle, and what is reached through its CXMPMeta, is used by one thread at a time, and
- * may move between threads. LxInterchangeInit and LxInterchangeTerm are called from one thread while no other is in the
- * library. The library starts no threads.
+ * and delete handles at once. One handle, and what is reached through its CXMPMeta, is used by one thread at a time,
+ * and may move between threads. LxInterchangeInit and LxInterchangeTerm are called from one thread while no other is in
+ * the library. The library starts no threads.
  *
  * Errors. A file that is missing, unreadable, damaged or of an unknown kind is no error: the XMP object then holds what
  * could be read, which may be nothing. What is an error leaves as a C++ exception, and only from LxInterchangeInit and
