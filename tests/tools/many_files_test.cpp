@@ -283,7 +283,7 @@ TEST(ManyFiles, AWorkerThatDiesCostsTheFileThatItWasAt) {
   const Many many(40);
   many.folder.Add("stalls", Photo("S"));
   const Outcome outcome = Script(many.folder, R"sh(
-    "$0" -j1 --format csv --fields tiff:Make p0.jpg p1.jpg stalls p2.jpg p4.jpg >out 2>err & p=$!
+    : >out; "$0" -j1 --format csv --fields tiff:Make p0.jpg p1.jpg stalls p2.jpg p4.jpg >out 2>err & p=$!
     until [ $(wc -l <out) -ge 2 ]; do sleep 0.05; done; sleep 0.2
     kill -KILL $(cat /proc/$p/task/$p/children); wait $p; s=$?; cut -c 1-12 out; cat err >&2; exit $s)sh");
   EXPECT_EQ(outcome.status, 1);
@@ -297,7 +297,7 @@ TEST(ManyFiles, StoppedProcessesCostNoFileAndNoWorkerOutlivesTheCommand) {
   many.folder.Add("stalls", Photo("S"));
   const Outcome outcome = Script(many.folder, R"sh(
     run() { setsid "$0" -j2 --timeout $1 --format csv --fields tiff:Make --files-from names >out 2>err & p=$!; }
-    mkfifo names; exec 3<>names; run 1.5; cat list >&3; until [ $(wc -l <out) -ge 10 ]; do sleep 0.05; done
+    mkfifo names; exec 3<>names; : >out; run 1.5; cat list >&3; until [ $(wc -l <out) -ge 10 ]; do sleep 0.05; done
     echo stalls >&3; sleep 0.3; kill -STOP -$p; sleep 2; kill -CONT -$p; sleep 0.3; grep stalls err; sleep 1; grep stalls err
     w=$(cat /proc/$p/task/$p/children); kill -STOP $w; cat list >&3; sleep 4.5; wc -l <out; kill -KILL $p
     run 100; echo stalls >&3; sleep 0.3; w=$(cat /proc/$p/task/$p/children); kill -KILL $p; sleep 0.3
