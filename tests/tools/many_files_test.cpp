@@ -243,7 +243,7 @@ TEST(ManyFiles, AListIsNamesOfAnyBytesAndWhatIsNoNameHasALine) {
 TEST(ManyFiles, AListIsWorkedOnAsItComesAndAnEndIsAtOnce) {
   const Many many(60);
   const Outcome outcome = Script(many.folder, R"sh(
-    mkfifo names; exec 3<>names; head -20 list >&3
+    mkfifo names; exec 3<>names; head -20 list >&3; : >out; : >err
     "$0" -j2 --files-from names --format json >out 2>err & p=$!
     until [ "$(cat out err | wc -l)" -ge 20 ]; do sleep 0.05; done
     workers=$(cat /proc/$p/task/$p/children); kill -TERM $p; wait $p; s=$?
