@@ -97,8 +97,8 @@ std::string WithoutPacketNote(std::string messages) {
 }
 
 std::vector<std::string> Shim(std::vector<std::string> variables) {
-  variables.push_back("LD_PRELOAD=" LX_FAULT_SHIM);
-  variables.push_back("ASAN_OPTIONS=verify_asan_link_order=0");
+  variables.push_back("LD_PRELOAD=" LX_PRELOADED);
+  variables.push_back("ASAN_OPTIONS=detect_leaks=0");  // The shell's are not ours.
   return variables;
 }
 

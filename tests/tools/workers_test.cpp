@@ -74,6 +74,7 @@ struct Process {
   }
 };
 std::map<std::size_t, Process> processes;
+std::map<std::size_t, Process>::node_type lastEnded;  // Its place can still be looked at.
 
 }  // namespace
 
@@ -145,7 +146,7 @@ void WorkerProcesses::Kill(std::size_t slot) {
 }
 void WorkerProcesses::KillAll() {}
 std::uint32_t WorkerProcesses::End(std::size_t slot) noexcept {
-  processes.erase(slot);
+  lastEnded = processes.extract(slot);
   return 0;
 }
 std::string WorkerProcesses::CauseOf(std::uint32_t) {

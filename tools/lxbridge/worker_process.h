@@ -87,7 +87,7 @@ class WorkerProcesses {
   void Kill(std::size_t slot);
   void KillAll();
   // Closes the channel and waits for the end of the process. Returns how it ended, as the system says it. Takes no
-  // memory.
+  // memory. The slot's place stays as the process left it until the next Start.
   std::uint32_t End(std::size_t slot) noexcept;
   // The message for that.
   [[nodiscard]] static std::string CauseOf(std::uint32_t ending);
