@@ -799,8 +799,15 @@ void PacketParser::State::skipEntity(std::string_view name) {
 // --- the entry -------------------------------------------------------------------------------------------------------
 
 PacketParser::PacketParser(Object& object) : state_(static_cast<State*>(spareStates.take())) {
-  std::unique_ptr<State> state(state_ != nullptr ? state_ : new State);
-  state->begin(object);
+  const bool isSpare = state_ != nullptr;
+  std::unique_ptr<State> state(isSpare ? state_ : new State);
+  try {
+    state->begin(object);
+  } catch (...) {
+    // A spare that could not begin for want of memory serves another time.
+    if (isSpare && state->end() && spareStates.keep(state.get())) (void)state.release();
+    throw;
+  }
   state_ = state.release();
 }
 
