@@ -63,9 +63,13 @@ class Many {
 };
 
 // Runs a script of the shell in the folder with the command as $0. Opening a file named "stalls" waits for ever there.
+// Only the command gets the preloaded library, since a sanitizer would have something to say of other programs too.
 Outcome Script(const TempFolder& folder, const std::string& script) {
-  return RunProgram("/bin/sh", {"-c", script, LX_COMMAND},
-                    {.folder = folder.path(), .environment = Shim({"LXSHIM_STALL=stalls"})});
+  std::string command = "#!/bin/sh\nexec env";
+  for (const std::string& variable : Shim({"LXSHIM_STALL=stalls"})) command += " '" + variable + "'";
+  const TempFile start(Text(command + " '" LX_COMMAND "' \"$@\"\n"));
+  EXPECT_EQ(chmod(start.path().c_str(), 0700), 0);
+  return RunProgram("/bin/sh", {"-c", script, start.path()}, {.folder = folder.path()});
 }
 
 // The share of the time from the second second on in which the terminal, by the files that script(1) has made of it,
