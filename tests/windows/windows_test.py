@@ -17,6 +17,7 @@ import sys
 import tempfile
 import termios
 import time
+import zlib
 
 SKIPPED = 77
 EXPORTS = ["LxInterchangeDelete", "LxInterchangeGetXMP", "LxInterchangeInit", "LxInterchangeNew", "LxInterchangeTerm"]
@@ -167,6 +168,8 @@ def command(options, folder):
 def same_output(options, folder):
     names = pictures(options, folder)
     expect(len(names) > 5, "there are pictures to compare")
+    if b"no Brotli" in run([options.wine, options.built / "lxbridge.exe", "--version"]).stdout:
+        names = [name for name in names if b"brob" not in (folder / name).read_bytes()[:4096]]
     # Dates take the machine's zone: one without and one with daylight saving time.
     for zone in ["Asia/Kolkata", "America/New_York"]:
         for form in [["xmp"], ["xmp", "--format", "json"], ["pool", "--format", "json"], ["pool", "--all"]]:
@@ -232,23 +235,33 @@ def many(options, folder):
     expect((folder / "out").read_bytes() == ordered.stdout and process.returncode == 1, "a slow list is read to its end")
 
 
+def write_slow_picture(path):
+    """A PNG file whose texts inflate to eight gigabytes, which its own size of nearly two (most of it a hole) allows."""
+    def chunk(name, data):
+        return struct.pack(">I", len(data)) + name + data + bytes(4)
+
+    text = chunk(b"zTXt", b"Raw profile type exif\0\0" + zlib.compress(bytes(60 << 20), 9))
+    with open(path, "wb") as file:
+        file.write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", 1, 1, 8, 0, 0, 0, 0)) + 130 * text)
+        file.truncate(1_900_000_000)
+
+
 def ends(options, folder):
-    """What hangs, dies or is interrupted: a pipe in the folder that is walked, which a Wine opens and waits to read."""
+    """What hangs, dies or is interrupted, with a file in the folder that is walked that takes very long to read."""
     (folder / "walked").mkdir()
     for i in range(40):
         shutil.copy(folder / "sample.jpg", folder / "walked" / f"p{i}.jpg")
     arguments = ["pool", "--format", "json", "-j2", "-r", "walked"]
     photos = run([options.native / "lxbridge", *arguments], cwd=folder).stdout
-    pipe = folder / "walked" / "hangs"
-    os.mkfifo(pipe)
-    keeper = os.open(pipe, os.O_RDWR)  # So that opening it does not wait.
+    slow = folder / "walked" / "hangs"
+    write_slow_picture(slow)
 
     def readers():
         found = []
         for process in pathlib.Path("/proc").iterdir():
             try:
                 if (process / "comm").read_text() == "lxbridge.exe\n":
-                    found += [int(process.name) for file in (process / "fd").iterdir() if os.readlink(file) == str(pipe)]
+                    found += [int(process.name) for file in (process / "fd").iterdir() if os.readlink(file) == str(slow)]
             except OSError:
                 pass  # No process, or not any more.
         return found
@@ -262,7 +275,7 @@ def ends(options, folder):
     def expect_others(process, out, err, why):
         said = sorted(out.replace(b"\\\\", b"/").splitlines())
         expect(said == sorted(photos.splitlines()), f"the others are done where one file {why}")
-        expect(lines(err) == b"lxbridge: walked\\hangs: %s\n" % why.encode(), f"a file is reported that {why}, not {err!r}")
+        expect(lines(err) == b"lxbridge: walked\\\\hangs: %s\n" % why.encode(), f"a file is reported that {why}, not {err!r}")
         expect(process.returncode == 1, f"a file that {why} is a failed one")
 
     pipes = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
@@ -285,7 +298,6 @@ def ends(options, folder):
         expect(out.endswith(b"\n") and err == b"", "an interruption leaves whole lines")
         expect(process.returncode == 0x3A, f"an interruption ends it as one, not with {process.returncode}")
         expect(eventually(lambda: not readers()), "no worker is left behind an interruption")
-    os.close(keeper)
 
 
 def main():
