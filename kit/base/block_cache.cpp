@@ -21,6 +21,9 @@ constexpr std::int64_t kPageSize = 4096;
 constexpr std::int64_t kLoadedPerFileByte = 4;
 constexpr std::int64_t kLoadedAtLeast = 1 << 20;
 
+// A file that is not longer is read whole: one read of it costs less than several of its pages.
+constexpr std::int32_t kReadWhole = 16 << 10;
+
 // From this many blocks on they are found by page. Photographs have fewer.
 constexpr std::int32_t kBlocksWithoutPages = 16;
 
@@ -73,8 +76,9 @@ LxBlock* FindBlock(const LxBlockCache* cache, std::int64_t offset, std::int64_t 
 
 // Reads the block for an uncovered range inside the file, links it and makes it current.
 LxResult LoadBlock(LxBlockCache* cache, std::int64_t offset, std::int64_t end) noexcept {
-  const std::int64_t start = offset / kPageSize * kPageSize;
-  const std::int64_t pagesEnd = (end + kPageSize - 1) / kPageSize * kPageSize;
+  const bool isWhole = cache->blocks == nullptr && cache->fileSize <= kReadWhole;
+  const std::int64_t start = isWhole ? 0 : offset / kPageSize * kPageSize;
+  const std::int64_t pagesEnd = ((isWhole ? cache->fileSize : end) + kPageSize - 1) / kPageSize * kPageSize;
   // Nothing is asked for behind the file's end, so the last page is read only as far as the file goes.
   const std::int64_t size = std::min<std::int64_t>(pagesEnd, cache->fileSize) - start;
   if (size > cache->loadBudget) return kLxOutOfMemory;

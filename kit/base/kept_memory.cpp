@@ -120,6 +120,10 @@ std::size_t LxKeptByThread() noexcept {
   return shelf != nullptr ? shelf->bytes : 0;
 }
 
+bool LxKeepsMemoryOf(const LxMemProcs* procs) noexcept {
+  return isKeeping && procs == LxRuntimeMemProcs();
+}
+
 void* LxAllocKept(LxMemProcs* procs, std::size_t size, LxAlignment alignment) noexcept {
   if (procs == nullptr) return nullptr;
   const bool aligned = alignment == kLxPageAligned;
@@ -127,7 +131,7 @@ void* LxAllocKept(LxMemProcs* procs, std::size_t size, LxAlignment alignment) no
   if (size > SIZE_MAX - extra) return nullptr;
   std::size_t asked = size + extra;
   std::uint32_t capacity = 0, shape = 0;
-  if (isKeeping && procs == LxRuntimeMemProcs() && size <= kLargestKept) {
+  if (LxKeepsMemoryOf(procs) && size <= kLargestKept) {
     const int shift = size <= kPageSize ? kSmallestShift : static_cast<int>(std::bit_width(size - 1));
     asked = (std::size_t{1} << shift) + extra;
     capacity = static_cast<std::uint32_t>(asked);

@@ -32,16 +32,19 @@ void NoteReadError(LxStream* stream, std::int32_t error) noexcept {
   if (stream->systemError == 0) stream->systemError = error;
 }
 
-std::size_t ReadAtPosition(LxStream* stream, void* buffer, std::size_t length) noexcept {
+// Nothing is asked for after the file's end: to hear that nothing follows takes a call of its own.
+std::size_t ReadAt(LxStream* stream, void* buffer, std::size_t length, std::int64_t position) noexcept {
+  const std::int64_t left = stream->fileLength - position;
+  if (left > 0 && static_cast<std::uint64_t>(left) < length) length = static_cast<std::size_t>(left);
   std::int32_t error = 0;
-  const std::size_t got = LxPlatformReadAt(stream->descriptor, buffer, length, stream->position, &error);
+  const std::size_t got = LxPlatformReadAt(stream->descriptor, buffer, length, position, &error);
   NoteReadError(stream, error);
   return got;
 }
 
 // Fills the buffer from the position on, without moving it.
 std::size_t LoadPage(LxStream* stream) noexcept {
-  const std::size_t got = ReadAtPosition(stream, stream->buffer, std::size_t{kLxStreamBufferSize});
+  const std::size_t got = ReadAt(stream, stream->buffer, std::size_t{kLxStreamBufferSize}, stream->position);
   stream->pageStart = stream->position;
   stream->pageLength = static_cast<std::int32_t>(got);
   return got;
@@ -50,13 +53,14 @@ std::size_t LoadPage(LxStream* stream) noexcept {
 // A file's first bytes tell its kind, and its first page is asked for next: one read of the file serves both.
 std::size_t ReadDirect(LxStream* stream, void* buffer, std::size_t length) noexcept {
   const std::int64_t offset = stream->position - stream->pageStart;
-  const bool inPage =
-      offset >= 0 && offset <= stream->pageLength && length <= static_cast<std::size_t>(stream->pageLength - offset);
-  if (inPage) {
-    std::memcpy(buffer, stream->buffer + offset, length);
-    return length;
+  if (offset >= 0 && offset < stream->pageLength) {
+    const std::size_t inPage = std::min(length, static_cast<std::size_t>(stream->pageLength - offset));
+    std::memcpy(buffer, stream->buffer + offset, inPage);
+    if (inPage == length) return length;
+    return inPage + ReadAt(stream, static_cast<std::uint8_t*>(buffer) + inPage, length - inPage,
+                           stream->position + static_cast<std::int64_t>(inPage));
   }
-  if (length >= std::size_t{kLxStreamBufferSize}) return ReadAtPosition(stream, buffer, length);
+  if (length >= std::size_t{kLxStreamBufferSize}) return ReadAt(stream, buffer, length, stream->position);
   const std::size_t got = std::min(LoadPage(stream), length);
   std::memcpy(buffer, stream->buffer, got);
   return got;

@@ -219,17 +219,21 @@ void LxFormatGenericValue(int order, LxMetadataItem* item) noexcept {
 void LxFormatNamedValue(int order, LxMetadataItem* item, const LxValueName* names) noexcept {
   const auto size = static_cast<std::int32_t>(LxElementSize(item->typeCode));
   const std::int32_t shown = LxShownPartOf(item).length;
-  // Names have any length, so the text is measured before it is written.
   ElementText element;
+  if (shown / size == 1) {
+    NameElement(LowBits(item->value, size, order), names, &element);
+    if (item->valueLength / size == 1) item->valueLabel = element.entry != nullptr ? element.entry->label : nullptr;
+    LxShowCopy(item, reinterpret_cast<const std::uint8_t*>(element.text), element.length);
+    return;
+  }
+  // Names have any length, so the text is measured before it is written.
   std::size_t total = 0;
   for (std::int32_t at = 0; shown - at >= size; at += size) {
     NameElement(LowBits(item->value + at, size, order), names, &element);
     total += element.length + 1;
   }
   if (total == 0) return;
-  if (item->valueLength / size == 1) item->valueLabel = element.entry != nullptr ? element.entry->label : nullptr;
-
-  auto* text = static_cast<char*>(LxAlloc(total));
+  char* text = LxNewItemText(item, total);
   if (text == nullptr) return;
   char* end = text;
   for (std::int32_t at = 0; shown - at >= size; at += size) {

@@ -66,17 +66,12 @@ inline void LxAppendInteger(LxDisplayBuffer* out, std::int32_t value) noexcept {
   if (result.ec == std::errc()) out->length += static_cast<std::size_t>(result.ptr - at);
 }
 
-// "%.<digits>f".
-inline void LxAppendFixed(LxDisplayBuffer* out, double value, int digits) noexcept {
-  char* at = out->bytes + out->length;
-  const std::to_chars_result result =
-      std::to_chars(at, out->bytes + kLxDisplayBufferSize, value, std::chars_format::fixed, digits);
-  if (result.ec == std::errc()) out->length += static_cast<std::size_t>(result.ptr - at);
-}
+// "%.<digits>f". REQUIRES: 1 to 3 digits.
+void LxAppendFixed(LxDisplayBuffer* out, double value, int digits) noexcept;
 
 // Gives the item a copy of the buffer as its own display text. Without memory the display text stays.
 void LxShowBuffer(LxMetadataItem* item, const LxDisplayBuffer& buffer) noexcept;
-// Gives the item a text from LxAlloc, which becomes its own; null (no memory) changes nothing.
+// Gives the item a text from LxNewItemText or LxAlloc, which becomes its own; null (no memory) changes nothing.
 void LxShowOwned(LxMetadataItem* item, char* text) noexcept;
 // Gives the item a copy of the bytes up to their first zero byte.
 void LxShowCopy(LxMetadataItem* item, const std::uint8_t* bytes, std::size_t length) noexcept;

@@ -13,6 +13,11 @@ std::uint16_t FirstLetters(const char* name) noexcept {
   return static_cast<std::uint16_t>(first << 8 | second);
 }
 
+// A bit for each two letters: a set of them tells for most items at once that nobody looks for them.
+std::uint64_t BitOf(std::uint16_t letters) noexcept {
+  return std::uint64_t{1} << ((letters * 0x61C9u >> 9) & 63);
+}
+
 bool Matches(const LxWantedItem& wanted, const LxMetadataItem* item) noexcept {
   return std::strcmp(wanted.name, item->name) == 0 && std::strcmp(wanted.nameSpace, item->nameSpace) == 0 &&
          (wanted.displayText == nullptr || std::strcmp(wanted.displayText, item->displayText) == 0);
@@ -22,9 +27,11 @@ bool Matches(const LxWantedItem& wanted, const LxMetadataItem* item) noexcept {
 
 void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count) noexcept {
   std::size_t missing = count;
+  std::uint64_t wantedLetters = 0;
   for (std::size_t i = 0; i < count; ++i) {
     wanted[i].found = nullptr;
     wanted[i].letters = FirstLetters(wanted[i].name);
+    wantedLetters |= BitOf(wanted[i].letters);
   }
 
   // A list ends behind an end of run; the search goes on behind the parent.
@@ -43,7 +50,8 @@ void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count)
       continue;
     }
     const std::uint16_t letters = FirstLetters(item->name);
-    for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t asked = (wantedLetters & BitOf(letters)) != 0 ? count : 0;
+    for (std::size_t i = 0; i < asked; ++i) {
       if (wanted[i].letters == letters && wanted[i].found == nullptr && Matches(wanted[i], item)) {
         wanted[i].found = item;
         --missing;

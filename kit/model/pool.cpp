@@ -14,6 +14,16 @@ void FreeText(const char* text) noexcept {
   LxFree(const_cast<char*>(text));
 }
 
+bool IsInSlab(const LxItemSlab* slab, const char* text) noexcept {
+  return slab != nullptr &&
+         reinterpret_cast<std::uintptr_t>(text) - reinterpret_cast<std::uintptr_t>(slab->texts) < sizeof slab->texts;
+}
+
+// A text that the item owns. One that lies in the item's slab goes with that.
+void FreeOwnText(const LxMetadataItem* item, const char* text) noexcept {
+  if (!IsInSlab(item->slab, text)) FreeText(text);
+}
+
 void FreeOne(LxMetadataItem* item) noexcept {
   LxReleaseOwned(item);
   LxItemSlab* slab = item->slab;
@@ -57,12 +67,14 @@ bool Matches(const char* wanted, const char* text) noexcept {
 }  // namespace
 
 void LxReleaseOwned(LxMetadataItem* item) noexcept {
+  constexpr std::uint32_t kOwns = kLxOwnsNamespace | kLxOwnsName | kLxOwnsTypeName | kLxOwnsDisplayText | kLxOwnsValue;
+  if ((item->flags & kOwns) == 0) return;
   if ((item->flags & kLxOwnsNamespace) != 0) FreeText(item->nameSpace);
-  if ((item->flags & kLxOwnsName) != 0) FreeText(item->name);
+  if ((item->flags & kLxOwnsName) != 0) FreeOwnText(item, item->name);
   if ((item->flags & kLxOwnsTypeName) != 0) FreeText(item->typeName);
-  if ((item->flags & kLxOwnsDisplayText) != 0) FreeText(item->displayText);
+  if ((item->flags & kLxOwnsDisplayText) != 0) FreeOwnText(item, item->displayText);
   if ((item->flags & kLxOwnsValue) != 0) LxFree(const_cast<std::uint8_t*>(item->value));
-  item->flags &= ~(kLxOwnsNamespace | kLxOwnsName | kLxOwnsTypeName | kLxOwnsDisplayText | kLxOwnsValue);
+  item->flags &= ~kOwns;
 }
 
 LxMetadataItem* LxNewMetadataItem(const char* nameSpace, const char* name, std::uint32_t flags, std::uint16_t tagId,
@@ -80,12 +92,22 @@ LxMetadataItem* LxNewSlabItem(LxItemSlab** slab, const char* nameSpace, const ch
     auto* fresh = static_cast<LxItemSlab*>(LxAllocKept(LxInstalledMemProcs(), sizeof(LxItemSlab), kLxUnaligned));
     if (fresh == nullptr) return nullptr;
     fresh->used = fresh->live = 0;
+    fresh->textsUsed = 0;
+    fresh->textsOffered = LxKeepsMemoryOf(LxInstalledMemProcs()) ? kLxSlabTextBytes : 0;
     *slab = fresh;
   }
   LxMetadataItem* item = &(*slab)->items[(*slab)->used++];
   ++(*slab)->live;
   Fill(item, *slab, nameSpace, name, flags, tagId, typeCode, valueLength, value);
   return item;
+}
+
+char* LxNewItemText(LxMetadataItem* item, std::size_t size) noexcept {
+  LxItemSlab* slab = item->slab;
+  if (slab == nullptr || size > slab->textsOffered - slab->textsUsed) return static_cast<char*>(LxAlloc(size));
+  char* text = slab->texts + slab->textsUsed;
+  slab->textsUsed += static_cast<std::uint32_t>(size);
+  return text;
 }
 
 void LxFreeMetadataItems(LxMetadataItem* item) noexcept {
@@ -161,7 +183,7 @@ LxResult LxFindMetadata(const LxMetadataPool* pool, const char* nameSpace, const
 }
 
 void LxSetDisplayText(LxMetadataItem* item, const char* text, bool owned) noexcept {
-  if ((item->flags & kLxOwnsDisplayText) != 0) FreeText(item->displayText);
+  if ((item->flags & kLxOwnsDisplayText) != 0) FreeOwnText(item, item->displayText);
   item->flags &= ~kLxOwnsDisplayText;
   item->displayText = text != nullptr ? text : "";
   if (text != nullptr && owned) item->flags |= kLxOwnsDisplayText;

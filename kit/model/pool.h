@@ -3,6 +3,7 @@
 #ifndef LXBRIDGE_KIT_MODEL_POOL_H_
 #define LXBRIDGE_KIT_MODEL_POOL_H_
 
+#include <cstddef>
 #include <cstdint>
 
 #include "kit/base/block_cache.h"
@@ -148,21 +149,29 @@ struct LxMetadataPool {
 // Frees the texts and the value that the item's flags say it owns, and takes those flags away.
 void LxReleaseOwned(LxMetadataItem* item) noexcept;
 
-// Records in blocks: a file has a hundred items and more, all freed together, and making each by itself costs as much
-// as reading it. A block goes when its last item does.
-inline constexpr std::int32_t kLxItemsPerSlab = 42;
+// Records in blocks, with most of the texts made for them: a file has a hundred items and more, all freed together, and
+// making each by itself costs as much as reading it. A block goes when its last item does.
+inline constexpr std::int32_t kLxItemsPerSlab = 64;
+inline constexpr std::uint32_t kLxSlabTextBytes = 2032;
 struct LxItemSlab {
-  std::int32_t used;  // Items handed out, from the front.
-  std::int32_t live;  // Of these, not freed yet.
+  std::int32_t used;           // Items handed out, from the front.
+  std::int32_t live;           // Of these, not freed yet.
+  std::uint32_t textsUsed;     // Bytes, from the front.
+  std::uint32_t textsOffered;  // 0 where each text has to be a request for memory of its own.
   LxMetadataItem items[kLxItemsPerSlab];
+  char texts[kLxSlabTextBytes];
 };
-static_assert(sizeof(LxItemSlab) <= 4096);
+static_assert(sizeof(LxItemSlab) <= 8192);
 
 // As LxNewMetadataItem, the record out of *slab, which may be null and is replaced by a new one when it is full.
 // REQUIRES: an item of *slab lives, or it is null.
 [[nodiscard]] LxMetadataItem* LxNewSlabItem(LxItemSlab** slab, const char* nameSpace, const char* name,
                                             std::uint32_t flags, std::uint16_t tagId, std::uint16_t typeCode,
                                             std::int32_t valueLength, const std::uint8_t* value) noexcept;
+
+// Memory for a name or display text that the item is going to own: of its slab while there is some, else from LxAlloc.
+// Null: no memory.
+[[nodiscard]] char* LxNewItemText(LxMetadataItem* item, std::size_t size) noexcept;
 
 // Frees the item, its following siblings, everything below them and what they own. Takes null. Needs no stack in
 // proportion to the tree's depth.

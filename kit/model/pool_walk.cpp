@@ -87,8 +87,16 @@ LxResult LxNextDisplayItem(LxPoolIterator* iterator, LxMetadataItem** out) noexc
     LxMetadataItem* item = Current(iterator);
     *out = nullptr;
     if (item == nullptr) return kLxEnd;
-    const LxResult result = Advance(iterator, /*display=*/true);
-    if (result != kLxOk) return result;
+    // Within a list, by far the most steps.
+    LxMetadataItem* next = item->next;
+    if (item->firstChild == nullptr && next != nullptr && (item->flags & kLxEndOfRun) == 0 &&
+        (next->flags & kLxDeleted) == 0) {
+      iterator->stack[iterator->depth] = next;
+      iterator->wentDown = false;
+    } else {
+      const LxResult result = Advance(iterator, /*display=*/true);
+      if (result != kLxOk) return result;
+    }
     if (!IsDisplayItem(item)) continue;
     *out = item;
     return kLxOk;

@@ -25,16 +25,20 @@ void RememberThumbnailLength(LxBlockCache* cache, LxParseContext* context) noexc
   LxJoinPendingThumbnail(cache, context);
 }
 
-// " %04x" or " %d" of the tag id, as a new text; null: no memory.
-char* GeneratedName(std::uint16_t tagId, bool decimal) noexcept {
-  char name[8] = {' '};
-  char* end = name + 5;
+// " %04x" or " %d" of the tag id. Without memory the name stays.
+void GiveGeneratedName(LxMetadataItem* item, bool decimal) noexcept {
+  constexpr std::size_t kSize = 8;
+  char* name = LxNewItemText(item, kSize);
+  if (name == nullptr) return;
+  std::memset(name, 0, kSize);
+  name[0] = ' ';
   if (decimal) {
-    end = std::to_chars(name + 1, name + sizeof(name), tagId).ptr;
+    std::to_chars(name + 1, name + kSize - 1, item->tagId);
   } else {
-    for (int i = 0; i < 4; ++i) name[1 + i] = "0123456789abcdef"[tagId >> (12 - 4 * i) & 0xF];
+    for (int i = 0; i < 4; ++i) name[1 + i] = "0123456789abcdef"[item->tagId >> (12 - 4 * i) & 0xF];
   }
-  return LxCopyText(name, static_cast<std::size_t>(end - name));
+  item->name = name;
+  item->flags |= kLxOwnsName;
 }
 
 }  // namespace
@@ -155,9 +159,8 @@ void LxApplyTagRecord(const LxParseContext* context, LxMetadataItem* item, const
       LxFormatTaggedValue(context->byteOrder, item, record->display);
       return;
     }
-  } else if (char* name = GeneratedName(item->tagId, decimalName)) {
-    item->name = name;
-    item->flags |= kLxOwnsName;
+  } else {
+    GiveGeneratedName(item, decimalName);
   }
   LxFormatValue(context->byteOrder, item);
 }

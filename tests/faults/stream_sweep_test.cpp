@@ -83,7 +83,7 @@ Names Invented(const Names& names, const Names& whole) {
 
 class StreamSweep : public testing::TestWithParam<int> {
  protected:
-  StreamSweep() : file_(RichFiles(5000)[static_cast<std::size_t>(GetParam())]) {
+  StreamSweep() : file_(RichFiles(15000)[static_cast<std::size_t>(GetParam())]) {
     items_ = NamesIn(*ReadPool(file_.bytes));
     packet_ = PacketOf(TempFile(file_.bytes).path());
     properties_ = NamesIn(packet_);
@@ -147,7 +147,7 @@ TEST_P(StreamSweep, EveryCallFailsInTurn) {
         SCOPED_TRACE(testing::Message() << file_.name << ", call " << nth << " of " << &kind - kinds);
         ASSERT_FALSE(HasFailure());
       } while (ImportsSoundly(faults));
-      EXPECT_GT(nth, file_.bytes.size() > 5000 ? kind.atLeast : 2);  // Small files are read at once.
+      EXPECT_GT(nth, file_.bytes.size() > 16384 ? kind.atLeast : 2);  // Small files are read at once.
     }
   }
 }

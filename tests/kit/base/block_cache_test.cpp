@@ -77,7 +77,7 @@ TEST_F(BlockCache, AFileShorterThanPromisedMapsWhatIsThere) {
 }
 
 TEST_F(BlockCache, AFailedLoadLeavesNothingBehind) {
-  Open(10000);
+  Open(20000);
   EXPECT_TRUE(Maps(0, 10));
   const int before = memory_.liveBlocks();
   stream_->setFaults({.seek = 1});
