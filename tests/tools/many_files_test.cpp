@@ -67,7 +67,7 @@ class Many {
 Outcome Script(const TempFolder& folder, const std::string& script) {
   std::string command = "#!/bin/sh\nexec env";
   for (const std::string& variable : Shim({"LXSHIM_STALL=stalls"})) command += " '" + variable + "'";
-  const TempFile start(Text(command + " '" LX_COMMAND "' \"$@\"\n"));
+  const TempFile start(Text(command + " '" LX_SHARED_COMMAND "' \"$@\"\n"));
   EXPECT_EQ(chmod(start.path().c_str(), 0700), 0);
   return RunProgram("/bin/sh", {"-c", script, start.path()}, {.folder = folder.path()});
 }

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -81,7 +82,9 @@ Outcome RunProgram(const std::string& program, const std::vector<std::string>& a
 }
 
 Outcome Lxbridge(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
-  return RunProgram(LX_COMMAND, arguments, surroundings);
+  const bool preloads = std::any_of(surroundings.environment.begin(), surroundings.environment.end(),
+                                    [](const std::string& variable) { return variable.starts_with("LD_PRELOAD="); });
+  return RunProgram(preloads ? LX_SHARED_COMMAND : LX_COMMAND, arguments, surroundings);
 }
 
 std::vector<std::string> With(std::vector<std::string> form, const std::vector<std::string>& files) {
