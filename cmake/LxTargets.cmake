@@ -66,6 +66,17 @@ function(lx_static_library name)
   target_compile_options(${name} PRIVATE ${LX_LTO_COMPILE})
 endfunction()
 
+# Each shared library that is loaded with LxBridge costs its host about a tenth of what the C++ runtime costs.
+option(LXBRIDGE_STATIC_DEPENDENCIES "Link expat, zlib and Brotli's decoder into the libraries where their archives are there" ON)
+
+# lx_takes_in(TARGET): the shared library contains the outside libraries of which only it makes use. None of their names is
+# exported.
+function(lx_takes_in target)
+  if(UNIX AND LXBRIDGE_STATIC_DEPENDENCIES AND NOT LXBRIDGE_SANITIZE AND NOT LXBRIDGE_TSAN AND NOT LXBRIDGE_FUZZ)
+    set_target_properties(${target} PROPERTIES LX_TAKES_IN ON)
+  endif()
+endfunction()
+
 # lx_exports(TARGET NAME): the exports of a shared library, listed by NAME.def (names and ordinals) on Windows and by NAME.map
 # elsewhere.
 function(lx_exports target name)
