@@ -106,8 +106,11 @@ function(lx_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} $<BUILD_INTERFACE:lx_options> GTest::gtest_main)
-  # Tests are compiled more often than they run.
-  target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
+  # Tests are compiled more often than they run: what they call is optimised, they themselves hardly.
+  target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1> $<$<BOOL:${LXBRIDGE_SANITIZE}>:-O0>)
+  if(NOT name STREQUAL "lx_test_headers")
+    target_precompile_headers(${name} REUSE_FROM lx_test_headers)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${LXBRIDGE_TEST_TIMEOUT} ENVIRONMENT "TZ=Asia/Kolkata"
     DISCOVERY_TIMEOUT 60)
 endfunction()
