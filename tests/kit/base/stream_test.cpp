@@ -165,7 +165,8 @@ TEST(Stream, ATerminalIsReadWithoutABuffer) {
   if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) GTEST_SKIP() << "no pseudo-terminals here";
   FailingMemory memory;
   ASSERT_EQ(write(master, "ab\n", 3), 3);
-  std::FILE* terminal = std::fopen(ptsname(master), "rb");
+  // Without O_NOCTTY a process without a terminal would get this one, and SIGHUP when it is closed.
+  std::FILE* terminal = fdopen(open(ptsname(master), O_RDONLY | O_NOCTTY), "rb");
   LxStream* stream = LxNewFileStream("", terminal, "rb", LxInstalledMemProcs());
   ASSERT_NE(stream, nullptr);
   EXPECT_EQ(stream->unbuffered, 1);
