@@ -9,7 +9,6 @@
 
 #include "tests/support/image_builders.h"
 #include "tests/support/tiff_builder.h"
-#include "tests/tools/output_checks.h"
 #include "tests/tools/run_command.h"
 #include "tools/json/plain_value.h"
 #include "tools/lxbridge/name_filter.h"

@@ -10,7 +10,6 @@
 
 #include "tests/support/image_builders.h"
 #include "tests/support/tiff_builder.h"
-#include "tests/tools/output_checks.h"
 #include "tests/tools/run_command.h"
 
 namespace lxtest {
@@ -49,7 +48,6 @@ TEST(CommandXmp, EveryNodeFormHasItsJsonAndItsPlaceInThePacket) {
   const Outcome outcome = Lxbridge({"xmp", "--format", "json", path});
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.err, "");
-  ASSERT_TRUE(IsXmpJson(outcome.out, {path}));
   const OrderedJson line = OrderedJson::parse(outcome.out);
   const struct {
     const char* prefix;
@@ -72,13 +70,15 @@ TEST(CommandXmp, EveryNodeFormHasItsJsonAndItsPlaceInThePacket) {
   EXPECT_NE(outcome.out.find(R"({"schema": "http://example.com/v/", "prefix": "v", "name": "Home", "value": "http)"),
             std::string::npos);
 
+  EXPECT_EQ(line["file"], path);
+  EXPECT_EQ(line["properties"][4]["schema"], "http://example.com/v/");
+  EXPECT_EQ(line["namespaces"]["v"], "http://example.com/v/");
+
   const Outcome packet = Lxbridge({path});
   EXPECT_EQ(packet.status, 0);
   EXPECT_EQ(packet.err, "");
-  ASSERT_TRUE(IsPackets(packet.out, 1));
   EXPECT_EQ(Lxbridge({"xmp", "--format=rdf", path}).out, packet.out);
-  EXPECT_EQ(PropertiesOfPacket(packet.out), line["properties"]);
-  // A person greps for a property and finds its value behind it.
+  // A person who greps for a property finds its value after it.
   EXPECT_NE(packet.out.find("<tiff:Make>Canon</tiff:Make>\n"), std::string::npos);
 }
 
@@ -114,10 +114,9 @@ TEST(CommandPool, BytesThatAreNotUtf8AreInTheJsonAsHex) {
   const std::string path = folder.Add("caf\xE9 latin.jpg", JpegBuilder().Comment("Andr\xE9"));
   const Outcome outcome = Lxbridge({"pool", "--format", "json", path});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  ASSERT_TRUE(IsPoolJson(outcome.out, {path}));
   EXPECT_NE(outcome.out.find(R"("display": {"hex": "416e6472e9"})"), std::string::npos);
   EXPECT_TRUE(outcome.out.starts_with(R"({"file": {"hex": ")"));
-  EXPECT_TRUE(IsXmpJson(Lxbridge({"--format", "json", path}).out, {path}));
+  EXPECT_TRUE(Lxbridge({"--format", "json", path}).out.starts_with(R"({"file": {"hex": ")"));
 }
 
 // --- files that fail -------------------------------------------------------------------------------------------------
@@ -172,7 +171,7 @@ TEST(CommandFailures, OnlyThePoolTellsThatAReaderFailedAndStillHasTheLine) {
   const Outcome json = Lxbridge({"pool", "--format", "json", "broken.jpg", "a.jpg"}, there);
   EXPECT_EQ(json.status, 1);
   EXPECT_EQ(json.err, "lxbridge: broken.jpg: BadReadFormat\n");
-  ASSERT_TRUE(IsPoolJson(json.out, {"broken.jpg", "a.jpg"}));
+  ASSERT_EQ(Lines(json.out).size(), 2U);
   const OrderedJson line = OrderedJson::parse(Lines(json.out)[0]);
   EXPECT_EQ(line["status"], -6);
   EXPECT_EQ(line["statusName"], "BadReadFormat");
@@ -181,7 +180,7 @@ TEST(CommandFailures, OnlyThePoolTellsThatAReaderFailedAndStillHasTheLine) {
   const Outcome xmp = Lxbridge({"broken.jpg"}, there);
   EXPECT_EQ(xmp.status, 0);
   EXPECT_EQ(xmp.err, "");
-  EXPECT_TRUE(IsPackets(xmp.out, 1));
+  EXPECT_TRUE(xmp.out.starts_with("<?xpacket begin=")) << xmp.out;
 }
 
 TEST(CommandFailures, WhatIsNoFileOrCannotBeReadIsSaidAtOnce) {
@@ -251,12 +250,14 @@ TEST(CommandInput, StandardInputIsReadAsAFileIs) {
   const TempFolder folder;
   const std::string path = folder.Add("photo.jpg", Photo());
   for (const auto& form : kForms) {
-    const Outcome once = Lxbridge(With(form, {path}));
+    const std::string once = Lxbridge(With(form, {path})).out;
+    std::string renamed = once;
+    if (form[2] != "rdf") renamed.replace(renamed.find(path), path.size(), "-");
     // A second time too: the position is as it was.
     const Outcome input = Lxbridge(With(form, {"-", path, "-"}), {.input = path});
     EXPECT_EQ(input.status, 0);
     EXPECT_EQ(WithoutPacketNote(input.err), "");
-    EXPECT_EQ(input.out, RenamedInOutput(once.out, path, "-") + once.out + RenamedInOutput(once.out, path, "-"));
+    EXPECT_EQ(input.out, renamed + once + renamed);
   }
 }
 
@@ -264,10 +265,12 @@ TEST(CommandInput, StandardInputIsReadAsAFileIs) {
 TEST(CommandInput, APipeGivesWhatAFileDoes) {
   const TempFolder folder;
   const std::string path = folder.Add("photo.jpg", Photo(std::string(60000, 'x')));
-  folder.Add("list", Text("-\nmissing\n-\n"));
+  std::string list = "missing\n";
+  for (int i = 0; i < 20; ++i) list += "-\n";
+  folder.Add("list", Text(list));
   for (const auto& form : kForms) {
     for (const std::vector<std::string>& files :
-         {std::vector<std::string>{"-", "-"}, {"-j2", "--files-from", "list"}}) {
+         {std::vector<std::string>{"-", "-"}, {"-j4", "--files-from", "list"}}) {
       const Outcome file = Lxbridge(With(form, files), {.input = path, .folder = folder.path()});
       const Outcome pipe = Lxbridge(With(form, files), {.input = path, .inputIsPipe = true, .folder = folder.path()});
       EXPECT_EQ(pipe.status, file.status);
@@ -277,29 +280,29 @@ TEST(CommandInput, APipeGivesWhatAFileDoes) {
   }
 }
 
-// --- output, options -------------------------------------------------------------------------------------------------
+// --- output ----------------------------------------------------------------------------------------------------------
 
-TEST(CommandOutput, AClosedPipeEndsItQuietly) {
+TEST(CommandOutput, AClosedPipeAndAFullDiskEndTheCommandAndItsWorkers) {
   const TempFolder folder;
-  const std::string path = folder.Add("photo.jpg", Photo());
-  for (const auto& form : kForms) {
-    const std::vector<std::string> arguments = With(form, {path, path, path});
-    const Outcome killed = Lxbridge(arguments, {.outputIsClosedPipe = true});
+  std::string list;
+  for (int i = 0; i < 200; ++i) list += "photo.jpg\n";
+  folder.Add("photo.jpg", Photo());
+  folder.Add("list", Text(list));
+  std::vector<std::vector<std::string>> calls = {{"-j2", "--format", "json", "--files-from", "list"}};
+  for (const auto& form : kForms) calls.push_back(With(form, {"photo.jpg", "photo.jpg", "photo.jpg"}));
+  for (const auto& arguments : calls) {
+    const Outcome killed = Lxbridge(arguments, {.outputIsClosedPipe = true, .folder = folder.path()});
     EXPECT_EQ(killed.signal, SIGPIPE);
     EXPECT_EQ(killed.err, "");
-    const Outcome told = Lxbridge(arguments, {.outputIsClosedPipe = true, .ignoresBrokenPipe = true});
+    const Outcome told =
+        Lxbridge(arguments, {.outputIsClosedPipe = true, .ignoresBrokenPipe = true, .folder = folder.path()});
     EXPECT_EQ(told.status, 3);
     EXPECT_EQ(told.err, "");
   }
-}
-
-TEST(CommandOutput, AFullDiskIsSaidOnceAndEndsIt) {
-  const TempFolder folder;
-  const std::string path = folder.Add("photo.jpg", Photo());
-  std::vector<std::vector<std::string>> calls = {{"--help"}, {"--version"}};
-  for (const auto& form : kForms) calls.push_back(With(form, {path, path}));
+  calls.push_back({"--help"});
+  calls.push_back({"--version"});
   for (const auto& arguments : calls) {
-    const Outcome outcome = Lxbridge(arguments, {.output = "/dev/full"});
+    const Outcome outcome = Lxbridge(arguments, {.output = "/dev/full", .folder = folder.path()});
     EXPECT_EQ(outcome.status, 3);
     EXPECT_EQ(outcome.err, "lxbridge: standard output: No space left on device\n");
   }
@@ -327,16 +330,6 @@ TEST(CommandOutput, ClosedStandardStreamsAreErrorsAndNoFileTakesTheirPlace) {
     EXPECT_EQ(outcome.err, c.told) << c.arguments;
     EXPECT_EQ(outcome.status, c.status) << c.arguments;
   }
-}
-
-TEST(CommandOptions, AUsageErrorIsTwoLinesAndNoFileIsRead) {
-  const TempFolder folder;
-  const Outcome outcome = Lxbridge({folder.Add("photo.jpg", Photo()), "--fromat"});
-  EXPECT_EQ(outcome.status, 2);
-  EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(
-      outcome.err,
-      "lxbridge: unknown option '--fromat'; did you mean '--format'?\nTry 'lxbridge --help' for more information.\n");
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "tests/support/rich_files.h"
-#include "tests/tools/output_checks.h"
 #include "tests/tools/run_command.h"
 
 namespace lxtest {

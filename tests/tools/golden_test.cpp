@@ -10,7 +10,6 @@
 
 #include "tests/support/image_builders.h"
 #include "tests/support/tiff_builder.h"
-#include "tests/tools/output_checks.h"
 #include "tests/tools/run_command.h"
 #include "tools/json/pool_json.h"
 
@@ -59,18 +58,13 @@ void ComparesWithGoldens(const std::string& name, const std::string& folder) {
       std::ofstream(golden, std::ios::binary) << text;
     }
     EXPECT_EQ(AsText(ReadWholeFile(golden)), text) << golden << "\nupdate-goldens takes the new text over";
-    if (output.form[0] == "xmp") {
-      const Outcome json = Lxbridge({"--format", "json", name}, {.folder = folder});
-      EXPECT_EQ(OrderedJson::parse(json.out)["properties"], PropertiesOfPacket(text));
-    } else {
-      const OrderedJson line = OrderedJson::parse(Lxbridge({"pool", "--format", "json", name}, {.folder = folder}).out);
-      std::vector<std::string> lines = Lines(text);
-      std::reverse(lines.begin(), lines.end());
-      lines.pop_back();
-      const Bytes file = ReadWholeFile(folder + "/" + name);
-      ExpectTree(line["items"], file, &lines);
-      EXPECT_TRUE(lines.empty());
-    }
+    if (output.form[0] == "xmp") continue;
+    const OrderedJson line = OrderedJson::parse(Lxbridge({"pool", "--format", "json", name}, {.folder = folder}).out);
+    std::vector<std::string> lines = Lines(text);
+    std::reverse(lines.begin(), lines.end());
+    lines.pop_back();
+    ExpectTree(line["items"], ReadWholeFile(folder + "/" + name), &lines);
+    EXPECT_TRUE(lines.empty());
   }
 }
 

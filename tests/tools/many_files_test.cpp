@@ -13,7 +13,6 @@
 
 #include "tests/support/image_builders.h"
 #include "tests/support/tiff_builder.h"
-#include "tests/tools/output_checks.h"
 #include "tests/tools/run_command.h"
 
 namespace lxtest {
@@ -322,32 +321,6 @@ TEST(ManyFiles, AFileThatTakesTooLongIsGivenUpAlone) {
               "lxbridge: stalls: timed out\nlxbridge: stalls: timed out\nlxbridge: 5 files: 3 OK, 2 timed out\n"
               "lxbridge: kinds: 3 jpeg\nlxbridge: passed over: 0\n");
   }
-}
-
-TEST(ManyFiles, AClosedPipeAndAFullDiskEndTheWorkersToo) {
-  const Many many(200);
-  const std::vector<std::string> arguments = {"-j2", "--format", "json", "--files-from", "list"};
-  const Outcome pipe = Lxbridge(arguments, {.outputIsClosedPipe = true, .folder = many.folder.path()});
-  EXPECT_EQ(pipe.signal, SIGPIPE);
-  const Outcome told =
-      Lxbridge(arguments, {.outputIsClosedPipe = true, .ignoresBrokenPipe = true, .folder = many.folder.path()});
-  EXPECT_EQ(told.status, 3);
-  const Outcome full = Lxbridge(arguments, {.output = "/dev/full", .folder = many.folder.path()});
-  EXPECT_EQ(full.status, 3);
-  EXPECT_EQ(full.err.substr(full.err.find("lxbridge: standard")),
-            "lxbridge: standard output: No space left on device\n");
-}
-
-TEST(ManyFiles, StandardInputIsReadWholeWhicheverWorkerHasIt) {
-  const Many many(40);
-  std::vector<std::string> files;
-  for (int i = 0; i < 40; ++i) files.push_back("-");
-  std::string rows;
-  for (int i = 0; i < 40; ++i) rows += "-,Make 1xxx\r\n";
-  const Outcome outcome =
-      Lxbridge(Plus(Plus(kMakes, {"-j4"}), files), {.input = many.folder.path() + "/p1.jpg", .folder = ""});
-  EXPECT_EQ(outcome.out, rows);
-  EXPECT_EQ(outcome.err, "");
 }
 
 TEST(ManyFiles, ProgressIsSaidWhenAskedForAndWhenItTakesAWhile) {

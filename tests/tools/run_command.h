@@ -2,12 +2,21 @@
 #ifndef LXBRIDGE_TESTS_TOOLS_RUN_COMMAND_H_
 #define LXBRIDGE_TESTS_TOOLS_RUN_COMMAND_H_
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "tests/support/bytes.h"
 
 namespace lxtest {
+
+using OrderedJson = nlohmann::ordered_json;
+
+// The four forms of output, as arguments in front of the files.
+inline const std::vector<std::vector<std::string>> kForms = {{"xmp", "--format", "rdf"},
+                                                             {"xmp", "--format", "json"},
+                                                             {"pool", "--format", "text"},
+                                                             {"pool", "--format", "json"}};
 
 struct Outcome {
   int status = -1;  // The exit status; -1 when a signal ended it.
