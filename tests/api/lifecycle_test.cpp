@@ -1,4 +1,4 @@
-// The library's start and stop, and what a host meets when a neighbour lacks something or refuses it.
+// The library's start and stop, and what a host meets when another library lacks something or refuses it.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -9,7 +9,7 @@
 #include "api/include/lxbridge/lxbridge.h"
 #include "clients/broker/tal_error.h"
 #include "clients/xmp/xmp_abi.h"
-#include "tests/api/neighbours.h"
+#include "tests/api/other_libraries.h"
 #include "tests/support/rich_files.h"
 #include "tests/support/xmp_dump.h"
 
@@ -48,12 +48,12 @@ class LifecycleTest : public testing::Test {
   void SetUp() override { EntryCalls().clear(); }
   void TearDown() override {
     LxInterchangeTerm();
-    Straighten();
+    RestoreAll();
   }
   static std::string ImportRaises(const char* path) {
     return Raised([path] { LxInterchangeDelete(LxInterchangeNew(path)); });
   }
-  // What the sample file becomes in a started library with straight neighbours.
+  // What the sample file becomes in a started library while nothing is hidden or fails.
   std::string ImportedText() {
     const lxbridge::HostSession session;
     const LxInterchangeHandle handle = LxInterchangeNew(sample.path().c_str());
@@ -121,14 +121,14 @@ TEST_F(LifecycleTest, ABrokerThatDoesNotStartShowsInInitOrInNew) {
   HideInterface(kTALMemoryInterface);
   EXPECT_EQ(Raised([] { (void)LxInterchangeInit(); }), "CTALError Missing Interface");
   EXPECT_EQ(TakeCalls(), Calls{"TAL 5"});
-  Straighten();
+  RestoreAll();
   HideInterface(kTALErrorInterface);
   EXPECT_TRUE(LxInterchangeInit());
   EXPECT_EQ(TakeCalls(), kStart);
   EXPECT_EQ(ImportRaises(sample.path().c_str()), kNotStarted);
   LxInterchangeTerm();
   EXPECT_EQ(TakeCalls(), kStop);
-  Straighten();
+  RestoreAll();
   EXPECT_TRUE(LxInterchangeInit());
   EXPECT_EQ(ImportRaises(sample.path().c_str()), "nothing");
 }
@@ -159,7 +159,7 @@ TEST_F(LifecycleTest, WhatTheToolkitRefusesEndsTheImportOnlyWhereNothingGuardsIt
       EXPECT_EQ(ImportRaises(sample.path().c_str()).substr(0, 9), "CTALError");
     } else {
       const LxInterchangeHandle handle = LxInterchangeNew(sample.path().c_str());
-      Straighten();
+      RestoreAll();
       {
         const lxbridge::HostSession session;
         const std::string text = DumpXmp(LxInterchangeGetXMP(handle));
@@ -171,7 +171,7 @@ TEST_F(LifecycleTest, WhatTheToolkitRefusesEndsTheImportOnlyWhereNothingGuardsIt
     }
     EXPECT_EQ(CountAlive(), before);
     LxInterchangeTerm();
-    Straighten();
+    RestoreAll();
   }
   ASSERT_TRUE(LxInterchangeInit());
   EXPECT_EQ(ImportedText(), whole);

@@ -3,8 +3,10 @@
 #include "host/include/lxbridge/xmp.hpp"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <optional>
 #include <sstream>
@@ -443,6 +445,46 @@ TEST_F(XmpTest, ThreadsDoNotSeeEachOthersTextsAndFailures) {
   }).join();
   EXPECT_STREQ(ours.bytes, "Canon");
   EXPECT_EQ(LxXmpLastMessage(), message);
+}
+
+// A damaged packet whose prefixes clash with those of other rounds, changes, a refusal, a namespace of the host's.
+std::string WorkOf(int round) {
+  const std::string uri = "http://" + std::to_string(round % 7) + ".example/";
+  const std::string packet = "<rdf:RDF><rdf:Description xmlns:p='" + uri + "' p:a='" + std::to_string(round) +
+                             "' dc:format='f'><q:b xmlns:q='" + uri +
+                             "b'/><p:c xmlns:p='http://c.example/'/><none:d/></rdf:Description>" +
+                             (round % 3 != 0 ? "</rdf:RDF>" : "</cut>");
+  const XmpObject object;
+  XmpView xmp = object.Xmp();
+  (void)LxXmpParse(xmp.object(), packet.data(), packet.size());
+  (void)LxXmpSet(xmp.object(), kTiff, "no name", "x", 0);
+  xmp.SetDate(kXmp, "CreateDate", {2004, 3, 15 + round % 9, 1, 2, 3, 0, 0, 0, 0});
+  const std::string prefix = RegisterNamespace("http://client.example/", "client");
+  xmp.SetField(kDc, ("s" + std::to_string(round)).c_str(), "http://client.example/", "f", prefix.c_str());
+  return xmp.Serialize() + std::to_string(xmp.Warnings().size());
+}
+
+TEST_F(XmpTest, EachOfManyThreadsGetsWhatItGetsAloneAndLeavesNothing) {
+  constexpr int kRounds = 200;
+  std::vector<std::string> alone;
+  for (int round = 0; round < kRounds; ++round) alone.push_back(WorkOf(round));
+  std::atomic<int> differing = 0;
+  std::vector<std::thread> threads;
+  for (int number = 0; number < 8; ++number) {
+    threads.emplace_back([&, number] {
+      for (int round = number; round < number + kRounds; ++round) {
+        if (WorkOf(round % kRounds) != alone[static_cast<std::size_t>(round % kRounds)]) ++differing;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(differing, 0);
+  const auto bytesAfter = [](int count) {
+    for (int number = 0; number < count; ++number) std::thread([number] { (void)WorkOf(number); }).join();
+    return mallinfo2().uordblks;
+  };
+  const std::size_t before = bytesAfter(100);
+  EXPECT_LT(bytesAfter(1000), before + 1000);
 }
 
 TEST_F(XmpTest, AWalkGoesWhereTheVisitorSays) {

@@ -166,20 +166,6 @@ TEST_F(Toolkit, ContainersOfOtherKindsAreNoObjects) {
   EXPECT_EQ(broker_.containers.deleteKind(kind), nullptr);
 }
 
-TEST_F(Toolkit, AnyBytesAsValueLeaveTheObjectSerialisable) {
-  EXPECT_EQ(methods_.setProperty(object_, kDC, "creator", "Ren\xE9 \x01<&>\xED\xA0\x80", 0), nullptr);
-  EXPECT_EQ(methods_.setLocalizedText(object_, kDC, "title", "", "x-default", "\xFF\xFE\x1B", 0), nullptr);
-  EXPECT_EQ(methods_.appendArrayItem(object_, kDC, "subject", 0x200, "\xEF\xBF\xBF]]>", 0), nullptr);
-  EXPECT_EQ(ValueOf("creator"), "Ren\xC3\xA9  <&>\xEF\xBF\xBD");
-  const std::string packet = Packet(object_);
-  XMPObjectRef read = nullptr;
-  ASSERT_EQ(meta_.newWithBuffer(packet.data(), static_cast<std::uint32_t>(packet.size()), &read), nullptr);
-  std::uint8_t equal = 0;
-  EXPECT_EQ(utils_.compareObjects(object_, read, &equal), nullptr);
-  EXPECT_EQ(equal, 1) << packet;
-  Release(read);
-}
-
 TEST_F(Toolkit, TextsStayUntilTheyAreUnlocked) {
   std::vector<XMPTextOut> texts;
   for (int number = 0; number < 400; ++number) {
@@ -226,117 +212,6 @@ TEST_F(Toolkit, APacketInPiecesComesInWithItsEndOrWithItsFault) {
   EXPECT_NE(IdOf(feed(packet.substr(0, packet.find("</rdf:RDF>")), 0)), 0);
   EXPECT_EQ(ValueOf("format"), "new");
   EXPECT_EQ(feed("x", kXMPParseMoreBuffers), nullptr) << "a parser that is left half-way is freed with its object";
-}
-
-TEST_F(Toolkit, TypedPropertiesReadBackAndRefuseOtherTypes) {
-  std::uint8_t flag = 0;
-  std::int64_t wide = 0;
-  double real = 0;
-  XMPDateTime date{};
-  EXPECT_EQ(methods_.setPropertyBool(object_, kXMP, "b", 7, 0), nullptr);
-  EXPECT_EQ(methods_.setPropertyInt64(object_, kXMP, "w", INT64_MAX, 0), nullptr);
-  EXPECT_EQ(methods_.setPropertyFloat(object_, kXMP, "f", 0.1, 0), nullptr);
-  const XMPDateTime set = {2004, 3, 15, 1, 2, 3, 1, 5, 30, 4000000};
-  EXPECT_EQ(methods_.setPropertyDate(object_, kXMP, "d", &set, 0), nullptr);
-  EXPECT_EQ(ValueOf("b", kXMP) + ValueOf("d", kXMP), "True2004-03-15T01:02:03.004+05:30");
-  EXPECT_EQ(methods_.getPropertyBool(object_, kXMP, "b", &flag, nullptr, nullptr), nullptr);
-  EXPECT_EQ(methods_.getPropertyInt64(object_, kXMP, "w", &wide, nullptr, nullptr), nullptr);
-  EXPECT_EQ(methods_.getPropertyFloat(object_, kXMP, "f", &real, nullptr, nullptr), nullptr);
-  EXPECT_EQ(methods_.getPropertyDate(object_, kXMP, "d", &date, nullptr, nullptr), nullptr);
-  EXPECT_EQ(flag, 1);
-  EXPECT_EQ(wide, INT64_MAX);
-  EXPECT_EQ(real, 0.1);
-  EXPECT_EQ(std::memcmp(&date, &set, sizeof date), 0);
-
-  EXPECT_EQ(IdOf(methods_.getPropertyInt64(object_, kXMP, "f", &wide, nullptr, nullptr)), 11);
-  EXPECT_EQ(IdOf(methods_.getPropertyBool(object_, kXMP, "d", &flag, nullptr, nullptr)), 11);
-  EXPECT_EQ(IdOf(methods_.getPropertyDate(object_, kXMP, "b", &date, nullptr, nullptr)), 12);
-  EXPECT_EQ(methods_.appendArrayItem(object_, kXMP, "a", 0x400, "1", 0), nullptr);
-  EXPECT_EQ(IdOf(methods_.getPropertyInt64(object_, kXMP, "a", &wide, nullptr, nullptr)), 10);
-  const XMPDateTime never = {2004, 0, 15, 0, 0, 0, 0, 0, 0, 0};
-  EXPECT_EQ(IdOf(methods_.setPropertyDate(object_, kXMP, "never", &never, 0)), 12);
-  EXPECT_EQ(ValueOf("never", kXMP), "(none)");
-}
-
-TEST_F(Toolkit, ItemsFieldsAndQualifiersAreReachedOneByOne) {
-  const auto value = [&](auto method, const char* name) {
-    XMPTextOut text{};
-    EXPECT_EQ(method(object_, kDC, name, kXMP, "f", &text, nullptr, nullptr), nullptr);
-    return std::string(text.text, text.length);
-  };
-  for (const char* item : {"a", "c", "d"}) {
-    EXPECT_EQ(methods_.appendArrayItem(object_, kDC, "l", 0x400, item, 0), nullptr);
-  }
-  EXPECT_EQ(methods_.insertArrayItem(object_, kDC, "l", 2, "b", 0), nullptr);
-  EXPECT_EQ(methods_.setArrayItem(object_, kDC, "l", 3, "C", 0), nullptr);
-  EXPECT_EQ(methods_.deleteArrayItem(object_, kDC, "l", 4), nullptr);
-  std::uint32_t count = 0;
-  EXPECT_EQ(methods_.countArrayItems(object_, kDC, "l", &count), nullptr);
-  EXPECT_EQ(count, 3u);
-  EXPECT_EQ(ValueOf("l[1]") + ValueOf("l[2]") + ValueOf("l[last()]"), "abC");
-
-  EXPECT_EQ(methods_.setStructField(object_, kDC, "s", kXMP, "f", "1", 0), nullptr);
-  EXPECT_EQ(methods_.setQualifier(object_, kDC, "l", kXMP, "f", "2", 0), nullptr);
-  XMPTextOut path{};
-  EXPECT_EQ(utils_.composeStructFieldPath(kDC, "s", kXMP, "f", &path), nullptr);
-  EXPECT_EQ(ValueOf(path.text) + ValueOf("l/?xmp:f"), "12");
-  EXPECT_EQ(IdOf(utils_.composeStructFieldPath(kDC, "s", "http://unknown.example/", "a", &path)), 5);
-  EXPECT_EQ(utils_.unlockUtils(0), nullptr);
-  EXPECT_EQ(value(methods_.getStructField, "s") + value(methods_.getQualifier, "l"), "12");
-  EXPECT_EQ(methods_.deleteStructField(object_, kDC, "s", kXMP, "f"), nullptr);
-  EXPECT_EQ(methods_.deleteQualifier(object_, kDC, "l", kXMP, "f"), nullptr);
-  EXPECT_EQ(value(methods_.getStructField, "s") + value(methods_.getQualifier, "l"), "");
-
-  EXPECT_EQ(methods_.setLocalizedText(object_, kDC, "t", "", "de-AT", "Jause", 0), nullptr);
-  XMPTextOut language{}, text{};
-  EXPECT_EQ(methods_.getLocalizedText(object_, kDC, "t", "de", "de-DE", &language, &text, nullptr, nullptr), nullptr);
-  EXPECT_EQ(std::string(text.text) + " " + language.text, "Jause de-AT");
-  EXPECT_EQ(methods_.deleteLocalizedText(object_, kDC, "t", "de", "de-AT"), nullptr);
-  EXPECT_EQ(ValueOf("t[1]"), "(none)");
-}
-
-TEST_F(Toolkit, PropertiesAreRemovedOneByOneBySchemaAndAll) {
-  const auto left = [&](const char* schema, const char* name) {
-    EXPECT_EQ(utils_.removeProperties(object_, schema, name, 0), nullptr);
-    return ValueOf("a") + ValueOf("b") + ValueOf("a", kXMP);
-  };
-  for (const char* name : {"a", "b"}) EXPECT_EQ(methods_.setProperty(object_, kDC, name, name, 0), nullptr);
-  EXPECT_EQ(methods_.setProperty(object_, kXMP, "a", "x", 0), nullptr);
-  EXPECT_EQ(left(kDC, "a"), "(none)bx");
-  EXPECT_EQ(left(kDC, ""), "(none)(none)x");
-  EXPECT_EQ(left(nullptr, nullptr), "(none)(none)(none)");
-}
-
-TEST_F(Toolkit, AnObjectTellsWhatItsPacketsLostAndWhichPrefixesItHas) {
-  const std::string packet =
-      "<rdf:RDF>\n<rdf:Description xmlns:my='http://my.example/' my:a='1' u:b='2'>\n "
-      "<dc:c rdf:parseType='Literal'/></rdf:Description></rdf:RDF>";
-  const auto length = static_cast<std::uint32_t>(packet.size());
-  EXPECT_EQ(methods_.parseFromBuffer(object_, packet.data(), length, 0), nullptr);
-  std::uint32_t kept = 0, total = 0, line = 0, column = 0;
-  XMPTextOut text{};
-  EXPECT_EQ(optional_.countWarnings(object_, &kept, &total), nullptr);
-  EXPECT_EQ(std::to_string(kept) + std::to_string(total), "22");
-  EXPECT_EQ(optional_.getWarning(object_, 0, &line, &column, &text), nullptr);
-  EXPECT_EQ(std::string(text.text), "the prefix of u:b is not declared");
-  EXPECT_EQ(optional_.getWarning(object_, 1, &line, &column, nullptr), nullptr);
-  EXPECT_EQ(line * 10 + column, 32u);
-  EXPECT_EQ(IdOf(optional_.getWarning(object_, 2, &line, &column, &text)), 8);
-
-  // What a packet brings is its object's alone; what a client registers is everybody's.
-  std::uint8_t found = 0;
-  EXPECT_EQ(meta_.registerNamespace("http://mine.example/", "mine", nullptr), nullptr);
-  EXPECT_EQ(optional_.getNamespaceURI(object_, "my", &text, &found), nullptr);
-  EXPECT_EQ(std::string(text.text), "http://my.example/");
-  EXPECT_EQ(optional_.getNamespacePrefix(object_, "http://mine.example/", &text, &found), nullptr);
-  EXPECT_EQ(std::string(text.text), "mine");
-  EXPECT_EQ(meta_.getNamespacePrefix("http://mine.example/", &text, &found), nullptr);
-  EXPECT_EQ(std::string(text.text), "mine");
-  EXPECT_EQ(meta_.getNamespaceURI("my", &text, &found), nullptr);
-  EXPECT_EQ(found, 0);
-  EXPECT_EQ(optional_.getNamespaceURI(MakeKeptObject(), "my", nullptr, &found), nullptr);
-  EXPECT_EQ(found, 0);
-  EXPECT_EQ(meta_.unlockStatics(0), nullptr);
 }
 
 TEST_F(Toolkit, ProceduresWithoutAUserSayThatTheyAreNotSupported) {

@@ -108,26 +108,5 @@ TEST(Model, APacketReplacesInPlaceAndAddsAtTheEnd) {
   EXPECT_EQ(textOf(object), "dc:a = old\ndc:b = new\ndc:c = old\ndc:d = new\nxmp:x = new\n");
 }
 
-// What is taken is written to all over, so that a sanitiser and the free lists would show two that overlap.
-TEST(Storage, BlocksAreApartAndServeAgain) {
-  Storage storage;
-  std::mt19937 random(3);
-  std::vector<std::pair<unsigned char*, std::size_t>> blocks;
-  for (int turn = 0; turn < 20000; ++turn) {
-    if (random() % 5 < 3) {
-      const std::size_t size = random() % 100 == 0 ? 1 + random() % 5000 : 1 + random() % 600;
-      auto* block = static_cast<unsigned char*>(storage.take(size));
-      std::fill_n(block, size, static_cast<unsigned char>(size));
-      blocks.emplace_back(block, size);
-    } else if (!blocks.empty()) {
-      std::swap(blocks[random() % blocks.size()], blocks.back());
-      const auto [block, size] = blocks.back();
-      ASSERT_EQ(std::count(block, block + size, static_cast<unsigned char>(size)), static_cast<std::ptrdiff_t>(size));
-      storage.give(block, size);
-      blocks.pop_back();
-    }
-  }
-}
-
 }  // namespace
 }  // namespace velto::test

@@ -1,4 +1,4 @@
-#include "tests/api/neighbours.h"
+#include "tests/api/other_libraries.h"
 
 #include <dlfcn.h>
 
@@ -6,7 +6,6 @@
 #include <set>
 
 #include "clients/xmp/xmp_abi.h"
-#include "tests/support/broker_procs.h"
 
 namespace {
 
@@ -14,6 +13,7 @@ std::vector<std::string> entryCalls;
 std::set<std::string> hidden;
 std::set<std::string> hiddenInterfaces;
 std::set<std::string> failing;
+int lookups = 0;
 
 template <typename Proc>
 Proc Real(const char* name) {
@@ -24,29 +24,26 @@ TALLookupProc RealLookup() {
   return Real<TALLookupProc (*)()>("TALOrdinal5")();
 }
 
-const BrokerProcs& Broker() {
-  static const BrokerProcs broker(RealLookup());
-  return broker;
-}
-
 // Stands in for procedures of any arguments: the C calling convention lets it pass over them.
 TALErrorRef Refuse() {
-  return Broker().errors.newError("refused", "test", 42);
+  return lxtest::RealBroker().errors.newError("refused", "test", 42);
 }
 
-TALErrorRef GetBentMethod(TALProc* result, TALContainerRef container, TALStringAtom shortName,
-                          TALStringAtom qualifiedName, std::uint8_t notRequired) {
-  const std::string name = Broker().strings.getCString(shortName);
-  if (hidden.contains(name)) return Broker().errors.newError("no method", "test", 43);
-  const TALErrorRef error = Broker().containers.getMethod(result, container, shortName, qualifiedName, notRequired);
+TALErrorRef GetMethod(TALProc* result, TALContainerRef container, TALStringAtom shortName, TALStringAtom qualifiedName,
+                      std::uint8_t notRequired) {
+  const BrokerProcs& broker = lxtest::RealBroker();
+  const std::string name = broker.strings.getCString(shortName);
+  if (hidden.contains(name)) return broker.errors.newError("no method", "test", 43);
+  const TALErrorRef error = broker.containers.getMethod(result, container, shortName, qualifiedName, notRequired);
   if (!error && failing.contains(name)) *result = reinterpret_cast<TALProc>(Refuse);
   return error;
 }
 
-TALProc BentLookup(const char* interfaceName, const char* shortName, const char* qualifiedName) {
+TALProc LookUp(const char* interfaceName, const char* shortName, const char* qualifiedName) {
+  ++lookups;
   if (hidden.contains(shortName) || hiddenInterfaces.contains(interfaceName)) return nullptr;
   if (failing.contains(shortName)) return reinterpret_cast<TALProc>(Refuse);
-  if (std::string(shortName) == "GetMethod") return reinterpret_cast<TALProc>(GetBentMethod);
+  if (std::string(shortName) == "GetMethod") return reinterpret_cast<TALProc>(GetMethod);
   return RealLookup()(interfaceName, shortName, qualifiedName);
 }
 
@@ -56,7 +53,7 @@ TALProc BentLookup(const char* interfaceName, const char* shortName, const char*
 #pragma GCC visibility push(default)
 extern "C" TALLookupProc TALOrdinal5() {
   entryCalls.emplace_back("TAL 5");
-  return BentLookup;
+  return LookUp;
 }
 
 extern "C" std::uint32_t VeltoXMPOrdinal1(TALLookupProc, std::uint32_t clientVersion, std::uint32_t* version) {
@@ -86,14 +83,27 @@ void HideInterface(const std::string& interfaceName) {
 void Fail(const std::string& shortName) {
   failing.insert(shortName);
 }
-void Straighten() {
+void RestoreAll() {
   hidden.clear();
   hiddenInterfaces.clear();
   failing.clear();
 }
 
+const BrokerProcs& RealBroker() {
+  static const BrokerProcs broker(RealLookup());
+  return broker;
+}
+int LookupCount() {
+  return lookups;
+}
+void ChangeUnregisterCount() {
+  const BrokerProcs& broker = RealBroker();
+  broker.Take(broker.core.registerProcAddress("Passing by", "None", "None", reinterpret_cast<TALProc>(Refuse)));
+  broker.Take(broker.core.unregisterInterface("Passing by"));
+}
+
 Alive CountAlive() {
-  return {Broker().containers.getLiveCount(), Broker().errors.getLiveCount()};
+  return {RealBroker().containers.getLiveCount(), RealBroker().errors.getLiveCount()};
 }
 
 }  // namespace lxtest
