@@ -117,22 +117,6 @@ TEST_F(LifecycleTest, OutsideOfInitAndTermNewRaisesAndDeleteStillFrees) {
   LxInterchangeDelete(handle);
 }
 
-TEST_F(LifecycleTest, ABrokerThatDoesNotStartShowsInInitOrInNew) {
-  HideInterface(kTALMemoryInterface);
-  EXPECT_EQ(Raised([] { (void)LxInterchangeInit(); }), "CTALError Missing Interface");
-  EXPECT_EQ(TakeCalls(), Calls{"TAL 5"});
-  RestoreAll();
-  HideInterface(kTALErrorInterface);
-  EXPECT_TRUE(LxInterchangeInit());
-  EXPECT_EQ(TakeCalls(), kStart);
-  EXPECT_EQ(ImportRaises(sample.path().c_str()), kNotStarted);
-  LxInterchangeTerm();
-  EXPECT_EQ(TakeCalls(), kStop);
-  RestoreAll();
-  EXPECT_TRUE(LxInterchangeInit());
-  EXPECT_EQ(ImportRaises(sample.path().c_str()), "nothing");
-}
-
 TEST_F(LifecycleTest, WhatTheToolkitRefusesEndsTheImportOnlyWhereNothingGuardsIt) {
   ASSERT_TRUE(LxInterchangeInit());
   const std::string whole = ImportedText();

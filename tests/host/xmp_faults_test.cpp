@@ -75,6 +75,19 @@ TEST(HostFaults, WhatTheToolkitLacksOrRefusesIsToldApart) {
   }
 }
 
+TEST(HostFaults, AThreadGivesBackTheMemoryOfItsTexts) {
+  const Library library;
+  const Interchange photo(lxtest::TempFile(Photo()).path());
+  ASSERT_EQ(photo.Xmp().Get(LX_XMP_NS_TIFF, "Make"), "Canon");  // Looks up what is needed.
+  ReleaseThreadMemory();
+  const FailingNew counted;
+  LxXmpText text;
+  ASSERT_EQ(LxXmpGet(photo.Xmp().object(), LX_XMP_NS_TIFF, "Make", &text, nullptr), LX_XMP_OK);
+  EXPECT_GT(counted.liveBlocks(), 0);
+  ReleaseThreadMemory();
+  EXPECT_EQ(counted.liveBlocks(), 0);
+}
+
 // With the nth allocation failing, a call is done whole or gives LX_XMP_NO_MEMORY and changes nothing.
 TEST(HostFaults, ACallThatRunsOutOfMemoryChangesNothing) {
   const Library library;

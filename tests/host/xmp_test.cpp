@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 #include <malloc.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -112,7 +115,7 @@ TEST_F(XmpTest, TheSerialisedPacketHoldsTheSameObject) {
   EXPECT_EQ(Lines(Open(JpegBuilder().App1Xmp(packet))), lines);
 }
 
-TEST_F(XmpTest, ValuesAreFoundByPathAndWhatIsNotThereLeavesTheOutValues) {
+TEST_F(XmpTest, ValuesAreFoundByPathAndWhatIsNotThereIsNoErrorAndLeavesTheOutValues) {
   const XmpView xmp = OpenPhoto();
   EXPECT_EQ(Get(xmp, kTiff, "Make"), "Canon");
   EXPECT_EQ(Get(xmp, kDc, "subject[2]"), "dusk");
@@ -131,6 +134,15 @@ TEST_F(XmpTest, ValuesAreFoundByPathAndWhatIsNotThereLeavesTheOutValues) {
     EXPECT_STREQ(value.bytes, "kept") << path;
     EXPECT_EQ(options, 77U) << path;
   }
+  XmpView changed = xmp;
+  for (const char* path : {"no name", "", "a[0]", "Model"}) {
+    EXPECT_EQ(xmp.CountItems(kTiff, path), 0U) << path;
+    EXPECT_EQ(xmp.GetLocalizedText(kTiff, path, "", "de"), std::nullopt) << path;
+    changed.Delete(kTiff, path);
+    changed.DeleteLocalizedText(kTiff, path, "", "de");
+  }
+  changed.DeleteItem(kDc, "creator", -7);
+  changed.Delete("http://example.com/nobody/", "Make");
   EXPECT_FALSE(xmp.Has("http://example.com/nobody/", "Make"));
   EXPECT_TRUE(xmp.Has(kDc, "creator"));
 }
@@ -333,11 +345,30 @@ TEST_F(XmpTest, WhatReadingCameToIsToldAndMemoryReadsAsAFileDoes) {
     EXPECT_EQ(inMemory.Reading(), c.reading) << c.what << " in memory";
     EXPECT_EQ(inMemory.Xmp().Serialize(), onDisk.Xmp().Serialize()) << c.what;
   }
+  const TempFile file(photo);
+  const std::string fifo = file.path() + ".fifo";
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   std::int32_t error = 0;
   EXPECT_EQ(Interchange("/nowhere/at all.jpg").Reading(&error), LX_XMP_READ_NOT_FOUND);
   EXPECT_EQ(error, ENOENT);
+  EXPECT_EQ(Interchange(file.path() + "/below").Reading(), LX_XMP_READ_NOT_FOUND);
   EXPECT_EQ(Interchange("/").Reading(), LX_XMP_READ_IS_DIRECTORY);
   EXPECT_EQ(Interchange("/dev/null").Reading(), LX_XMP_READ_NO_FILE);
+  EXPECT_EQ(Interchange(fifo).Reading(), LX_XMP_READ_NO_FILE) << "at once: nobody writes into it";
+  EXPECT_EQ(Interchange("/proc/self/mem").Reading(), LX_XMP_READ_BROKEN) << "its first page is nobody's";
+  unlink(fifo.c_str());
+  rlimit limit = {};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+  const rlimit none = {0, limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_EQ(Interchange(file.path()).Reading(), LX_XMP_READ_NO_DESCRIPTORS);
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+  ASSERT_EQ(chmod(file.path().c_str(), 0), 0);
+  const uid_t user = geteuid();
+  if (user != 0 || seteuid(65534) == 0) {
+    EXPECT_EQ(Interchange(file.path()).Reading(), LX_XMP_READ_PERMISSION_DENIED);
+    ASSERT_EQ(seteuid(user), 0);
+  }
   LxInterchangeHandle handle = nullptr;
   EXPECT_EQ(LxXmpOpenMemory(nullptr, 1, &handle), LX_XMP_BAD_ARGUMENT);
   for (int round = 0; round < 2; ++round) {
@@ -412,11 +443,13 @@ TEST_F(XmpTest, AMessageIsOneLineOfWholeCharactersForATerminal) {
     EXPECT_THROW(xmp.Set(kXmp, name.c_str(), "x"), XmpError);
     return std::string(LxXmpLastMessage());
   };
-  const std::string quoted = messageFor("a \n\x1B\x7F\xC2\x9B\xE2\x80\xA8\xE2\x80\xAE\xE2\x81\xA6\xD8\x9C\xE2\x82\xAC");
+  const std::string quoted =
+      messageFor("a \n\x1B\x7F\xC2\x9B\xE2\x80\xA8\xE2\x80\xAE\xE2\x81\xA5\xE2\x81\xA6 \xD8\x9C\xE2\x82\xAC");
   EXPECT_EQ(quoted.find_first_of("\n\x1B\x7F"), std::string::npos) << quoted;
   for (const char* character : {"\xC2\x9B", "\xE2\x80\xA8", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xD8\x9C"}) {
     EXPECT_EQ(quoted.find(character), std::string::npos) << quoted;
   }
+  EXPECT_NE(quoted.find("\xE2\x81\xA5"), std::string::npos) << quoted;
   EXPECT_NE(quoted.find("\xE2\x82\xAC"), std::string::npos) << quoted;
   for (std::size_t shift = 0; shift < 4; ++shift) {
     std::string name(shift, ' ');

@@ -147,22 +147,6 @@ TEST(CommandFailures, AFileThatCannotBeOpenedHasALineOfItsOwnAndTheOthersAreDone
   }
 }
 
-TEST(CommandFailures, AFileWithoutRightsIsSaidToBeOne) {
-  if (Lxbridge({"--version"}, {.asNobody = true}).status != 0) GTEST_SKIP() << "others may not run the command here";
-  const TempFolder folder;
-  ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
-  const std::string secret = folder.Add("secret.jpg", Photo());
-  const std::string open = folder.Add("open.jpg", Photo());
-  ASSERT_EQ(::chmod(secret.c_str(), 0), 0);
-  ASSERT_EQ(::chmod(open.c_str(), 0644), 0);
-  for (const auto& form : kForms) {
-    const Outcome outcome = Lxbridge(With(form, {secret, open}), {.asNobody = true});
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.err, "lxbridge: " + secret + ": PermissionDenied\n");
-    EXPECT_EQ(outcome.out, Lxbridge(With(form, {open})).out);
-  }
-}
-
 TEST(CommandFailures, OnlyThePoolTellsThatAReaderFailedAndStillHasTheLine) {
   const TempFolder folder;
   const Surroundings there = {.folder = folder.path()};

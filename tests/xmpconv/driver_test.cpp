@@ -1,6 +1,7 @@
 #include "xmpconv/driver.h"
 
 #include <optional>
+#include <sstream>
 
 #include "api/interchange.h"
 #include "tests/support/image_builders.h"
@@ -114,28 +115,12 @@ TEST_F(DriverTest, APacketWinsUnlessADigestSaysThatTheBlockChanged) {
 
 TEST_F(DriverTest, AnIptcBlockThatWinsTakesAwayAllThatItStandsFor) {
   std::string attributes = "p:ColorMode='3'";
-  for (const char* name : {"Caption",
-                           "Author",
-                           "Title",
-                           "Keywords",
-                           "Copyright",
-                           "CaptionWriter",
-                           "Headline",
-                           "Instructions",
-                           "AuthorsPosition",
-                           "Credit",
-                           "Source",
-                           "DateCreated",
-                           "City",
-                           "State",
-                           "Country",
-                           "TransmissionReference",
-                           "Category",
-                           "SupplementalCategories",
-                           "Urgency",
-                           "WebStatement",
-                           "Marked"}) {
-    attributes += std::string(" p:") + name + "='x'";
+  std::istringstream names(
+      "Caption Author Title Keywords Copyright CaptionWriter Headline Instructions AuthorsPosition Credit Source "
+      "DateCreated City State Country TransmissionReference Category SupplementalCategories Urgency WebStatement "
+      "Marked");
+  for (std::string name; names >> name;) {
+    attributes += " p:" + name + "='x'";
   }
   const std::string packet =
       "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"

@@ -24,8 +24,8 @@ std::string Packet(std::string_view properties) {
 std::string Guid(std::string_view packet, bool lower = false) {
   std::string digits;
   for (const std::uint8_t byte : LxMd5(reinterpret_cast<const std::uint8_t*>(packet.data()), packet.size())) {
-    digits += (lower ? "0123456789abcdef" : "0123456789ABCDEF")[byte >> 4];
-    digits += (lower ? "0123456789abcdef" : "0123456789ABCDEF")[byte & 15];
+    const char* const alphabet = lower ? "0123456789abcdef" : "0123456789ABCDEF";
+    digits += {alphabet[byte >> 4], alphabet[byte & 15]};
   }
   return digits;
 }

@@ -1,8 +1,6 @@
 #include "xmpconv/gps.h"
 
-#include <cstdio>
 #include <limits>
-#include <random>
 
 #include "tests/xmpconv/conversion_fixture.h"
 #include "xmpconv/schemas.h"
@@ -43,18 +41,6 @@ TEST(GpsCoordinate, HasWholeSecondsOrAsManyDigitsAsTheLargestDivisorTellsApart) 
       {{0x80000000, 1, 0, 1, 0, 2}, 'N', "nothing"},  // More degrees than can be written.
   };
   for (const auto& c : cases) EXPECT_EQ(Coordinate(c.angle, c.reference), c.text);
-}
-
-TEST(GpsCoordinate, PadsNumbersAsPrintfDoes) {
-  std::mt19937 random(3);
-  for (int i = 0; i < 100'000; ++i) {
-    const auto number = static_cast<std::int32_t>(random()) >> (random() % 32);
-    const int width = static_cast<int>(random() % 12);
-    char expected[32];
-    std::snprintf(expected, sizeof expected, "%0*d", width, number);
-    LxNumberText text;
-    ASSERT_STREQ(text.Padded(number, width).Text(), expected);
-  }
 }
 
 class GpsTest : public ConversionTest {

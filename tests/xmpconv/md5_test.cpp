@@ -4,16 +4,10 @@
 
 #include <string>
 
-namespace {
+#include "tests/support/bytes.h"
 
-std::string Hex(const LxMd5Digest& digest) {
-  std::string text;
-  for (const std::uint8_t byte : digest) {
-    text += "0123456789abcdef"[byte / 16];
-    text += "0123456789abcdef"[byte % 16];
-  }
-  return text;
-}
+namespace lxtest {
+namespace {
 
 TEST(Md5, GivesThePublishedDigests) {
   const struct {
@@ -32,8 +26,10 @@ TEST(Md5, GivesThePublishedDigests) {
       {std::string(1000, 'a'), "cabe45dcc9ae5b66ba86600cca6b8ba8"},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(Hex(LxMd5(reinterpret_cast<const std::uint8_t*>(c.text.data()), c.text.size())), c.digest) << c.text;
+    const LxMd5Digest digest = LxMd5(reinterpret_cast<const std::uint8_t*>(c.text.data()), c.text.size());
+    EXPECT_EQ(Bytes(digest.begin(), digest.end()), Hex(c.digest)) << c.text;
   }
 }
 
 }  // namespace
+}  // namespace lxtest

@@ -34,6 +34,9 @@ TEST(NodeList, IndexesFollowEveryChange) {
         Node* before = place < expected.size() ? expected[place] : nullptr;
         Node* added = list.insert(owner.get(), std::move(node), before);
         expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(place), added);
+      } else if (below(100) == 0) {
+        list.clear();
+        expected.clear();
       } else if (below(5) == 0) {
         const std::size_t place = below(expected.size());
         NodePtr old = list.replace(expected[place], makeNode(storage, {kDC, "r" + std::to_string(turn)}, 0));

@@ -14,19 +14,8 @@ namespace velto::test {
 inline std::string visible(std::string_view text) {
   std::string shown;
   for (const char c : text) {
-    switch (c) {
-      case '\n':
-        shown += "\\n";
-        break;
-      case '\r':
-        shown += "\\r";
-        break;
-      case '\t':
-        shown += "\\t";
-        break;
-      default:
-        shown += c;
-    }
+    const std::size_t escape = std::string_view("\n\r\t").find(c);
+    shown += escape == std::string_view::npos ? std::string(1, c) : std::string("\\") + "nrt"[escape];
   }
   return shown;
 }

@@ -251,18 +251,5 @@ TEST_F(Operations, ManyLanguagesAreFoundAmongWhateverIsSetAndDeleted) {
   EXPECT_TRUE(isAltText(array));
 }
 
-// --- whole trees ----------------------------------------------------------------------------------------------------
-
-TEST_F(Operations, PropertiesAreAddedWithOrWithoutReplacing) {
-  Object source;
-  for (const char* name : {"a", "b"}) setNode(source, path(name), "new", 0);
-  set("b", "old");
-  appendProperties(source, object_, false);
-  EXPECT_EQ(text(), "dc:b = old\ndc:a = new\n");
-  appendProperties(source, object_, true);
-  EXPECT_EQ(text(), "dc:b = new\ndc:a = new\n");
-  EXPECT_EQ(textOf(source), "dc:a = new\ndc:b = new\n");
-}
-
 }  // namespace
 }  // namespace velto::test

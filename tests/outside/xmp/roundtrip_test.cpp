@@ -165,31 +165,5 @@ TEST(RoundTrip, RandomObjectsReadBackEqual) {
   EXPECT_EQ(deepest, kDepthLimit + 2) << "root, schema, and as deep as an object can be";
 }
 
-// Whatever code point the toolkit takes in a name or keeps in a value, the reader takes too.
-TEST(RoundTrip, EveryCharacterThatIsTakenReadsBack) {
-  Object object;
-  const Namespace* ns = object.namespaces.intern("http://test.example/t/", "t");
-  Node* const schema = object.ensureSchema(ns);
-  std::string value;
-  for (std::uint32_t codePoint = 1; codePoint < 0x11000; codePoint++) {
-    if (codePoint >= 0xD800 && codePoint < 0xE000) continue;
-    std::string character;
-    appendUTF8(character, codePoint);
-    value += repairText(character);
-    // Asking about a name beyond ASCII costs a parser, so not of every ideograph.
-    if (codePoint > 0x3400 && codePoint < 0xF000 && codePoint % 64 != 0) continue;
-    for (const std::string& name : {character, "a" + character}) {
-      if (isXMLName(name)) appendChild(schema, makeNode(object.storage, {ns, name}, 0));
-    }
-  }
-  appendChild(schema, makeNode(object.storage, {ns, "value"}, 0, value));
-  for (const std::uint32_t options : {0u, kXMPSerializeCompact}) {
-    std::string packet;
-    serializeObject(object, {.options = options}, packet);
-    ASSERT_EQ(failureOf(packet), "");
-    EXPECT_TRUE(equalTrees(Parsed(packet).object.root(), object.root(), object.namespaces));
-  }
-}
-
 }  // namespace
 }  // namespace velto::test

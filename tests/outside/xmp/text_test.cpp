@@ -83,19 +83,5 @@ TEST(Text, LanguageTagsHaveTheirUsualCase) {
   }
 }
 
-TEST(Text, OtherUnicodeEncodingsBecomeUTF8) {
-  EXPECT_EQ(fromUTF16("A\0\x3D\xD8\0\xDE"sv, false), "A\xF0\x9F\x98\x80");
-  EXPECT_EQ(fromUTF16("\0A\xD8\x3D\xDE\0"sv, true), "A\xF0\x9F\x98\x80");
-  EXPECT_EQ(fromUTF16("\x3D\xD8"sv, false), "\xEF\xBF\xBD");  // Cut in a pair.
-  EXPECT_EQ(fromUTF16("\0\xDE\x3D\xD8"sv
-                      "A\0B"sv,
-                      false),
-            "\xEF\xBF\xBD\xEF\xBF\xBD"
-            "A"
-            "\xEF\xBF\xBD");
-  EXPECT_EQ(fromUTF32("\0\x01\xF6\0"sv, true), "\xF0\x9F\x98\x80");
-  EXPECT_EQ(fromUTF32("\0\xF6\x01\0\xFF\xFF\xFF\xFF\x41"sv, false), "\xF0\x9F\x98\x80\xEF\xBF\xBD\xEF\xBF\xBD");
-}
-
 }  // namespace
 }  // namespace velto::test
