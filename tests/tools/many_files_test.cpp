@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -60,34 +59,6 @@ Outcome Script(const TempFolder& folder, const std::string& script) {
   const TempFile start(Text(command + " '" LX_SHARED_COMMAND "' \"$@\"\n"));
   EXPECT_EQ(chmod(start.path().c_str(), 0700), 0);
   return RunProgram("/bin/sh", {"-c", script, start.path()}, {.folder = folder.path()});
-}
-
-// The share of the time from the second second on in which the terminal, by the files that script(1) has made of it,
-// shows a line of progress.
-double ShareOfProgress(const TempFolder& folder) {
-  const std::string seen = AsText(ReadWholeFile(folder.path() + "/seen"));
-  std::istringstream timing(AsText(ReadWholeFile(folder.path() + "/timing")));
-  std::size_t at = seen.find('\n') + 1;  // After script's own first line.
-  std::string line;
-  std::size_t column = 0;
-  double now = 0, all = 0, shown = 0, delay = 0;
-  for (std::size_t length = 0; timing >> delay >> length; at += length) {
-    now += delay;
-    if (now > 1.5) all += delay;
-    if (now > 1.5 && line.find(" files, ") != std::string::npos) shown += delay;
-    for (std::size_t i = at; i < at + length; ++i) {
-      if (seen[i] == '\r' || seen[i] == '\n') {
-        column = 0;
-        if (seen[i] == '\n') line.clear();
-      } else if (seen.compare(i, 3, "\x1B[K") == 0) {
-        line.resize(column);
-        i += 2;
-      } else {
-        line.replace(column++, 1, 1, seen[i]);
-      }
-    }
-  }
-  return all > 1 ? shown / all : 0;
 }
 
 TEST(ManyFiles, WorkersGiveWhatOneProcessGivesInTheSameOrder) {
@@ -271,12 +242,19 @@ TEST(ManyFiles, ATerminalHasProgressAndItsInterruptEndsAll) {
   const Outcome outcome = Script(many.folder, R"sh(
     mkfifo names; exec 3<>names; (for i in $(seq 300); do echo p1.jpg >&3; sleep 0.01; done) &
     (sleep 3.2; printf '\003'; sleep 1) |
-      script -qefT timing -c "'$0' -j1 --format json --files-from names >out" seen >/dev/null
+      script -qefc "'$0' -j1 --format json --files-from names >out" seen >/dev/null
     s=$?; tail -c 1 out | od -An -c
     for p in $(pgrep -x lxbridge); do ! [ "$(readlink /proc/$p/cwd)" = "$PWD" ] || echo "left: $p"; done; exit $s)sh");
   EXPECT_EQ(outcome.status, 128 + SIGINT);
   EXPECT_EQ(outcome.out, "  \\n\n");
-  EXPECT_GE(ShareOfProgress(many.folder), 0.8);
+  const std::string seen = AsText(ReadWholeFile(many.folder.path() + "/seen"));
+  const auto count = [&seen](std::string_view text) {
+    int times = 0;
+    for (std::size_t at = 0; (at = seen.find(text, at)) != std::string::npos; at += text.size()) ++times;
+    return times;
+  };
+  EXPECT_GE(count(" files, "), 5);
+  EXPECT_LE(count("\r\x1B[K"), 1) << "the line stands until the end";
 }
 
 TEST(ManyFiles, AWorkerThatDiesCostsTheFileThatItWasAt) {

@@ -80,13 +80,15 @@ TEST_F(ExifStructsTest, TablesThatPromiseMoreThanTheyHoldKeepTheFieldsThatFit) {
   EXPECT_FALSE(Convert("D", 0xA302, Hex("FFFF FFFF 00 01 02")));
   EXPECT_FALSE(Convert("E", 0x8828, Hex("0001 0001") + Text("Red")));  // The name runs to the end.
   EXPECT_TRUE(Convert("F", 0x8828, Hex("0001 0000") + Text("Red")));
+  EXPECT_FALSE(Convert("G", 0x8828, Hex("0002 0000 5200")));
   EXPECT_EQ(Dump(),
             "exif:A={exif:Columns=1, exif:Rows=2, exif:Names=seq[R]}\n"
             "exif:B={exif:Columns=9, exif:Rows=1}\n"
             "exif:C={exif:Columns=65535, exif:Rows=65535}\n"
             "exif:D={exif:Columns=65535, exif:Rows=65535}\n"
             "exif:E={exif:Columns=1, exif:Rows=1, exif:Names=seq[Red]}\n"
-            "exif:F={exif:Columns=1, exif:Rows=0, exif:Names=seq[Red]}\n");
+            "exif:F={exif:Columns=1, exif:Rows=0, exif:Names=seq[Red]}\n"
+            "exif:G={exif:Columns=2, exif:Rows=0}\n");
 }
 
 TEST_F(ExifStructsTest, PatternsAndSettingsReplaceTheirFieldsAndKeepOthers) {

@@ -58,7 +58,7 @@ TEST_F(SettersTest, UnicodeStringsAreLittleEndianAndSurviveLoneSurrogates) {
       {"4100 0000 4200", "A, B"},  // No zero unit at the end.
       {"4100 42", "A"},            // An odd last byte.
       {"0000 0000 4100 0000", ", , A"},
-      {"3DD8 00DE 0000", "\xF0\x9F\x98\x80"},
+      {"3DD8 00DE 3FD8 00DC 00D8 FFDF", "\xF0\x9F\x98\x80\xF0\x9F\xB0\x80\xF0\x90\x8F\xBF"},
       {"E900 AC20 0000", "\xC3\xA9\xE2\x82\xAC"},
       {"3DD8 4100 0000",
        "\xEF\xBF\xBD"

@@ -21,15 +21,8 @@ class Toolkit : public testing::Test {
     utils_ = LookUpAll<XMPUtilsStatics>(lookup_, kXMPUtilsStaticInterface, kXMPUtilsStaticNames);
     ASSERT_EQ(meta_.newWithBuffer(nullptr, 0, &object_), nullptr);
     ASSERT_EQ(broker_.containers.addRef(object_), nullptr);
-    TALProc slots[std::size(kXMPMetaMethodNames)];
-    for (std::size_t at = 0; at < std::size(slots); ++at) {
-      const TALStringAtom shortName = broker_.strings.newStringAtom(kXMPMetaMethodNames[at].shortName);
-      const TALStringAtom qualifiedName = broker_.strings.newStringAtom(kXMPMetaMethodNames[at].qualifiedName);
-      ASSERT_EQ(broker_.containers.getMethod(&slots[at], object_, shortName, qualifiedName, 0), nullptr);
-      broker_.strings.deleteStringAtom(shortName);
-      broker_.strings.deleteStringAtom(qualifiedName);
-    }
-    std::memcpy(&methods_, slots, sizeof methods_);
+    FindMethods(kXMPMetaMethodNames, methods_);
+    FindMethods(kXMPMetaOptionalMethodNames, optional_);
   }
   void TearDown() override {
     Release(object_);
@@ -38,6 +31,18 @@ class Toolkit : public testing::Test {
     VeltoXMPOrdinal2();
   }
 
+  template <typename Methods, std::size_t kCount>
+  void FindMethods(const TALProcName (&names)[kCount], Methods& methods) {
+    TALProc slots[kCount];
+    for (std::size_t at = 0; at < kCount; ++at) {
+      const TALStringAtom shortName = broker_.strings.newStringAtom(names[at].shortName);
+      const TALStringAtom qualifiedName = broker_.strings.newStringAtom(names[at].qualifiedName);
+      EXPECT_EQ(broker_.containers.getMethod(&slots[at], object_, shortName, qualifiedName, 0), nullptr);
+      broker_.strings.deleteStringAtom(shortName);
+      broker_.strings.deleteStringAtom(qualifiedName);
+    }
+    std::memcpy(&methods, slots, sizeof methods);
+  }
   void Release(XMPObjectRef object) { EXPECT_EQ(broker_.containers.release(object), nullptr); }
 
   // The id of the error, which must say what it is about; 0 for success.
@@ -70,6 +75,7 @@ class Toolkit : public testing::Test {
   XMPMetaStatics meta_{};
   XMPUtilsStatics utils_{};
   XMPMetaMethods methods_{};
+  XMPMetaOptionalMethods optional_{};
   XMPObjectRef object_ = nullptr;
 };
 
@@ -123,7 +129,9 @@ TEST(ToolkitStart, FailsWithABrokerThatLacksSomethingOrHasItOfAnother) {
   EXPECT_EQ(TALOrdinal5()(kXMPMetaStaticInterface, "New", "XMPMeta_New_Ctor"), nullptr);
 }
 
-TEST_F(Toolkit, NullsAreErrorsAndUnwantedAnswersAreNot) {
+TEST_F(Toolkit, WrongArgumentsAreErrorsAndUnwantedAnswersAreNot) {
+  std::uint32_t count = 0;
+  XMPTextOut text{};
   const std::vector<std::function<TALErrorRef()>> wrong = {
       [&] { return methods_.setProperty(nullptr, kDC, "a", "x", 0); },
       [&] { return methods_.setProperty(object_, nullptr, "a", "x", 0); },
@@ -136,6 +144,7 @@ TEST_F(Toolkit, NullsAreErrorsAndUnwantedAnswersAreNot) {
       [&] { return methods_.setPropertyDate(object_, kDC, "a", nullptr, 0); },
       [&] { return methods_.parseFromBuffer(object_, nullptr, 1, 0); },
       [&] { return methods_.visitNodes(object_, nullptr, nullptr, nullptr, nullptr); },
+      [&] { return optional_.getWarning(object_, 0, &count, &count, &text); },
       [&] { return meta_.newCopy(object_, nullptr); },
       [&] { return meta_.registerNamespace(nullptr, "a", nullptr); },
       [&] { return utils_.setTimeZone(nullptr); },

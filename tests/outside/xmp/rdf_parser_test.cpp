@@ -145,7 +145,7 @@ std::string sample() {
   std::string items;
   for (int i = 0; i < 90; i++) {
     items += "<rdf:li xml:lang='x-" + std::to_string(i) +
-             "'>Gr\xC3\xBC\xC3\x9F \xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x93\xB7 &amp; " +
+             "'>Gr\xC3\xBC\xC3\x9F \xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x93\xB7\xF4\x8F\xBF\xBF &amp; " +
              std::string(static_cast<std::size_t>(i), 'o') + "</rdf:li>\n";
   }
   return inDescription("<dc:title><rdf:Alt>" + items + "</rdf:Alt></dc:title><dc:format>\xEF\xBF\xBD</dc:format>");
@@ -154,7 +154,7 @@ std::string sample() {
 TEST(RDFParser, EveryEncodingWithAndWithoutMarkInPiecesOfAnySize) {
   const std::string text = sample();
   const std::string expected = parsedText(text);
-  ASSERT_NE(expected.find("\xF0\x9F\x93\xB7 & oo\n"), std::string::npos);
+  ASSERT_NE(expected.find("\xF0\x9F\x93\xB7\xF4\x8F\xBF\xBF & oo\n"), std::string::npos);
   for (const PacketEncoding encoding : kEncodings) {
     for (const bool hasMark : {false, true}) {
       for (const std::string_view before : {"", " \n"}) {
@@ -246,7 +246,7 @@ TEST(RDFParser, APropertyThatNestsTooDeepIsLeftOut) {
       {description + "<t:a>", "<rdf:Description><rdf:value>"},
   };
   for (const auto& c : kCases) {
-    const Parsed parsed(c.start + repeated(c.open, 300000));
+    const Parsed parsed(c.start + repeated(c.open, 50000));
     EXPECT_EQ(parsed.failure.substr(0, 3), "14 ") << c.start << c.open;
     EXPECT_EQ(parsed.text(), c.start.empty() ? "" : "dc:format = kept\n") << c.open;
   }

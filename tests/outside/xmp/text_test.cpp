@@ -30,6 +30,7 @@ TEST(Text, RepairTakesBytesThatAreNoUTF8AsWindows1252) {
       {"a\x01\x1F\x7F\tb\n\r"sv, "a  \x7F\tb\n\r"sv},                        // Controls that XML cannot carry.
       {"a\0b"sv, "a b"sv},
       {"\xEF\xBF\xBE\xEF\xBF\xBF|\xEF\xBF\xBD"sv, "  |\xEF\xBF\xBD"sv},  // U+FFFE, U+FFFF.
+      {"\xED\x9F\xBF\xEE\x80\x80"sv, "\xED\x9F\xBF\xEE\x80\x80"sv},      // Beside the surrogates.
       {"\xED\xA0\x80"sv, "\xEF\xBF\xBD"sv},                              // A lone surrogate.
       {"\xED\xA0\xBD\xED\xB8\x80"sv, "\xF0\x9F\x98\x80"sv},              // A pair of them.
       {"\xED\xA0\xBDx"sv, "\xEF\xBF\xBDx"sv},
