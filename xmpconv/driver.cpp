@@ -51,7 +51,7 @@ const LxMetadataItem* Find(const LxMetadataPool& pool, const char* nameSpace, co
 }
 
 bool Is(const char* text, const char* wanted) noexcept {
-  return text && std::strcmp(text, wanted) == 0;
+  return text && *text == *wanted && std::strcmp(text, wanted) == 0;
 }
 
 // Which of the file's IPTC blocks is used; the other one is marked deleted.

@@ -274,15 +274,40 @@ static_assert(std::size(kExifRows) == 26 + 53 && IsSortedByTag(kExifRows));
 static_assert(std::size(kRawRows) == 16 && IsSortedByTag(kRawRows));
 static_assert(kExifRows[std::size(kExifRows) - 1].tag < kRawRows[0].tag);  // So one of the tables is enough to look in.
 
-template <typename Row, std::size_t kCount>
-const Row* FindRow(const Row (&rows)[kCount], std::uint16_t tag) noexcept {
-  const Row* const found = std::lower_bound(std::begin(rows), std::end(rows), tag,
-                                            [](const Row& row, std::uint16_t wanted) { return row.tag < wanted; });
-  return found != std::end(rows) && found->tag == tag ? found : nullptr;
-}
+// The rows of a table by tag, made by the compiler: a slot is a row's number from 1, or 0.
+class RowFinder {
+ public:
+  template <typename Row, std::size_t kCount>
+  explicit constexpr RowFinder(const Row (&rows)[kCount]) {
+    static_assert(kCount < kSlots / 2);
+    for (std::size_t at = 0; at < kCount; ++at) {
+      std::size_t slot = SlotOf(rows[at].tag);
+      while (slots_[slot] != 0) slot = (slot + 1) % kSlots;
+      slots_[slot] = static_cast<std::uint8_t>(at + 1);
+    }
+  }
 
-template <std::size_t kCount>
-bool MapByTag(const TagRow (&rows)[kCount], LxConversion& conversion, const LxMetadataItem* item, const char* schema) {
+  template <typename Row>
+  const Row* Find(const Row* rows, std::uint16_t tag) const noexcept {
+    for (std::size_t slot = SlotOf(tag); slots_[slot] != 0; slot = (slot + 1) % kSlots) {
+      if (rows[slots_[slot] - 1].tag == tag) return &rows[slots_[slot] - 1];
+    }
+    return nullptr;
+  }
+
+ private:
+  static constexpr std::size_t kSlots = 256;
+  // The multiplier gives each tag of the two large tables a slot of its own.
+  static constexpr std::size_t SlotOf(std::uint16_t tag) noexcept { return (tag * 315u >> 8) % kSlots; }
+
+  std::uint8_t slots_[kSlots] = {};
+};
+constexpr RowFinder kFindTiffRow(kTiffRows);
+constexpr RowFinder kFindExifRow(kExifRows);
+constexpr RowFinder kFindRawRow(kRawRows);
+
+bool MapByTag(const TagRow* rows, const RowFinder& finder, LxConversion& conversion, const LxMetadataItem* item,
+              const char* schema) {
   if (item->valueLength == 0) {
     conversion.Xmp().DeleteProperty(schema, item->name);
     return false;
@@ -291,22 +316,22 @@ bool MapByTag(const TagRow (&rows)[kCount], LxConversion& conversion, const LxMe
   // would say so by an error for each such tag, and raising it costs more than the rest of a tag's conversion; and for
   // a struct, whose field paths are composed unguarded, that error would end the import of a file with one stray tag.
   if (item->name[0] == ' ') return false;
-  const TagRow* const row = FindRow(rows, item->tagId);
+  const TagRow* const row = finder.Find(rows, item->tagId);
   return row && row->rule(conversion, item, schema, row->partner);
 }
 
 }  // namespace
 
 bool LxConvertTiffItem(LxConversion& conversion, const LxMetadataItem* item) {
-  return MapByTag(kTiffRows, conversion, item, kLxTiffSchema);
+  return MapByTag(kTiffRows, kFindTiffRow, conversion, item, kLxTiffSchema);
 }
 
 bool LxConvertExifItem(LxConversion& conversion, const LxMetadataItem* item) {
   if (item->tagId >= kRawRows[0].tag && item->valueLength != 0) {
-    const RawRow* const raw = FindRow(kRawRows, item->tagId);
+    const RawRow* const raw = kFindRawRow.Find(kRawRows, item->tagId);
     if (!raw) return false;
     (void)LxSetXMPPrefixedText(conversion.Xmp(), raw->schema, raw->property, raw->label, item->displayText);
     return false;
   }
-  return MapByTag(kExifRows, conversion, item, kLxExifSchema);
+  return MapByTag(kExifRows, kFindExifRow, conversion, item, kLxExifSchema);
 }

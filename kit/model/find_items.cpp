@@ -23,6 +23,17 @@ bool Matches(const LxWantedItem& wanted, const LxMetadataItem* item) noexcept {
          (wanted.displayText == nullptr || std::strcmp(wanted.displayText, item->displayText) == 0);
 }
 
+// Gives the item to those that look for it and have found none yet; how many these are.
+std::size_t FindAmong(LxMetadataItem* item, std::uint16_t letters, LxWantedItem* wanted, std::size_t count) noexcept {
+  std::size_t found = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (wanted[i].letters != letters || wanted[i].found != nullptr || !Matches(wanted[i], item)) continue;
+    wanted[i].found = item;
+    ++found;
+  }
+  return found;
+}
+
 }  // namespace
 
 void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count) noexcept {
@@ -38,24 +49,20 @@ void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count)
   LxMetadataItem* parents[kLxMaxTreeDepth];
   std::int32_t depth = 0;
   LxMetadataItem* item = first;
-  while (missing > 0) {
-    if (item == nullptr) {
+  for (;;) {
+    while (item == nullptr) {
       if (depth == 0) return;
       item = parents[--depth];
       item = (item->flags & kLxEndOfRun) != 0 ? nullptr : item->next;
-      continue;
     }
     if ((item->flags & kLxDeleted) != 0) {
       item = item->next;
       continue;
     }
     const std::uint16_t letters = FirstLetters(item->name);
-    const std::size_t asked = (wantedLetters & BitOf(letters)) != 0 ? count : 0;
-    for (std::size_t i = 0; i < asked; ++i) {
-      if (wanted[i].letters == letters && wanted[i].found == nullptr && Matches(wanted[i], item)) {
-        wanted[i].found = item;
-        --missing;
-      }
+    if ((wantedLetters & BitOf(letters)) != 0) [[unlikely]] {
+      missing -= FindAmong(item, letters, wanted, count);
+      if (missing == 0) return;
     }
     if (item->firstChild != nullptr && (item->flags & kLxClosed) == 0 && depth < kLxMaxTreeDepth) {
       parents[depth++] = item;

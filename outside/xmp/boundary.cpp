@@ -91,6 +91,10 @@ void withdraw() noexcept {
   if (state.kind != nullptr && succeeded(state.containers.deleteKind(state.kind))) state.kind = nullptr;
 }
 
+[[noreturn]] void raiseBadObject(const char* what) {
+  throw ToolkitError(ErrorId::kBadObject, what);
+}
+
 TALErrorRef coreError(std::uint32_t index) noexcept {
   const TALErrorRef error = state.errors.getCoreError(index);
   if (error != nullptr) state.errors.addRef(error);
@@ -151,22 +155,20 @@ XMPObjectRef wrapInstance(std::unique_ptr<Instance> instance) {
 }
 
 Instance& instanceOf(XMPObjectRef object) {
-  if (object == nullptr) throw ToolkitError(ErrorId::kBadObject, "the object reference is null");
+  if (object == nullptr) raiseBadObject("the object reference is null");
   TALKindRef kind = nullptr;
   if (!succeeded(state.containers.getKind(object, &kind)) || kind == nullptr || kind != state.kind) {
-    throw ToolkitError(ErrorId::kBadObject, "the reference is not of a toolkit object");
+    raiseBadObject("the reference is not of a toolkit object");
   }
   void* instance = nullptr;
   std::memcpy(&instance, reinterpret_cast<const char*>(object) + state.instanceOffset, sizeof instance);
-  if (instance == nullptr) throw ToolkitError(ErrorId::kBadObject, "the object is empty");
+  if (instance == nullptr) raiseBadObject("the object is empty");
   return *static_cast<Instance*>(instance);
 }
 
 Instance& changeableInstanceOf(XMPObjectRef object) {
   Instance& instance = instanceOf(object);
-  if (instance.visits != 0) {
-    throw ToolkitError(ErrorId::kBadObject, "the object cannot be changed while its nodes are visited");
-  }
+  if (instance.visits != 0) raiseBadObject("the object cannot be changed while its nodes are visited");
   return instance;
 }
 

@@ -56,7 +56,7 @@ class Namespaces {
   // A plain name of the namespace, when it is the one that was remembered last: clients ask for a property and then set
   // it. Null: another.
   const NameKey* remembered(const Namespace* ns, const char* name) const noexcept {
-    return ns == lastKey_.ns && std::strcmp(name, lastName_) == 0 ? &lastKey_ : nullptr;
+    return ns == lastKey_.ns && *name == *lastName_ && std::strcmp(name, lastName_) == 0 ? &lastKey_ : nullptr;
   }
   // Names that are too long are not remembered. The key that comes back is that of the caller's text.
   void remember(const NameKey& key) noexcept {

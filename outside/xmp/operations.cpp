@@ -40,6 +40,7 @@ class StoredText {
 };
 
 std::uint32_t checkedLeafForm(const char* text, std::uint32_t options) {
+  if (text != nullptr && options == 0) return 0;
   const std::uint32_t form = checkedForm(options);
   if (text != nullptr && (form & kContainerBits) != 0) {
     throw ToolkitError(ErrorId::kBadOptions, "an array or a struct has no text of its own");
@@ -103,6 +104,7 @@ std::uint32_t checkedArrayForm(std::uint32_t options) {
 
 Node* setNode(Object& object, const Path& path, const char* text, std::uint32_t options) {
   const std::uint32_t form = checkedLeafForm(text, options);
+  if (path.steps.empty()) return setProperty(object, path, StoredText(text), form);
   std::string language;
   if (isLanguagePath(path)) {
     if (form != 0) raiseAt(ErrorId::kBadOptions, path, "is a language, so a simple value");
@@ -110,7 +112,6 @@ Node* setNode(Object& object, const Path& path, const char* text, std::uint32_t 
     text = language.c_str();
   }
   const StoredText value(text);
-  if (path.steps.empty()) return setProperty(object, path, value, form);
   const Place place = locate(object, path);
   if (place.missing == 0) {
     if (!language.empty()) {

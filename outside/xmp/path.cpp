@@ -33,13 +33,35 @@ constexpr std::array<std::uint8_t, 256> makeNameBytes() {
 }
 constexpr std::array<std::uint8_t, 256> kNameBytes = makeNameBytes();
 
+// Whether each of the eight bytes is a letter or a digit of ASCII. Adding to a byte below 0x80 sets its top bit where
+// the byte is at least so large, and carries into no other.
+bool areLettersOrDigits(const char* bytes) noexcept {
+  constexpr std::uint64_t kEach = 0x0101010101010101u;
+  constexpr std::uint64_t kTop = 0x80 * kEach;
+  std::uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof word);
+  if ((word & kTop) != 0) return false;
+  const std::uint64_t lower = word | 0x20 * kEach;
+  const std::uint64_t letters = (lower + (0x80 - 'a') * kEach) & ~(lower + (0x80 - ('z' + 1)) * kEach);
+  const std::uint64_t digits = (word + (0x80 - '0') * kEach) & ~(word + (0x80 - ('9' + 1)) * kEach);
+  return ((letters | digits) & kTop) == kTop;
+}
+
 // The length of a text that is a name of ASCII and nothing else; 0 for any other.
 std::size_t plainNameLength(const char* text) noexcept {
   const auto kindOf = [](char c) { return kNameBytes[static_cast<std::uint8_t>(c)]; };
   if (kindOf(*text) != 1) return 0;
-  const char* end = text + 1;
-  while (kindOf(*end) != 0) ++end;
-  return *end == '\0' ? static_cast<std::size_t>(end - text) : 0;
+  const std::size_t length = std::strlen(text);
+  std::size_t checked = 1;
+  if (length >= 8) {
+    checked = 0;
+    while (checked + 8 <= length && areLettersOrDigits(text + checked)) checked += 8;
+    if (checked + 8 > length && areLettersOrDigits(text + length - 8)) return length;
+  }
+  for (; checked < length; ++checked) {
+    if (kindOf(text[checked]) == 0) return 0;
+  }
+  return length;
 }
 
 struct Scanner {
@@ -150,6 +172,19 @@ const PathProblem* addNamedStep(Step::Kind kind, Namespaces& namespaces, const c
   return addStep(std::move(step), path);
 }
 
+const PathProblem* parseSteps(Namespaces& namespaces, const Namespace* ns, std::string_view text, Path& path) {
+  Scanner scanner{text};
+  std::string_view name;
+  if (const PathProblem* problem = splitName(namespaces, scanner.takeUntil("/["), ns, name)) return problem;
+  path.top = NameKey(ns, name);
+  while (!scanner.atEnd()) {
+    Step step{.kind = Step::Kind::kField, .name = {}, .value = {}};
+    if (const PathProblem* problem = takeStep(namespaces, scanner, step)) return problem;
+    if (const PathProblem* problem = addStep(std::move(step), path)) return problem;
+  }
+  return nullptr;
+}
+
 bool isSelected(const Node* item, const Step& step) noexcept {
   const Node* named = nullptr;
   if (step.kind == Step::Kind::kByQualifier) {
@@ -182,21 +217,9 @@ const PathProblem* parsePath(Namespaces& namespaces, const char* schema, const c
     return nullptr;
   }
   const std::size_t plainLength = plainNameLength(text);
-  if (plainLength != 0) {
-    path.top = NameKey(ns, {text, plainLength});
-    namespaces.remember(path.top);
-    return nullptr;
-  }
-  const std::string_view whole(text);
-  Scanner scanner{whole};
-  std::string_view name;
-  if (const PathProblem* problem = splitName(namespaces, scanner.takeUntil("/["), ns, name)) return problem;
-  path.top = NameKey(ns, name);
-  while (!scanner.atEnd()) {
-    Step step{.kind = Step::Kind::kField, .name = {}, .value = {}};
-    if (const PathProblem* problem = takeStep(namespaces, scanner, step)) return problem;
-    if (const PathProblem* problem = addStep(std::move(step), path)) return problem;
-  }
+  if (plainLength == 0) return parseSteps(namespaces, ns, text, path);
+  path.top = NameKey(ns, {text, plainLength});
+  namespaces.remember(path.top);
   return nullptr;
 }
 

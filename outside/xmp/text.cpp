@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 #include <memory>
 
 #include "outside/xmp/errors.h"
@@ -52,6 +53,14 @@ void appendReference(std::uint32_t codePoint, std::string& text) {
 
 std::uint32_t joinSurrogates(std::uint32_t high, std::uint32_t low) noexcept {
   return 0x10000 + ((high - 0xD800) << 10) + (low - 0xDC00);
+}
+
+// Whether each of the eight bytes is at least a space and below 0x80.
+bool arePlain(const char* bytes) noexcept {
+  constexpr std::uint64_t kEach = 0x0101010101010101u;
+  std::uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof word);
+  return (word & 0x80 * kEach) == 0 && ((word + (0x80 - ' ') * kEach) & 0x80 * kEach) == 0x80 * kEach;
 }
 
 // A surrogate written in three bytes, as some writers do that take UTF-16 units for code points. 0: there is none.
@@ -172,7 +181,10 @@ bool isXMLChar(std::uint32_t codePoint) noexcept {
 }
 
 bool isCleanText(std::string_view text) noexcept {
-  for (std::size_t at = 0; at < text.size();) {
+  std::size_t at = 0;
+  while (at + 8 <= text.size() && arePlain(text.data() + at)) at += 8;
+  if (text.size() >= 8 && at + 8 > text.size() && arePlain(text.data() + text.size() - 8)) return true;
+  while (at < text.size()) {
     const std::uint8_t byte = byteAt(text, at);
     if (byte >= 0x20 && byte < 0x80) {
       ++at;
