@@ -1,4 +1,4 @@
-// The library's start and stop, and what a host meets when another library lacks something or refuses it.
+// The library's start and stop, and imports with another library that refuses something.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -53,7 +53,7 @@ class LifecycleTest : public testing::Test {
   static std::string ImportRaises(const char* path) {
     return Raised([path] { LxInterchangeDelete(LxInterchangeNew(path)); });
   }
-  // What the sample file becomes in a started library while nothing is hidden or fails.
+  // The XMP of the sample file. The library must be started, and nothing be hidden or fail.
   std::string ImportedText() {
     const lxbridge::HostSession session;
     const LxInterchangeHandle handle = LxInterchangeNew(sample.path().c_str());
@@ -117,7 +117,7 @@ TEST_F(LifecycleTest, OutsideOfInitAndTermNewRaisesAndDeleteStillFrees) {
   LxInterchangeDelete(handle);
 }
 
-TEST_F(LifecycleTest, WhatTheToolkitRefusesEndsTheImportOnlyWhereNothingGuardsIt) {
+TEST_F(LifecycleTest, RefusalsOfTheToolkitEndTheImportOnlyWhereNothingGuardsAgainstThem) {
   ASSERT_TRUE(LxInterchangeInit());
   const std::string whole = ImportedText();
   LxInterchangeTerm();

@@ -28,7 +28,7 @@ int LookupCount();
 // Makes every table be bound again on its next use, as any library does that leaves the broker.
 void ChangeUnregisterCount();
 
-// What is alive in the broker and the toolkit; compared before and after.
+// The live objects of the broker and the toolkit; compared before and after.
 struct Alive {
   std::uint32_t containers;
   std::uint32_t errors;

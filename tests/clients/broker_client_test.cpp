@@ -18,7 +18,7 @@ using lxtest::CountAlive;
 using lxtest::LookupCount;
 using lxtest::RealBroker;
 
-// Three client objects; the last one registers last. Each tells what it does and behaves as its test says.
+// Three client objects; the last one registers last. Each notes its calls and behaves as its test says.
 std::vector<std::string> events;
 enum class Behaviour { kStarts, kFails, kRaises };
 Behaviour behaviours[3];

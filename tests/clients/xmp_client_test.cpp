@@ -85,7 +85,7 @@ TEST_F(XMPClient, DestructionRaisesNothingWhenTheBrokerHasNoContainersAnyMore) {
   EXPECT_EQ(RealBroker().containers.release(object), nullptr);
 }
 
-TEST_F(XMPClient, WhatIsNotFoundChangesNothingAndNeedsNoUnlocking) {
+TEST_F(XMPClient, MissingPropertiesChangeNothingAndNeedNoUnlocking) {
   XMPMetaHolder holder;
   holder.AppendArrayItem(kDC, "creator", kXMPPropIsOrdered, "Ada");
   std::string text = "before";

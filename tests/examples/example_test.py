@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""example_test.py PRINT_XMP LIST_PROPERTIES EDIT_PROPERTY KEEP_SIDECAR LXBRIDGE LX_MAKE_SAMPLE: what the hosts of examples/ print
-is what the command says of the same file, and README.md quotes them word for word."""
+"""example_test.py PRINT_XMP LIST_PROPERTIES EDIT_PROPERTY KEEP_SIDECAR LXBRIDGE LX_MAKE_SAMPLE: the hosts of examples/ print
+the same as the command of the same file, and README.md quotes them word for word."""
 import json
 import os
 import pathlib

@@ -44,7 +44,7 @@ TEST(HostFaults, AStartThatFailsSaysSoAndTheNextSucceeds) {
   }
 }
 
-TEST(HostFaults, WhatTheToolkitLacksOrRefusesIsToldApart) {
+TEST(HostFaults, MissingProceduresAndRefusalsAreToldApart) {
   const Library library;
   const Interchange photo(lxtest::TempFile(Photo()).path());
   const struct {
@@ -78,7 +78,7 @@ TEST(HostFaults, WhatTheToolkitLacksOrRefusesIsToldApart) {
 TEST(HostFaults, AThreadGivesBackTheMemoryOfItsTexts) {
   const Library library;
   const Interchange photo(lxtest::TempFile(Photo()).path());
-  ASSERT_EQ(photo.Xmp().Get(LX_XMP_NS_TIFF, "Make"), "Canon");  // Looks up what is needed.
+  ASSERT_EQ(photo.Xmp().Get(LX_XMP_NS_TIFF, "Make"), "Canon");  // Binds the procedures.
   ReleaseThreadMemory();
   const FailingNew counted;
   LxXmpText text;
@@ -140,7 +140,7 @@ TEST(HostFaults, ACallThatRunsOutOfMemoryChangesNothing) {
   };
   for (const auto& c : kCalls) {
     const XmpObject done(whole);
-    ASSERT_GE(c.call(done.Xmp().object()), 0) << c.name;  // Looks up what this call needs, too: that takes memory.
+    ASSERT_GE(c.call(done.Xmp().object()), 0) << c.name;  // Binds the call's procedures, too: that takes memory.
     for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
       int refusals = 0;
       bool hasFailed = true;

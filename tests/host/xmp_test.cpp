@@ -1,5 +1,5 @@
 // The object that the library hands out as a host has it, through the shared library's C interface and the C++ header
-// over it: reading, changing, writing, and what goes wrong.
+// over it: reading, changing, writing, failures.
 #include "host/include/lxbridge/xmp.hpp"
 
 #include <gtest/gtest.h>
@@ -115,7 +115,7 @@ TEST_F(XmpTest, TheSerialisedPacketHoldsTheSameObject) {
   EXPECT_EQ(Lines(Open(JpegBuilder().App1Xmp(packet))), lines);
 }
 
-TEST_F(XmpTest, ValuesAreFoundByPathAndWhatIsNotThereIsNoErrorAndLeavesTheOutValues) {
+TEST_F(XmpTest, ValuesAreFoundByPathAndMissingOnesAreNoErrorsAndLeaveTheOutValues) {
   const XmpView xmp = OpenPhoto();
   EXPECT_EQ(Get(xmp, kTiff, "Make"), "Canon");
   EXPECT_EQ(Get(xmp, kDc, "subject[2]"), "dusk");
@@ -147,7 +147,7 @@ TEST_F(XmpTest, ValuesAreFoundByPathAndWhatIsNotThereIsNoErrorAndLeavesTheOutVal
   EXPECT_TRUE(xmp.Has(kDc, "creator"));
 }
 
-TEST_F(XmpTest, WhatTheHostChangesIsInTheObjectThatTheLibraryHolds) {
+TEST_F(XmpTest, ChangesOfTheHostAreInTheObjectThatTheLibraryHolds) {
   constexpr const char kOwn[] = "http://example.com/own/";
   XmpView xmp = OpenPhoto();
   xmp.Set(kXmp, "Rating", std::string("5"));
@@ -299,7 +299,7 @@ TEST_F(XmpTest, ObjectsOfTheHostAreParsedMergedComparedAndEmptied) {
   EXPECT_TRUE(photo.IsEqual(XmpObject().Xmp()));
 }
 
-TEST_F(XmpTest, WhatAPacketLosesIsTold) {
+TEST_F(XmpTest, WarningsTellTheLossesOfAPacket) {
   const XmpObject object;
   object.Xmp().Parse(R"(<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
 <rdf:Description xmlns:xmp="http://ns.adobe.com/xap/1.0/"><xmp:Label>kept</xmp:Label>
@@ -323,7 +323,7 @@ TEST_F(XmpTest, WhatAPacketLosesIsTold) {
   EXPECT_EQ(Get(object.Xmp(), kXmp, "Rating"), "5") << "complete before the fault";
 }
 
-TEST_F(XmpTest, WhatReadingCameToIsToldAndMemoryReadsAsAFileDoes) {
+TEST_F(XmpTest, TheOutcomeOfReadingIsToldAndMemoryReadsAsAFileDoes) {
   const lxtest::Bytes photo = JpegBuilder().App1Exif(TiffBuilder(lxtest::kBig).Ifd0({Ascii(0x010F, "Canon")}));
   const std::string text = "no picture at all";
   const struct {
@@ -382,7 +382,7 @@ TEST_F(XmpTest, WhatReadingCameToIsToldAndMemoryReadsAsAFileDoes) {
   EXPECT_EQ(handle, nullptr);
 }
 
-TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
+TEST_F(XmpTest, RefusalsAreRaisedAndLeaveTheObjectWhole) {
   XmpView xmp = OpenPhoto();
   const std::vector<std::string> before = Lines(xmp);
   const struct {
@@ -433,7 +433,7 @@ TEST_F(XmpTest, WhatIsRefusedIsRaisedAndTheObjectStaysWhole) {
   }
   const std::string kept = LxXmpLastMessage();
   EXPECT_FALSE(xmp.Has(kTiff, "Model"));
-  EXPECT_EQ(LxXmpLastMessage(), kept) << "what is not there is no failure";
+  EXPECT_EQ(LxXmpLastMessage(), kept) << "a missing property is no failure";
 }
 
 // The toolkit quotes the name that it refuses.
@@ -497,7 +497,7 @@ std::string WorkOf(int round) {
   return xmp.Serialize() + std::to_string(xmp.Warnings().size());
 }
 
-TEST_F(XmpTest, EachOfManyThreadsGetsWhatItGetsAloneAndLeavesNothing) {
+TEST_F(XmpTest, ThreadsGetTheResultsThatTheyGetAloneAndLeaveNothing) {
   constexpr int kRounds = 200;
   std::vector<std::string> alone;
   for (int round = 0; round < kRounds; ++round) alone.push_back(WorkOf(round));
@@ -539,7 +539,7 @@ TEST_F(XmpTest, AWalkGoesWhereTheVisitorSays) {
   EXPECT_EQ(walk([](const LxXmpNode& node) { return node.depth == 1 ? LX_XMP_PASS_OVER : LX_XMP_GO_ON; }, kDc),
             "0dc 1subject 1creator 1title ");
   EXPECT_EQ(walk([](const LxXmpNode& node) { return node.depth == 1 ? LX_XMP_END : LX_XMP_GO_ON; }), "0dc 1subject ");
-  // A visitor may read, and what it raises comes out of the walk.
+  // A visitor may read, and its exceptions come out of the walk.
   xmp.Visit([&](const LxXmpNode& node) {
     if (node.depth != 1) return;
     EXPECT_EQ(Get(xmp, node.namespaceUri, node.name), std::string(node.value.bytes));
@@ -555,7 +555,7 @@ TEST_F(XmpTest, LargeTreesAreGatheredWhole) {
   for (int i = 0; i < kItems; ++i) xmp.Append(kDc, "subject", LX_XMP_ARRAY, std::to_string(i).c_str());
   std::string path = "Nested";
   for (int i = 0; i < 20; ++i) path += "/xmp:Nested";
-  xmp.Set(kXmp, path.c_str(), "deep");  // Makes what is missing on the way.
+  xmp.Set(kXmp, path.c_str(), "deep");  // Makes the missing structures.
   const std::vector<XmpNode> nodes = xmp.Properties();
   ASSERT_EQ(nodes.size(), 2U);
   ASSERT_EQ(nodes[0].children.size(), static_cast<std::size_t>(kItems));
@@ -572,7 +572,7 @@ TEST_F(XmpTest, LargeTreesAreGatheredWhole) {
 
 TEST_F(XmpTest, TextsOfAnyLengthAreGivenWholeOneAfterTheOther) {
   XmpView xmp = Open({});
-  const std::string large(3 << 20, 'x');  // Beyond what is kept as room for the next text.
+  const std::string large(3 << 20, 'x');  // Too long to be kept for the next text.
   xmp.Set(kXmp, "Label", large);
   EXPECT_EQ(Get(xmp, kXmp, "Label"), large);
   LxXmpText text;

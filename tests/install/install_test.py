@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""What is installed and packed, as somebody has it who never saw the build.
+"""The installed tree and the packages, as somebody has them who never saw the build.
 
-tree         installs, moves the tree, and looks for what does not move along; runs the command
+tree         installs, moves the tree, and looks for traces of the old place; runs the command
 program      the programs and commands of docs/install.md, as they stand there, against a moved tree
 subproject   its last program, configured with LxBridge as a part (and built, with LX_FULL set)
 packages     the Debian packages (with LX_FULL set): their fields and files, and the command unpacked

@@ -128,16 +128,16 @@ class ModuleTest(unittest.TestCase):
                 self.assertEqual(opened.tell(), len(data))
         with self.sample.open("rb") as opened, mmap.mmap(opened.fileno(), 0, access=mmap.ACCESS_READ) as mapped:
             expected = lxbridge.open(self.sample)
-            behind = io.BytesIO(b"before" + bytearray(mapped))
-            behind.seek(6)
+            positioned = io.BytesIO(b"before" + bytearray(mapped))
+            positioned.seek(6)
             contents = bytearray(mapped)
-            photos = [lxbridge.open(mapped), lxbridge.open(contents), lxbridge.open(behind)]
+            photos = [lxbridge.open(mapped), lxbridge.open(contents), lxbridge.open(positioned)]
             self.assertRaises(BufferError, contents.clear)  # It is not copied, so it may not go while it is read from.
             for photo in photos:
                 self.assertEqual(photo, expected)
                 photo["dc:subject"].append("quay")
                 self.assertRaises(ValueError, photo.save_sidecar)
-            self.assertEqual(behind.tell(), len(behind.getvalue()))
+            self.assertEqual(positioned.tell(), len(positioned.getvalue()))
             del photo, photos
             contents.clear()
         for source in 3.5, io.StringIO("text"):

@@ -135,12 +135,12 @@ TEST(PlainValue, TextsThatAreNoSuchValueStay) {
   }
 }
 
-TEST(Tables, CellsAreQuotedArraysJoinedAndWhatIsMissingIsEmpty) {
+TEST(Tables, CellsAreQuotedArraysJoinedAndMissingValuesEmpty) {
   const TempFolder folder;
   folder.Add("a,b.jpg", Photo());
   folder.Add("c\rd.jpg", JpegBuilder());
   const Surroundings there = {.folder = folder.path()};
-  // A file may call a namespace what it likes.
+  // A file may give a namespace any prefix.
   const std::string fields = "dc:subject,xmp:Label,dc:none,exif:Flash/exif:Fired,exif:ExposureTime,image:height";
   const Outcome csv = Lxbridge(
       {"--format=csv", "-j2", "--header", "--decimal", "--fields", fields + ",tiff:Maek", "a,b.jpg", "c\rd.jpg"},

@@ -1,4 +1,4 @@
-// The built command from outside: what it prints, where, and with what exit status.
+// The built command from outside: its output, its messages and its exit status.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -97,7 +97,7 @@ TEST(CommandPool, DeletedItemsAreInTheJsonAndWithAllInTheText) {
   EXPECT_NE(json.find(R"("flags": 640, "length": 4, "value": "20202000")"), std::string::npos) << json;
 }
 
-TEST(CommandPool, TheTextIsWhatATerminalCanShow) {
+TEST(CommandPool, TheTextIsSafeForATerminal) {
   const TempFolder folder;
   const TiffBuilder tiff = TiffBuilder(kBig).Ifd0({Ascii(0x8298, std::string(99, 'c') + "\xC3\xA9" + "end")});
   folder.Add("a.jpg",
@@ -121,7 +121,7 @@ TEST(CommandPool, BytesThatAreNotUtf8AreInTheJsonAsHex) {
 
 // --- files that fail -------------------------------------------------------------------------------------------------
 
-TEST(CommandFailures, AFileThatCannotBeOpenedHasALineOfItsOwnAndTheOthersAreDone) {
+TEST(CommandFailures, AFileThatCannotBeOpenedHasALineAndTheOthersAreDone) {
   const TempFolder folder;
   folder.Add("a.jpg", Photo("A"));
   folder.Add("b.jpg", Photo("B"));
@@ -167,7 +167,7 @@ TEST(CommandFailures, OnlyThePoolTellsThatAReaderFailedAndStillHasTheLine) {
   EXPECT_TRUE(xmp.out.starts_with("<?xpacket begin=")) << xmp.out;
 }
 
-TEST(CommandFailures, WhatIsNoFileOrCannotBeReadIsSaidAtOnce) {
+TEST(CommandFailures, PathsOfNoFileAndFailingReadsAreToldAtOnce) {
   const TempFolder folder;
   ASSERT_EQ(::mkfifo((folder.path() + "/pipe").c_str(), 0600), 0);
   ASSERT_EQ(::symlink("/proc/self/mem", (folder.path() + "/broken").c_str()), 0);  // Its first page cannot be read.
@@ -200,7 +200,7 @@ TEST(CommandFailures, FilesThatHoldNothingAreReadAndEmpty) {
   }
 }
 
-TEST(CommandFailures, AMessageStaysOneLineWhateverTheNameHolds) {
+TEST(CommandFailures, AMessageStaysOneLineForAnyName) {
   constexpr const char* kNames[][2] = {
       {"two\nlines", "two\\nlines"},
       {"bell\a\x7F", "bell\\x07\\x7f"},
@@ -245,8 +245,8 @@ TEST(CommandInput, StandardInputIsReadAsAFileIs) {
   }
 }
 
-// It is copied first, so a pipe gives what a file does, as often as it is named and whichever process reads it.
-TEST(CommandInput, APipeGivesWhatAFileDoes) {
+// A pipe is copied first, so it reads as a file does, as often as it is named and whichever process reads it.
+TEST(CommandInput, APipeReadsAsAFile) {
   const TempFolder folder;
   const std::string path = folder.Add("photo.jpg", Photo(std::string(60000, 'x')));
   std::string list = "missing\n";

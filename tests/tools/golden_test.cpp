@@ -1,4 +1,4 @@
-// What the command prints for built samples, as files under tests/golden/: a change of what it says shows as a diff.
+// The command's output for built samples, as files under tests/golden/: a change of it shows as a diff.
 // The target update-goldens rewrites them.
 #include <gtest/gtest.h>
 #include <stdlib.h>

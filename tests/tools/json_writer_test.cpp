@@ -26,7 +26,8 @@ TEST(JsonWriter, EveryTextComesBack) {
        {"", "Crémieux", "日本", "😀", "\xF4\x8F\xBF\xBF", "\xED\x9F\xBF", "\xEF\xBF\xBF", "a\\\"b/"}) {
     EXPECT_EQ(Json::parse(Written(text)).get<std::string>(), text);
   }
-  // What a terminal or an editor would obey comes back too, and does not stand in the line as it is; its neighbours do.
+  // Characters that a terminal or an editor would obey come back too, but stand escaped in the line; those beside them
+  // do not.
   for (const char* text :
        {"\n", "\x7F", "\u0080", "\u009F", "\u061C", "\u200E", "\u200F", "\u2028", "\u202E", "\u2066", "\u2069"}) {
     EXPECT_EQ(Json::parse(Written(text)).get<std::string>(), text);
@@ -37,7 +38,7 @@ TEST(JsonWriter, EveryTextComesBack) {
   }
 }
 
-TEST(JsonWriter, WhatIsNotUtf8BecomesHex) {
+TEST(JsonWriter, BytesThatAreNotUtf8BecomeHex) {
   const struct {
     const char* what;
     const char* text;

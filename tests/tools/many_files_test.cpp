@@ -61,7 +61,7 @@ Outcome Script(const TempFolder& folder, const std::string& script) {
   return RunProgram("/bin/sh", {"-c", script, start.path()}, {.folder = folder.path()});
 }
 
-TEST(ManyFiles, WorkersGiveWhatOneProcessGivesInTheSameOrder) {
+TEST(ManyFiles, WorkersGiveTheResultsOfOneProcessInTheSameOrder) {
   const Many many(300);
   const Surroundings there = {.folder = many.folder.path()};
   for (const auto& form : kForms) {
@@ -124,7 +124,7 @@ TEST(ManyFiles, AFilesResultIsTheSameInAnyOrderAndAnyNumberOfWorkers) {
   EXPECT_NE(alone.out.find(R"("acme": "http://example.com/7/")"), std::string::npos) << alone.out;
 }
 
-TEST(ManyFiles, FoldersAreWalkedWithoutLinksAndWhatNoReaderTakesIsPassedOver) {
+TEST(ManyFiles, FoldersAreWalkedWithoutLinksAndFilesOfNoKindArePassedOver) {
   const TempFolder folder;
   ASSERT_EQ(::mkdir((folder.path() + "/a").c_str(), 0700), 0);
   ASSERT_EQ(::mkdir((folder.path() + "/a/.hidden").c_str(), 0700), 0);
@@ -148,7 +148,7 @@ TEST(ManyFiles, FoldersAreWalkedWithoutLinksAndWhatNoReaderTakesIsPassedOver) {
   EXPECT_EQ(Lxbridge(With(kMakes, {"-j2", "a"}), there).err, "lxbridge: a: is a directory\n");
 }
 
-TEST(ManyFiles, WhatMayNotBeReadHasALineAndTheOthersAreDone) {
+TEST(ManyFiles, FilesThatMayNotBeReadHaveALineAndTheOthersAreDone) {
   if (Lxbridge({"--version"}, {.asNobody = true}).status != 0) GTEST_SKIP() << "others may not run the command here";
   const TempFolder folder;
   for (const char* name : {"/locked", "/open"}) ASSERT_EQ(::mkdir((folder.path() + name).c_str(), 0755), 0);
@@ -188,7 +188,7 @@ TEST(ManyFiles, AFolderThatVanishesWhileItIsWalkedEndsNothing) {
   EXPECT_NE(outcome.out.find("./p198.jpg"), std::string::npos);
 }
 
-TEST(ManyFiles, AListIsNamesOfAnyBytesAndWhatIsNoNameHasALine) {
+TEST(ManyFiles, AListHoldsNamesOfAnyBytesAndEntriesThatAreNoNamesHaveALine) {
   const TempFolder folder;
   folder.Add("a.jpg", Photo("A"));
   folder.Add("two\nlines \xE9.jpg", Photo("B"));
@@ -210,7 +210,7 @@ TEST(ManyFiles, AListIsNamesOfAnyBytesAndWhatIsNoNameHasALine) {
             "lxbridge: gone: No such file or directory\n");
 }
 
-// Results come while the list is still open; a request to end leaves whole lines and no process behind.
+// Results come while the list is still open; a request to end leaves whole lines and no process.
 TEST(ManyFiles, AListIsWorkedOnAsItComesAndAnEndIsAtOnce) {
   const Many many(60);
   const Outcome outcome = Script(many.folder, R"sh(
@@ -224,7 +224,7 @@ TEST(ManyFiles, AListIsWorkedOnAsItComesAndAnEndIsAtOnce) {
   EXPECT_EQ(outcome.out, "  \\n\n");
 }
 
-// The call that is blocked in a pipe ends with what it was given, so the reader has whole lines.
+// A write that is blocked in a pipe ends first, so the reader has whole lines.
 TEST(ManyFiles, AnEndInTheMiddleOfAWriteLeavesWholeLines) {
   const Many many(300);
   const Outcome outcome = Script(many.folder, R"sh(
@@ -309,7 +309,7 @@ TEST(ManyFiles, ProgressIsSaidWhenAskedForAndWhenItTakesAWhile) {
   EXPECT_NE(asked.err.find("lxbridge: 2 of 2 files, "), std::string::npos) << asked.err;
 }
 
-// Shards of a list by GNU parallel, one of them done again: joined they are what one call gives.
+// Shards of a list by GNU parallel, one of them done again: joined they equal the results of one call.
 TEST(Shards, ThroughParallelTheirResultsJoinToThoseOfOneCall) {
   if (RunProgram("/bin/sh", {"-c", "command -v parallel"}).status != 0) GTEST_SKIP() << "no GNU parallel here";
   const Many many(300);

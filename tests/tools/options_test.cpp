@@ -1,4 +1,4 @@
-// The command line's grammar: what is a file, what is an option, and what each mistake is called.
+// The command line's grammar: files, options, and the message for each mistake.
 #include "tools/lxbridge/options.h"
 
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ TEST(Options, FilesAndOptionsStandInAnyOrderAfterTheCommand) {
       {{"pool", "a.jpg", "--all", "--format", "html"}, "pool html all: a.jpg"},
       {{"xmp", "--format", "json", "--format", "rdf", "a.jpg"}, "xmp rdf: a.jpg"},
       {{"xmp", "-", "a.jpg"}, "xmp rdf: - a.jpg"},
-      // After "--" all is a file, also what looks like an option or a command.
+      // After "--" everything is a file, even if it looks like an option or a command.
       {{"xmp", "--format", "json", "--", "--format", "-", "--"}, "xmp json: --format - --"},
       {{"--", "pool"}, "xmp rdf: pool"},
       {{"a.jpg", "pool"}, "xmp rdf: a.jpg pool"},

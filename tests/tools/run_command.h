@@ -1,4 +1,4 @@
-// Runs the built command as a user's shell would, and looks at what comes out. POSIX.
+// Runs the built command as a user's shell would, and keeps its output. POSIX.
 #ifndef LXBRIDGE_TESTS_TOOLS_RUN_COMMAND_H_
 #define LXBRIDGE_TESTS_TOOLS_RUN_COMMAND_H_
 

@@ -1,4 +1,4 @@
-// Which worker does which file, and what becomes of the files of a worker that dies. Stands in for the processes, so
+// The order of work among workers, and the files of a worker that dies. Stands in for the processes, so
 // that each can die at any point of its work.
 #include "tools/lxbridge/workers.h"
 
@@ -155,7 +155,7 @@ std::string WorkerProcesses::CauseOf(std::uint32_t) {
 
 namespace {
 
-// What the files a to h give, with their messages first, and the exit status.
+// The results of the files a to h, with their messages first, and the exit status.
 std::string Outputs(const std::map<std::string, std::deque<Fate>>& fates, int workers, double timeoutSeconds = 0) {
   script = fates;
   lives = 0;

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What the Windows build is, and whether it does what this machine's own build does.
+"""Checks the files of the Windows build, and compares its output with that of this machine's own build.
 
 windows_test.py --built FOLDER --native FOLDER --wine PROGRAM --corpus FOLDER layout|hosts|example|command|same_output|many|ends
 Status 77: what the test needs is not there.
@@ -128,8 +128,7 @@ def same(options, folder, arguments, what, **settings):
 
 def hosts(options, folder):
     threads = "20000" if os.environ.get("LX_FULL") else "4000"
-    for program, *photos in [["lx_load_test", "sample.jpg"], ["lx_exceptions_test", "sample.jpg", "damaged.jpg"],
-                             ["lx_threads_host_test", "sample.jpg", threads]]:
+    for program, *photos in [["lx_load_test", "sample.jpg"], ["lx_windows_host_test", "sample.jpg", "damaged.jpg", threads]]:
         result = run([options.wine, options.built / f"{program}.exe", *photos], cwd=folder)
         expect(result.returncode == 0, f"{program}: {result.returncode} {(result.stdout + result.stderr).decode(errors='replace')}")
 
@@ -159,7 +158,7 @@ def command(options, folder):
     # No shell expands wildcards there.
     expect(run([options.wine, options.built / "lxbridge.exe", "samp*.jpg"], cwd=folder).stdout ==
            run([options.native / "lxbridge", "sample.jpg"], cwd=folder).stdout, "a wildcard is expanded")
-    # Positions beyond what 31 bits hold: a photograph whose file is longer than 2 GiB is read as here.
+    # Positions of more than 31 bits: a photograph whose file is longer than 2 GiB is read as here.
     shutil.copy(folder / "sample.jpg", folder / "long.jpg")
     os.truncate(folder / "long.jpg", 3 << 30)
     same(options, folder, ["long.jpg"], "a file of 3 GiB")
@@ -193,7 +192,7 @@ def eventually(holds):
 
 
 def many(options, folder):
-    """Worker processes: what one process gives, in its order, however the names come."""
+    """Worker processes give the results of one process in its order, however the names come."""
     for i in range(100):
         if i % 7 != 3:
             shutil.copy(folder / "sample.jpg", folder / f"p{i}.jpg")
@@ -247,7 +246,7 @@ def write_slow_picture(path):
 
 
 def ends(options, folder):
-    """What hangs, dies or is interrupted, with a file in the folder that is walked that takes very long to read."""
+    """Workers that hang, die or are interrupted while they read a file that takes very long."""
     (folder / "walked").mkdir()
     for i in range(40):
         shutil.copy(folder / "sample.jpg", folder / "walked" / f"p{i}.jpg")
@@ -289,7 +288,7 @@ def ends(options, folder):
     with start(options, folder, arguments, **pipes) as process:
         expect(eventually(readers), "a worker hangs and its command is killed")
         os.kill(command_of(process), signal.SIGKILL)
-        expect(eventually(lambda: not readers()), "no worker is left behind")
+        expect(eventually(lambda: not readers()), "no worker is left")
     with start(options, folder, [*arguments, "--unordered"], **pipes) as process:
         expect(eventually(lambda: readers() and waiting(process.stdout) > 32 * 1024), "a worker hangs, and the output is full")
         time.sleep(0.2)
@@ -297,7 +296,7 @@ def ends(options, folder):
         out, err = process.communicate()
         expect(out.endswith(b"\n") and err == b"", "an interruption leaves whole lines")
         expect(process.returncode == 0x3A, f"an interruption ends it as one, not with {process.returncode}")
-        expect(eventually(lambda: not readers()), "no worker is left behind an interruption")
+        expect(eventually(lambda: not readers()), "no worker is left after an interruption")
 
 
 def main():

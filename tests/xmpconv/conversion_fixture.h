@@ -1,4 +1,4 @@
-// What the conversion's tests start from: a real toolkit, an empty XMP object, and a pool that a test fills with
+// The start of the conversion's tests: a real toolkit, an empty XMP object, and a pool that a test fills with
 // items.
 #ifndef LXBRIDGE_TESTS_XMPCONV_CONVERSION_FIXTURE_H_
 #define LXBRIDGE_TESTS_XMPCONV_CONVERSION_FIXTURE_H_

@@ -29,7 +29,7 @@ TEST(ExifDate, IsReadByPositionWithoutLookingAtSeparators) {
       {"  04: 3: 5  4:  : 9", "4 3 5 4 0 9 "},
       {"    :  :     :  :  ", "0 0 0 0 0 0 "},
       {"0000:00:00 00:00:00", "0 0 0 0 0 0 "},
-      {"20 4:03:15 14:30:59", "1844 3 15 14 30 59 "},  // A blank behind a digit counts as a digit of -16: 20, -16, 4.
+      {"20 4:03:15 14:30:59", "1844 3 15 14 30 59 "},  // A blank after a digit counts as a digit of -16: 20, -16, 4.
   };
   for (const auto& c : cases) {
     XMPDateTime date{};

@@ -23,7 +23,7 @@ Bytes Digest(const Bytes& block) {
   return Bytes(digest.begin(), digest.end());
 }
 
-// What a JPEG or TIFF file of this test holds besides ImageDescription and ExposureTime.
+// The blocks of a JPEG or TIFF file of this test besides ImageDescription and ExposureTime.
 struct Case {
   bool isTiff = false;
   bool hasPacket = false;
@@ -50,7 +50,7 @@ Bytes FileOf(const Case& c) {
 
 class DriverTest : public ConversionTest {
  protected:
-  // What the file becomes, of the properties that the precedence decides.
+  // The properties of the imported file that the precedence decides.
   static std::string Import(const Bytes& file) {
     const TempFile saved(file);
     LxInterchange interchange(saved.path().c_str());
@@ -146,7 +146,7 @@ TEST_F(DriverTest, TheDigestOfATiffTagIsThatWithoutItsPadding) {
   EXPECT_NE(Import(FileOf({.hasPacket = true, .resourceIptc = block + Filled(1), .digest = Digest(block)})), kKept);
 }
 
-TEST_F(DriverTest, OnlyTheFirstDirectoryAndWhatHangsBelowItIsConverted) {
+TEST_F(DriverTest, OnlyTheFirstDirectoryAndThoseBelowItAreConverted) {
   const Bytes file =
       TiffBuilder(kLittle)
           .Ifd0({Ascii(0x010F, "first"), SubIfds(0x014A, {{Ascii(0x010F, "sub"), Ascii(0x0110, "sub")}})})
@@ -157,7 +157,7 @@ TEST_F(DriverTest, OnlyTheFirstDirectoryAndWhatHangsBelowItIsConverted) {
   EXPECT_EQ(DumpXmp(interchange.Xmp().Meta()), "tiff:Make=first\nexif:ExposureTime=1/250\n");
 }
 
-TEST_F(DriverTest, CountsWhatWasConverted) {
+TEST_F(DriverTest, CountsTheConvertedItems) {
   const TempFile saved(FileOf({.resourceIptc = kIptc}));
   LxInterchange interchange(saved.path().c_str());
   EXPECT_EQ(LxConvertPoolToXMP(interchange.Pool(), interchange.Xmp(), false), 2);  // ByLine and ExposureTime.

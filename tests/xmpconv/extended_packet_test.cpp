@@ -35,7 +35,7 @@ class ExtendedPacketTest : public ConversionTest {
   Bytes Portion(std::size_t offset, std::size_t length, std::size_t full) {
     return Text(Guid(packet)) + Put32(full) + Put32(offset) + Text(packet.substr(offset, length));
   }
-  // What the object holds after the packets of a file with these portions were read.
+  // The object after the packets of a file with these portions were read.
   std::string Read(const std::vector<Bytes>& portions, const std::string& named, const char* identifier = kIdentifier,
                    bool inThumbnail = false) {
     JpegBuilder segments;

@@ -35,7 +35,7 @@ TEST_F(SettersTest, ATextWithItsLengthIsCutThereAndHasLessThan1024Bytes) {
   EXPECT_EQ(Dump("tiff:Make"), "tiff:Make=" + text.substr(1) + "\n");
 }
 
-TEST_F(SettersTest, WhatTheToolkitRefusesGivesFalseAndStaysDeleted) {
+TEST_F(SettersTest, RefusedValuesGiveFalseAndTheOldOnesStayDeleted) {
   const std::uint8_t byte = 1;
   EXPECT_FALSE(LxSetXMPText(xmp, kLxExifSchema, " 9214", "x", kLxTerminated));
   EXPECT_FALSE(LxSetXMPLangAlt(xmp, kLxExifSchema, " 9214", "x", kLxTerminated));

@@ -10,7 +10,7 @@ namespace {
 
 class TiffExifTest : public ConversionTest {
  protected:
-  // What the item leaves in an XMP object that holds nothing else.
+  // The properties that the item alone becomes.
   std::string Converted(LxMetadataItem* item) {
     Add(item);
     XMPMetaHolder fresh;
@@ -103,7 +103,7 @@ TEST_F(TiffExifTest, ARefusedItemLeavesThePacketsValueAndAnEmptyOneDeletesIt) {
 
 TEST_F(TiffExifTest, DatesTakeTheirOwnZoneElseTheMachinesAndTheirOwnSubSeconds) {
   Add(ValueItem("exif", "SubSecTimeOriginal", 0x9291, kLxTypeAscii, ZText("25")));
-  Add(ValueItem("exif", "SubSecTimeDigitized", 0x9292, kLxTypeAscii, Text("5")));  // No zero byte behind it.
+  Add(ValueItem("exif", "SubSecTimeDigitized", 0x9292, kLxTypeAscii, Text("5")));  // No zero byte after it.
   const Bytes date = ZText("2004:03:15 14:30:59");
   EXPECT_EQ(Converted(ValueItem("tiff", "DateTime", 0x0132, kLxTypeAscii, date)),
             "tiff:DateTime=2004-03-15T14:30:59+05:30\n");
@@ -167,7 +167,7 @@ TEST_F(TiffExifTest, TheArraysOfOneFileHaveABoundThatHonestOnesStayBelow) {
   EXPECT_TRUE(
       LxConvertTiffItem(conversion, Add(ValueItem("tiff", "BitsPerSample", 0x0102, kLxTypeShort, Filled(6, 1)))));
   EXPECT_FALSE(LxConvertTiffItem(conversion, longest));
-  EXPECT_EQ(xmp.CountArrayItems(kLxTiffSchema, "TransferFunction"), 3u * 65536);  // What was there stays.
+  EXPECT_EQ(xmp.CountArrayItems(kLxTiffSchema, "TransferFunction"), 3u * 65536);  // The old array stays.
   EXPECT_TRUE(
       LxConvertTiffItem(conversion, Add(ValueItem("tiff", "BitsPerSample", 0x0102, kLxTypeShort, Filled(8, 1)))));
 }

@@ -15,7 +15,7 @@ void ProcTwo() {}
 
 class Broker : public testing::Test {
  protected:
-  // Every test gives back what it took.
+  // Every test gives everything back.
   void TearDown() override {
     EXPECT_EQ(broker.errors.getLiveCount(), 0u);
     EXPECT_EQ(broker.containers.getLiveCount(), 0u);
@@ -158,7 +158,7 @@ TEST_F(Broker, CoreErrorsSurviveEveryRelease) {
   EXPECT_EQ(broker.errors.getCoreError(2), nullptr);
 }
 
-// What an instance of the test's kinds is: it tells that it was destroyed, and may own another container.
+// An instance of the test's kinds: it counts its destructions, and may own another container.
 struct Instance {
   int destroyed = 0;
   TALContainerRef owned = nullptr;

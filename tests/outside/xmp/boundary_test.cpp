@@ -45,7 +45,7 @@ class Toolkit : public testing::Test {
   }
   void Release(XMPObjectRef object) { EXPECT_EQ(broker_.containers.release(object), nullptr); }
 
-  // The id of the error, which must say what it is about; 0 for success.
+  // The id of the error, which must have a text; 0 for success.
   std::int32_t IdOf(TALErrorRef error) {
     if (error == nullptr) return 0;
     EXPECT_STREQ(broker_.errors.getComponent(error), "XMP");

@@ -1,4 +1,4 @@
-// Dates: texts, what names no instant, the machine's zone.
+// Dates: texts, fields that name no instant, the machine's zone.
 #include "outside/xmp/dates.h"
 
 #include <gtest/gtest.h>
@@ -52,7 +52,7 @@ TEST(Dates, FieldsBecomeTextAndReadBack) {
   EXPECT_EQ(formatDate(inZone(at(2004, 3, 15), -1, 0, 0)), "2004-03-15T00:00:00+00:00");
 }
 
-TEST(Dates, WhatNamesNoInstantIsRefused) {
+TEST(Dates, FieldsAndTextsThatNameNoInstantAreRefused) {
   const XMPDateTime fields[] = {
       at(0, 1, 1),
       at(-1, 1, 1),

@@ -16,7 +16,7 @@ namespace {
 const Namespace* const kDC = wellKnown().dc;
 const Namespace* const kXMP = wellKnown().xmp;
 
-// A list does what a plain vector does, at every size and whatever has been looked up before.
+// A list behaves as a plain vector, at every size and after any look-ups.
 TEST(NodeList, IndexesFollowEveryChange) {
   std::mt19937 random(7);
   const auto below = [&random](std::size_t limit) { return random() % limit; };
@@ -67,7 +67,7 @@ TEST(NodeList, IndexesFollowEveryChange) {
   }
 }
 
-TEST(Model, TreesAreEqualWhateverTheOrderOfNamesAndOfLanguages) {
+TEST(Model, TreesAreEqualInAnyOrderOfNamesAndOfLanguages) {
   std::string fields, turned;  // More than are compared without an index.
   for (int field = 0; field < 20; ++field) {
     const std::string name = "xmp:f" + std::to_string(field);

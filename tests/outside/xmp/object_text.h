@@ -1,4 +1,4 @@
-// An object as lines of text, so that a test can say what it expects of a packet.
+// An object as lines of text, for tests to compare.
 #ifndef LXBRIDGE_TESTS_OUTSIDE_XMP_OBJECT_TEXT_H_
 #define LXBRIDGE_TESTS_OUTSIDE_XMP_OBJECT_TEXT_H_
 
@@ -22,7 +22,8 @@ inline std::string visible(std::string_view text) {
 
 // "dc:format = image/jpeg", "xmp:BaseURL -> http://...", "dc:subject bag", "exif:Flash struct"; items are "-",
 // qualifiers
-// "?xml:lang". What belongs to a node stands below it, two spaces farther in, qualifiers first.
+// "?xml:lang". Qualifiers, then items or fields stand below their node, two spaces
+// farther in.
 inline void appendText(const Node* node, std::size_t level, std::string& text) {
   const std::uint32_t options = reportedOptions(node);
   text.append(level * 2, ' ');

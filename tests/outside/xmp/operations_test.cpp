@@ -1,4 +1,4 @@
-// What changes an object: every operation either happens or leaves the object as it was.
+// Changes of an object: every operation either happens or leaves the object as it was.
 #include "outside/xmp/operations.h"
 
 #include <gtest/gtest.h>
@@ -52,7 +52,7 @@ int id(ErrorId error) {
   return static_cast<int>(error);
 }
 
-TEST_F(Operations, WhatIsMissingOnTheWayIsMade) {
+TEST_F(Operations, MissingNodesOnTheWayAreMade) {
   set("flash/xmp:Fired", "True");
   set("flash/xmp:Mode", "2");
   set("deep/xmp:a/xmp:b/xmp:c", "x");
@@ -101,7 +101,7 @@ TEST_F(Operations, SenselessOptionsAndFormsAreRefused) {
       {"bag[3]", "x", 0, ErrorId::kBadIndex},
       {"bag[?xml:lang='de']", "x", 0, ErrorId::kBadForm},
       {"bag[xmp:f='x']", "x", 0, ErrorId::kNotThere},
-      {"new[1]", "x", 0, ErrorId::kNotThere},  // Of what form would it be?
+      {"new[1]", "x", 0, ErrorId::kNotThere},  // Its form is not known.
       {"new/?xmp:q", "x", 0, ErrorId::kNotThere},
       {"new/xmp:s/?xmp:q", "x", 0, ErrorId::kNotThere},
       {"simple/?xml:lang", "d!", 0, ErrorId::kBadLanguage},
@@ -230,7 +230,7 @@ TEST_F(Operations, OnlyLanguageAlternativesAreLocalized) {
 }
 
 // Of a hundred thousand languages, too; work that grew with each would take minutes.
-TEST_F(Operations, ManyLanguagesAreFoundAmongWhateverIsSetAndDeleted) {
+TEST_F(Operations, ManyLanguagesAreFoundAmongChanges) {
   constexpr int kMany = 100000;
   const auto language = [](int number) { return "x-" + std::to_string(number); };
   for (int number = 0; number < kMany; ++number) localize("", language(number).c_str(), "old");

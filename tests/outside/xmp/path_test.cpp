@@ -1,4 +1,4 @@
-// Paths: what is one, what it is in its normal form, what it leads to.
+// Paths: their grammar, their normal form, the nodes that they lead to.
 #include "outside/xmp/path.h"
 
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ TEST(Path, NormalFormNamesEachStepOnce) {
   }
 }
 
-TEST(Path, WhatIsNoneIsToldFromWhatIs) {
+TEST(Path, EveryFaultHasItsError) {
   const struct {
     const char* text;
     ErrorId id;

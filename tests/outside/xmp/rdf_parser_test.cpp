@@ -51,8 +51,8 @@ std::string packetOf(const std::string& kind, std::string content) {
   return content;
 }
 
-// Of a packet that breaks off, what was complete before is kept.
-TEST(RDFParser, FormsAreReadAndFaultsCostWhatIsListed) {
+// Of a packet that breaks off, the complete properties are kept.
+TEST(RDFParser, FormsAreReadAndFaultsCostTheListedProperties) {
   std::ifstream forms(LX_RDF_FORMS);
   std::string name, kind, packet, expected, warning;
   std::size_t cases = 0;
@@ -227,7 +227,7 @@ TEST(RDFParser, APropertyThatNestsTooDeepIsLeftOut) {
   };
   EXPECT_TRUE(isRead(nested(kDepthLimit, "")));
   EXPECT_FALSE(isRead(nested(kDepthLimit + 1, "")));
-  // The last level may not be passed by what attributes add either.
+  // Nor may the levels that attributes add pass the limit.
   for (const char* attribute : {"t:b='1'", "xml:lang='de'", "rdf:value='v' t:b='1'", "rdf:type='u'"}) {
     const std::string inner = "<t:a " + std::string(attribute) + "/>";
     EXPECT_TRUE(isRead(nested(kDepthLimit - 2, inner))) << attribute;

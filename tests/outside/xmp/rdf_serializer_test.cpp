@@ -1,4 +1,4 @@
-// Packets out: the text that people and diff see, and what the options change of it. That everything reads back is
+// Packets out: the text that people and diff see, and the options. That everything reads back is
 // roundtrip_test's.
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ const std::string kOneOfEach = inRDF(
     "<dc:subject><rdf:Bag/></dc:subject><exif:Flash exif:Fired='True' exif:Mode='1'/>"
     "<t:a xml:lang='de' rdf:value='v' t:q='1'/><t:s rdf:parseType='Resource'/><t:e/></rdf:Description>");
 
-TEST(RDFSerializer, CharactersThatATerminalObeysAreReferencesAndTheirNeighboursAreNot) {
+TEST(RDFSerializer, CharactersThatATerminalObeysAreReferencesAndThoseBesideThemAreNot) {
   const std::string packet = inRDF(
       "<rdf:Description rdf:about='' t:a='\x7F\xC2\x80\xC2\x9F\xC2\xA0\xD8\x9B\xD8\x9C\xE2\x80\x8D\xE2\x80\x8E"
       "\xE2\x80\xA7\xE2\x80\xA8\xE2\x80\xAE\xE2\x80\xAF\xE2\x81\xA5\xE2\x81\xA6\xE2\x81\xA9\xE2\x81\xAA'/>");
@@ -141,7 +141,7 @@ TEST(RDFSerializer, PaddingAndLengthAreExact) {
   }
   const std::string usual = serialized(object, {});
   EXPECT_EQ(usual.size(), serialized(object, {.padding = 2048}).size());
-  // Nobody writes into a read-only packet, so it has room only where the caller asks for it.
+  // Nobody writes into a read-only packet, so it has padding only where the caller asks for it.
   const std::string readOnly = serialized(object, {.options = kXMPSerializeReadOnly});
   EXPECT_EQ(readOnly.size(), serialized(object, {.padding = 0}).size());
   EXPECT_EQ(readOnly.substr(readOnly.rfind('\n')), "\n<?xpacket end=\"r\"?>");

@@ -1,4 +1,4 @@
-// Namespaces: what the process knows, what clients register, and the prefixes of one object.
+// Namespaces: the standard ones, those that clients register, and those of one object's packets.
 #include "outside/xmp/registry.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ TEST(Namespaces, AnObjectsPrefixesAreThoseOfItsPacketAlone) {
   EXPECT_EQ(prefixOf(second.object, "http://two.example/") + prefixOf(second.object, "http://one.example/"), "a(none)");
   EXPECT_EQ(second.object.namespaces.findPrefix("a1"), nullptr);
 
-  // A copy keeps the prefixes; what is added to an object follows that object's.
+  // A copy keeps the prefixes; added properties take those of their new object.
   Object copy;
   copy.copyFrom(first.object);
   EXPECT_EQ(textOf(copy), textOf(first.object));
@@ -60,7 +60,7 @@ TEST(Namespaces, ManyOfAPacketAreAllFoundAndDiffer) {
   }
 }
 
-TEST(Namespaces, WhatAClientRegistersIsEveryObjectsUnlessItKnowsBetter) {
+TEST(Namespaces, RegisteredPrefixesAreEveryObjectsThatHasNoOtherForTheNamespace) {
   Object before;
   before.namespaces.intern("http://late.example/", "own");
   EXPECT_EQ(registerNamespace("http://client.example/", "client:"), "client");

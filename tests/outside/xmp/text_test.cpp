@@ -1,4 +1,4 @@
-// Texts: what an object stores of any bytes, names that can be written and read back, language tags, other encodings.
+// Texts: the repair of any bytes, names that can be written and read back, language tags.
 #include "outside/xmp/text.h"
 
 #include <gtest/gtest.h>
