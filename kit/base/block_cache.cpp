@@ -1,5 +1,5 @@
-// The block cache: whole pages around what is asked for, never freed before the cache, so that values may overlap
-// blocks and blocks each other; over bytes in memory, one block that is all of them.
+// The block cache loads whole pages around each requested range and frees nothing before the cache itself, so values
+// may overlap blocks, and blocks may overlap each other. Over bytes in memory, one block covers everything.
 #include "kit/base/block_cache.h"
 
 #include <algorithm>
@@ -13,11 +13,10 @@ namespace {
 
 constexpr std::int64_t kPageSize = 4096;
 
-// What all blocks of a file may hold together. Each range that no single block covers loads a block of its own, and
-// only where it crosses the end of one; an honest file does so once a segment or directory, and holds less than twice
-// its metadata. Four times the file and a megabyte (for small files, whose every range touches the same few pages) is
-// far above that, and keeps a file that shifts a thousand overlapping values by a page from being read a thousand
-// times.
+// The total size of a file's blocks. A range that no single block covers loads a block of its own, and may do so just
+// by crossing the end of one. An ordinary file does that once per segment or directory, and its blocks hold less than
+// twice its metadata. A file that shifts a thousand overlapping values by a page would be read a thousand times; this
+// bound stops it. The extra megabyte is for small files, whose ranges all touch the same few pages.
 constexpr std::int64_t kLoadedPerFileByte = 4;
 constexpr std::int64_t kLoadedAtLeast = 1 << 20;
 
@@ -42,9 +41,9 @@ void MakeCurrent(LxBlockCache* cache, LxBlock* block) noexcept {
   cache->currentLength = block->length;
 }
 
-// Blocks begin at pages, so a block that covers a range reaches the range's first page, and when any block covers the
-// range, the one that reaches furthest from that page does. The page behind a block counts as reached: the empty range
-// at a block's end is covered by it.
+// Blocks begin at page boundaries, so a block that covers a range reaches the range's first page. If any block covers
+// the range, the block that extends furthest from that page does. The page after a block counts as reached: the empty
+// range at the block's end is covered by it.
 void EnterIntoPages(LxBlockCache* cache, LxBlock* block) noexcept {
   const std::int64_t end = BlockEnd(block);
   for (std::int64_t page = block->start / kPageSize; page <= end / kPageSize; ++page) {
@@ -52,7 +51,7 @@ void EnterIntoPages(LxBlockCache* cache, LxBlock* block) noexcept {
   }
 }
 
-// All blocks so far, by page. False: no memory.
+// Enters all existing blocks by page. False: no memory.
 bool MakePages(LxBlockCache* cache) noexcept {
   const auto bytes = static_cast<std::size_t>(cache->fileSize / kPageSize + 1) * sizeof(LxBlock*);
   cache->pages = static_cast<LxBlock**>(LxAlloc(bytes));
@@ -62,7 +61,7 @@ bool MakePages(LxBlockCache* cache) noexcept {
   return true;
 }
 
-// A block that covers the range, or null. Which of several is found makes no difference: they hold the same bytes.
+// A block that covers the range, or null. If there are several, any will do: they hold the same bytes.
 LxBlock* FindBlock(const LxBlockCache* cache, std::int64_t offset, std::int64_t end) noexcept {
   if (cache->pages != nullptr) {
     LxBlock* block = cache->pages[offset / kPageSize];
@@ -87,20 +86,20 @@ LxResult LoadBlock(LxBlockCache* cache, std::int64_t offset, std::int64_t end) n
   auto* data =
       static_cast<std::uint8_t*>(LxAllocKept(LxInstalledMemProcs(), static_cast<std::size_t>(size), kLxPageAligned));
   if (data == nullptr) return kLxOutOfMemory;
-  // Reads that give nothing count as well: they cost as much time.
+  // A read that returns nothing counts as well: it costs as much time.
   cache->loadBudget -= size;
   const LxStreamMethods* methods = cache->stream->methods;
   std::int64_t got = 0;
   if (methods->seek(cache->stream, static_cast<std::int32_t>(start), SEEK_SET) == 0) {
     got = methods->read(data, 1, static_cast<std::int32_t>(size), cache->stream);
   }
-  // Everything asked for lies inside the file, so less of it is a failure, though what came is kept.
+  // The requested range lies inside the file, so a short read is a failure; the bytes read are kept.
   if (got < size) cache->stream->flags |= kLxStreamError;
   if (got <= 0) {
     LxFreeKept(data);
     return kLxReadError;
   }
-  // The record comes and goes with the bytes.
+  // The record shares the allocation with the bytes.
   static_assert(sizeof(LxBlock) <= kLxKeptFront);
   auto* block = static_cast<LxBlock*>(LxFrontOfKept(data));
   *block = {cache->blocks, static_cast<std::int32_t>(start), static_cast<std::int32_t>(std::min(got, size)), data};
@@ -174,7 +173,7 @@ LxResult LxLoadRange(LxBlockCache* cache, std::int32_t offset, std::int32_t leng
 
 const std::uint8_t* LxMapRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept {
   if (LxLoadRange(cache, offset, length) != kLxOk) return nullptr;
-  // A range that was loaded just now may still be uncovered: the file was shorter than it promised. No other block
+  // A range that has just been loaded may still be uncovered if the file was shorter than it promised. No other block
   // can cover it then, or nothing would have been loaded.
   if (!CurrentCovers(cache, offset, std::int64_t{offset} + length)) return nullptr;
   return cache->current->data + (offset - cache->currentStart);

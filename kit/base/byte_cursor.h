@@ -1,5 +1,5 @@
-// A cursor over bytes that are known to be readable: the one way to walk inside a mapped range or an item's value.
-// Every take is checked against what is left, so no sum can wrap, and a failed take moves nothing.
+// A cursor over bytes that are known to be readable: the only way to walk inside a mapped range or an item's value.
+// Every take is checked against the bytes left, so no sum can wrap, and a failed take does not move the cursor.
 #ifndef LXBRIDGE_KIT_BASE_BYTE_CURSOR_H_
 #define LXBRIDGE_KIT_BASE_BYTE_CURSOR_H_
 

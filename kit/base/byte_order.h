@@ -1,5 +1,5 @@
-// Reading and writing 16- and 32-bit numbers in a file's byte order, one byte at a time, so that alignment and the
-// machine's own order play no part. Order 1 is big-endian ("MM"); every other value is little-endian ("II").
+// Reading and writing 16- and 32-bit numbers in a file's byte order, one byte at a time, independent of alignment and
+// of the machine's byte order. Order 1 is big-endian ("MM"); every other value is little-endian ("II").
 #ifndef LXBRIDGE_KIT_BASE_BYTE_ORDER_H_
 #define LXBRIDGE_KIT_BASE_BYTE_ORDER_H_
 
@@ -9,7 +9,7 @@
 inline constexpr int kLxLittleEndian = 0;
 inline constexpr int kLxBigEndian = 1;
 
-// REQUIRES: 2 (4) readable bytes.
+// REQUIRES: 2 readable bytes (4 for LxGet32).
 [[nodiscard]] inline std::uint16_t LxGet16(const std::uint8_t* bytes, int order) noexcept {
   const unsigned a = bytes[0], b = bytes[1];
   return static_cast<std::uint16_t>(order == kLxBigEndian ? (a << 8) | b : (b << 8) | a);
@@ -19,7 +19,7 @@ inline constexpr int kLxBigEndian = 1;
   return order == kLxBigEndian ? (a << 24) | (b << 16) | (c << 8) | d : (d << 24) | (c << 16) | (b << 8) | a;
 }
 
-// REQUIRES: 2 (4) writable bytes.
+// REQUIRES: 2 writable bytes (4 for LxPut32).
 inline void LxPut16(std::uint8_t* bytes, std::uint16_t value, int order) noexcept {
   const auto high = static_cast<std::uint8_t>(value >> 8), low = static_cast<std::uint8_t>(value & 0xFF);
   bytes[0] = order == kLxBigEndian ? high : low;
@@ -32,7 +32,7 @@ inline void LxPut32(std::uint8_t* bytes, std::uint32_t value, int order) noexcep
   }
 }
 
-// The value of the given order whose bytes were loaded in the machine's own order.
+// Converts a number whose bytes were loaded in the machine's order to the given order.
 [[nodiscard]] constexpr std::uint16_t LxSwap16(std::uint16_t value, int order) noexcept {
   const bool same = (std::endian::native == std::endian::big) == (order == kLxBigEndian);
   return same ? value : static_cast<std::uint16_t>((value >> 8) | (value << 8));

@@ -23,7 +23,7 @@ const std::uint8_t* LxPeekRange(LxFileWindow* window, std::uint64_t offset, std:
     window->length = 0;
     if (!LxSeekTo(window->stream, window->start)) return nullptr;
     window->length = methods->read(window->bytes, 1, static_cast<std::int32_t>(want), window->stream);
-    // All of it lies inside the file, so less of it is a failure.
+    // The range lies inside the file, so a short read is a failure.
     if (window->length < want) window->stream->flags |= kLxStreamError;
     if (end > start + window->length) return nullptr;
   }

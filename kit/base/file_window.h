@@ -1,5 +1,5 @@
-// A few bytes of a file at a time, which are not kept: for walks over many small headers that lie far apart, whose
-// pages would otherwise all stay in memory. What an item's value is to point into is mapped through the block cache
+// A view of a few bytes of a file that are not kept. It serves walks over many small headers that lie far apart, whose
+// pages would otherwise all stay in memory. Bytes that an item's value points to are mapped through the block cache
 // instead.
 #ifndef LXBRIDGE_KIT_BASE_FILE_WINDOW_H_
 #define LXBRIDGE_KIT_BASE_FILE_WINDOW_H_
@@ -13,8 +13,8 @@ inline constexpr std::int32_t kLxWindowPage = 4096;
 struct LxFileWindow {
   LxStream* stream;
   std::int32_t fileSize;
-  std::int32_t start;   // Of what it holds: a multiple of the page's size.
-  std::int32_t length;  // Of that.
+  std::int32_t start;   // Of the bytes held: a multiple of the page size.
+  std::int32_t length;  // Number of bytes held.
   std::uint8_t bytes[2 * kLxWindowPage];
 };
 
@@ -22,7 +22,7 @@ struct LxFileWindow {
 void LxInitFileWindow(LxFileWindow* window, LxStream* stream, std::int32_t fileSize) noexcept;
 
 // The first byte of [offset, offset + length), or null: the range is not in the file, or the file cannot be read there.
-// Valid until the next call. Reads the one or two pages that hold the range, and none that the window holds already.
+// Valid until the next call. Reads the one or two pages that hold the range, unless the window holds them already.
 // REQUIRES: length <= kLxWindowPage.
 [[nodiscard]] const std::uint8_t* LxPeekRange(LxFileWindow* window, std::uint64_t offset,
                                               std::uint32_t length) noexcept;

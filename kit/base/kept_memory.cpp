@@ -11,11 +11,11 @@ namespace {
 
 constexpr std::size_t kPageSize = 4096;
 constexpr std::size_t kKeptPerThread = std::size_t{2} << 20;
-constexpr int kSmallestShift = 12;  // Sizes that are kept are powers of 2, from a page to 512 KiB.
+constexpr int kSmallestShift = 12;  // Kept sizes are powers of 2, from a page to 512 KiB.
 constexpr int kClasses = 8;
 constexpr std::size_t kLargestKept = std::size_t{1} << (kSmallestShift + kClasses - 1);
 
-// AddressSanitizer has to see each block's end.
+// AddressSanitizer must see the end of each block.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kMayKeep = false;
 #elif defined(__has_feature)
@@ -28,16 +28,16 @@ constexpr bool kMayKeep = true;
 constexpr bool kMayKeep = true;
 #endif
 
-// Immediately before the memory that is handed out.
+// Precedes the memory that is handed out.
 struct alignas(16) Header {
   void* raw;
   Header* next;  // While it is kept.
   LxMemProcs* procs;
-  std::uint32_t capacity;  // Bytes that were asked of the procedures. 0: too large to be kept.
+  std::uint32_t capacity;  // Bytes requested from the procedures. 0: too large to be kept.
   std::uint32_t shape;     // Index of the list that keeps it.
 };
 
-// What one thread keeps, by capacity and alignment.
+// The memory that one thread keeps, by capacity and alignment.
 struct Shelf {
   Header* lists[2 * kClasses];
   std::size_t bytes;

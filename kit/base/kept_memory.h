@@ -1,7 +1,7 @@
 // Memory that every file needs again: the blocks of its bytes, the slabs of its items, its stream. Between
-// LxStartKeepingMemory and LxStopKeepingMemory the thread that frees such memory keeps it for the next file, up to 2
-// MB, so that reading a file neither asks the system for fresh pages nor gives any back. Only memory of the C runtime's
-// procedures is kept: others (of tests, of hosts that watch) see every request and every release.
+// LxStartKeepingMemory and LxStopKeepingMemory, a thread that frees such memory keeps up to 2 MB of it for its next
+// file, so reading a file neither requests fresh pages from the system nor returns any. Only memory of the C runtime's
+// procedures is kept; other procedures (of tests, or of hosts that track memory) see every request and every release.
 #ifndef LXBRIDGE_KIT_BASE_KEPT_MEMORY_H_
 #define LXBRIDGE_KIT_BASE_KEPT_MEMORY_H_
 
@@ -9,16 +9,16 @@
 
 #include "kit/base/memory.h"
 
-// For the whole process, while no other thread uses the kit. Stopping gives back what all threads keep.
+// For the whole process, while no other thread uses the kit. Stopping frees the memory that all threads keep.
 void LxStartKeepingMemory() noexcept;
 void LxStopKeepingMemory() noexcept;
 
-// Gives back what the calling thread keeps, as its end does.
+// Frees the memory that the calling thread keeps; this also happens when the thread ends.
 void LxReleaseThreadMemory() noexcept;
 [[nodiscard]] std::size_t LxKeptByThread() noexcept;  // Bytes.
 
-// Memory of the procedures, or null: they have none, which is noted as LxAlloc's is. The contents are undefined.
-// kLxPageAligned: the memory begins at a page, which lets the system copy a file's bytes into it at full speed.
+// Memory of the procedures, or null when they have none, which counts as a refusal like LxAlloc's. The contents are
+// undefined. kLxPageAligned: the memory begins at a page, so the system can copy a file's bytes into it at full speed.
 enum LxAlignment { kLxUnaligned, kLxPageAligned };
 [[nodiscard]] void* LxAllocKept(LxMemProcs* procs, std::size_t size, LxAlignment alignment) noexcept;
 
@@ -29,7 +29,7 @@ enum LxAlignment { kLxUnaligned, kLxPageAligned };
 inline constexpr std::size_t kLxKeptFront = 128;
 [[nodiscard]] void* LxFrontOfKept(void* memory) noexcept;
 
-// In any thread. Takes null.
+// May be called in any thread. Takes null.
 void LxFreeKept(void* memory) noexcept;
 
 #endif  // LXBRIDGE_KIT_BASE_KEPT_MEMORY_H_

@@ -1,4 +1,4 @@
-// The kit's allocator and its record on the C runtime.
+// The kit's allocator, and its memory procedures on the C runtime.
 #include "kit/base/memory.h"
 
 #include <cstdlib>
@@ -10,7 +10,7 @@ void* Allocate(LxMemProcs*, std::size_t size) {
   return std::malloc(size);
 }
 void* AllocateZeroed(LxMemProcs*, std::size_t count, std::size_t size) {
-  // A product that wraps would give a block that is too short.
+  // If the product wrapped, the block would be too short.
   if (size != 0 && count > SIZE_MAX / size) return nullptr;
   return std::calloc(count, size);
 }
@@ -48,7 +48,7 @@ LxMemProcs* LxInstalledMemProcs() noexcept {
 
 void* LxAlloc(std::size_t size) noexcept {
   if (installedProcs == nullptr) return nullptr;
-  // malloc(0) may give null, which callers take for a lack of memory.
+  // malloc(0) may return null, which callers would take for a lack of memory.
   void* block = installedProcs->table->allocate(installedProcs, size == 0 ? 1 : size);
   if (block == nullptr) [[unlikely]]
     LxNoteRefusedAllocation();

@@ -1,6 +1,6 @@
-// The kit's allocator: every block of the kit comes from the memory procedures that the process has installed, so that
-// tests and hosts can watch it or make it fail. The procedures are process-wide, and do not change while threads use
-// the kit.
+// The kit's allocator. Every block of the kit comes from the memory procedures that the process has installed, so tests
+// and hosts can watch allocations or make them fail. The procedures are process-wide and do not change while threads
+// use the kit.
 #ifndef LXBRIDGE_KIT_BASE_MEMORY_H_
 #define LXBRIDGE_KIT_BASE_MEMORY_H_
 
@@ -9,7 +9,7 @@
 
 struct LxMemProcs;
 
-// Nine procedures, each of which takes its record first. Allocation gives null when there is no memory.
+// Nine procedures, each with its record as the first argument. Allocation returns null when there is no memory.
 struct LxMemProcTable {
   void* (*allocate)(LxMemProcs* procs, std::size_t size);
   void* (*allocateZeroed)(LxMemProcs* procs, std::size_t count, std::size_t size);
@@ -26,20 +26,20 @@ struct LxMemProcs {
   const LxMemProcTable* table;
 };
 
-// The record that stands on the C runtime's malloc, free and realloc.
+// The memory procedures of the C runtime: malloc, free and realloc.
 [[nodiscard]] LxMemProcs* LxRuntimeMemProcs() noexcept;
 
-// Makes a record the process's own; null takes it away again (then nothing can be allocated). The caller keeps the
-// record alive while blocks of it live.
+// Installs the memory procedures of the process; null removes them (then nothing can be allocated). The caller keeps
+// the record alive while blocks allocated through it exist.
 void LxInstallMemProcs(LxMemProcs* procs) noexcept;
 [[nodiscard]] LxMemProcs* LxInstalledMemProcs() noexcept;
 
-// A block of `size` bytes or null: no memory, or no procedures installed. LxFree takes null.
+// A block of `size` bytes, or null: no memory, or no procedures installed. LxFree takes null.
 [[nodiscard]] void* LxAlloc(std::size_t size) noexcept;
 void LxFree(void* block) noexcept;
 
-// How many requests for memory this thread has had refused: LxAlloc's, and those that were noted here on behalf of
-// others. A caller that compares the count before and after some work knows whether the work may lack something.
+// How many memory requests of this thread were refused: LxAlloc's, and those that other code reported here. A caller
+// that compares the count before and after some work knows whether the result may be incomplete.
 [[nodiscard]] std::uint32_t LxRefusedAllocations() noexcept;
 void LxNoteRefusedAllocation() noexcept;
 

@@ -1,6 +1,6 @@
-// The system's files on POSIX. The only file of the tree, with its Windows twin, that asks for the system.
+// The system's files on POSIX.
 
-// Positions beyond 2 GiB on 32-bit systems. Files are opened and sought in this file only, so this is the one place.
+// Positions beyond 2 GiB on 32-bit systems. Only this file opens and seeks files, so it is defined only here.
 #ifndef _FILE_OFFSET_BITS
 #define _FILE_OFFSET_BITS 64
 #endif

@@ -1,4 +1,4 @@
-// The system's files on Windows. The only file of the tree, with its POSIX twin, that asks for the system.
+// The system's files on Windows.
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
@@ -21,20 +21,20 @@ const wchar_t* AsWide(const char16_t* text) noexcept {
   return reinterpret_cast<const wchar_t*>(text);
 }
 
-// The C runtime's own parsing of the command line, as it does it for a main() of wide characters.
+// The startup record of the C runtime's command-line parser.
 struct StartupInfo {
   int newMode;
 };
 extern "C" int __wgetmainargs(int* count, wchar_t*** arguments, wchar_t*** environment, int expandWildcards,
                               StartupInfo* startup);
 
-// A path that is longer than the system takes as it is, in the form that it does not look into. Null: it is short
-// enough or already in that form, or there is no memory.
+// The extended-length form of a path that is too long for the system. Null: the path is short enough or already in that
+// form, or there is no memory.
 char16_t* NewLongPath(const char16_t* path) noexcept {
   constexpr std::size_t kLongestPlainPath = 247;
   const wchar_t* wide = AsWide(path);
   if (std::wcslen(wide) <= kLongestPlainPath || std::wcsncmp(wide, L"\\\\?\\", 4) == 0) return nullptr;
-  const DWORD size = GetFullPathNameW(wide, 0, nullptr, nullptr);  // With its end.
+  const DWORD size = GetFullPathNameW(wide, 0, nullptr, nullptr);  // With its terminator.
   constexpr wchar_t kPrefix[] = L"\\\\?\\UNC";
   auto* text = static_cast<wchar_t*>(LxAlloc((size + std::size(kPrefix)) * sizeof(wchar_t)));
   if (text == nullptr) return nullptr;
@@ -51,7 +51,7 @@ char16_t* NewLongPath(const char16_t* path) noexcept {
   return reinterpret_cast<char16_t*>(text);
 }
 
-// Not through the kit's memory procedures: nothing is installed yet, and the text lives until the process ends.
+// Not through the kit's memory procedures: none are installed yet, and the text lives until the process ends.
 char* NewUtf8(const wchar_t* text) noexcept {
   const int length = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
   auto* utf8 = length > 0 ? static_cast<char*>(std::malloc(static_cast<std::size_t>(length))) : nullptr;
@@ -66,7 +66,7 @@ int LxPlatformArguments(int* count, char*** arguments) noexcept {
   wchar_t** wide = nullptr;
   wchar_t** environment = nullptr;
   StartupInfo startup = {0};
-  // Wildcards are expanded, since no shell does it there.
+  // Wildcards are expanded, since no shell does so on Windows.
   if (__wgetmainargs(&wideCount, &wide, &environment, 1, &startup) < 0) return -1;
   auto** utf8 = static_cast<char**>(std::calloc(static_cast<std::size_t>(wideCount) + 1, sizeof(char*)));
   if (utf8 == nullptr) return -1;
@@ -90,7 +90,7 @@ bool LxPlatformOpenRegular(const char* path, const char16_t* widePath, LxOpenedF
     LxFree(longPath);
     return done;
   }
-  // Its C runtime says "permission denied" of a directory.
+  // For a directory, the C runtime reports "permission denied".
   const DWORD attributes = GetFileAttributesW(AsWide(widePath));
   if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
     *outcome = {kLxReadIsDirectory, EISDIR};
@@ -107,7 +107,7 @@ bool LxPlatformOpenRegular(const char* path, const char16_t* widePath, LxOpenedF
                 error};
     return false;
   }
-  // The C runtime gives a handle as a number.
+  // The C runtime returns the handle as a number.
   const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));  // NOLINT(performance-no-int-to-ptr)
   if (GetFileType(handle) != FILE_TYPE_DISK) {
     *outcome = {kLxReadNotRegularFile, 0};
@@ -124,7 +124,7 @@ void LxPlatformSetTextMode(std::FILE* file, bool text) noexcept {
   (void)_setmode(_fileno(file), text ? _O_TEXT : _O_BINARY);
 }
 
-// Its C runtime knows no errno for "the pipe is being closed", and takes the one of all errors that it does not know.
+// The C runtime has no errno for "the pipe is being closed" and reports it as EINVAL, as it does any unknown error.
 bool LxPlatformIsClosedPipe(int error) noexcept {
   return error == EPIPE || error == EINVAL;
 }
@@ -137,15 +137,15 @@ int LxPlatformSeek(std::FILE* file, std::int64_t offset, int whence) noexcept {
   return _fseeki64(file, offset, whence);
 }
 
-// The C runtime may report a position of a pipe, which counts nothing.
+// For a pipe, the C runtime may report a position, which means nothing.
 std::int64_t LxPlatformTell(std::FILE* file) noexcept {
-  // The C runtime gives a handle as a number.
+  // The C runtime returns the handle as a number.
   const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));  // NOLINT(performance-no-int-to-ptr)
   if (GetFileType(handle) != FILE_TYPE_DISK) return -1;
   return _ftelli64(file);
 }
 
-// The C runtime has no reading by position, so that no file is opened for it.
+// The C runtime has no positional read, so no file is opened for it.
 std::size_t LxPlatformReadAt(int, void*, std::size_t, std::int64_t, std::int32_t*) noexcept {
   return 0;
 }

@@ -5,7 +5,7 @@
 
 namespace {
 
-// By the negated code. Names are part of what the kit shows to the outside: the odd spelling of the second one stays.
+// By the negated code. The names are visible to users, so the odd spelling of the second one stays.
 constexpr const char* kNames[] = {
     "OK",       "NotIMpl",     "OutOfMemory", "BadParameter", "ReadError", "WriteError", "BadReadFormat",
     "NotFound", "InternalErr", "OpenFailR",   "OpenFailW",    "-11",

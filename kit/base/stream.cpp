@@ -42,7 +42,7 @@ std::size_t ReadAt(LxStream* stream, void* buffer, std::size_t length, std::int6
   return got;
 }
 
-// Fills the buffer from the position on, without moving it.
+// Fills the buffer from the current position, without moving it.
 std::size_t LoadPage(LxStream* stream) noexcept {
   const std::size_t got = ReadAt(stream, stream->buffer, std::size_t{kLxStreamBufferSize}, stream->position);
   stream->pageStart = stream->position;
@@ -50,7 +50,7 @@ std::size_t LoadPage(LxStream* stream) noexcept {
   return got;
 }
 
-// A file's first bytes tell its kind, and its first page is asked for next: one read of the file serves both.
+// The first bytes of a file tell its kind, and its first page is requested next; a single read of the file serves both.
 std::size_t ReadDirect(LxStream* stream, void* buffer, std::size_t length) noexcept {
   const std::int64_t offset = stream->position - stream->pageStart;
   if (offset >= 0 && offset < stream->pageLength) {
@@ -66,7 +66,7 @@ std::size_t ReadDirect(LxStream* stream, void* buffer, std::size_t length) noexc
   return got;
 }
 
-// From the file itself, following the bytes in the buffer.
+// From the file itself, after the bytes in the buffer.
 std::size_t ReadFile(LxStream* stream, void* buffer, std::size_t length) noexcept {
   if (stream->direct == 0) {
     const std::size_t got = std::fread(buffer, 1, length, stream->file);
@@ -78,7 +78,7 @@ std::size_t ReadFile(LxStream* stream, void* buffer, std::size_t length) noexcep
   return got;
 }
 
-// As fseek: a position before the file is a failure, one after its end is none.
+// As fseek: a position before the start is a failure, a position after the end is not.
 std::int32_t SeekDirect(LxStream* stream, std::int64_t offset, std::int32_t whence) noexcept {
   if (whence == SEEK_CUR) offset += stream->position;
   if (whence == SEEK_END) offset += stream->fileLength;
@@ -127,14 +127,14 @@ std::int32_t Unget(std::int32_t byte, LxStream* stream) noexcept {
     stream->count = 1;
     return *stream->cursor;
   }
-  if (stream->cursor == stream->buffer) return -1;  // More given back than was taken from this buffer.
-  stream->pageLength = 0;                           // The byte given back need not be the file's.
+  if (stream->cursor == stream->buffer) return -1;  // More bytes were put back than were taken from this buffer.
+  stream->pageLength = 0;                           // The byte that was put back may differ from the file's.
   *--stream->cursor = static_cast<std::uint8_t>(byte & 0xFF);
   ++stream->count;
   return *stream->cursor;
 }
 
-// Streams are for reading: whoever writes to one is told so.
+// Streams are read-only: writing to one sets the error flag.
 std::int32_t FlushAndPut(std::int32_t, LxStream* stream) noexcept {
   return Fail(stream, -1);
 }
@@ -167,7 +167,7 @@ std::int32_t AlwaysZero(LxStream*) noexcept {
   return 0;
 }
 
-// From the current position (whence 1) counts from the file's own position, which follows the bytes in the buffer.
+// For seeks relative to the current position (whence 1), the file's own position is after the bytes in the buffer.
 std::int32_t Seek(LxStream* stream, std::int32_t offset, std::int32_t whence) noexcept {
   if (!Has(stream, kLxStreamSeekable)) return -1;
   EmptyBuffer(stream);
@@ -180,7 +180,7 @@ std::int32_t Tell(LxStream* stream) noexcept {
   return static_cast<std::int32_t>(std::min<std::int64_t>(position - stream->count, INT32_MAX));
 }
 
-// Also where the system opens by the path's bytes, the path has to be convertible: the same paths open everywhere.
+// The path must be convertible even where the system opens files by bytes, so that the same paths open everywhere.
 bool OpenRegular(const char* path, LxOpenedFile* opened, LxReadOutcome* outcome) noexcept {
   const std::uint32_t refused = LxRefusedAllocations();
   char16_t* widePath = LxUtf8ToUtf16(path);
@@ -231,9 +231,9 @@ void SetMode(LxStream* stream, const char* mode) noexcept {
   if (stream->file != nullptr) LxPlatformSetTextMode(stream->file, text);
 }
 
-// Null: no memory, and the file is still the caller's.
+// Null: no memory; the file remains the caller's.
 LxStream* NewStreamOver(const LxOpenedFile& opened, bool borrowed, const char* mode, LxMemProcs* procs) noexcept {
-  // The record comes and goes with the buffer, which is not cleared.
+  // The record shares the allocation with the buffer, which is not cleared.
   void* buffer = LxAllocKept(procs, kLxStreamBufferSize, kLxPageAligned);
   if (buffer == nullptr) return nullptr;
   static_assert(sizeof(LxStream) <= kLxKeptFront);
@@ -249,8 +249,8 @@ LxStream* NewStreamOver(const LxOpenedFile& opened, bool borrowed, const char* m
   if (stream->direct != 0 || LxPlatformTell(stream->file) != -1) stream->flags |= kLxStreamSeekable;
   const bool terminal = stream->direct == 0 && LxPlatformIsTerminal(stream->file);
   stream->unbuffered = !Has(stream, kLxStreamSeekable) || terminal ? 1 : 0;
-  // Reads are whole pages or come through the buffer here, so a second buffer in the FILE would only cost: it is filled
-  // again after every seek. A borrowed FILE may have been read from already, and what it holds is not ours to drop.
+  // Reads are whole pages or go through the stream's buffer, so a second buffer in the FILE would only cost time: it is
+  // filled again after every seek. A borrowed FILE may already hold bytes in its buffer, which must not be dropped.
   if (stream->file != nullptr && !borrowed && stream->unbuffered == 0) {
     (void)std::setvbuf(stream->file, nullptr, _IONBF, 0);
   }

@@ -1,4 +1,4 @@
-// A buffered byte stream for reading, with a table of methods so that tests and other stream kinds can stand in for it.
+// A buffered byte stream for reading, with a table of methods so that tests and other kinds of streams can replace it.
 #ifndef LXBRIDGE_KIT_BASE_STREAM_H_
 #define LXBRIDGE_KIT_BASE_STREAM_H_
 
@@ -46,15 +46,15 @@ struct LxStream {
   std::uint16_t unbuffered;  // 1: not seekable, or a terminal; reads go to the file directly.
   std::uint16_t borrowed;    // 1: the FILE is the caller's and stays open at close.
   std::uint8_t* buffer;      // kLxStreamBufferSize bytes; null in streams that need none.
-  // A regular file that we opened for reading only is read by position, so that seeking and telling are no calls of the
-  // system: they are most of what opening a photograph and looking at its first pages would cost.
-  std::uint16_t direct;     // 1: read by position, through the descriptor; the FILE's own position is not used.
-  int descriptor;           // Direct: of the file. Closed with the stream when there is no FILE.
+  // A regular file that is opened here for reading is read by position, so that seeking and telling need no system
+  // calls. These would be most of the cost of opening a photograph and reading its first pages.
+  std::uint16_t direct;     // 1: read by position through the descriptor; the position of the FILE is not used.
+  int descriptor;           // Direct: of the file. Closed with the stream if there is no FILE.
   std::int64_t position;    // Direct: of the byte after the buffer.
   std::int64_t fileLength;  // Direct: as it was when the file was opened.
-  std::int64_t pageStart;   // Direct: what the buffer was last filled with is still there after a seek, and
-  std::int32_t pageLength;  // serves reads of the same bytes.
-  // The errno of the first read that failed, or 0. Such a read, and one that gives less than the file has, sets
+  std::int64_t pageStart;   // Direct: the last bytes read into the buffer stay there after a seek
+  std::int32_t pageLength;  // and serve reads of the same range.
+  // The errno of the first failed read, or 0. A failed read, and one that returns less than the file has, sets
   // kLxStreamError.
   std::int32_t systemError;
 };
@@ -62,23 +62,23 @@ struct LxStream {
 // The method table of all file streams.
 extern const LxStreamMethods kLxFileStreamMethods;
 
-// A stream for the regular file of a UTF-8 path; a null or empty path takes the default file, which stays open at
-// close. Of the mode 'r', '+' and 't' count: nothing is ever written. Null: no procs, no memory, or the file cannot be
-// opened; the outcome, when it is not null, says why.
+// A stream for the regular file at a UTF-8 path; a null or empty path takes the default file, which stays open at
+// close. In the mode, only 'r', '+' and 't' count; nothing is ever written. Null: no procedures, no memory, or the file
+// cannot be opened; the outcome, if not null, tells why.
 [[nodiscard]] LxStream* LxNewFileStream(const char* path, std::FILE* defaultFile, const char* mode, LxMemProcs* procs,
                                         LxReadOutcome* outcome = nullptr) noexcept;
 
-// Opens for reading with the installed memory procedures; an empty path is standard input. kLxOk, or kLxNotFound and
-// null, with the outcome as above.
+// Opens a file for reading with the installed memory procedures; an empty path is standard input. kLxOk, or kLxNotFound
+// and null, with the outcome as above.
 [[nodiscard]] LxResult LxOpenFileStream(const char* path, LxStream** out, LxReadOutcome* outcome = nullptr) noexcept;
 
-// Always kLxOk: what closing reports is of no use to a reader. Takes null.
+// Always returns kLxOk: a reader cannot use the result of closing. Takes null.
 LxResult LxCloseStream(LxStream* stream) noexcept;
 
-// Seeks from the start; a refusal sets kLxStreamError.
+// Seeks from the start; a failure sets kLxStreamError.
 [[nodiscard]] bool LxSeekTo(LxStream* stream, std::int32_t position) noexcept;
 
-// The length in bytes, at most 2^31 - 1; 0 when the stream cannot seek. Leaves the position as it was.
+// The length in bytes, at most 2^31 - 1; 0 if the stream cannot seek. Does not move the position.
 [[nodiscard]] std::int32_t LxStreamLength(LxStream* stream) noexcept;
 
 #endif  // LXBRIDGE_KIT_BASE_STREAM_H_

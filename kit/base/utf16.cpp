@@ -16,7 +16,7 @@ int TrailingBytes(std::uint8_t lead) noexcept {
   return lead < 0xFC ? 4 : 5;
 }
 
-// What the marker bits of a sequence add up to, by its count of trailing bytes.
+// The sum of the marker bits of a sequence, by its number of trailing bytes.
 constexpr std::uint32_t kMarkerSums[] = {0, 0x00003080, 0x000E2080, 0x03C82080, 0xFA082080, 0x82082080};
 
 }  // namespace
@@ -25,7 +25,7 @@ char16_t* LxUtf8ToUtf16(const char* text) noexcept {
   if (text == nullptr) return nullptr;
   const std::size_t length = std::strlen(text);
   if (length > SIZE_MAX / 2 - 1) return nullptr;
-  // No sequence gives more units than it has bytes: a pair needs at least three of them.
+  // A sequence never yields more units than it has bytes: a surrogate pair needs at least three bytes.
   auto* units = static_cast<char16_t*>(LxAlloc(2 * length + 2));
   if (units == nullptr) return nullptr;
 
@@ -36,7 +36,7 @@ char16_t* LxUtf8ToUtf16(const char* text) noexcept {
       LxFree(units);
       return nullptr;
     }
-    std::uint32_t value = 0;  // Wraps for sequences whose bytes are none, and then ends up beyond the last code point.
+    std::uint32_t value = 0;  // Wraps for invalid sequences, whose result is then beyond the last code point.
     for (int i = 0; i <= trailing; ++i) value = (value << 6) + static_cast<std::uint8_t>(text[at++]);
     value -= kMarkerSums[trailing];
     if (value < 0x10000) {

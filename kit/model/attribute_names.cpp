@@ -1,4 +1,4 @@
-// The names of the enumerations among the image attributes, in the enumerations' order, and which kinds of file are
+// The names of the enumerated image attributes, in the order of the enumerations, and the file kinds that are treated
 // alike.
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-// Chooses the treatment of an item's value by its tag's display descriptor.
+// Formats an item's value as its tag's display descriptor says.
 #include "kit/model/display.h"
 
 #include "kit/model/display_parts.h"

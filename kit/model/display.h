@@ -5,16 +5,16 @@
 #include "kit/model/pool.h"
 #include "kit/model/tag_record.h"
 
-// `order` is the byte order in which the item's numbers are read: 1 big-endian, else little-endian. Neither reports a
-// failure: where there is nothing to show, or no memory, the display text stays as it was.
+// `order` is the byte order of the item's numbers: 1 big-endian, else little-endian. Neither function reports a
+// failure: where there is nothing to show, or no memory, the display text does not change.
 void LxFormatValue(int order, LxMetadataItem* item) noexcept;
 void LxFormatTaggedValue(int order, LxMetadataItem* item, const LxDisplayDescriptor* descriptor) noexcept;
 
-// Whether the bytes are an ICC profile with a description tag ("desc"); its place in the profile through the out
-// arguments, which may be null. ICC.1, 7.2 and 7.3.
+// Whether the bytes are an ICC profile with a description tag ("desc"). The out arguments, which may be null, receive
+// the tag's place in the profile. ICC.1, 7.2 and 7.3.
 [[nodiscard]] bool LxFindIccDescription(const std::uint8_t* profile, std::int32_t length, std::int32_t* offset,
                                         std::int32_t* size) noexcept;
-// The description of such a profile as a new UTF-8 text (LxFree), or null: no description that can be read, no memory.
+// The description of such a profile as a new UTF-8 text (LxFree), or null: no readable description, or no memory.
 [[nodiscard]] char* LxIccDescription(const std::uint8_t* profile, std::int32_t length) noexcept;
 
 #endif  // LXBRIDGE_KIT_MODEL_DISPLAY_H_

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int32_t kCodeLength = 8;
 
-// Exif 2.2, table 6: the code is padded with zero bytes to 8. What stands behind its first zero byte tells nothing.
+// Exif 2.2, table 6: the code is padded with zero bytes to 8. The bytes after the first zero byte are ignored.
 bool HasCode(const LxMetadataItem* item, const char* code) noexcept {
   return std::strncmp(reinterpret_cast<const char*>(item->value), code, kCodeLength) == 0;
 }
@@ -30,7 +30,7 @@ void FormatUserComment(int order, LxMetadataItem* item) noexcept {
     if (LxTextLength(text, size) < size) {
       LxSetDisplayText(item, reinterpret_cast<const char*>(text), false);
     } else {
-      LxShowCopy(item, text, size);  // No terminator in the value: behind it stand another tag's bytes.
+      LxShowCopy(item, text, size);  // The value has no terminator: another tag's bytes follow it.
     }
   } else if (HasCode(item, "UNICODE")) {
     LxShowOwned(item, LxUtf16ToUtf8(text, length, LxGuessUtf16Order(text, length)));
@@ -53,7 +53,7 @@ void LxFormatComment(int order, LxMetadataItem* item) noexcept {
     case 0x9C9D:  // XPAuthor
     case 0x9C9E:  // XPKeywords
     case 0x9C9F:  // XPSubject
-      // Little-endian whatever the file's order: they are written as bytes.
+      // Little-endian whatever the file's order: the tags have the type BYTE.
       LxShowOwned(item, LxUtf16ToUtf8(item->value, item->valueLength, kLxLittleEndian));
       return;
     default:

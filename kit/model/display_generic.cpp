@@ -32,7 +32,7 @@ void ShowDottedDigits(LxMetadataItem* item) noexcept {
   LxShowBuffer(item, out);
 }
 
-// Whether opaque bytes are a text, with or without its terminator. Of three bytes and less nobody can tell.
+// Whether opaque bytes are a text, with or without a terminator. Three bytes or fewer are too few to tell.
 bool IsPlainText(const LxMetadataItem* item) noexcept {
   if (item->valueLength <= 3) return false;
   const auto length = static_cast<std::size_t>(item->valueLength);
@@ -49,10 +49,10 @@ void ShowText(LxMetadataItem* item) noexcept {
   LxShowOwned(item, LxTextToUtf8(item->value, item->valueLength));
 }
 
-// "8", "5/0 ", "1/250(0.00)". The two spaces behind a zero denominator leave one where the rational is the last.
+// "8", "5/0 ", "1/250(0.00)". A zero denominator is followed by two spaces, of which one remains at the end.
 template <typename Part>
 void AppendRational(LxDisplayBuffer* out, Part numerator, Part denominator) noexcept {
-  if (numerator > 0 && denominator > 0) {  // Negative ones stay as they are.
+  if (numerator > 0 && denominator > 0) {  // Negative rationals are not reduced.
     const Part divisor = std::gcd(numerator, denominator);
     numerator /= divisor;
     denominator /= divisor;
@@ -61,7 +61,7 @@ void AppendRational(LxDisplayBuffer* out, Part numerator, Part denominator) noex
     LxAppendText(out, "0 ");
     return;
   }
-  // Signed also for the unsigned type: parts of 2^31 and more show negative.
+  // Signed also for the unsigned type: numbers from 2^31 on show as negative.
   LxAppendInteger(out, static_cast<std::int32_t>(numerator));
   if (denominator != 1) {
     LxAppendChar(out, '/');
@@ -85,7 +85,7 @@ void AppendElement(LxDisplayBuffer* out, const std::uint8_t* at, std::uint16_t t
     case kLxTypeSShort:
       LxAppendInteger(out, static_cast<std::int32_t>(static_cast<std::int16_t>(LxGet16(at, order))));
       break;
-    case kLxTypeLong:  // As for rationals, 2^31 and more show negative.
+    case kLxTypeLong:  // As for rationals, numbers from 2^31 on show as negative.
     case kLxTypeSLong:
       LxAppendInteger(out, static_cast<std::int32_t>(LxGet32(at, order)));
       break;
@@ -102,8 +102,8 @@ void AppendElement(LxDisplayBuffer* out, const std::uint8_t* at, std::uint16_t t
   LxAppendChar(out, ' ');
 }
 
-// Bytes and shorts, which fill the long values of every maker note, are written without a check for each element: the
-// shown part fits by its length, with room for the digits that the last copy takes along.
+// Bytes and shorts make up the long values of maker notes and are written without a check for each element: the shown
+// part is short enough to fit, with room for the extra bytes that the last copy writes.
 constexpr std::size_t kSlack = sizeof(LxDigits);
 static_assert(kLxShownPlain * (sizeof("255 ") - 1) + kSlack <= kLxDisplayBufferSize);
 static_assert(kLxShownPlain / 2 * (sizeof("65535 ") - 1) + kSlack <= kLxDisplayBufferSize);
@@ -150,9 +150,9 @@ void ShowElements(int order, LxMetadataItem* item) noexcept {
       AppendElement(&out, item->value + at, item->typeCode, order);
     }
   }
-  if (out.length == 0) return;  // Not one whole element.
+  if (out.length == 0) return;  // Not even one whole element.
   if (shown.shortened) LxAppendText(&out, "... ");
-  --out.length;  // The space behind the last element.
+  --out.length;  // The space after the last element.
   LxShowBuffer(item, out);
 }
 

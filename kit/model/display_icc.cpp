@@ -1,4 +1,4 @@
-// The description of an ICC profile, as the display text of the items that hold one.
+// The description of an ICC profile, as the display text of items that hold a profile.
 #include <cstring>
 
 #include "kit/base/byte_order.h"
@@ -12,22 +12,22 @@
 namespace {
 
 constexpr std::int32_t kHeaderLength = 128;            // ICC.1:2010, 7.2
-constexpr std::int32_t kTagTable = kHeaderLength + 4;  // 7.3: behind the tag count.
+constexpr std::int32_t kTagTable = kHeaderLength + 4;  // 7.3: after the tag count.
 constexpr std::int32_t kTagEntryLength = 12;
 
 bool HasSignature(const std::uint8_t* at, const char* signature) noexcept {
   return std::memcmp(at, signature, 4) == 0;
 }
 
-// A description in the bytes of its tag.
+// A description within the bytes of its tag.
 struct Description {
   const std::uint8_t* bytes;
   std::int32_t length;
-  bool utf16;  // Else a text of single bytes.
+  bool utf16;  // Otherwise single bytes.
 };
 
-// textDescriptionType (ICC.1:2001, 6.5.17): a count, then that many bytes of "ASCII", which some makers take for their
-// system's encoding. A count beyond the tag is cut to it.
+// textDescriptionType (ICC.1:2001, 6.5.17): a count, then that many bytes of ASCII; some writers use their system's
+// encoding instead. A count beyond the tag is cut to it.
 bool FindTextDescription(const std::uint8_t* tag, std::int32_t size, Description* out) noexcept {
   const std::uint32_t count = LxGet32(tag + 8, kLxBigEndian);
   auto length = static_cast<std::size_t>(size - 12);
@@ -37,8 +37,8 @@ bool FindTextDescription(const std::uint8_t* tag, std::int32_t size, Description
   return length != 0;
 }
 
-// multiLocalizedUnicodeType (ICC.1:2010, 10.13): a table of languages over texts in UTF-16. English as it is spoken in
-// the United States, which profile makers fill in first, then any English, then the first language there is.
+// multiLocalizedUnicodeType (ICC.1:2010, 10.13): a table of languages and UTF-16 texts. Prefers US English, which
+// profile makers fill in first, then any English, then the first language.
 bool FindLocalizedText(const std::uint8_t* tag, std::int32_t size, Description* out) noexcept {
   if (size < 16) return false;
   const std::uint32_t count = LxGet32(tag + 8, kLxBigEndian);
@@ -105,7 +105,7 @@ char* LxIccDescription(const std::uint8_t* profile, std::int32_t length) noexcep
   return ToUtf8(description);
 }
 
-// A description that cannot be read is treated as one that is not there: the caller then shows the bytes.
+// A description that cannot be read is treated as missing: the caller then shows the bytes.
 bool LxFormatIccProfile(LxMetadataItem* item) noexcept {
   Description description;
   if (!FindDescription(item->value, item->valueLength, &description)) return false;

@@ -1,4 +1,4 @@
-// Giving items their display texts, and how much of a value is shown.
+// Sets display texts of items and limits the shown part of a value.
 #include "kit/model/display_parts.h"
 
 #include <bit>

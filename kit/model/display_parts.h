@@ -1,5 +1,5 @@
-// What the display_*.cpp files share and nobody else includes: the buffer in which a display text is put together, the
-// length limits, and one function for each group of display formats.
+// Shared by the display_*.cpp files only: the buffer in which a display text is built, the length limits, and one
+// function for each group of display formats.
 #ifndef LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
 #define LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_
 
@@ -13,15 +13,15 @@
 #include "kit/model/pool.h"
 #include "kit/model/tag_record.h"
 
-// The most bytes of a value that are shown element by element.
+// The maximum number of bytes of a value that are shown element by element.
 inline constexpr std::int32_t kLxShownPlain = 256;
 
-// The longest text of numbers: those bytes each as "-128 ", or 32 rationals as "-2147483648/2147483646(-1.00) ", and
-// the mark "... ". Appending stops at the end, so a wrong sum here would cut a text and no more.
+// The longest text of numbers: kLxShownPlain bytes, each as "-128 ", or 32 rationals as "-2147483648/2147483646(-1.00)
+// ", and the mark "... ". Appending stops at the end of the buffer, so a text that is too long is cut.
 inline constexpr std::size_t kLxDisplayBufferSize = 1536;
 
-// A text under construction. Only `length` needs a value at the start. Numbers go through std::to_chars: unlike printf
-// it knows no locale (a host's decimal comma must not reach the texts) and costs a fraction.
+// A text under construction. Only `length` needs initialising. Numbers are written by std::to_chars, which is faster
+// than printf and ignores the locale: a host's decimal comma must not reach the texts.
 struct LxDisplayBuffer {
   std::size_t length;
   char bytes[kLxDisplayBufferSize];
@@ -35,8 +35,8 @@ inline void LxAppendText(LxDisplayBuffer* out, const char* text) noexcept {
   while (*text != '\0') LxAppendChar(out, *text++);
 }
 
-// The digits of the numbers below 1000, ready to be copied: most elements are such numbers, and a camera's maker note
-// has thousands of them.
+// The digits of the numbers below 1000, ready to be copied: most elements are such numbers, and a maker note has
+// thousands of elements.
 struct LxDigits {
   char text[3];
   std::uint8_t length;
@@ -58,7 +58,8 @@ inline void LxAppendInteger(LxDisplayBuffer* out, std::int32_t value) noexcept {
   const std::size_t room = kLxDisplayBufferSize - out->length;
   if (value >= 0 && value < 1000 && room >= sizeof(LxDigits)) {
     const LxDigits& digits = kLxDigits[static_cast<std::size_t>(value)];
-    std::memcpy(at, &digits, sizeof digits);  // One store; the length's byte is overwritten by what comes next.
+    std::memcpy(at, &digits,
+                sizeof digits);  // A single store; the byte of the length is overwritten by the next append.
     out->length += digits.length;
     return;
   }
@@ -69,15 +70,15 @@ inline void LxAppendInteger(LxDisplayBuffer* out, std::int32_t value) noexcept {
 // "%.<digits>f". REQUIRES: 1 to 3 digits.
 void LxAppendFixed(LxDisplayBuffer* out, double value, int digits) noexcept;
 
-// Gives the item a copy of the buffer as its own display text. Without memory the display text stays.
+// Sets the item's own display text to a copy of the buffer. Without memory the display text does not change.
 void LxShowBuffer(LxMetadataItem* item, const LxDisplayBuffer& buffer) noexcept;
 // Gives the item a text from LxNewItemText or LxAlloc, which becomes its own; null (no memory) changes nothing.
 void LxShowOwned(LxMetadataItem* item, char* text) noexcept;
-// Gives the item a copy of the bytes up to their first zero byte.
+// Sets the item's own display text to a copy of the bytes up to the first zero byte.
 void LxShowCopy(LxMetadataItem* item, const std::uint8_t* bytes, std::size_t length) noexcept;
 
-// The part of the value that is shown element by element. What is never displayed is looked at in dumps only, so a
-// short piece of it does.
+// The part of a value that is shown element by element. Values that are never displayed appear only in dumps, where a
+// short part is enough.
 struct LxShownPart {
   std::int32_t length;  // Bytes.
   bool shortened;
@@ -88,14 +89,15 @@ struct LxShownPart {
   return item->value != nullptr && item->valueLength >= 1;
 }
 
-// The rational at a byte offset as a number; a zero denominator counts as 1. REQUIRES: 8 bytes of value from there.
+// The rational at a byte offset as a number; a zero denominator counts as 1. REQUIRES: 8 bytes of the value from there
+// on.
 [[nodiscard]] inline double LxUnsignedQuotient(const LxMetadataItem* item, int order, std::int32_t offset) noexcept {
   const std::uint32_t numerator = LxGet32(item->value + offset, order);
   const std::uint32_t denominator = LxGet32(item->value + offset + 4, order);
   return static_cast<double>(numerator) / static_cast<double>(denominator != 0 ? denominator : 1);
 }
 
-// All of these take an item that has a value.
+// REQUIRES, for all of these: an item with a value.
 void LxFormatGenericValue(int order, LxMetadataItem* item) noexcept;                          // display_generic
 void LxFormatNamedValue(int order, LxMetadataItem* item, const LxValueName* names) noexcept;  // display_generic
 void LxFormatPhotoQuantity(int order, LxMetadataItem* item) noexcept;                         // display_photo
@@ -104,6 +106,6 @@ void LxFormatMakerSpecial(int order, LxMetadataItem* item) noexcept;            
 void LxFormatComment(int order, LxMetadataItem* item) noexcept;                               // display_comment
 void LxFormatVersionInfo(LxMetadataItem* item) noexcept;                                      // display_resources
 void LxFormatResourceQuality(LxMetadataItem* item) noexcept;                                  // display_resources
-[[nodiscard]] bool LxFormatIccProfile(LxMetadataItem* item) noexcept;  // display_icc. False: no description to be read.
+[[nodiscard]] bool LxFormatIccProfile(LxMetadataItem* item) noexcept;  // display_icc. False: no readable description.
 
 #endif  // LXBRIDGE_KIT_MODEL_DISPLAY_PARTS_H_

@@ -1,5 +1,5 @@
 // Display texts of photographic quantities (exposure, aperture, distances), of GPS positions and times, and of the few
-// maker-note numbers that need more than their type.
+// maker-note numbers whose type alone does not determine the text.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// The nearest integer, halves upwards. What no int holds becomes the nearest int.
+// The nearest integer, halves upwards, clamped to the range of the type.
 std::int32_t Rounded(double value) noexcept {
   const double floor = std::floor(value + 0.5);
   if (floor >= std::numeric_limits<std::int32_t>::max()) return std::numeric_limits<std::int32_t>::max();
@@ -59,7 +59,7 @@ void AppendFNumber(LxDisplayBuffer* out, double number) noexcept {
   }
 }
 
-// e^x as its series; ln 2 / 2 is the largest x here, and 16 terms leave 1e-21 of it.
+// The Taylor series of e^x: |x| is at most ln 2 / 2 here, so 16 terms leave an error of 1e-21.
 constexpr std::size_t kTerms = 16;
 constexpr std::array<double, kTerms> kInverseFactorials = [] {
   std::array<double, kTerms> inverse = {1};
@@ -68,8 +68,8 @@ constexpr std::array<double, kTerms> kInverseFactorials = [] {
   return inverse;
 }();
 
-// 2^exponent, for exponents of a few dozen at most. A system's pow() may differ from another's in the last bit, and it
-// is the one thing that the library would need its mathematics library for.
+// 2^exponent, for exponents of a few dozen at most. pow() may differ between systems in the last bit, and would be the
+// library's only use of the mathematics library.
 double PowerOfTwo(double exponent) noexcept {
   int whole = static_cast<int>(exponent < 0 ? exponent - 0.5 : exponent + 0.5);
   const double x = (exponent - whole) * 0.693147180559945309417;  // ln 2
@@ -80,8 +80,8 @@ double PowerOfTwo(double exponent) noexcept {
   return sum;
 }
 
-// APEX (Exif 2.2, annex C): the time is 2^-v. The factors bring the powers of two to the times that cameras name: 15/16
-// makes 1/16 and 1/64 the 1/15 and 1/60, 125/128 makes 1/128 to 1/1024 the 1/125 to 1/1000.
+// APEX (Exif 2.2, annex C): the time is 2^-v. The factors turn powers of two into the times printed on cameras: 15/16
+// turns 1/16 and 1/64 into 1/15 and 1/60, 125/128 turns 1/128 to 1/1024 into 1/125 to 1/1000.
 void AppendShutterSpeed(LxDisplayBuffer* out, double apex) noexcept {
   if (apex < -10) {
     LxAppendText(out, "> 1024s");
@@ -152,7 +152,7 @@ void AppendFocalLength(LxDisplayBuffer* out, double millimetres) noexcept {
   }
 }
 
-// The first element as a number. False: a type or a length that has none.
+// The first element as a number. False: the type is not numeric, or the value is too short.
 bool TakeNumber(const LxMetadataItem* item, int order, double* out) noexcept {
   switch (item->typeCode) {
     case kLxTypeRational:
@@ -175,7 +175,7 @@ bool TakeNumber(const LxMetadataItem* item, int order, double* out) noexcept {
   }
 }
 
-// "%02d", and "%06.3f" where `digits` is 3.
+// "%02d", or "%06.3f" if `digits` is 3.
 void AppendTwoPlaces(LxDisplayBuffer* out, std::int32_t value) noexcept {
   if (value >= 0 && value < 10) LxAppendChar(out, '0');
   LxAppendInteger(out, value);
@@ -183,7 +183,8 @@ void AppendTwoPlaces(LxDisplayBuffer* out, std::int32_t value) noexcept {
 void AppendSeconds(LxDisplayBuffer* out, double seconds) noexcept {
   const std::size_t start = out->length;
   LxAppendFixed(out, seconds, 3);
-  if (out->length - start != 5) return;  // Only "d.ddd" is too narrow: padded after rounding, 9.9996 being 10.000.
+  if (out->length - start != 5)
+    return;  // Only "d.ddd" needs padding, which depends on the rounded text: 9.9996 is "10.000".
   LxAppendChar(out, out->bytes[out->length - 1]);
   for (std::size_t i = out->length - 2; i > start; --i) out->bytes[i] = out->bytes[i - 1];
   out->bytes[start] = '0';
@@ -270,11 +271,11 @@ void LxFormatMakerSpecial(int order, LxMetadataItem* item) noexcept {
   LxDisplayBuffer out;
   out.length = 0;
   switch (item->tagId) {
-    case 0x0002:  // A sensitivity behind a number that says nothing.
+    case 0x0002:  // The second number is the sensitivity; the first is ignored.
       if (item->typeCode != kLxTypeShort || item->valueLength != 4) return;
       LxAppendInteger(&out, static_cast<std::int32_t>(LxGet16(item->value + 2, order)));
       break;
-    case 0x0084: {  // A lens: shortest and longest focal length, and the largest aperture at each.
+    case 0x0084: {  // A lens: shortest and longest focal length, and the maximum aperture at each.
       if (item->typeCode != kLxTypeRational || item->valueLength != 32) return;
       double q[4];
       for (std::int32_t i = 0; i < 4; ++i) q[i] = std::clamp(LxUnsignedQuotient(item, order, 8 * i), 0.0, 10000.0);
@@ -287,7 +288,7 @@ void LxFormatMakerSpecial(int order, LxMetadataItem* item) noexcept {
       LxAppendFixed(&out, q[3], 1);
       break;
     }
-    case 0x0E01:  // A settings block of the camera's software; the number in it is little-endian in either byte order.
+    case 0x0E01:  // Settings of the camera's software; the number in them is always little-endian.
       if (item->typeCode != kLxTypeUndefined || item->valueLength < 1371) return;
       LxAppendInteger(&out, item->value[1370] * 256 + item->value[1369]);
       break;

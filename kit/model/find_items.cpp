@@ -1,13 +1,13 @@
-// One walk in search order for several searches.
+// Several searches in one walk of the pool.
 #include "kit/model/find_items.h"
 
 #include <cstring>
 
 namespace {
 
-// Two letters tell nearly all names apart, without a comparison of texts.
+// Two letters distinguish nearly all names without comparing texts.
 std::uint16_t FirstLetters(const char* name) noexcept {
-  if (name == nullptr) return 0;  // An item made by hand; no name that is searched for begins so.
+  if (name == nullptr) return 0;  // An item made by hand; no name that is searched for begins like this.
   const auto first = static_cast<std::uint8_t>(name[0]);
   const std::uint8_t second = first != 0 ? static_cast<std::uint8_t>(name[1]) : std::uint8_t{0};
   return static_cast<std::uint16_t>(first << 8 | second);
@@ -45,7 +45,7 @@ void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count)
     wantedLetters |= BitOf(wanted[i].letters);
   }
 
-  // A list ends behind an end of run; the search goes on behind the parent.
+  // A list ends after an end of run; the search goes on after the parent.
   LxMetadataItem* parents[kLxMaxTreeDepth];
   std::int32_t depth = 0;
   LxMetadataItem* item = first;

@@ -1,5 +1,5 @@
-// Several searches of a pool in one walk: what each would find alone. A finished pool is asked for two dozen items,
-// most of which are not there, and a search for one of those looks at every item.
+// Several searches of a pool in one walk, with the same results as separate searches. About two dozen items of each
+// file are searched for; most are missing, and a search for a missing item visits every item.
 #ifndef LXBRIDGE_KIT_MODEL_FIND_ITEMS_H_
 #define LXBRIDGE_KIT_MODEL_FIND_ITEMS_H_
 
@@ -13,10 +13,10 @@ struct LxWantedItem {
   const char* name;         // Not empty.
   const char* displayText;  // Null: any.
   LxMetadataItem* found = nullptr;
-  std::uint16_t letters = 0;  // The search's own.
+  std::uint16_t letters = 0;  // Used by the search itself.
 };
 
-// Sets `found` of each to what LxFindItemInTree gives for it (null: nothing).
+// Sets each `found` to the result of LxFindItemInTree (null: nothing).
 void LxFindItems(LxMetadataItem* first, LxWantedItem* wanted, std::size_t count) noexcept;
 
 #endif  // LXBRIDGE_KIT_MODEL_FIND_ITEMS_H_

@@ -1,5 +1,5 @@
-// Lookups in the constant tables: plain walks to the end record, since the first match in table order counts and some
-// tables name an id twice.
+// Lookups in the constant tables: linear searches up to the end record, since the first match in table order counts and
+// some tables hold an id twice.
 #include "kit/model/lookup.h"
 
 #include <cstring>

@@ -1,4 +1,4 @@
-// Lookups in the constant tables. All compare texts byte for byte and return the entry found, or null.
+// Lookups in the constant tables. Texts are compared byte for byte; the result is the entry found, or null.
 #ifndef LXBRIDGE_KIT_MODEL_LOOKUP_H_
 #define LXBRIDGE_KIT_MODEL_LOOKUP_H_
 

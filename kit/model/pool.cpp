@@ -1,4 +1,4 @@
-// Items and pools: making, freeing, searching.
+// Creating, freeing and searching items and pools.
 #include "kit/model/pool.h"
 
 #include <cstring>
@@ -9,7 +9,7 @@
 
 namespace {
 
-// Texts that items do not own are const; those that they own came from LxAlloc.
+// Texts that items do not own are const; owned texts came from LxAlloc.
 void FreeText(const char* text) noexcept {
   LxFree(const_cast<char*>(text));
 }
@@ -58,7 +58,7 @@ bool Empty(const char* text) noexcept {
   return text == nullptr || text[0] == 0;
 }
 
-// The first bytes are compared before the rest: most texts differ there, and a search looks at every item of a file.
+// The first bytes are compared first: most texts differ there, and a search visits every item of a file.
 bool Matches(const char* wanted, const char* text) noexcept {
   if (wanted == text) return true;
   return text != nullptr && wanted[0] == text[0] && std::strcmp(wanted, text) == 0;
@@ -111,8 +111,8 @@ char* LxNewItemText(LxMetadataItem* item, std::size_t size) noexcept {
 }
 
 void LxFreeMetadataItems(LxMetadataItem* item) noexcept {
-  // The children of the item that goes are put in front of what is left, so one list is all that has to be remembered.
-  // Each list's end is looked for once, when its parent goes.
+  // The children of a freed item are put in front of the remaining list, so only one list has to be remembered. The end
+  // of each list is searched for once, when its parent is freed.
   while (item != nullptr) {
     LxMetadataItem* rest = item->next;
     if (item->firstChild != nullptr) {
@@ -152,17 +152,17 @@ LxMetadataItem* LxFindItemInTree(LxMetadataItem* first, const char* nameSpace, c
   LxMetadataItem* parents[kLxMaxTreeDepth];
   int depth = 0;
   for (LxMetadataItem* item = first;;) {
-    // Up to the next parent with a list to go on with; a list also ends behind an end of run.
+    // Up to the nearest parent that has a next sibling; a list also ends after an end of run.
     while (item == nullptr) {
       if (depth == 0) return nullptr;
       const LxMetadataItem* parent = parents[--depth];
       item = (parent->flags & kLxEndOfRun) != 0 ? nullptr : parent->next;
     }
-    if ((item->flags & kLxDeleted) != 0) {  // Its own end of run does not count.
+    if ((item->flags & kLxDeleted) != 0) {  // A deleted item's own end of run does not count.
       item = item->next;
       continue;
     }
-    // The name is asked for first: it tells more items apart than the namespace.
+    // The name is compared first: it distinguishes more items than the namespace.
     if ((anyName || Matches(name, item->name)) && (anyNamespace || Matches(nameSpace, item->nameSpace)) &&
         (anyText || Matches(displayText, item->displayText))) {
       return item;

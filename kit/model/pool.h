@@ -1,5 +1,5 @@
-// The metadata pool: the in-memory picture of all metadata of one file, a tree of items, with the file's image
-// attributes and the blocks that the items' values point into.
+// The metadata pool: all metadata of one file as a tree of items, with the file's image attributes and the blocks that
+// the values point into.
 #ifndef LXBRIDGE_KIT_MODEL_POOL_H_
 #define LXBRIDGE_KIT_MODEL_POOL_H_
 
@@ -16,15 +16,15 @@ inline constexpr std::uint32_t kLxOwnsName = 0x002;
 inline constexpr std::uint32_t kLxOwnsTypeName = 0x004;
 inline constexpr std::uint32_t kLxOwnsDisplayText = 0x008;
 inline constexpr std::uint32_t kLxOwnsValue = 0x010;
-inline constexpr std::uint32_t kLxEndOfRun = 0x020;  // Searches and display walks stop behind this item.
+inline constexpr std::uint32_t kLxEndOfRun = 0x020;  // Searches and display walks stop after this item.
 inline constexpr std::uint32_t kLxClosed = 0x040;    // Searches and display walks do not enter its children.
 inline constexpr std::uint32_t kLxBigEndianValue = 0x080;
 inline constexpr std::uint32_t kLxChanged = 0x100;  // Made or changed after reading.
-inline constexpr std::uint32_t kLxDeleted = 0x200;  // Stays in the tree; everything passes over it.
+inline constexpr std::uint32_t kLxDeleted = 0x200;  // Stays in the tree; searches and walks skip it.
 inline constexpr std::uint32_t kLxHidden = 0x400;   // Never a display item.
 
-// One item. Texts that its flags do not say it owns are static or the caller's, and outlive the pool. The value points
-// into the pool's block cache unless owned, has `valueLength` bytes, keeps the file's byte order and has no terminator.
+// One item. Texts that its flags do not mark as owned are static or the caller's, and outlive the pool. The value has
+// `valueLength` bytes in the file's byte order and no terminator; unless owned, it points into the pool's block cache.
 struct LxMetadataItem {
   const char* nameSpace;
   const char* name;
@@ -39,10 +39,10 @@ struct LxMetadataItem {
   std::uint16_t typeCode;
   std::int32_t valueLength;
   const std::uint8_t* value;  // Null: none.
-  struct LxItemSlab* slab;  // The block that the record itself lies in, or null: one of its own. Never copied with it.
+  struct LxItemSlab* slab;    // The slab that contains the record, or null: allocated alone. Not copied with the item.
 };
 
-// Image attributes, as their readers set them.
+// Image attributes, as the readers set them.
 enum LxColourModel : std::int32_t {
   kLxColourUnknown = 0,
   kLxColourGray,
@@ -131,22 +131,22 @@ struct LxMetadataPool {
   LxReadOutcome outcome;  // Whether all of the file could be read.
 };
 
-// Whether a file's blocks are converted by the rules of JPEG files: JPEG itself, and every format that only carries the
-// same blocks in another container.
+// Whether the file's blocks are converted by the rules of JPEG files: JPEG, and every format that carries the same
+// blocks in another container.
 [[nodiscard]] bool LxCountsAsJpeg(std::int32_t fileKind) noexcept;
 
-// Names of the four enumerations as they are shown ("jpeg", "sRGB", "rot90cw", "jpeg8"); null outside the enumeration.
+// Names of the four enumerations, as they are shown ("jpeg", "sRGB", "rot90cw", "jpeg8"); null outside the enumeration.
 [[nodiscard]] const char* LxFileKindName(std::int32_t kind) noexcept;
 [[nodiscard]] const char* LxColourModelName(std::int32_t model) noexcept;
 [[nodiscard]] const char* LxOrientationName(std::int32_t orientation) noexcept;
 [[nodiscard]] const char* LxCompressionName(std::int32_t compression) noexcept;
 
-// A new unlinked item with these fields, its type's name and an empty display text; null when there is no memory.
+// A new unlinked item with these fields, its type's name and an empty display text; null: no memory.
 [[nodiscard]] LxMetadataItem* LxNewMetadataItem(const char* nameSpace, const char* name, std::uint32_t flags,
                                                 std::uint16_t tagId, std::uint16_t typeCode, std::int32_t valueLength,
                                                 const std::uint8_t* value) noexcept;
 
-// Frees the texts and the value that the item's flags say it owns, and takes those flags away.
+// Frees the texts and the value that the item owns, and clears the ownership flags.
 void LxReleaseOwned(LxMetadataItem* item) noexcept;
 
 // Records in blocks, with most of the texts made for them: a file has a hundred items and more, all freed together, and
@@ -163,8 +163,8 @@ struct LxItemSlab {
 };
 static_assert(sizeof(LxItemSlab) <= 8192);
 
-// As LxNewMetadataItem, the record out of *slab, which may be null and is replaced by a new one when it is full.
-// REQUIRES: an item of *slab lives, or it is null.
+// As LxNewMetadataItem, but takes the record from *slab, which may be null and is replaced by a new slab when full.
+// REQUIRES: *slab is null or has a live item.
 [[nodiscard]] LxMetadataItem* LxNewSlabItem(LxItemSlab** slab, const char* nameSpace, const char* name,
                                             std::uint32_t flags, std::uint16_t tagId, std::uint16_t typeCode,
                                             std::int32_t valueLength, const std::uint8_t* value) noexcept;
@@ -177,7 +177,7 @@ static_assert(sizeof(LxItemSlab) <= 8192);
 // proportion to the tree's depth.
 void LxFreeMetadataItems(LxMetadataItem* item) noexcept;
 
-// A zero-filled pool record from LxAlloc, or null; LxDeletePool frees its contents and the record. Takes null.
+// A zero-filled pool record, or null: no memory. LxDeletePool frees its contents and the record; it takes null.
 [[nodiscard]] LxMetadataPool* LxNewPool() noexcept;
 void LxDeletePool(LxMetadataPool* pool) noexcept;
 
@@ -185,19 +185,19 @@ void LxDeletePool(LxMetadataPool* pool) noexcept;
 void LxFreeMetadataPool(LxMetadataPool* pool) noexcept;
 
 // The first live item in tree order that matches; an empty or null text matches all. kLxOk, or kLxNotFound and null.
-// The fourth argument, where callers name a type, takes no part in the search.
+// The fourth argument, a type name in the editing functions, is ignored.
 [[nodiscard]] LxResult LxFindMetadata(const LxMetadataPool* pool, const char* nameSpace, const char* name,
                                       const char* ignored, const char* displayText, LxMetadataItem** out) noexcept;
 
-// How deep searches and deletions look. Readers nest far less; only a tree built by hand can be deeper, and what lies
-// below is passed over, so that neither needs memory or stack in proportion to the depth.
+// How deep searches and deletions look. Readers nest far less; only a tree built by hand can be deeper. Deeper items
+// are skipped, so neither memory nor stack depends on the depth.
 inline constexpr std::int32_t kLxMaxTreeDepth = 256;
 
-// The same from an item over its following siblings and what lies below them.
+// The same search from an item on, over its following siblings and their descendants.
 [[nodiscard]] LxMetadataItem* LxFindItemInTree(LxMetadataItem* first, const char* nameSpace, const char* name,
                                                const char* displayText) noexcept;
 
-// Replaces the display text: frees an owned one. Ownership of `text` passes to the item when `owned`.
+// Replaces the display text; a text owned before is freed. If `owned`, the item takes ownership of `text`.
 void LxSetDisplayText(LxMetadataItem* item, const char* text, bool owned) noexcept;
 
 #endif  // LXBRIDGE_KIT_MODEL_POOL_H_

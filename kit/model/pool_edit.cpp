@@ -1,5 +1,5 @@
-// The editing operations. Everything is allocated before anything is linked or changed, so a failure leaves the tree
-// as it was but for containers that stay empty.
+// The editing operations. Everything is allocated before anything is linked or changed, so a failure leaves the tree as
+// it was, except for new empty containers.
 #include "kit/model/pool_edit.h"
 
 #include <cstring>
@@ -28,7 +28,7 @@ LxMetadataItem* NewEmptyItem(std::uint32_t flags) noexcept {
   return LxNewMetadataItem("", "", flags, 0, kLxTypeNone, 0, nullptr);
 }
 
-// A TIFF header (TIFF 6.0, section 2: "II", 42, first directory at 8) with an empty directory below it, unlinked.
+// A TIFF header (TIFF 6.0, section 2: "II", 42, first directory at 8) with an empty directory as its child, unlinked.
 LxMetadataItem* NewHeaderWithIfd() noexcept {
   constexpr std::uint8_t kHeader[] = {0x49, 0x49, 0x2A, 0x00, 0x08, 0x00, 0x00, 0x00};
   auto* bytes = static_cast<std::uint8_t*>(LxAlloc(sizeof(kHeader)));
@@ -46,8 +46,8 @@ LxMetadataItem* NewHeaderWithIfd() noexcept {
   return nullptr;
 }
 
-// A new item of the namespace with this name and an empty value. What could not be filled stays behind as a deleted
-// item, since items are not unlinked again.
+// A new item of the namespace with this name and an empty value. If it cannot be filled it remains as a deleted item,
+// since items are never unlinked.
 LxResult NewNamedItem(LxMetadataPool* pool, const char* nameSpace, const char* name, const char* typeName,
                       const char* text, LxMetadataItem** out) noexcept {
   LxMetadataItem* item = nullptr;
@@ -62,8 +62,8 @@ LxResult NewNamedItem(LxMetadataPool* pool, const char* nameSpace, const char* n
   return kLxOk;
 }
 
-// A pointer entry: of type "undef" it holds its structure itself; of type "long" it is an offset of four bytes, still
-// 0.
+// A pointer entry: with the type "undef" it holds its structure itself; with "long" it is an offset of four bytes,
+// still 0.
 LxResult MakePointer(LxMetadataPool* pool, const LxStructureEntry* entry, const char* typeName,
                      LxMetadataItem** out) noexcept {
   const LxResult result = NewNamedItem(pool, entry->parent, entry->key, typeName, "", out);
@@ -71,8 +71,8 @@ LxResult MakePointer(LxMetadataPool* pool, const LxStructureEntry* entry, const 
   return result;
 }
 
-// The value of an application segment without payload: two bytes for the length, the identifier with its zero byte, and
-// the bytes that some identifiers are padded with. Exif 2.2, 4.7.2; ICC.1, annex B.4.
+// The value length of an application segment without payload: two bytes for the segment's length, the identifier with
+// its zero byte, and the padding that some identifiers have. Exif 2.2, 4.7.2; ICC.1, annex B.4.
 std::int32_t SegmentFiller(const char* identifier) noexcept {
   if (Same(identifier, "ICC_PROFILE")) return 2;
   constexpr const char* kPaddedOnce[] = {"Exif", "EXIF", "Meta", "META"};
@@ -134,7 +134,7 @@ LxResult MakePsdExif(LxMetadataPool* pool, const LxStructureEntry* entry, LxMeta
   return kLxOk;
 }
 
-// Where namespaces live in a file of the root's layout; null for a root of no layout that can be edited.
+// The structure table for the root's layout; null if a root of that layout cannot be edited.
 const LxStructureEntry* StructureOf(const LxMetadataItem* root) noexcept {
   if (root == nullptr) return kLxTiffStructure;
   if (root->nameSpace == nullptr) return nullptr;
@@ -144,7 +144,7 @@ const LxStructureEntry* StructureOf(const LxMetadataItem* root) noexcept {
 }
 
 bool IsBlankText(const LxMetadataItem* item) noexcept {
-  constexpr std::size_t kCharacterCode = 8;  // Exif 2.2, 4.6.5: UserComment begins with the code of its characters.
+  constexpr std::size_t kCharacterCode = 8;  // Exif 2.2, 4.6.5: UserComment begins with a character code.
   const std::size_t length = item->value != nullptr ? static_cast<std::size_t>(item->valueLength) : 0;
   if (item->typeCode == kLxTypeAscii) return LxIsBlank(item->value, length);
   if (item->typeCode != kLxTypeUndefined || item->nameSpace == nullptr) return false;
@@ -181,7 +181,7 @@ LxResult LxSetMetadataFromText(LxMetadataItem* item, const char* nameSpace, cons
   item->label = record->label;
   item->typeName = typeName;
   item->displayText = displayText;
-  item->valueLabel = nullptr;  // It named the value that is gone.
+  item->valueLabel = nullptr;  // It named the old value.
   item->flags |= kLxOwnsDisplayText | kLxOwnsValue | kLxChanged;
   item->tagId = record->id;
   item->typeCode = typeCode;
@@ -192,20 +192,21 @@ LxResult LxSetMetadataFromText(LxMetadataItem* item, const char* nameSpace, cons
 
 LxResult LxNewItemInNamespace(LxMetadataPool* pool, const char* nameSpace, LxMetadataItem** out) noexcept {
   *out = nullptr;
-  // A search for no namespace would find the header, and the new item would stand above it.
+  // A search for an empty namespace would find the header, and the new item would be placed above it.
   if (!Given(nameSpace)) return kLxBadParameter;
   LxMetadataItem* fresh = NewEmptyItem(0);
   if (fresh == nullptr) return kLxOutOfMemory;
 
   LxMetadataItem* first = LxFindItemInTree(pool->root, nameSpace, nullptr, nullptr);
   if (first != nullptr) {
-    // Nothing tells what links to the first item, so its record becomes the new item and its contents move one on.
+    // Only the first item's record is known, not the link to it, so the record becomes the new item and its contents
+    // move to another record.
     const std::uint32_t order = first->flags & kLxBigEndianValue;
     LxMetadataItem* moved = fresh;
     const LxMetadataItem empty = *fresh;
     *moved = *first;
     *first = empty;
-    std::swap(moved->slab, first->slab);  // The records stay where they are.
+    std::swap(moved->slab, first->slab);  // Each record stays in its slab.
     first->flags = order;
     first->next = moved;
     *out = first;
@@ -219,7 +220,7 @@ LxResult LxNewItemInNamespace(LxMetadataPool* pool, const char* nameSpace, LxMet
     return result;
   }
   fresh->flags = container->flags & kLxBigEndianValue;
-  // A container that was there already may hold items of other namespaces and deleted ones; they stay in the tree.
+  // An existing container may hold deleted items and items of other namespaces; they stay in the tree.
   fresh->next = container->firstChild;
   container->firstChild = fresh;
   container->flags |= kLxChanged;

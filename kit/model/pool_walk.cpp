@@ -1,4 +1,4 @@
-// The two walks over a pool. They share the stack of levels and differ in what they enter and what they give out.
+// The two walks over a pool. They share the stack of levels and differ in which items they enter and return.
 #include "kit/model/pool_walk.h"
 
 #include "kit/base/memory.h"
@@ -18,7 +18,7 @@ LxMetadataItem* SiblingToVisit(const LxMetadataItem* item, bool display) noexcep
   return display && (item->flags & kLxEndOfRun) != 0 ? nullptr : FirstLive(item->next);
 }
 
-// To the next live sibling of the current level, or of the nearest level above that has one; else to the end.
+// Moves to the next live sibling of the current level, or of the nearest level above that has one; else to the end.
 void GoOn(LxPoolIterator* iterator, bool display) noexcept {
   for (; iterator->depth >= 0; --iterator->depth) {
     LxMetadataItem* sibling = SiblingToVisit(iterator->stack[iterator->depth], display);
@@ -32,7 +32,7 @@ LxMetadataItem* Current(const LxPoolIterator* iterator) noexcept {
   return iterator->depth < 0 ? nullptr : iterator->stack[iterator->depth];
 }
 
-// From the current item, which is not null, to the one behind it.
+// Advances from the current item, which is not null.
 LxResult Advance(LxPoolIterator* iterator, bool display) noexcept {
   LxMetadataItem* child = ChildToEnter(Current(iterator), display);
   iterator->wentDown = child != nullptr;
@@ -74,7 +74,7 @@ void LxFreePoolIterator(LxPoolIterator* iterator) noexcept {
 
 LxResult LxNextPoolItem(LxPoolIterator* iterator, LxMetadataItem** out, bool skip) noexcept {
   if (skip && iterator->wentDown && iterator->depth >= 0) {
-    --iterator->depth;  // Leaves the children of the item that was given out; it stands on the level above.
+    --iterator->depth;  // Leaves the children of the item returned last, which is on the level above.
     GoOn(iterator, /*display=*/false);
   }
   iterator->wentDown = false;

@@ -1,5 +1,5 @@
-// The shapes of the constant tables that name what files hold: tag records and dictionaries, namespace descriptors,
-// value names, structure tables. Data only; the tables themselves are in tables/, the lookups in lookup.h.
+// The types of the constant tables that name metadata: tag records and dictionaries, namespace descriptors, value
+// names, structure tables. The tables themselves are in tables/, the lookups in lookup.h.
 #ifndef LXBRIDGE_KIT_MODEL_TAG_RECORD_H_
 #define LXBRIDGE_KIT_MODEL_TAG_RECORD_H_
 
@@ -32,7 +32,7 @@ struct LxDisplayDescriptor {
   const LxValueName* valueNames;  // Format 0 only, else null.
 };
 
-// Which routine reads the metadata that a descriptor describes.
+// The routine that reads the metadata that a descriptor describes.
 enum LxReaderCode : std::uint32_t {
   kLxReadJpegStream = 1,
   kLxReadTiffHeader = 2,
@@ -56,8 +56,8 @@ enum LxReaderCode : std::uint32_t {
 
 struct LxTagRecord;
 
-// What the metadata behind a tag is: the namespace of its items, the routine that reads it, the dictionary that names
-// its tags, and a number for that routine.
+// Describes the metadata that a tag leads to: the namespace of its items, the routine that reads it, the dictionary
+// that names its tags, and a parameter for that routine.
 struct LxNamespaceDescriptor {
   const char* nameSpace;
   std::uint32_t readerCode;       // LxReaderCode
@@ -65,7 +65,7 @@ struct LxNamespaceDescriptor {
   std::uint32_t variant;
 };
 
-// Record flags, ORed into the flags of the items that a record names.
+// Record flags, ORed into the flags of the items named by the record.
 inline constexpr std::uint16_t kLxRecordPlain = 0;
 inline constexpr std::uint16_t kLxRecordClosed = 0x0040;
 inline constexpr std::uint16_t kLxRecordHidden = 0x0400;
@@ -75,7 +75,7 @@ struct LxTagRecord {
   std::uint16_t id;
   std::uint16_t flags;  // kLxRecord...
   const char* name;
-  std::uint16_t typeCode;                     // The expected type; where a file carries the type, the file's holds.
+  std::uint16_t typeCode;                     // The expected type; a type given in the file takes precedence.
   std::int16_t count;                         // n: exactly n values; -n: up to n; 0: not fixed.
   const LxDisplayDescriptor* display;         // Null: by the type alone.
   const LxNamespaceDescriptor* subNamespace;  // What the value holds or points to, or null.
@@ -89,13 +89,13 @@ struct LxNamespaceEntry {
   const LxTagRecord* dictionary;
 };
 
-// What has to be made for a namespace that a file does not hold yet.
+// The container to be created for a namespace that a file does not yet hold.
 enum LxContainerKind : std::uint32_t {
   kLxContainerJpegRoot = 1,
   kLxContainerTiffRoot = 2,
   kLxContainerUndefPointer = 3,
   kLxContainerJpegSegment = 4,
-  kLxContainerThumbnail = 5,  // Never built.
+  kLxContainerThumbnail = 5,  // Never created.
   kLxContainerPsdRoot = 6,
   kLxContainerPsdPointer = 7,
   kLxContainerPsdExif = 8,

@@ -1,4 +1,4 @@
-// Telling text encodings apart, and converting to UTF-8.
+// Guessing text encodings, and converting to UTF-8.
 #include "kit/model/text_encoding.h"
 
 #include <bit>
@@ -16,8 +16,8 @@ constexpr bool IsBetween(std::uint8_t byte, std::uint8_t first, std::uint8_t las
   return byte >= first && byte <= last;
 }
 
-// How many bytes follow a UTF-8 lead byte; 0 for a byte that is no lead. Sequences of five and six bytes, which
-// RFC 3629 took away, still count: such a text is no other encoding.
+// The number of bytes that follow a UTF-8 lead byte; 0 if the byte is not a lead byte. Sequences of five and six bytes,
+// which RFC 3629 withdrew, still count: they are valid in no other encoding.
 std::size_t FollowingBytes(std::uint8_t lead) noexcept {
   const int ones = std::countl_one(lead);
   return ones >= 2 && ones <= 6 ? static_cast<std::size_t>(ones - 1) : 0;
@@ -27,9 +27,9 @@ constexpr bool IsFollowingByte(std::uint8_t byte) noexcept {
   return (byte & 0xC0) == 0x80;
 }
 
-// ---- Error scores: how many bytes of a value are wrong if it has that encoding. The scan goes over [0, end) and ends
-// at the first zero byte, also within a sequence. What stands behind a text counts alike for all encodings: up to the
-// value's length every byte but zero bytes is an error.
+// ---- Error scores: how many bytes of a value are invalid if it has that encoding. The scan covers [0, end) and stops
+// at the first zero byte, even within a sequence. Bytes after the text count the same for all encodings: up to the
+// value's length, every nonzero byte is an error.
 
 struct Scan {
   const std::uint8_t* bytes;
@@ -56,7 +56,7 @@ std::int32_t ScoreUtf8(const Scan& scan) noexcept {
       if (!LxIsTextByte(byte)) ++errors;
       ++at;
     } else if (following >= scan.end - at) {
-      return errors + 1;  // Cut off: one error, however much of it is left.
+      return errors + 1;  // Truncated: one error, however many bytes are left.
     } else {
       std::size_t zero = 0;
       for (std::size_t i = following; i >= 1; --i) {
@@ -89,7 +89,7 @@ bool IsEscape(const Scan& scan, std::size_t at, std::uint8_t second, std::uint8_
   return bytes[0] == 0x1B && bytes[1] == second && (bytes[2] == third || bytes[2] == orThird);
 }
 
-// RFC 1468: ESC $ @ and ESC $ B go over to two-byte characters, ESC ( B and ESC ( J back.
+// RFC 1468: ESC $ @ and ESC $ B switch to two-byte characters, ESC ( B and ESC ( J back.
 std::int32_t ScoreIso2022Jp(const Scan& scan) noexcept {
   std::int32_t errors = 0;
   std::size_t at = 0;
@@ -118,7 +118,7 @@ std::int32_t ScoreIso2022Jp(const Scan& scan) noexcept {
   return errors;
 }
 
-// The common walk of the two encodings whose pairs begin with a byte that says so. A pair is passed over as a whole.
+// Shared by the two encodings in which a lead byte starts a pair. A valid pair is skipped as a whole.
 template <typename IsSingle, typename IsLead, typename IsTrail>
 std::int32_t ScorePairs(const Scan& scan, IsSingle isSingle, IsLead isLead, IsTrail isTrail) noexcept {
   std::int32_t errors = 0;
@@ -158,8 +158,8 @@ std::int32_t ScoreShiftJis(const Scan& scan) noexcept {
       });
 }
 
-// In the order in which equal scores are decided. A text that lost its last byte to a length limit may end within a
-// character: such a byte is forgiven by leaving the last one out.
+// Equal scores are decided by this order. A text cut by a length limit may end within a character: the last byte is
+// then left out instead of counted.
 struct Candidate {
   std::int32_t (*score)(const Scan& scan) noexcept;
   std::size_t slack;
@@ -171,7 +171,8 @@ constexpr Candidate kCandidates[] = {
     {ScoreShiftJis, 1, kLxTextShiftJis}, {ScoreShiftJis, 0, kLxTextShiftJis},
 };
 
-// ---- Conversions: each is one walk that first counts and then writes, so that a text is allocated at its size.
+// ---- Conversions: each counts the output in a first pass and writes it in a second, so a text is allocated at its
+// exact size.
 
 struct Utf8Sink {
   char* out;  // Null: count only.
@@ -202,7 +203,7 @@ void PutCharacter(Utf8Sink* sink, char32_t c) noexcept {
   PutByte(sink, 0x80 | (c & 0x3F));
 }
 
-// Nothing is as good as an empty text.
+// No bytes, or a negative length: an empty text.
 std::size_t SizeOf(const std::uint8_t* bytes, std::int32_t length) noexcept {
   return bytes != nullptr && length > 0 ? static_cast<std::size_t>(length) : 0;
 }
@@ -211,7 +212,7 @@ template <typename Walk>
 char* Convert(const Walk& walk) noexcept {
   Utf8Sink sink = {nullptr, 0};
   walk(&sink);
-  if (sink.length >= SIZE_MAX) return nullptr;  // Up to six gigabytes, on a 32-bit machine.
+  if (sink.length >= SIZE_MAX) return nullptr;  // The size can reach six gigabytes, too large for a 32-bit machine.
   sink.out = static_cast<char*>(LxAlloc(static_cast<std::size_t>(sink.length) + 1));
   if (sink.out == nullptr) return nullptr;
   sink.length = 0;
@@ -220,9 +221,9 @@ char* Convert(const Walk& walk) noexcept {
   return sink.out;
 }
 
-// A lead without its trail, or with a byte that is no trail, gives one U+FFFD and the next byte stands for itself, so
-// that damage does not eat the characters behind it. 0xF0 to 0xFC lead the pairs that makers gave characters of their
-// own, which no published table names; 0x80 and from 0xFD on nothing begins.
+// A lead byte without a trail byte gives one U+FFFD, and the following byte is read on its own, so that damage does not
+// swallow the characters after it. 0xF0 to 0xFC lead pairs that vendors assigned to characters of their own, which no
+// published table lists; 0x80 and bytes from 0xFD on lead nothing.
 void WalkShiftJis(const std::uint8_t* bytes, std::size_t length, Utf8Sink* sink) noexcept {
   std::size_t at = 0;
   while (at < length) {
@@ -252,7 +253,7 @@ constexpr bool IsLowSurrogate(std::uint32_t unit) noexcept {
   return (unit & 0xFC00) == 0xDC00;
 }
 
-// Surrogates in the wrong order are taken as the pair that they are; a lone one gives nothing.
+// Surrogates in the wrong order are read as a pair; a lone surrogate gives nothing.
 void WalkUtf16(const std::uint8_t* bytes, std::size_t units, int order, Utf8Sink* sink) noexcept {
   for (std::size_t i = 0; i < units; ++i) {
     const std::uint32_t unit = LxGet16(bytes + 2 * i, order);
@@ -273,7 +274,7 @@ void WalkUtf16(const std::uint8_t* bytes, std::size_t units, int order, Utf8Sink
 
 // ---- The byte order of UTF-16
 
-// Plain ASCII up to the first zero unit, and nothing but zero units from there.
+// Plain ASCII up to the first zero unit, followed only by zero units.
 bool IsAsciiUtf16(const std::uint8_t* bytes, std::size_t units, int order) noexcept {
   std::size_t i = 0;
   for (; i < units; ++i) {
@@ -284,9 +285,8 @@ bool IsAsciiUtf16(const std::uint8_t* bytes, std::size_t units, int order) noexc
   return LxIsZeroFilled(bytes + 2 * i, 2 * (units - i));
 }
 
-// Ranges that texts are made of, ascending, with the script that each belongs to; 0 goes with every script. U+2000 and
-// the first place of the Indian blocks are left out: nobody writes them, but they are the space and the line ends read
-// the wrong way round.
+// Ranges that occur in texts, ascending, with their scripts; 0 goes with every script. U+2000 and the first code points
+// of the Indic blocks are left out: they hardly occur, and they are space and line ends in the wrong byte order.
 struct ScriptRange {
   char16_t first;
   char16_t last;
@@ -314,11 +314,11 @@ const ScriptRange* FindScript(std::uint16_t unit) noexcept {
   return nullptr;
 }
 
-constexpr int kImpossible = 4;  // What no text holds.
+constexpr int kImpossible = 4;  // Does not occur in text.
 constexpr int kRare = 2;
 
-// How implausible the units are as text: by the characters themselves, by changes of script between neighbours, and by
-// neighbours that share the low byte but not the high one, which in a script's block is the other way round.
+// How implausible the units are as text, by the characters themselves, by changes of script between adjacent units, and
+// by adjacent units that share the low byte but not the high one: within a script's block it is the other way round.
 std::int64_t Implausibility(const std::uint8_t* bytes, std::size_t units, int order) noexcept {
   std::int64_t score = 0;
   std::uint8_t script = 0;
@@ -331,7 +331,7 @@ std::int64_t Implausibility(const std::uint8_t* bytes, std::size_t units, int or
       if (range->script != 0 && script != 0 && range->script != script) ++score;
       if (range->script != 0) script = range->script;
     } else if (IsHighSurrogate(unit) && i + 1 < units && IsLowSurrogate(LxGet16(bytes + 2 * i + 2, order))) {
-      ++i;  // A character of its own, and none that tells anything.
+      ++i;  // A character outside the BMP says nothing about the order.
     } else if (unit < 0xA0) {
       const bool isSpace = unit == '\t' || unit == '\n' || unit == '\r';
       score += isSpace ? 0 : kImpossible;
@@ -352,7 +352,7 @@ std::int64_t Implausibility(const std::uint8_t* bytes, std::size_t units, int or
 bool LxIsUtf8Value(const std::uint8_t* bytes, std::int32_t length) noexcept {
   if (bytes == nullptr || length < 1) return false;
   const auto size = static_cast<std::size_t>(length);
-  const std::size_t last = size - 1;  // The terminator's place: no character reaches into it.
+  const std::size_t last = size - 1;  // The terminator's place: no character extends into it.
   std::size_t at = 0;
   while (at < last) {
     at += LxPrintableRun(bytes + at, last - at);

@@ -1,11 +1,11 @@
-// What encoding a text of a file has, and how it becomes UTF-8. All functions stay within the bytes that they are
-// given. New texts are zero-terminated, from LxAlloc, the caller's to free; null when there is no memory.
+// Guessing the encoding of a file's text, and converting it to UTF-8. All functions stay within the bytes that they
+// get. Lengths are bytes. Each new text is zero-terminated and freed by the caller with LxFree; null: no memory.
 #ifndef LXBRIDGE_KIT_MODEL_TEXT_ENCODING_H_
 #define LXBRIDGE_KIT_MODEL_TEXT_ENCODING_H_
 
 #include <cstdint>
 
-// Whether the value is UTF-8 text with its terminating zero byte (zero bytes only behind it).
+// Whether the value is UTF-8 text with a terminating zero byte, followed only by zero bytes.
 [[nodiscard]] bool LxIsUtf8Value(const std::uint8_t* bytes, std::int32_t length) noexcept;
 
 enum LxTextEncoding : std::int32_t {
@@ -15,21 +15,21 @@ enum LxTextEncoding : std::int32_t {
   kLxTextEucJp,
   kLxTextShiftJis,
 };
-// The encoding under which the fewest bytes are errors.
+// The encoding in which the fewest bytes are invalid.
 [[nodiscard]] LxTextEncoding LxGuessEncoding(const std::uint8_t* bytes, std::int32_t length) noexcept;
 
-// The text in the encoding that it seems to have. UTF-8, ISO-2022-JP and EUC-JP are copied as they are.
+// The text, converted from its guessed encoding. UTF-8, ISO-2022-JP and EUC-JP are copied unchanged.
 [[nodiscard]] char* LxTextToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept;
 
-// These end at the first zero byte. Shift_JIS bytes that name no character become U+FFFD.
+// These convert up to the first zero byte. Shift_JIS bytes that encode no character become U+FFFD.
 [[nodiscard]] char* LxLatin1ToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept;
 [[nodiscard]] char* LxShiftJisToUtf8(const std::uint8_t* bytes, std::int32_t length) noexcept;
-// Up to the first zero unit; an odd last byte is left out. order: 1 big-endian.
+// Converts up to the first zero unit; an odd last byte is ignored. order: 1 big-endian, else little-endian.
 [[nodiscard]] char* LxUtf16ToUtf8(const std::uint8_t* bytes, std::int32_t length, int order) noexcept;
-// The byte order of a UTF-16 text: 1 big-endian, 0 little-endian.
+// The probable byte order of a UTF-16 text: 1 big-endian, 0 little-endian.
 [[nodiscard]] int LxGuessUtf16Order(const std::uint8_t* bytes, std::int32_t length) noexcept;
 
-// JIS X 0208 as Shift_JIS codes it: code points by lead 0x81..0x9F, 0xE0..0xEF and trail; 0 where there is none.
+// JIS X 0208 in Shift_JIS: the code point by lead byte (0x81..0x9F, 0xE0..0xEF) and trail byte; 0 if there is none.
 [[nodiscard]] char16_t LxShiftJisPair(std::uint8_t lead, std::uint8_t trail) noexcept;
 
 #endif  // LXBRIDGE_KIT_MODEL_TEXT_ENCODING_H_

@@ -1,4 +1,4 @@
-// Scans over bytes that are perhaps text.
+// Scans over bytes that may be text.
 #ifndef LXBRIDGE_KIT_MODEL_TEXT_SCAN_H_
 #define LXBRIDGE_KIT_MODEL_TEXT_SCAN_H_
 
@@ -10,13 +10,13 @@
   return byte >= 0x20 && byte <= 0x7E;
 }
 
-// Printable ASCII and what stands between lines and columns.
+// Printable ASCII, tab and line ends.
 [[nodiscard]] constexpr bool LxIsTextByte(std::uint8_t byte) noexcept {
   return LxIsPrintableByte(byte) || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-// How many bytes at the start are printable ASCII. Eight at a time: most texts are nothing else, and a file may hold
-// megabytes of them.
+// The number of leading bytes that are printable ASCII, tested eight at a time: most texts consist of nothing else, and
+// a file may hold megabytes of them.
 [[nodiscard]] inline std::size_t LxPrintableRun(const std::uint8_t* bytes, std::size_t length) noexcept {
   constexpr std::uint64_t kOnes = 0x0101010101010101u;
   std::size_t at = 0;
@@ -42,7 +42,7 @@
   return at == length;
 }
 
-// Nothing but zero bytes and spaces, as cameras fill texts that nobody has written.
+// Only zero bytes and spaces: cameras fill texts that were never set with these.
 [[nodiscard]] inline bool LxIsBlank(const std::uint8_t* bytes, std::size_t length) noexcept {
   for (std::size_t i = 0; i < length; ++i) {
     if (bytes[i] != 0 && bytes[i] != ' ') return false;
@@ -50,7 +50,7 @@
   return true;
 }
 
-// The bytes in front of the first zero byte, or all.
+// The number of bytes before the first zero byte, or all.
 [[nodiscard]] inline std::size_t LxTextLength(const std::uint8_t* bytes, std::size_t length) noexcept {
   const void* zero = length != 0 ? std::memchr(bytes, 0, length) : nullptr;
   return zero != nullptr ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(zero) - bytes) : length;

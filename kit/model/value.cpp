@@ -1,4 +1,4 @@
-// Type names and element sizes, the two accessors of elements, and values built from text.
+// Type names and element sizes, access to elements, and values built from text.
 #include "kit/model/value.h"
 
 #include <cstring>
@@ -17,20 +17,20 @@ constexpr TypeRow kTypes[kLxTypeCount] = {
     {"sshort", 2}, {"slong", 4}, {"sratl", 8}, {"float", 4}, {"double", 8}, {"offset", 4}, {"unicod", 1}, {"complx", 1},
 };
 
-// The bytes of `size` at `offset`, or null when they do not lie wholly in the value.
+// `size` bytes at `offset`, or null if they do not lie wholly within the value.
 const std::uint8_t* ElementAt(const LxMetadataItem* item, std::int64_t offset, std::int64_t size) noexcept {
   const bool inside = offset >= 0 && offset <= item->valueLength && size <= item->valueLength - offset;
   return item->value != nullptr && inside ? item->value + offset : nullptr;
 }
 
-// One token after another of a text like "1/3 5/10". A token is looked for from the position on, behind white space,
-// and the position then goes behind the next space, so that a text with two spaces between tokens gives the later one
-// twice. What was scanned last is kept: without that, a long run of spaces would be walked again from each of them.
+// The tokens of a text like "1/3 5/10". A token starts at the current position, after white space; the position then
+// moves past the next space, so two spaces between tokens yield the later token twice. The last scan is cached: without
+// that, a long run of spaces would be scanned again from each of its spaces.
 class TokenWalk {
  public:
   TokenWalk(const char* text, bool ratios) noexcept : position_(text), ratios_(ratios) {}
 
-  // The next token's number (numbers, for ratios); false at the end.
+  // The number of the next token (for ratios, both numbers); false at the end.
   bool Next(std::uint32_t* first, std::uint32_t* second) noexcept {
     if (position_ == nullptr) return false;
     if (token_ == nullptr || position_ > token_) {
@@ -70,7 +70,7 @@ class TokenWalk {
 
   const char* position_;  // Null at the end.
   bool ratios_;
-  const char* token_ = nullptr;  // Where the token that was scanned last begins.
+  const char* token_ = nullptr;  // Start of the token scanned last.
   bool scanned_ = false;
   std::uint32_t first_ = 0;
   std::uint32_t second_ = 0;
@@ -105,7 +105,7 @@ std::uint32_t LxElementSize(std::uint16_t typeCode) noexcept {
 }
 
 std::uint32_t LxGetFirstValue(const LxMetadataItem* item) noexcept {
-  // Half a rational is no first element, although its numerator would be there.
+  // Half a rational is not an element, although its numerator would fit.
   const auto size = static_cast<std::int64_t>(LxElementSize(item->typeCode));
   return item->valueLength >= size ? LxGetValueAt(item, 0) : 0;
 }

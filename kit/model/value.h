@@ -28,7 +28,7 @@ enum LxType : std::uint16_t {
 inline constexpr std::uint16_t kLxTypeCount = 16;
 inline constexpr std::uint16_t kLxNoTypeCode = 0xFFFF;
 
-// "byte", "ascii", "short", ... for codes 0 to 15; null otherwise.
+// "byte", "ascii", "short", ... for codes 0 to 15; null for others.
 [[nodiscard]] const char* LxTypeName(std::uint16_t typeCode) noexcept;
 // kLxNoTypeCode for null or an unknown name.
 [[nodiscard]] std::uint16_t LxTypeCode(const char* typeName) noexcept;
@@ -40,15 +40,14 @@ inline constexpr std::uint16_t kLxNoTypeCode = 0xFFFF;
   return (item->flags & kLxBigEndianValue) != 0 ? 1 : 0;
 }
 
-// The first element, or element `index`, unsigned and not sign-extended; 0 when it does not lie wholly in the value.
-// For sizes 4 and 8 the index counts 32-bit words, so of a rational 2k is the numerator and 2k + 1 the denominator.
+// The first element, or element `index`, unsigned and not sign-extended; 0 if it does not lie wholly in the value. For
+// element sizes 4 and 8 the index counts 32-bit words: in rational k, the numerator is 2k and the denominator 2k + 1.
 [[nodiscard]] std::uint32_t LxGetFirstValue(const LxMetadataItem* item) noexcept;
 [[nodiscard]] std::uint32_t LxGetValueAt(const LxMetadataItem* item, std::int32_t index) noexcept;
 
-// Builds value bytes from text, in the byte order that bigEndian (0 or 1) names; withTerminator 1 counts the zero byte
-// of a text as a part of the value. kLxOk; kLxNotImplemented for a type without a text form; kLxOutOfMemory. The bytes
-// are the caller's, to be freed with LxFree; *outLength counts them. A null or empty text gives length 0 and 8 zero
-// bytes.
+// Builds the bytes of a value from text. bigEndian (0 or 1) is the byte order; withTerminator (0 or 1) tells whether a
+// text includes its zero byte. kLxOk; kLxNotImplemented for a type without a text form; kLxOutOfMemory. The caller
+// frees *outBytes with LxFree; *outLength counts them. A null or empty text gives length 0 and 8 zero bytes.
 [[nodiscard]] LxResult LxParseValueText(const char* text, std::uint16_t typeCode, int bigEndian,
                                         std::int32_t* outLength, std::uint8_t** outBytes, int withTerminator) noexcept;
 

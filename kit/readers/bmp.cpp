@@ -26,7 +26,7 @@ void SetOldBmpAttributes(const std::uint8_t* file, LxMetadataPool* pool) noexcep
 
 void SetBmpAttributes(const std::uint8_t* file, LxMetadataPool* pool) noexcept {
   pool->width = Signed(LxGet32(file + 18, kLxLittleEndian));
-  // Rows from the top have a negative height; the lowest number has no positive one and stays.
+  // The height is negative if the first row is at the top; INT32_MIN has no positive counterpart and stays.
   const std::uint32_t height = LxGet32(file + 22, kLxLittleEndian);
   pool->height = Signed(height > 0x80000000u ? 0u - height : height);
   const std::int32_t bitCount = LxGet16(file + 28, kLxLittleEndian);

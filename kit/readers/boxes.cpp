@@ -8,7 +8,7 @@
 namespace {
 
 constexpr std::uint64_t kHeader = 8;       // Size and type.
-constexpr std::uint64_t kLongHeader = 16;  // Size 1: the size follows the type, in 64 bits.
+constexpr std::uint64_t kLongHeader = 16;  // Size 1: a 64-bit size follows the type.
 constexpr std::int32_t kExifOffset = 4;
 
 }  // namespace
@@ -31,7 +31,7 @@ bool LxNextBox(LxBoxWalk* walk, LxBox* box) noexcept {
   if (header == nullptr) return false;
   std::uint64_t size = LxGet32(header, kLxBigEndian);
   std::uint64_t headerLength = kHeader;
-  if (size == 0) size = left;  // To the end of the parent.
+  if (size == 0) size = left;  // Up to the end of the parent.
   if (size == 1) {
     if (left < kLongHeader) return false;
     size = std::uint64_t{LxGet32(header + 8, kLxBigEndian)} << 32 | LxGet32(header + 12, kLxBigEndian);

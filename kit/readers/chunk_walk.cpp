@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint32_t kHeaderLength = 8;
 constexpr std::uint32_t kChecksumLength = 4;
-constexpr std::uint32_t kTellingLength = 14;  // Settles whether bytes are a block.
+constexpr std::uint32_t kTellingLength = 14;  // Enough to recognise a block.
 
 }  // namespace
 

@@ -14,7 +14,8 @@ constexpr std::int32_t kTiffHeaderLength = 8;
 constexpr std::uint8_t kDatasetMarker = 0x1C;  // IPTC-IIM 4, 1.5
 constexpr std::uint16_t kIptcResource = 0x0404;
 
-// What Exif 2.2, 4.7.2 has before the TIFF structure in a JPEG segment, and many writers elsewhere too.
+// The length of "Exif" and two zero bytes, which Exif 2.2, 4.7.2 has before the TIFF structure in a JPEG segment, and
+// many writers also elsewhere.
 std::int32_t ExifPrefix(const std::uint8_t* bytes, std::int32_t length) noexcept {
   return length >= kExifPrefixLength && std::memcmp(bytes, "Exif\0\0", kExifPrefixLength) == 0 ? kExifPrefixLength : 0;
 }
@@ -23,7 +24,7 @@ bool IsTiff(const std::uint8_t* bytes, std::int32_t length) noexcept {
   return length >= 4 && (std::memcmp(bytes, "II*\0", 4) == 0 || std::memcmp(bytes, "MM\0*", 4) == 0);
 }
 
-// The items of bare datasets: the image resource that holds them in a JPEG file, and below it the datasets.
+// The items of bare datasets: the image resource that holds them in a JPEG file, with the datasets as its children.
 LxMetadataItem* ReadDatasets(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                              const LxContainerBlock& block) noexcept {
   LxItemList list;
@@ -37,8 +38,7 @@ LxMetadataItem* ReadDatasets(LxBlockCache* cache, const LxParseRange& range, LxP
   return list.first;
 }
 
-// A block's own items. The block is a file of its own to its reader: offsets in it count from its first byte and reach
-// its last one.
+// The items of a block. Its reader treats it as a file: offsets count from its first byte and must stay inside it.
 LxMetadataItem* ReadBlock(LxContainer* container, LxContainerBlockKind kind) noexcept {
   const LxContainerBlock& block = container->blocks[kind];
   LxParseContext* context = &container->context;
@@ -46,7 +46,7 @@ LxMetadataItem* ReadBlock(LxContainer* container, LxContainerBlockKind kind) noe
   LxInitMemoryCache(&bytes, block.bytes, block.length);
   const auto length = static_cast<std::uint32_t>(block.length);
   const LxParseRange range = {0, 0, 0, length, length};
-  // A thumbnail's parts stand in one block.
+  // A thumbnail's offset and length belong to the same block.
   context->pendingThumbnailStart = context->pendingThumbnailLength = 0;
   context->pendingThumbnailItem = nullptr;
   context->currentItem = nullptr;
@@ -64,7 +64,7 @@ LxMetadataItem* ReadBlock(LxContainer* container, LxContainerBlockKind kind) noe
   }
 }
 
-// One block's item with what is below it, or its items themselves.
+// Appends the block's item with its children, or, without a block namespace, the children alone.
 void AppendBlock(LxContainer* container, LxContainerBlockKind kind, const char* nameSpace, LxItemList* list) noexcept {
   LxParseContext* context = &container->context;
   if (nameSpace == nullptr) {

@@ -1,10 +1,10 @@
 // Files that carry metadata blocks in a container of their own (boxes, chunks). A container's reader finds the blocks
-// and offers each one here; what is inside is read by the readers that read the same blocks in a JPEG file.
+// and offers each one here; their contents are read by the readers of the same blocks in JPEG files.
 //
-// The invariant: the pool's items below the block items, and so the XMP object, are those of a JPEG file that holds the
-// same blocks (the TIFF structure in an APP1 segment, the packet in the next one, image resources in APP13, bare IPTC
-// datasets as the resource IptcNaa in another APP13), whatever their order in the container. Of each block the first
-// one that is recognised counts.
+// The invariant: below the block items, the pool is the same as for a JPEG file with the same blocks (the TIFF
+// structure in an APP1 segment, the packet in the next one, image resources in APP13, bare IPTC datasets as the
+// resource IptcNaa in another APP13), in whatever order the container has them; so the XMP object is the same, too. Of
+// each kind of block, the first one recognised counts.
 #ifndef LXBRIDGE_KIT_READERS_CONTAINER_H_
 #define LXBRIDGE_KIT_READERS_CONTAINER_H_
 
@@ -14,53 +14,54 @@
 
 // In the order in which they are read.
 enum LxContainerBlockKind : std::int32_t {
-  kLxTiffBlock,      // A TIFF structure; "Exif" and two zero bytes may stand before it.
+  kLxTiffBlock,      // A TIFF structure, which "Exif" and two zero bytes may precede.
   kLxPacketBlock,    // An XMP packet.
   kLxResourceBlock,  // Image resources.
   kLxDatasetBlock,   // Bare IPTC datasets.
   kLxContainerBlockKinds
 };
 
-// One block that counts.
+// A block that counts.
 struct LxContainerBlock {
   const char* name;           // The box's or chunk's type.
-  const char* displayText;    // What tells it from others of its type, or "".
+  const char* displayText;    // Distinguishes it from others of its type, or "".
   const std::uint8_t* bytes;  // In a block of the file's cache. Null: no such block.
   std::int32_t length;
   LxBlock* detached;  // The detached block that holds the bytes, or null.
   std::int32_t rank;
 };
 
-// A container that is being read. Its cache is the pool's.
+// A container being read. Its cache is the pool's.
 struct LxContainer {
   LxMetadataPool* pool;
   LxParseContext context;
   LxContainerBlock blocks[kLxContainerBlockKinds];
 };
 
-// Makes the pool's block cache and the context. kLxOk; kLxOutOfMemory.
+// Creates the pool's block cache and the context. kLxOk; kLxOutOfMemory.
 [[nodiscard]] LxResult LxOpenContainer(LxContainer* container, LxStream* stream, std::int32_t fileSize,
                                        LxMetadataPool* pool) noexcept;
 
-// Whether a block of this kind and rank would count: there is none yet, or only one of a higher rank. Blocks of rank 0
-// win over those of rank 1, wherever they stand. For readers that need not map or inflate what cannot count.
+// Whether a block of this kind and rank would count: there is none yet, or only one of a higher rank. A block of rank 0
+// replaces one of rank 1, regardless of their order. It saves readers from mapping or inflating blocks that cannot
+// count.
 [[nodiscard]] bool LxWantsBlock(const LxContainer& container, LxContainerBlockKind kind, std::int32_t rank) noexcept;
 
-// Whether `length` bytes that begin so are recognised as a block of this kind.
-// REQUIRES: `available` readable bytes; 14 of them, or all that there are, settle it.
+// Whether `length` bytes that begin with these are recognised as a block of this kind. REQUIRES: `available` readable
+// bytes: at least 14, or all `length` bytes.
 [[nodiscard]] bool LxIsBlock(LxContainerBlockKind kind, const std::uint8_t* bytes, std::int32_t available,
                              std::int32_t length) noexcept;
 
-// Takes the block when it is wanted and recognised, else frees its detached block. `bytes` lie in the cache's blocks or
-// in `detached` (null: none), name and display text are static. Returns whether it was taken.
+// Takes the block if it is wanted and recognised, else frees its detached block. `bytes` lies in the cache's blocks or
+// in `detached` (null: none); name and display text are static. Returns whether the block was taken.
 bool LxOfferBlock(LxContainer* container, LxContainerBlockKind kind, const LxContainerBlock& block) noexcept;
 
-// Counts a box, chunk, item or extent against the file's budget of items. False: used up, the walk ends.
+// Counts boxes, chunks, items or extents against the file's budget of items. False: it is used up, and the walk ends.
 [[nodiscard]] bool LxChargeEntries(LxContainer* container, std::int64_t count) noexcept;
 
-// The pool's header item (namespace and name of the kind), below it an item for each block taken, below that the
-// block's own items. With a null `blockSpace` these are the header's own children. Without any block the pool stays
-// empty and loses its block cache. kLxOk; kLxOutOfMemory.
+// Creates the pool's header item (namespace and name of the kind), in it an item for each block taken, and in that the
+// block's own items. With a null `blockSpace`, the block's items are direct children of the header. Without any block,
+// the pool stays empty and its block cache is freed. kLxOk; kLxOutOfMemory.
 [[nodiscard]] LxResult LxFinishContainer(LxContainer* container, const char* headerSpace, const char* headerName,
                                          const char* blockSpace) noexcept;
 

@@ -1,5 +1,5 @@
-// The machinery that all format readers share: one switch over the reader codes, items within the file's budget, names
-// and display texts by tag record, the two reader codes that only remember something.
+// The base of all format readers: the switch over the reader codes, items within the file's budget, names and display
+// texts from tag records, and the two reader codes that only store something in the context.
 #include "kit/readers/dispatch.h"
 
 #include <charconv>
@@ -13,7 +13,7 @@
 
 namespace {
 
-// The text of Make or Model has no terminator, so the item is remembered and not its bytes.
+// The value of Make or Model has no terminator, so the item is stored instead of its bytes.
 void RememberMakeOrModel(LxParseContext* context, std::uint32_t variant) noexcept {
   if (context->currentItem == nullptr) return;
   (variant == 0 ? context->make : context->model) = context->currentItem;
@@ -170,7 +170,7 @@ void LxJoinPendingThumbnail(LxBlockCache* cache, LxParseContext* context) noexce
       context->pendingThumbnailItem == nullptr) {
     return;
   }
-  // A thumbnail that reaches beyond the file has its length and no bytes.
+  // A thumbnail that extends beyond the file keeps its length but gets no bytes.
   const std::uint32_t length = context->pendingThumbnailLength;
   LxMetadataItem* item = context->pendingThumbnailItem;
   constexpr std::uint32_t kLongest = std::numeric_limits<std::int32_t>::max();

@@ -1,4 +1,4 @@
-// The tests on a file's first bytes, in the order in which they decide.
+// The checks of a file's first bytes, in order of precedence.
 #include "kit/readers/file_kind.h"
 
 #include <cstring>
@@ -15,8 +15,8 @@ struct Signature {
   LxFileKind kind;
 };
 
-// A RIFF file is decided by its form, whatever its later bytes look like, so the RIFF rows come as a block: a RIFF file
-// of another form ends at the row of the bare signature.
+// A RIFF file is determined by its form, whatever its later bytes are, so the RIFF rows are adjacent: a RIFF file of
+// another form matches the row of the bare signature.
 // clang-format off
 constexpr Signature kSignatures[] = {
   {0, 4, "\x49\x49\x2A\x00",                  kLxFileTiff},  // TIFF 6.0, section 2
@@ -45,11 +45,11 @@ constexpr Signature kSignatures[] = {
 };
 // clang-format on
 
-// ISO/IEC 23008-12, 10, and the brands of AVIF: files whose metadata are items of a `meta` box.
+// ISO/IEC 23008-12, 10, and the brands of AVIF: files whose metadata is in items of a `meta` box.
 constexpr const char* kImageBrands[] = {"heic", "heix", "heim", "heis", "hevc", "hevx", "hevm",
                                         "hevs", "mif1", "msf1", "mif2", "avif", "avis", "miaf"};
 constexpr std::uint64_t kBoxHeader = 8;
-constexpr std::uint64_t kLongBoxHeader = 16;  // Size 1: the size stands in the 64 bits that follow the type.
+constexpr std::uint64_t kLongBoxHeader = 16;  // Size 1: a 64-bit size follows the type.
 
 bool Holds(const std::uint8_t* bytes, std::int32_t at, const char* expected, std::int32_t length) noexcept {
   return std::memcmp(bytes + at, expected, static_cast<std::size_t>(length)) == 0;
@@ -62,7 +62,7 @@ bool IsImageBrand(const std::uint8_t* brand) noexcept {
   return false;
 }
 
-// Reads bytes that the file is known to have. False: it cannot be read there.
+// Reads bytes that the file is known to have. False: the read failed.
 bool ReadAt(LxStream* stream, std::int64_t position, std::uint8_t* buffer, std::int32_t size) noexcept {
   if (position > INT32_MAX || !LxSeekTo(stream, static_cast<std::int32_t>(position))) return false;
   if (stream->methods->read(buffer, 1, size, stream) == size) return true;
@@ -70,8 +70,8 @@ bool ReadAt(LxStream* stream, std::int64_t position, std::uint8_t* buffer, std::
   return false;
 }
 
-// Whether a whole file type box at `start`, which begins with the header, lists an image brand. (ISO/IEC 14496-12, 4.3:
-// major brand, minor version, compatible brands.)
+// Whether the file type box at `start`, which begins with `header`, is complete and lists an image brand. (ISO/IEC
+// 14496-12, 4.3: major brand, minor version, compatible brands.)
 bool ListsImageBrand(LxStream* stream, std::int32_t start, const std::uint8_t* header) noexcept {
   const auto left = static_cast<std::uint64_t>(LxStreamLength(stream) - start);
   std::uint64_t size = LxGet32(header, kLxBigEndian);
@@ -131,7 +131,7 @@ LxFileKind LxDetectStreamKind(LxStream* stream) noexcept {
     return kLxFileUnknown;
   }
   LxFileKind kind = LxDetectFileKind(header);
-  // A RIFF file is decided by its form.
+  // A RIFF file is determined by its form.
   if (kind == kLxFileUnknown && !Holds(header, 0, "RIFF", 4)) kind = DetectFurther(stream, start, header);
   return LxSeekTo(stream, start) ? kind : kLxFileUnknown;
 }

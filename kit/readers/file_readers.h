@@ -1,8 +1,8 @@
-// The file readers, one for each kind of file that is read. Each sets the image attributes that its format tells of
-// and, where the format carries metadata, the pool's block cache and items.
+// The file readers, one for each kind of file. Each sets the image attributes that its format has and, if the format
+// carries metadata, the pool's block cache and items.
 //
-// REQUIRES of all: the pool is empty, the stream is open for reading and stands at the file's start, `fileSize` is the
-// stream's length. Result: kLxOk; kLxOutOfMemory; kLxBadReadFormat when the header is not that of the kind.
+// REQUIRES, for all: the pool is empty; the stream is open for reading at the file's start; `fileSize` is the stream's
+// length. Result: kLxOk; kLxOutOfMemory; kLxBadReadFormat if the header is not of this kind.
 #ifndef LXBRIDGE_KIT_READERS_FILE_READERS_H_
 #define LXBRIDGE_KIT_READERS_FILE_READERS_H_
 

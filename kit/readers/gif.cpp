@@ -18,15 +18,14 @@ constexpr std::uint64_t kImageDescriptor = 10;
 constexpr std::uint64_t kCodeSize = 1;
 constexpr char kXmpApplication[] = "\x0BXMP DataXMP";
 constexpr std::uint32_t kXmpApplicationLength = 12;
-constexpr std::uint32_t kTrailerLength = 257;  // Without the zero byte that ends every walk.
+constexpr std::uint32_t kTrailerLength = 257;  // Without the zero byte that ends the sub-blocks.
 
-// Bytes of the colour table that flags speak of (GIF89a, 19 and 21).
+// The size of the colour table in bytes, from the flags (GIF89a, 19 and 21).
 std::uint64_t ColourTableLength(std::uint8_t flags) noexcept {
   return (flags & 0x80) != 0 ? std::uint64_t{3} << ((flags & 7) + 1) : 0;
 }
 
-// Walks over sub-blocks to the empty one that ends them (GIF89a, 15), and sets *end to its offset. False: there is
-// none.
+// Skips sub-blocks up to the empty one that ends them (GIF89a, 15), and sets *end to its offset. False: there is none.
 bool FindEnd(LxFileWindow* window, std::uint64_t at, std::uint64_t* end) noexcept {
   const std::uint8_t* length = LxPeekRange(window, at, 1);
   while (length != nullptr && *length != 0) {
@@ -37,8 +36,8 @@ bool FindEnd(LxFileWindow* window, std::uint64_t at, std::uint64_t* end) noexcep
   return length != nullptr;
 }
 
-// Whether the bytes that end at `end` are the ones that lead a walk from any byte of a packet to its end: 01, then FF
-// down to 00.
+// Whether the bytes before `end` are the trailer 01, FF, FE ... 00, which leads a reader of sub-blocks from any byte of
+// a packet to its end.
 bool HasTrailer(LxFileWindow* window, std::uint64_t start, std::uint64_t end) noexcept {
   if (end - start < kTrailerLength) return false;
   const std::uint8_t* trailer = LxPeekRange(window, end - kTrailerLength, kTrailerLength);
@@ -49,7 +48,7 @@ bool HasTrailer(LxFileWindow* window, std::uint64_t start, std::uint64_t end) no
   return true;
 }
 
-// Writers put the packet there as it is, not cut into sub-blocks.
+// The packet is stored in one piece, not cut into sub-blocks.
 void OfferPacket(LxContainer* container, LxFileWindow* window, std::uint64_t start, std::uint64_t end) noexcept {
   if (!LxWantsBlock(*container, kLxPacketBlock, 0)) return;
   if (HasTrailer(window, start, end)) end -= kTrailerLength;
@@ -59,7 +58,7 @@ void OfferPacket(LxContainer* container, LxFileWindow* window, std::uint64_t sta
                {"XMP Data", "XMP", bytes, static_cast<std::int32_t>(end - start), nullptr, 0});
 }
 
-// An extension block from its label on. Sets *next to what follows it. False: damage.
+// Reads an extension block from its label on. Sets *next to its end. False: damaged.
 bool ReadExtension(LxContainer* container, LxFileWindow* window, std::uint64_t at, std::uint64_t* next) noexcept {
   const std::uint8_t* label = LxPeekRange(window, at, 1);
   if (label == nullptr) return false;
@@ -75,7 +74,7 @@ bool ReadExtension(LxContainer* container, LxFileWindow* window, std::uint64_t a
   return true;
 }
 
-// An image with its colour table and data. Sets *next to what follows it. False: damage.
+// Skips an image with its colour table and data. Sets *next to its end. False: damaged.
 bool SkipImage(LxFileWindow* window, std::uint64_t at, std::uint64_t* next) noexcept {
   const std::uint8_t* descriptor = LxPeekRange(window, at, kImageDescriptor);
   if (descriptor == nullptr) return false;
@@ -85,7 +84,7 @@ bool SkipImage(LxFileWindow* window, std::uint64_t at, std::uint64_t* next) noex
   return true;
 }
 
-// The blocks to the trailer, or to what is no block.
+// Walks over the blocks up to the trailer or an unknown byte.
 void WalkBlocks(LxContainer* container, LxFileWindow* window, std::uint64_t at) noexcept {
   for (;;) {
     const std::uint8_t* introducer = LxPeekRange(window, at, 1);

@@ -1,6 +1,6 @@
-// HEIF and AVIF files (ISO/IEC 23008-12, ISO/IEC 14496-12, 8.11): metadata are items of the `meta` box of the file
-// level. Which item is what stands in the item information box, where its bytes are in the item location box, which
-// image it describes in the item reference box, and the main image's size among the item properties.
+// HEIF and AVIF files (ISO/IEC 23008-12; ISO/IEC 14496-12, 8.11). Metadata is stored in items of the file's `meta` box.
+// The item information box has the type of each item, the item location box the place of its bytes, the item reference
+// box the image that it describes. The main image's size is among the item properties.
 #include <algorithm>
 #include <cstring>
 
@@ -15,14 +15,14 @@ namespace {
 constexpr std::uint64_t kFullBox = 4;  // Version and flags.
 constexpr char kPacketType[] = "application/rdf+xml";
 
-// The first of each box of the `meta` box; `end` 0: none.
+// The first box of each type in the `meta` box; `end` 0: none.
 struct MetaBoxes {
   LxBox items, locations, data, references, properties;
-  std::uint32_t primary;  // The main image's item.
+  std::uint32_t primary;  // The item of the main image.
   bool hasPrimary;
 };
 
-// An item's entry in the item location box: where it begins in that box's payload.
+// The start of an item's entry in the payload of the item location box.
 struct Location {
   std::uint32_t item;
   std::uint32_t at;
@@ -34,7 +34,7 @@ struct Description {
   bool ofPrimary;
 };
 
-// Records by item, sorted; records of one item are in the order of the file.
+// Records sorted by item; records of the same item stay in file order.
 template <typename Record>
 struct Index {
   Record* records;
@@ -46,7 +46,7 @@ bool Precedes(const Location& a, const Location& b) noexcept {
 }
 
 bool Precedes(const Description& a, const Description& b) noexcept {
-  return a.ofPrimary && !b.ofPrimary;  // Whether any describes the main image is all that is asked.
+  return a.ofPrimary && !b.ofPrimary;  // It only matters whether any record describes the main image.
 }
 
 template <typename Record>
@@ -93,7 +93,7 @@ bool TakeItemId(LxByteCursor* in, bool isLong, std::uint32_t* out) noexcept {
   return true;
 }
 
-// A box with version and flags as a cursor over what follows them.
+// Opens a box with version and flags; the cursor is after these.
 bool OpenFullBox(const LxContainer& container, const LxBox& box, LxByteCursor* in, std::uint8_t* version,
                  std::uint32_t* flags) noexcept {
   const std::uint8_t* bytes = box.end != 0 ? LxMapWholeBox(container, box) : nullptr;
@@ -152,7 +152,7 @@ bool IsNumberSize(std::uint8_t size) noexcept {
   return size == 0 || size == 4 || size == 8;
 }
 
-// Where each item's entry begins. Entries that do not lie whole in the box end the list.
+// Finds the start of each item's entry. The list ends at an entry that is not complete.
 void IndexLocations(HeifFile* file) noexcept {
   LxByteCursor in;
   std::uint32_t flags = 0;
@@ -190,7 +190,7 @@ void IndexLocations(HeifFile* file) noexcept {
   Sort(&file->locations);
 }
 
-// The `cdsc` references. A reference to the main image counts for all of its item.
+// Collects the `cdsc` references. If any reference of an item is to the main image, the item describes it.
 void IndexDescriptions(HeifFile* file) noexcept {
   LxContainer* container = &file->container;
   const LxBox& box = file->boxes.references;
@@ -218,7 +218,7 @@ void IndexDescriptions(HeifFile* file) noexcept {
   Sort(&file->descriptions);
 }
 
-// Whether an item describes other images than the main one, as a gain map's packet does.
+// Whether an item describes only images other than the main one, as the packet of a gain map does.
 bool DescribesOthersOnly(const HeifFile& file, std::uint32_t item) noexcept {
   if (!file.boxes.hasPrimary) return false;
   const Description* description = FindFirst(file.descriptions, item);
@@ -230,7 +230,7 @@ struct Extent {
   std::uint64_t length;
 };
 
-// The next extent of an item, which lies whole in the range that the item's offsets count in. False: it does not.
+// The next extent of an item. False: it is not completely inside the item's range.
 bool TakeExtent(const HeifFile& file, LxByteCursor* in, std::uint64_t base, const LxBox& range, Extent* out) noexcept {
   std::uint64_t ignored = 0, offset = 0;
   if (!TakeNumber(in, file.indexSize, &ignored) || !TakeNumber(in, file.offsetSize, &offset) ||
@@ -240,12 +240,12 @@ bool TakeExtent(const HeifFile& file, LxByteCursor* in, std::uint64_t base, cons
   const std::uint64_t size = range.end - range.payload;
   if (base > size || offset > size - base) return false;
   const std::uint64_t start = base + offset;
-  if (out->length == 0) out->length = size - start;  // To the end.
+  if (out->length == 0) out->length = size - start;  // Up to the end.
   out->start = range.payload + start;
   return out->length <= size - start;
 }
 
-// An item's bytes: mapped, or put together from several extents. Null: they are not all in the file.
+// An item's bytes, mapped or joined from several extents. Null: they are not all in the file.
 const std::uint8_t* ReadItem(HeifFile* file, std::uint32_t item, std::int32_t* length, LxBlock** detached) noexcept {
   *detached = nullptr;
   const Location* location = FindFirst(file->locations, item);
@@ -291,12 +291,12 @@ const std::uint8_t* ReadItem(HeifFile* file, std::uint32_t item, std::int32_t* l
   return block->data;
 }
 
-// A packet that is compressed as its item's content encoding says: with the header of zlib, as RFC 9110, 8.4.1.2 has
-// it, or without.
+// Offers a packet that is compressed (content encoding "deflate"): with a zlib header, as in RFC 9110, 8.4.1.2, or
+// without.
 void OfferDeflated(HeifFile* file, const std::uint8_t* bytes, std::int32_t length) noexcept {
   LxParseContext* context = &file->container.context;
   LxBlockCache* cache = file->container.pool->blocks;
-  // Items may share their bytes, so that reading them counts each time.
+  // Several items may share their bytes, so each read counts.
   if (!LxChargeValueBytes(context, length)) return;
   LxBlock* block = LxInflateBlock(cache, context, kLxZlibStream, bytes, length);
   if (block == nullptr) block = LxInflateBlock(cache, context, kLxRawDeflateStream, bytes, length);
@@ -304,7 +304,7 @@ void OfferDeflated(HeifFile* file, const std::uint8_t* bytes, std::int32_t lengt
   LxOfferBlock(&file->container, kLxPacketBlock, {"mime", kPacketType, block->data, block->length, block, 0});
 }
 
-// A text of an item's information, with its zero byte or to the box's end.
+// Takes a text of the item information: up to its zero byte or the end of the box.
 LxByteCursor TakeText(LxByteCursor* in) noexcept {
   const void* end = in->left > 0 ? std::memchr(in->at, 0, in->left) : nullptr;
   LxByteCursor text = *in;
@@ -360,7 +360,7 @@ void ReadItems(HeifFile* file) noexcept {
   std::uint8_t version = 0;
   std::uint32_t flags = 0;
   if (!OpenFullBox(file->container, file->boxes.items, &in, &version, &flags)) return;
-  // The entries are boxes, so the count that precedes them is not needed.
+  // The entries are boxes, so the count before them is not needed.
   LxBoxWalk walk = LxWalkBox(&file->container, nullptr, file->boxes.items, kFullBox + (version > 0 ? 4 : 2));
   for (LxBox box; LxNextBox(&walk, &box);) {
     if (box.type == LxBoxType("infe")) ReadItemInfo(file, box);
@@ -385,7 +385,7 @@ void ReadProperty(LxContainer* container, const LxBox& box, bool* hasSize, bool*
   }
 }
 
-// Finds the main image's associations in one `ipma` box: true, and the cursor stands at the first of `count` numbers.
+// Finds the main image's associations in an `ipma` box. True: the cursor is at the first of `count` indexes.
 bool FindAssociations(const HeifFile& file, const LxBox& box, LxByteCursor* in, bool* isLong,
                       std::uint8_t* count) noexcept {
   std::uint8_t version = 0;
@@ -401,13 +401,13 @@ bool FindAssociations(const HeifFile& file, const LxBox& box, LxByteCursor* in, 
   return false;
 }
 
-// The properties that one item has; numbers count the boxes of `ipco` from 1.
+// Reads the properties of an item; the indexes number the boxes of `ipco` from 1.
 void ReadProperties(HeifFile* file, const LxBox& properties, LxByteCursor associations, bool isLong,
                     std::uint8_t count) noexcept {
   std::uint64_t numbers[255];
   for (std::uint8_t i = 0; i < count; ++i) {
     if (!TakeNumber(&associations, isLong ? 2 : 1, &numbers[i])) return;
-    numbers[i] &= isLong ? 0x7FFF : 0x7F;  // The highest bit says that the property is essential.
+    numbers[i] &= isLong ? 0x7FFF : 0x7F;  // The highest bit marks essential properties.
   }
   bool hasSize = false, hasDepth = false;
   std::uint64_t number = 1;

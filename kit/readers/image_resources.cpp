@@ -1,4 +1,4 @@
-// Image resource blocks ("8BIM"), as they stand in APP13 segments, in a TIFF tag and in PSD files: one item a block.
+// Image resource blocks ("8BIM") in APP13 segments, in a TIFF tag and in PSD files: one item per block.
 #include <cstring>
 
 #include "kit/base/byte_order.h"
@@ -12,7 +12,7 @@ namespace {
 // A block: signature, id, name (padded), data size, data (padded).
 constexpr std::uint32_t kSmallestBlock = 12;
 constexpr std::uint32_t kNameOffset = 6;
-// What stands before the JPEG stream in a thumbnail resource: format, sizes, bits, planes.
+// The bytes before the JPEG stream in a thumbnail resource: format, sizes, bits, planes.
 constexpr std::uint32_t kThumbnailHeader = 28;
 
 }  // namespace
@@ -21,7 +21,7 @@ LxMetadataItem* LxReadImageResources(LxBlockCache* cache, const LxParseRange& ra
                                      const LxNamespaceDescriptor& descriptor) noexcept {
   LxItemList list;
   std::uint64_t position = range.start;
-  // The range's end says where a block may begin; only the file's end limits its data.
+  // A block may begin only before the range's end, but its data may extend to the end of the file.
   while (position + kSmallestBlock < range.end) {
     const std::uint8_t* header = LxMapFileRange(cache, position, kSmallestBlock);
     if (header == nullptr || std::memcmp(header, "8BIM", 4) != 0) break;
@@ -55,7 +55,7 @@ LxMetadataItem* LxReadImageResources(LxBlockCache* cache, const LxParseRange& ra
 LxMetadataItem* LxReadThumbnailResource(LxBlockCache* cache, const LxParseRange& range,
                                         LxParseContext* context) noexcept {
   LxParseRange inner = range;
-  inner.base = inner.start = range.start + kThumbnailHeader;  // Behind the end of a resource that is too short.
+  inner.base = inner.start = range.start + kThumbnailHeader;  // After the end if the resource is too short.
   context->currentItem = nullptr;
   return LxParseWithDescriptor(cache, inner, context, kLxThumbnailSpace);
 }

@@ -14,22 +14,22 @@
 
 namespace {
 
-// Where a decoder's output goes: into the buffer, and what no longer fits there is only counted.
+// The output of a decoder: bytes that do not fit the buffer are only counted.
 struct Output {
   std::uint8_t* buffer;
   std::int64_t size;   // Of the buffer.
-  std::int64_t limit;  // More than this ends the decoding.
-  std::int64_t total;  // Given so far.
+  std::int64_t limit;  // Decoding stops when the output exceeds this.
+  std::int64_t total;  // Output so far.
   std::uint8_t rest[16 << 10];
 };
 
-// The place for the decoder's next bytes, up to the limit and one byte more, so that too much is noticed.
-[[maybe_unused]] std::uint8_t* NextRoom(Output* out, std::size_t* room) noexcept {
+// The space for the decoder's next bytes: up to the limit plus one byte, so that exceeding it is noticed.
+[[maybe_unused]] std::uint8_t* NextSpace(Output* out, std::size_t* space) noexcept {
   if (out->total < out->size) {
-    *room = static_cast<std::size_t>(std::min<std::int64_t>(out->size - out->total, 1 << 30));
+    *space = static_cast<std::size_t>(std::min<std::int64_t>(out->size - out->total, 1 << 30));
     return out->buffer + out->total;
   }
-  *room = static_cast<std::size_t>(std::min<std::int64_t>(out->limit + 1 - out->total, sizeof(out->rest)));
+  *space = static_cast<std::size_t>(std::min<std::int64_t>(out->limit + 1 - out->total, sizeof(out->rest)));
   return out->rest;
 }
 
@@ -51,11 +51,11 @@ bool DecodeDeflate(const std::uint8_t* bytes, std::int32_t length, bool raw, Out
   if (inflateInit2(&decoder, raw ? -MAX_WBITS : MAX_WBITS) != Z_OK) return false;
   int status = Z_OK;
   while (status == Z_OK && out->total <= out->limit) {
-    std::size_t room = 0;
-    decoder.next_out = NextRoom(out, &room);
-    decoder.avail_out = static_cast<uInt>(room);
+    std::size_t space = 0;
+    decoder.next_out = NextSpace(out, &space);
+    decoder.avail_out = static_cast<uInt>(space);
     status = inflate(&decoder, Z_NO_FLUSH);
-    out->total += static_cast<std::int64_t>(room - decoder.avail_out);
+    out->total += static_cast<std::int64_t>(space - decoder.avail_out);
   }
   inflateEnd(&decoder);
   return status == Z_STREAM_END && out->total <= out->limit;
@@ -77,11 +77,11 @@ bool DecodeBrotli(const std::uint8_t* bytes, std::int32_t length, Output* out) n
   auto left = static_cast<std::size_t>(length);
   BrotliDecoderResult status = BROTLI_DECODER_RESULT_NEEDS_MORE_OUTPUT;
   while (status == BROTLI_DECODER_RESULT_NEEDS_MORE_OUTPUT && out->total <= out->limit) {
-    std::size_t room = 0;
-    std::uint8_t* at = NextRoom(out, &room);
-    const std::size_t size = room;
-    status = BrotliDecoderDecompressStream(decoder, &left, &bytes, &room, &at, nullptr);
-    out->total += static_cast<std::int64_t>(size - room);
+    std::size_t space = 0;
+    std::uint8_t* at = NextSpace(out, &space);
+    const std::size_t size = space;
+    status = BrotliDecoderDecompressStream(decoder, &left, &bytes, &space, &at, nullptr);
+    out->total += static_cast<std::int64_t>(size - space);
   }
   BrotliDecoderDestroyInstance(decoder);
   return status == BROTLI_DECODER_RESULT_SUCCESS && out->total <= out->limit;
@@ -106,8 +106,8 @@ bool Decode([[maybe_unused]] const std::uint8_t* bytes, [[maybe_unused]] std::in
   }
 }
 
-// Decodes into the block, which may be too small, and counts what the decoder gave against the budget. The length of
-// all that was given, or -1.
+// Decodes into the block, which may be too small, and charges the decoder's output to the budget. Returns the length of
+// the whole output, or -1.
 std::int64_t DecodeInto(LxBlock* block, std::int64_t limit, LxParseContext* context, LxCompressedForm form,
                         const std::uint8_t* bytes, std::int32_t length) noexcept {
   Output out;
@@ -124,14 +124,14 @@ std::int64_t DecodeInto(LxBlock* block, std::int64_t limit, LxParseContext* cont
 
 LxBlock* LxInflateBlock(LxBlockCache* cache, LxParseContext* context, LxCompressedForm form, const std::uint8_t* bytes,
                         std::int32_t length) noexcept {
-  // Brotli's decoder has a window of up to 16 MB to make and to clear, whatever comes out of it.
+  // Brotli's decoder allocates and clears a window of up to 16 MB, however small its output is.
   constexpr std::int64_t kBrotliWindow = 16 << 20;
   if (form == kLxBrotliStream) context->budget.inflatedBytes -= kBrotliWindow;
   const std::int64_t limit =
       std::min({kLxInflatedPerByte * length, std::int64_t{kLxLargestInflated}, context->budget.inflatedBytes});
   if (limit <= 0) return nullptr;
-  // Texts mostly inflate to less than eight times their size. What gives more is counted first and decoded again, so
-  // that no more memory is held than there are bytes.
+  // Texts mostly inflate to less than eight times their size. If the output is larger, it is counted first and then
+  // decoded again, so the memory used never exceeds the output.
   constexpr std::int64_t kFirstTry = 8;
   constexpr std::int64_t kFirstTryAtLeast = 16 << 10;
   std::int64_t size = std::min(limit, std::max(kFirstTry * length, kFirstTryAtLeast));

@@ -1,5 +1,5 @@
-// Compressed blocks: zlib's deflate (RFC 1950, RFC 1951) and Brotli (RFC 7932), by the libraries of these names. Where
-// the build has not found one of them, its blocks are passed over.
+// Compressed blocks: deflate (RFC 1950, RFC 1951) through zlib, and Brotli (RFC 7932) through libbrotlidec. If the
+// build does not find a library, its blocks are skipped.
 #ifndef LXBRIDGE_KIT_READERS_INFLATE_H_
 #define LXBRIDGE_KIT_READERS_INFLATE_H_
 
@@ -13,17 +13,18 @@ enum LxCompressedForm : std::int32_t {
   kLxBrotliStream,
 };
 
-// A compressed block holds at most this, and at most 1,032 bytes for each of its own: the most that deflate can give.
+// The maximum size of an inflated block. It is also limited to 1,032 times the compressed size, the best ratio of
+// deflate.
 inline constexpr std::int32_t kLxLargestInflated = 64 << 20;
 inline constexpr std::int64_t kLxInflatedPerByte = 1032;
 
-// The bytes as a detached block of the cache, or null: they do not inflate to their end, to more than the bounds or
-// beyond the file's budget; there is no memory; the library was not there to build with. Bytes that follow the end of
-// the compressed data are not looked at.
+// Inflates the bytes into a detached block of the cache. Null: they are damaged or incomplete, the result exceeds the
+// limits or the file's budget, there is no memory, or the build lacks the library. Bytes after the end of the
+// compressed data are ignored.
 [[nodiscard]] LxBlock* LxInflateBlock(LxBlockCache* cache, LxParseContext* context, LxCompressedForm form,
                                       const std::uint8_t* bytes, std::int32_t length) noexcept;
 
-// Whether the library was there to build with.
+// Whether the build has the library.
 [[nodiscard]] bool LxHasZlib() noexcept;
 [[nodiscard]] bool LxHasBrotli() noexcept;
 

@@ -10,7 +10,7 @@ namespace {
 constexpr std::uint32_t kHeaderSize = 5;
 constexpr std::uint8_t kTagMarker = 0x1C;
 constexpr std::uint8_t kApplicationRecord = 2;
-constexpr std::uint32_t kLongestStandardLength = 0x7FFF;  // With the top bit set it is a length of a length.
+constexpr std::uint32_t kLongestStandardLength = 0x7FFF;  // With the top bit set, it is the length of the length.
 
 }  // namespace
 
@@ -18,7 +18,7 @@ LxMetadataItem* LxReadIptc(LxBlockCache* cache, const LxParseRange& range, LxPar
                            const LxNamespaceDescriptor& descriptor) noexcept {
   LxItemList list;
   std::uint64_t position = range.start;
-  // The range's end says where a dataset may begin; only the file's end limits its data.
+  // A dataset may begin only before the range's end, but its data may extend to the end of the file.
   while (position + kHeaderSize < range.end) {
     const std::uint8_t* header = LxMapFileRange(cache, position, kHeaderSize);
     if (header == nullptr || header[0] != kTagMarker) break;

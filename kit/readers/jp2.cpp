@@ -1,5 +1,5 @@
-// JPEG 2000 files: metadata are `uuid` and `xml ` boxes of the file level (ISO/IEC 15444-1, I.7); the image header box,
-// or of a bare codestream its SIZ segment, gives the size (I.5.3.1; A.5.1).
+// JPEG 2000 files: metadata is in the file's `uuid` and `xml ` boxes (ISO/IEC 15444-1, I.7); the size is in the image
+// header box or, in a bare codestream, in its SIZ segment (I.5.3.1; A.5.1).
 #include <cstring>
 
 #include "kit/base/byte_order.h"
@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t kUuidLength = 16;
 constexpr std::int32_t kUuidRank = 0;
-constexpr std::int32_t kXmlRank = 1;  // Counts where no `uuid` packet does.
+constexpr std::int32_t kXmlRank = 1;  // Counts if there is no `uuid` packet.
 
 constexpr struct {
   const char* uuid;
@@ -50,7 +50,7 @@ void ReadXml(LxContainer* container, const LxBox& box) noexcept {
   LxOfferBlock(container, kLxPacketBlock, {"xml ", "", bytes, length, nullptr, kXmlRank});
 }
 
-// A component's depth: less one, and the highest bit says that it has a sign. 255: the components' differ.
+// A component's depth is stored minus one, with the sign in the highest bit. 255: the depths of the components differ.
 void SetDepth(LxMetadataPool* pool, std::uint8_t depth) noexcept {
   if (depth != 0xFF) pool->bits = (depth & 0x7F) + 1;
 }
@@ -72,7 +72,7 @@ void ReadHeader(LxContainer* container, const LxBox& box) noexcept {
   }
 }
 
-// The codestream's first two markers, SOC and SIZ, and of SIZ the sizes and the first component's depth.
+// Reads the codestream's first two markers, SOC and SIZ, with the sizes and the first component's depth.
 void ReadCodestream(LxContainer* container, std::uint64_t start) noexcept {
   constexpr std::uint64_t kLength = 43;
   const std::uint8_t* bytes = LxMapFileRange(container->pool->blocks, start, kLength);

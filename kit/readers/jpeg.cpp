@@ -1,5 +1,5 @@
-// JPEG streams: the marker segments up to the entropy-coded data (ISO/IEC 10918-1, B.1), APPn segments told apart by
-// the identifier that they begin with.
+// JPEG streams: the marker segments up to the entropy-coded data (ISO/IEC 10918-1, B.1). APPn segments are
+// distinguished by the identifier at their start.
 #include <cstring>
 
 #include "kit/base/byte_order.h"
@@ -13,7 +13,7 @@
 namespace {
 
 constexpr std::uint16_t kFirstMarker = 0xFFC0;
-constexpr std::uint16_t kFirstBare = 0xFFD0;  // RST0 to EOI stand alone.
+constexpr std::uint16_t kFirstBare = 0xFFD0;  // RST0 to EOI have no segment.
 constexpr std::uint16_t kLastBare = 0xFFD9;
 constexpr std::uint16_t kSoi = 0xFFD8;
 constexpr std::uint16_t kSos = 0xFFDA;
@@ -30,7 +30,7 @@ const char* MarkerName(std::uint16_t marker) noexcept {
   return record != nullptr ? record->name : "";
 }
 
-// A copy of bytes of the file as the item's own display text. False: no memory.
+// Sets the item's own display text to a copy of the bytes. False: no memory.
 bool CopyDisplayText(LxMetadataItem* item, const std::uint8_t* bytes, std::int32_t length) noexcept {
   char* text = LxCopyText(bytes, static_cast<std::size_t>(length));
   if (text == nullptr) return false;
@@ -38,28 +38,28 @@ bool CopyDisplayText(LxMetadataItem* item, const std::uint8_t* bytes, std::int32
   return true;
 }
 
-// What stands between an identifier's zero byte and the payload that the table's readers read.
+// The bytes between an identifier's zero byte and the payload, for the readers of recognised segments.
 std::int32_t PadLength(const char* identifier) noexcept {
   if (std::strcmp(identifier, "Exif") == 0 || std::strcmp(identifier, "Meta") == 0) return 1;
   return std::strcmp(identifier, "ICC_PROFILE") == 0 ? 2 : 0;
 }
 
-// Reads what a recognised segment holds; the item then covers the segment's header only.
+// Reads the contents of a recognised segment; the item's value is then the segment's header only.
 void ReadPayload(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, LxMetadataItem* item,
                  std::int32_t headerLength, const LxNamespaceDescriptor& descriptor) noexcept {
   if (!LxReadChildren(cache, range, context, item, descriptor)) item->flags |= kLxDeleted;
   if (headerLength < item->valueLength) item->valueLength = headerLength;
 }
 
-// Editors have written image resources under several identifiers, of which the table has one. What begins with the
-// signature of a resource block is one, so that a file's IPTC is not lost for its identifier.
+// Editors have written image resources under several identifiers, of which the table has one. A payload that begins
+// with the signature of a resource block is read as such, so that a file's IPTC is not lost because of the identifier.
 bool HoldsResources(const LxJpegSegment& segment, std::int32_t identifierLength) noexcept {
   const std::int32_t header = kLengthField + identifierLength + 1;
   return segment.marker == kApp13 && segment.length >= header + 4 &&
          std::memcmp(segment.bytes + header, "8BIM", 4) == 0;
 }
 
-// An APPn segment with an identifier. False: no memory.
+// Reads an APPn segment with an identifier. False: no memory.
 bool ReadAppSegment(LxBlockCache* cache, const LxParseRange& caller, std::uint32_t position, LxParseContext* context,
                     const LxNamespaceDescriptor& descriptor, const LxJpegSegment& segment,
                     std::int32_t identifierLength, LxMetadataItem* item) noexcept {
@@ -92,7 +92,7 @@ LxMetadataItem* LxReadJpegStream(LxBlockCache* cache, const LxParseRange& range,
                                          kLxTypeUndefined, static_cast<std::int32_t>(kMarkerLength), marker);
   if (item == nullptr) return nullptr;
 
-  // Only a thumbnail is waited for: the main image begins at offset 0, which stands for none.
+  // Only thumbnails are pending: the main image begins at offset 0, which means none.
   context->pendingThumbnailStart = range.start;
   context->pendingThumbnailItem = item;
   LxJoinPendingThumbnail(cache, context);
@@ -111,7 +111,7 @@ bool LxReadJpegSegment(LxBlockCache* cache, std::uint32_t position, LxJpegSegmen
   segment->length = 0;
   if (segment->marker < kFirstMarker) return false;
   if (segment->marker >= kFirstBare && segment->marker <= kLastBare) {
-    segment->bytes = bytes + kMarkerLength;  // No byte of it belongs to the marker.
+    segment->bytes = bytes + kMarkerLength;  // The marker has no bytes of its own.
     return true;
   }
   bytes = LxMapFileRange(cache, position, kMarkerLength + kLengthField);
@@ -125,7 +125,7 @@ bool LxReadJpegSegment(LxBlockCache* cache, std::uint32_t position, LxJpegSegmen
 
 std::int32_t LxFindAppIdentifier(const LxJpegSegment& segment) noexcept {
   if (segment.marker < kFirstApp || segment.marker > kLastApp || segment.length < kLengthField) return 0;
-  // A zero byte further on would end a text that is too long.
+  // A text of the maximum length or more is not an identifier.
   const std::int32_t payload = segment.length - kLengthField;
   const std::int32_t searched = payload <= kLongestIdentifier ? payload : kLongestIdentifier + 1;
   const std::uint8_t* text = segment.bytes + kLengthField;

@@ -1,4 +1,4 @@
-// JPEG files: the segments become items; the frame header and the first quantisation table give the image attributes
+// JPEG files: segments become items; the frame header and the first quantisation table determine the image attributes
 // (ISO/IEC 10918-1, B.2.2 and B.2.4.1).
 #include <cstring>
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-// ISO/IEC 10918-1, B.2.2, from the segment's length field on.
+// ISO/IEC 10918-1, B.2.2, counted from the segment's length field.
 constexpr std::int32_t kSofPrecision = 2;
 constexpr std::int32_t kSofHeight = 3;
 constexpr std::int32_t kSofWidth = 5;
@@ -18,7 +18,7 @@ constexpr std::int32_t kSofComponents = 7;
 constexpr std::int32_t kSofHeader = 8;
 constexpr std::int32_t kSofComponentLength = 3;
 
-// The main image's segments are the items below its header, and no others are of namespace "jpeg".
+// The main image's segments are the children of its header, and the only items of namespace "jpeg".
 const LxMetadataItem* FindSegment(const LxMetadataItem* header, const char* name) noexcept {
   for (const LxMetadataItem* item = header != nullptr ? header->firstChild : nullptr; item != nullptr;
        item = item->next) {
@@ -64,7 +64,7 @@ LxResult LxReadJpegFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool*
   SetFrameAttributes(*frame, pool);
   const LxMetadataItem* tables = FindSegment(pool->root, "DQT");
   if (tables == nullptr || tables->value == nullptr) return kLxBadReadFormat;
-  // A segment that is shorter than its length field has no table.
+  // A segment shorter than its length field has no table.
   pool->compression = tables->valueLength < 2 ? kLxCompressionUnknown
                                               : LxEstimateJpegQuality(tables->value + 2, tables->valueLength - 2,
                                                                       pool->mcuWidth, pool->mcuHeight);

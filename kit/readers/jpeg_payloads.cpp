@@ -1,6 +1,5 @@
-// Payloads of recognised JPEG segments: each becomes one item, or its metadata is read by another reader. A range
-// begins at the segment's length field, so offsets count two bytes of length, the identifier with its zero byte and
-// its padding.
+// Payloads of recognised JPEG segments: each becomes one item, or is read by another reader. The range begins at the
+// segment's length field, so offsets include its two bytes, the identifier with its zero byte and the padding.
 #include <iterator>
 
 #include "kit/base/memory.h"
@@ -15,16 +14,16 @@ constexpr std::uint32_t kExifPayload = 8;       // Exif 2.2, 4.7.2: "Exif", two 
 constexpr std::uint32_t kResourcePayload = 16;  // "Picturist 3.0"
 constexpr std::uint32_t kFlashPixPayload = 7;   // "FPXR"
 constexpr std::uint32_t kXmpPayload = 2 + std::size(kLxXmpSegmentId);
-constexpr std::uint32_t kJfifPayload = 7;  // JFIF 1.02: "JFIF"; nine bytes follow at least.
+constexpr std::uint32_t kJfifPayload = 7;  // JFIF 1.02: "JFIF"; at least nine bytes follow.
 constexpr std::uint32_t kJfifAtLeast = 16;
 constexpr std::uint32_t kIccPayload = 16;  // ICC.1, annex B: "ICC_PROFILE", chunk number, number of chunks.
 constexpr std::uint32_t kIccAtLeast = 17;
 
-// One item that is the range's bytes from start to end.
+// One item whose value is the range's bytes from start to end.
 LxMetadataItem* ReadOneItem(LxBlockCache* cache, std::uint32_t start, std::uint32_t end, LxParseContext* context,
                             const char* nameSpace, const char* name) noexcept {
   const std::uint8_t* bytes = LxMapFileRange(cache, start, end - start);
-  // An empty payload may stand at the file's very end, where there is nothing to map.
+  // An empty payload at the end of the file has no byte to map.
   if (bytes == nullptr && start != end) return nullptr;
   if (!LxChargeValueBytes(context, end - start)) return nullptr;
   LxItemList list;
@@ -81,7 +80,7 @@ LxMetadataItem* LxReadIccProfile(LxBlockCache* cache, const LxParseRange& range,
   if (range.end - range.start < kIccAtLeast) return nullptr;
   LxMetadataItem* item = ReadOneItem(cache, range.start + kIccPayload, range.end, context, "icc", "IccProfile");
   if (item == nullptr || !LxFindIccDescription(item->value, item->valueLength, nullptr, nullptr)) return item;
-  // Shown by its description, as an InterColorProfile is. One that cannot be read leaves the text empty.
+  // Shown by its description, like an InterColorProfile. If the description cannot be read, the text stays empty.
   if (char* description = LxIccDescription(item->value, item->valueLength)) LxSetDisplayText(item, description, true);
   return item;
 }

@@ -1,5 +1,5 @@
-// The quality level of a JPEG, told from its luminance quantisation table: encoders scale one table, so its first and
-// last entries tell the level.
+// Estimates the quality level of a JPEG from its luminance quantisation table. Encoders scale one table, so its first
+// and last entries determine the level.
 #include "kit/readers/jpeg_quality.h"
 
 #include "kit/model/pool.h"
@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::int32_t kTableLength = 65;  // Precision and destination, 64 entries of 8 bits.
 
-// Levels by the last entry and, where that tells nothing, by the first.
+// Levels by the last entry or, if that is ambiguous, by the first.
 // clang-format off
 constexpr std::uint8_t kLevelByLast[64] = {
   12, 12, 12, 12, 12, 12, 12, 12, 11, 11, 11, 11, 10, 10, 10, 10,
@@ -33,7 +33,7 @@ std::int32_t LxEstimateJpegQuality(const std::uint8_t* payload, std::int32_t len
                                    std::int32_t mcuHeight) noexcept {
   for (std::int32_t at = 0; at < length - 64; at += kTableLength) {
     const std::uint8_t* table = payload + at;
-    if (table[0] >> 4 != 0) return kLxCompressionUnknown;  // Entries of 16 bits.
+    if (table[0] >> 4 != 0) return kLxCompressionUnknown;  // 16-bit entries.
     if ((table[0] & 0x0F) != 0) continue;                  // Chrominance.
     const std::int32_t level = LxJpegQualityOfTable(table[1], table[64]);
     // Without chroma subsampling the same table is one level higher.

@@ -1,5 +1,5 @@
-// JPEG XL files: metadata are boxes of the file level, as they are or compressed with Brotli (ISO/IEC 18181-2, 9); the
-// codestream's headers give size, channels and depth (ISO/IEC 18181-1, annex D).
+// JPEG XL files: metadata is in boxes of the file level, plain or compressed with Brotli (ISO/IEC 18181-2, 9); the
+// codestream's headers have size, channels and depth (ISO/IEC 18181-1, annex D).
 #include <cstring>
 
 #include "kit/base/byte_order.h"
@@ -10,10 +10,10 @@
 namespace {
 
 constexpr std::int32_t kTypeLength = 4;
-// Headers that tell size, depth and channels are shorter, but for long names of extra channels.
+// Size, depth and channels are within this length, unless extra channels have long names.
 constexpr std::uint64_t kHeadersEnd = 256;
 
-// Bits from the lowest of each byte on. What is taken after the end is 0, and `hasEnded` is set.
+// Reads bits, lowest bit of each byte first. Reading past the end gives 0 and sets `hasEnded`.
 struct BitReader {
   const std::uint8_t* bytes;
   std::uint32_t length;  // In bits.
@@ -38,7 +38,7 @@ bool TakeFlag(BitReader* in) noexcept {
   return TakeBits(in, 1) != 0;
 }
 
-// A number in one of four forms, which two bits choose: an offset, and so many bits to add to it (B.2.3).
+// A number in one of four forms, selected by two bits: an offset, and the number of bits to add to it (B.2.3).
 struct NumberForm {
   std::uint32_t offset, bits;
 };
@@ -48,7 +48,7 @@ std::uint32_t TakeNumber(BitReader* in, const NumberForm (&forms)[4]) noexcept {
 }
 constexpr NumberForm kEnumeration[] = {{0, 0}, {1, 0}, {2, 4}, {18, 6}};
 
-// The width that a height and one of seven ratios give (D.2, table D.3).
+// The width for a height and one of seven aspect ratios (D.2, table D.3).
 std::uint32_t WidthOf(std::uint32_t height, std::uint32_t ratio) noexcept {
   constexpr struct {
     std::uint32_t width, height;
@@ -60,7 +60,7 @@ struct Size {
   std::uint32_t width, height;
 };
 
-// A side of an image: in units of eight pixels, or in pixels.
+// A side of the image, in units of eight pixels or in pixels.
 std::uint32_t TakeSide(BitReader* in, bool small) noexcept {
   constexpr NumberForm kSide[] = {{1, 9}, {1, 13}, {1, 18}, {1, 30}};
   return small ? 8 * (TakeBits(in, 5) + 1) : TakeNumber(in, kSide);
@@ -91,13 +91,13 @@ void SkipAnimation(BitReader* in) noexcept {
   (void)TakeFlag(in);  // Time codes.
 }
 
-// A sample's depth in bits, of integers or of floating-point numbers.
+// A sample's depth in bits, integer or floating-point.
 std::uint32_t TakeDepth(BitReader* in) noexcept {
   constexpr NumberForm kIntegers[] = {{8, 0}, {10, 0}, {12, 0}, {1, 6}};
   constexpr NumberForm kFloats[] = {{32, 0}, {16, 0}, {24, 0}, {1, 6}};
   if (!TakeFlag(in)) return TakeNumber(in, kIntegers);
   const std::uint32_t depth = TakeNumber(in, kFloats);
-  (void)TakeBits(in, 4);  // Of the exponent.
+  (void)TakeBits(in, 4);  // The exponent's bits.
   return depth;
 }
 
@@ -106,7 +106,7 @@ void SkipExtraChannel(BitReader* in) noexcept {
   constexpr NumberForm kShifts[] = {{0, 0}, {3, 0}, {4, 0}, {1, 3}};
   constexpr NumberForm kNameLengths[] = {{0, 0}, {0, 4}, {16, 5}, {48, 10}};
   constexpr NumberForm kFilterChannels[] = {{1, 0}, {0, 2}, {3, 4}, {19, 8}};
-  if (TakeFlag(in)) return;  // An alpha channel of 8 bits.
+  if (TakeFlag(in)) return;  // An 8-bit alpha channel.
   const std::uint32_t type = TakeNumber(in, kEnumeration);
   (void)TakeDepth(in);
   (void)TakeNumber(in, kShifts);
@@ -120,29 +120,29 @@ struct Samples {
   std::uint32_t channels, depth;
 };
 
-// From the image's metadata, which follow the size header (D.3).
+// Reads the image's metadata, which follows the size header (D.3).
 Samples TakeSamples(BitReader* in) noexcept {
   constexpr std::uint32_t kGray = 1;
   constexpr NumberForm kExtraChannels[] = {{0, 0}, {1, 0}, {2, 4}, {1, 12}};
-  if (TakeFlag(in)) return {3, 8};  // All fields have their usual values.
+  if (TakeFlag(in)) return {3, 8};  // All fields have their default values.
   if (TakeFlag(in)) {
     (void)TakeBits(in, 3);                 // Orientation.
-    if (TakeFlag(in)) (void)TakeSize(in);  // The intended size.
+    if (TakeFlag(in)) (void)TakeSize(in);  // The intrinsic size.
     if (TakeFlag(in)) SkipPreview(in);
     if (TakeFlag(in)) SkipAnimation(in);
   }
   const std::uint32_t depth = TakeDepth(in);
-  (void)TakeFlag(in);  // Buffers of 16 bits suffice.
+  (void)TakeFlag(in);  // 16-bit buffers are sufficient.
   const std::uint32_t extra = TakeNumber(in, kExtraChannels);
   for (std::uint32_t i = 0; i < extra && !in->hasEnded; ++i) SkipExtraChannel(in);
   (void)TakeFlag(in);  // XYB.
   const bool isUsual = TakeFlag(in);
-  if (!isUsual) (void)TakeFlag(in);  // An ICC profile.
+  if (!isUsual) (void)TakeFlag(in);  // ICC profile.
   const bool isGray = !isUsual && TakeNumber(in, kEnumeration) == kGray;
   return {(isGray ? 1 : 3) + extra, depth};
 }
 
-// The headers of the codestream that begins at `start`.
+// Reads the headers of the codestream that begins at `start`.
 void ReadHeaders(LxContainer* container, std::uint64_t start, std::uint64_t end) noexcept {
   const std::uint64_t length = end - start < kHeadersEnd ? end - start : kHeadersEnd;
   const std::uint8_t* bytes = LxMapFileRange(container->pool->blocks, start, length);
@@ -181,7 +181,7 @@ void ReadBlock(LxContainer* container, const LxBox& box) noexcept {
   OfferBlock(container, box.type, {name, "", bytes, static_cast<std::int32_t>(box.end - box.payload), nullptr, 0});
 }
 
-// A compressed box: the type of the box that it stands for, then that box's payload.
+// A compressed box: the type of the original box, then its compressed payload.
 void ReadCompressed(LxContainer* container, const LxBox& box) noexcept {
   const std::uint8_t* head = LxMapBox(*container, box, kTypeLength);
   if (head == nullptr) return;
@@ -196,7 +196,7 @@ void ReadCompressed(LxContainer* container, const LxBox& box) noexcept {
 }
 
 void ReadBoxes(LxContainer* container, LxFileWindow* window) noexcept {
-  constexpr std::uint64_t kPartIndex = 4;  // An index precedes a part of the codestream.
+  constexpr std::uint64_t kPartIndex = 4;  // An index precedes each part of the codestream.
   bool hasHeaders = false;
   LxBoxWalk walk = LxWalkFile(container, window);
   for (LxBox box; LxNextBox(&walk, &box);) {

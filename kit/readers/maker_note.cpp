@@ -1,4 +1,4 @@
-// Maker notes (Exif 2.2, 4.6.5: tag 0x927C, whose layout each maker makes up): choosing the maker's dictionary,
+// Maker notes (Exif 2.2, 4.6.5: tag 0x927C, with a layout of each maker's own): choosing the maker's dictionary,
 // finding the layout and the origin of the value offsets, reading the IFDs.
 #include <algorithm>
 #include <cstring>
@@ -15,14 +15,14 @@ constexpr std::uint32_t kDetectLayout = 255;
 constexpr std::uint32_t kOwnTiffHeader = 0x40;
 constexpr std::uint32_t kForcedOrder = 0x80;  // The order in the low bits.
 
-constexpr std::size_t kLongestSignature = 24;  // Headers are looked for at the offsets below it.
+constexpr std::size_t kLongestSignature = 24;  // Headers are searched for at offsets below it.
 constexpr std::size_t kEntrySize = 12;
 constexpr std::size_t kSmallestIfd = 14;
 constexpr std::size_t kSmallestTiff = 22;
 
-constexpr std::uint16_t kFewestEntries = 2, kMostEntries = 255;  // Of an IFD that is only guessed at.
+constexpr std::uint16_t kFewestEntries = 2, kMostEntries = 255;  // Of an IFD whose place is only guessed.
 constexpr std::size_t kLongestGuess = 2 + kEntrySize * kMostEntries;
-constexpr std::uint16_t kMostChainEntries = 1000;  // Of one that stands where it should.
+constexpr std::uint16_t kMostChainEntries = 1000;  // Of an IFD at its expected place.
 constexpr std::uint32_t kMostElements = 65536;
 
 struct Layout {
@@ -46,8 +46,8 @@ bool LxIsPlausibleIfd(LxByteCursor in, int order) noexcept {
   return true;
 }
 
-// The maker note as its layout is looked for: only the bytes that tell it are mapped, since a note may go on to the end
-// of a large file.
+// A maker note during layout detection. Only the bytes that determine the layout are mapped, since a note may extend to
+// the end of a large file.
 struct Note {
   LxBlockCache* cache;
   std::uint32_t start;
@@ -73,7 +73,7 @@ bool IsTiffHeader(const Note& note, std::size_t at) noexcept {
   return ifd != nullptr && LxIsPlausibleIfd({ifd, length}, order);
 }
 
-// Where a maker note's IFD or TIFF header begins, and in which byte order; the header length stays kDetectLayout when
+// Finds the start and the byte order of a maker note's IFD or TIFF header. The header length stays kDetectLayout if
 // neither is found.
 Layout LxDetectMakerNoteLayout(const Note& note) noexcept {
   const std::size_t starts = std::min(note.size, kLongestSignature);
@@ -91,7 +91,7 @@ Layout LxDetectMakerNoteLayout(const Note& note) noexcept {
   return {kDetectLayout, 0};
 }
 
-// An IFD whose bytes are mapped, and what its value offsets count from.
+// An IFD whose bytes are mapped, and the origin of its value offsets.
 struct Ifd {
   const std::uint8_t* entries;
   std::uint16_t count;
@@ -105,7 +105,7 @@ struct Value {
   std::uint64_t length;
 };
 
-// Entry `index`'s value when it stands out of line.
+// The value of entry `index` if it is stored out of line.
 bool OutOfLineValue(const Ifd& ifd, std::uint16_t index, Value* value) noexcept {
   LxByteCursor in = {ifd.entries + kEntrySize * index, kEntrySize};
   std::uint16_t tag = 0;
@@ -117,8 +117,8 @@ bool OutOfLineValue(const Ifd& ifd, std::uint16_t index, Value* value) noexcept 
   return value->length > 4;
 }
 
-// In runs whose count fits a byte, so that the compiler counts sixteen bytes at a time: some notes are all one blob of
-// tens of thousands, and it is looked through for each origin.
+// Counts in runs whose result fits a byte, so that the compiler can vectorise: some notes are a single blob of tens of
+// thousands of bytes, which is scanned for each origin.
 std::uint64_t CountBytesBelow(const std::uint8_t* bytes, std::uint64_t count, std::uint8_t limit) noexcept {
   constexpr std::uint64_t kRun = 128;
   std::uint64_t below = 0;
@@ -133,7 +133,7 @@ std::uint64_t CountBytesBelow(const std::uint8_t* bytes, std::uint64_t count, st
   return below;
 }
 
-// Elements of `size` bytes whose first number, of `width` bytes in that order, has its upper half zero.
+// Counts elements of `size` bytes whose first number, of `width` bytes, has a zero upper half.
 std::uint64_t CountUpperHalfZero(const std::uint8_t* bytes, std::uint64_t count, std::size_t size, std::size_t width,
                                  int order) noexcept {
   const std::uint8_t* upper = bytes + (order == kLxBigEndian ? 0 : width / 2);
@@ -145,7 +145,7 @@ std::uint64_t CountUpperHalfZero(const std::uint8_t* bytes, std::uint64_t count,
   return zero;
 }
 
-// A text is plausible when only zero bytes follow it.
+// A text is plausible if only zero bytes follow it.
 std::uint64_t CountTextBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept {
   const auto length = static_cast<std::size_t>(count);
   const std::size_t text = LxTextLength(bytes, length);
@@ -153,7 +153,7 @@ std::uint64_t CountTextBytes(const std::uint8_t* bytes, std::uint64_t count) noe
   return static_cast<std::uint64_t>(std::count_if(bytes, bytes + text, LxIsPrintableByte)) + (length - text);
 }
 
-// How many elements look like what cameras write; false for a type that says nothing.
+// Counts the elements that look like values written by cameras; false for a type that cannot be judged.
 bool CountPlausible(const Value& value, const std::uint8_t* bytes, int order, std::uint64_t* plausible) noexcept {
   *plausible = 0;
   switch (value.type) {
@@ -185,14 +185,14 @@ bool CountPlausible(const Value& value, const std::uint8_t* bytes, int order, st
 std::int32_t LxScoreIfdValues(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, const Ifd& ifd,
                               std::uint32_t shift) noexcept {
   LxParseRange shifted = range;
-  shifted.base = range.base + shift;  // Modulo 2^32: LxAddressInFile takes a base before the file as negative.
+  shifted.base = range.base + shift;  // Modulo 2^32: LxAddressInFile treats a base before the file as negative.
   std::int32_t score = 0;
   for (std::uint16_t i = 0; i < ifd.count; ++i) {
     Value value;
     if (!OutOfLineValue(ifd, i, &value)) continue;
     const std::int64_t address = LxAddressInFile(shifted, value.offset);
     if (address < 0 || value.length > static_cast<std::uint64_t>(cache->fileSize)) continue;
-    // Looking at values costs as much as reading them: it is paid from the same budget.
+    // Scanning values costs as much as reading them, so both share a budget.
     if (!LxChargeValueBytes(context, static_cast<std::int64_t>(value.length))) break;
     const std::uint8_t* bytes = LxMapFileRange(cache, static_cast<std::uint64_t>(address), value.length);
     std::uint64_t plausible = 0;
@@ -202,9 +202,9 @@ std::int32_t LxScoreIfdValues(LxBlockCache* cache, const LxParseRange& range, Lx
   return score;
 }
 
-// How far the origin of the value offsets follows the range's base. Editors that move a maker note leave its
-// offsets as they were; the shift that puts the lowest value right after the IFD is taken when more values make sense
-// under it.
+// The distance from the range's base to the origin of the value offsets. Editors that move a maker note leave its
+// offsets unchanged. The alternative, a shift that puts the lowest value right after the IFD, is chosen if it makes
+// more values plausible.
 std::uint32_t LxChooseMakerNoteBase(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                                     std::uint32_t ifdOffset) noexcept {
   const std::int64_t address = LxAddressInFile(range, ifdOffset);
@@ -225,13 +225,13 @@ std::uint32_t LxChooseMakerNoteBase(LxBlockCache* cache, const LxParseRange& ran
     Value value;
     if (OutOfLineValue(ifd, i, &value)) lowest = std::min(lowest, value.offset);
   }
-  const std::uint32_t shift = ifdOffset + length - lowest;  // Modulo 2^32: values may have moved either way.
+  const std::uint32_t shift = ifdOffset + length - lowest;  // Modulo 2^32: values may have moved in either direction.
   if (shift == 0) return 0;
   const std::int32_t shifted = LxScoreIfdValues(cache, range, context, ifd, shift);
   return shifted > LxScoreIfdValues(cache, range, context, ifd, 0) ? shift : 0;
 }
 
-// The text of a Make or Model item: up to its zero byte or, where it has none, to its end.
+// The text of a Make or Model item: up to its zero byte, or all of it.
 bool TextOf(const LxMetadataItem* item, const char** text, std::size_t* length) noexcept {
   if (item == nullptr || item->value == nullptr || item->valueLength < 0) return false;
   *text = reinterpret_cast<const char*>(item->value);
@@ -239,7 +239,7 @@ bool TextOf(const LxMetadataItem* item, const char** text, std::size_t* length) 
   return true;
 }
 
-// As LxFindTagByName does, for a text without terminator: an empty record name matches anything.
+// Like LxFindTagByName, for a text without terminator: an empty record name matches anything.
 const LxTagRecord* MatchText(const char* text, std::size_t length, const LxTagRecord* selector) noexcept {
   for (const LxTagRecord* record = selector; record->name != nullptr; ++record) {
     const std::size_t nameLength = std::strlen(record->name);
@@ -268,7 +268,7 @@ LxMetadataItem* LxReadMakerNote(LxBlockCache* cache, const LxParseRange& range, 
   if (bytes == nullptr || range.end > static_cast<std::uint32_t>(cache->fileSize)) return nullptr;
   Layout layout = {descriptor.variant & 0xFF, descriptor.variant >> 8 & 0xFF};
   if (layout.headerLength == kDetectLayout) {
-    // A look at every offset costs far more than the entry that asked for it, so it is paid for.
+    // Testing every offset costs far more than reading the entry, so it is charged.
     if (!LxChargeValueBytes(context, static_cast<std::int64_t>(mapped))) return nullptr;
     layout = LxDetectMakerNoteLayout({cache, range.start, size, bytes, mapped});
     if (layout.headerLength == kDetectLayout) return nullptr;
@@ -285,7 +285,7 @@ LxMetadataItem* LxReadMakerNote(LxBlockCache* cache, const LxParseRange& range, 
     LxParseRange own = range;
     own.base += layout.headerLength;
     own.start += layout.headerLength;
-    // Its byte order stays in force after it, as that of any TIFF header does.
+    // Its byte order stays in effect afterwards, as for any TIFF header.
     header->firstChild = LxReadTiffHeader(cache, own, context, descriptor);
   } else {
     const int order = context->byteOrder;

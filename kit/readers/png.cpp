@@ -1,5 +1,6 @@
-// PNG files (PNG third edition): the image attributes of the IHDR chunk, and the blocks that stand in eXIf chunks and
-// in texts: a packet as it is, others as "raw profiles" in hexadecimal digits, a custom of image converters.
+// PNG files (PNG third edition): the image attributes of the IHDR chunk, and the blocks in eXIf chunks and in texts. A
+// text holds a packet as it is, and other blocks as "raw profiles" in hexadecimal digits, a convention of image
+// converters.
 #include <algorithm>
 #include <cstring>
 
@@ -12,13 +13,14 @@
 
 namespace {
 
-constexpr std::uint32_t kHeaderLength = 33;  // Signature, IHDR with its checksum.
+constexpr std::uint32_t kHeaderLength = 33;  // Signature and IHDR with its checksum.
 constexpr std::uint64_t kFirstChunk = 8;
-constexpr std::uint8_t kZlib = 0;  // The only compression method.
+constexpr std::uint8_t kZlib = 0;  // The only compression method defined.
 
 enum class Profile : std::uint8_t { kPacket, kExif, kApp1, kRawPacket, kIptc, kResources };
 
-// The keywords of texts that are read (PNG third edition, 11.3.3; XMP specification part 3, 1.1.5), zero-terminated.
+// The keywords of the texts that are read (PNG third edition, 11.3.3; XMP specification part 3, 1.1.5),
+// zero-terminated.
 struct Keyword {
   const char* text;
   Profile profile;
@@ -28,9 +30,9 @@ constexpr Keyword kKeywords[] = {
     {"Raw profile type APP1", Profile::kApp1}, {"Raw profile type xmp", Profile::kRawPacket},
     {"Raw profile type iptc", Profile::kIptc}, {"Raw profile type 8bim", Profile::kResources},
 };
-constexpr std::uint32_t kLongestKeyword = 22;  // With its zero byte.
+constexpr std::uint32_t kLongestKeyword = 22;  // With the zero byte.
 
-// Blocks of their own win over raw profiles, and an international text over the others, wherever they stand.
+// A dedicated chunk takes precedence over raw profiles, and an international text over others, regardless of order.
 constexpr std::int32_t kOwnRank = 0;
 constexpr std::int32_t kOtherRank = 1;
 
@@ -52,7 +54,7 @@ const Keyword* FindKeyword(LxChunkWalk* walk, const LxChunk& chunk) noexcept {
   return nullptr;
 }
 
-// Whether a text with this keyword could hold a block that counts, so that it is worth being mapped and inflated.
+// Whether a text with this keyword may hold a block that counts, and has to be mapped and inflated.
 bool IsWanted(const LxContainer& container, Profile profile, std::int32_t rank) noexcept {
   switch (profile) {
     case Profile::kPacket:
@@ -76,7 +78,7 @@ bool SkipTerminated(LxByteCursor* in) noexcept {
   return zero != nullptr && LxSkip(in, static_cast<std::size_t>(static_cast<const std::uint8_t*>(zero) - in->at) + 1);
 }
 
-// What follows the keyword in a chunk of that type (PNG third edition, 11.3.3.2 to 11.3.3.4). False: it is not whole.
+// Reads the part of a chunk after the keyword (PNG third edition, 11.3.3.2 to 11.3.3.4). False: it is incomplete.
 bool ReadText(LxChunkWalk* walk, const LxChunk& chunk, Text* text) noexcept {
   LxBlockCache* cache = walk->container->pool->blocks;
   const std::uint8_t* bytes = LxMapFileRange(cache, chunk.data, chunk.length);
@@ -114,7 +116,8 @@ bool IsSpace(std::uint8_t character) noexcept {
   return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-// Takes the lines before a raw profile's digits: an empty one, the profile's name, its length. False: it is none.
+// Takes the lines before the digits of a raw profile: an empty line, the profile's name, its length. False: not a raw
+// profile.
 bool TakeProfileHeader(LxByteCursor* in, std::int64_t* length) noexcept {
   const std::uint8_t* feed = LxTakeBytes(in, 1);
   if (feed == nullptr || *feed != '\n' || in->left == 0) return false;
@@ -133,15 +136,15 @@ bool TakeProfileHeader(LxByteCursor* in, std::int64_t* length) noexcept {
   return hasDigits && feed != nullptr && *feed == '\n';
 }
 
-// The bytes that the digits stand for, as a block in place of the text's. They end at the length, at what is no digit
-// or at the text's end: writers are seen to say less than there is. False: it is no raw profile.
+// Replaces the text by a block of the bytes that its digits encode. They end at the stated length, at a character that
+// is not a digit or at the text's end: some writers state too large a length. False: not a raw profile.
 bool DecodeProfile(LxBlockCache* cache, Text* text) noexcept {
   LxByteCursor in = {text->bytes, static_cast<std::size_t>(text->length)};
   std::int64_t length = 0;
   if (!TakeProfileHeader(&in, &length)) return false;
   length = std::min(length, static_cast<std::int64_t>(in.left / 2));
   if (length == 0) return false;
-  // Two digits become a byte, so the bytes of an inflated text may take the place of the digits already read.
+  // Two digits become one byte, so the bytes of an inflated text can overwrite digits already read.
   if (text->detached == nullptr) text->detached = LxNewDetachedBlock(cache, static_cast<std::int32_t>(length));
   if (text->detached == nullptr) return false;
   std::uint8_t* bytes = LxDetachedBytes(text->detached);
@@ -163,7 +166,7 @@ bool DecodeProfile(LxBlockCache* cache, Text* text) noexcept {
   return true;
 }
 
-// The kind of block that a decoded profile is; a packet that follows its segment's identifier loses that.
+// The kind of block in a decoded profile; from a packet, the segment's identifier is removed.
 LxContainerBlockKind KindOf(Profile profile, Text* text) noexcept {
   constexpr std::int32_t kIdentifierLength = sizeof(kLxXmpSegmentId);
   switch (profile) {

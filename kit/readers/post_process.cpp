@@ -1,5 +1,5 @@
-// What is settled over a whole pool after reading. The order of the steps matters: blank and oversized items are gone
-// before it is asked what there is to show, and the camera's own rotation is in place before the orientation is told
+// Post-processing of a pool that has been read. The order of the steps matters: blank and oversized items are deleted
+// before the pool is checked for display items, and the camera's own rotation is applied before the orientation is set
 // from it.
 #include "kit/readers/post_process.h"
 
@@ -12,10 +12,10 @@
 
 namespace {
 
-// Unnamed values beyond this length are no use to anybody and only cost in walks.
+// Longer unnamed values are of no use and only slow down walks.
 constexpr std::int32_t kLargestUnnamed = 256;
 
-// What the steps ask for, found in one walk.
+// The items needed by the steps, found in one walk.
 enum Wanted {
   kLayerState,
   kLayersGroup,
@@ -38,8 +38,8 @@ bool HasLayers(const LxWantedItem* wanted) noexcept {
   return (group != nullptr && group->valueLength > 2) || wanted[kTiffLayers].found != nullptr;
 }
 
-// What was found before the deletions, as it would be found after them. An item that stays is still the first of its
-// name.
+// The result of a search before the deletions, as the search would find it after them. An item that was not deleted is
+// still the first of its name.
 LxMetadataItem* FoundStill(LxMetadataPool* pool, const LxWantedItem& wanted) noexcept {
   if (wanted.found == nullptr || (wanted.found->flags & kLxDeleted) == 0) return wanted.found;
   return LxFindItemInTree(pool->root, wanted.nameSpace, wanted.name, wanted.displayText);
@@ -52,8 +52,7 @@ bool HasDisplayItem(const LxMetadataPool* pool) noexcept {
   return LxNextDisplayItem(&iterator, &item) == kLxOk;
 }
 
-// Cameras of one maker leave the orientation to their maker note: the degrees stand within a block of raw data. Null:
-// none.
+// Some cameras store the orientation only in their maker note, in degrees within a block of raw data. Null: none.
 const char* OrientationOfRotation(const LxMetadataItem* rotation) noexcept {
   constexpr std::int32_t kAt = 1369;
   if (rotation == nullptr || rotation->value == nullptr || rotation->typeCode != kLxTypeUndefined ||
@@ -98,8 +97,8 @@ void LxPostProcessPool(LxMetadataPool* pool) noexcept {
 
   const LxMetadataItem* orientation = FoundStill(pool, wanted[kOrientation]);
   if (const char* rotated = OrientationOfRotation(FoundStill(pool, wanted[kRotation]))) {
-    // Without memory the file's own orientation stands, and the reader's status with it: what the file gave is not lost
-    // for a value that could not be added.
+    // Without memory, the file's own orientation and the reader's result stay: a value that could not be added is no
+    // reason to lose the file's metadata.
     (void)LxPutMetadata(pool, "tiff", "Orientation", "short", rotated, kLxPutReplaceOrAdd);
     orientation = LxFindItemInTree(pool->root, "tiff", "Orientation", nullptr);
   }

@@ -1,5 +1,4 @@
-// What is settled over a whole pool once its file has been read: layers, blank and oversized items, rotation,
-// orientation, colour model.
+// Post-processing of a pool that has been read: layers, blank and oversized items, rotation, orientation, colour model.
 #ifndef LXBRIDGE_KIT_READERS_POST_PROCESS_H_
 #define LXBRIDGE_KIT_READERS_POST_PROCESS_H_
 

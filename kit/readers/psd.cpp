@@ -1,4 +1,4 @@
-// PSD files: the header's image attributes, the image resource section, and whether there are layers.
+// PSD files: the image attributes of the header, the image resource section, and whether there are layers.
 #include <algorithm>
 #include <cstring>
 
@@ -15,7 +15,7 @@ constexpr std::uint32_t kLargestChannels = 24;
 constexpr std::uint32_t kLargestSide = 30000;
 constexpr std::uint32_t kLargestDepth = 16;
 constexpr std::uint32_t kLargestMode = 9;
-// A layer and mask section up to this length holds no layer.
+// A layer and mask section of up to this length has no layer.
 constexpr std::uint32_t kEmptyLayerSection = 8;
 
 bool IsWithin(std::uint32_t value, std::uint32_t smallest, std::uint32_t largest) noexcept {
@@ -45,7 +45,7 @@ bool ReadHeader(LxBlockCache* cache, LxMetadataPool* pool) noexcept {
   return true;
 }
 
-// A section's 32-bit length at a position.
+// Reads the 32-bit length of a section.
 bool ReadLength(LxBlockCache* cache, std::uint64_t position, std::uint32_t* length) noexcept {
   const std::uint8_t* bytes = LxMapFileRange(cache, position, 4);
   if (bytes == nullptr) return false;
@@ -76,7 +76,7 @@ LxResult LxReadPsdFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool* 
   if (header == nullptr) return kLxOutOfMemory;
   pool->root = header;
   LxReadChildren(cache, {start, start, start, end, end}, &context, header, kLxImageResourceSpace);
-  // The blocks are read first: what the pool's attributes say of a file that ends here comes from them.
+  // The blocks are read first: if the file ends here, they determine the pool's attributes.
   if (!ReadLength(cache, layerField, &layerLength)) return kLxBadReadFormat;
   if (layerLength > kEmptyLayerSection) pool->hasLayers = 1;
   return kLxOk;

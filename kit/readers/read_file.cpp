@@ -1,4 +1,4 @@
-// From an open stream or a path to a pool: recognise, read, settle.
+// Reads an open stream or a path into a pool: detects the kind, reads, post-processes.
 #include "kit/readers/read_file.h"
 
 #include <cstdio>
@@ -37,7 +37,7 @@ LxResult ReadKind(LxStream* stream, std::int32_t fileSize, LxMetadataPool* pool)
     case kLxFileJp2:
       return LxReadJp2File(stream, fileSize, pool);
     default:
-      return kLxOk;  // Recognised or not, nothing of it is read.
+      return kLxOk;  // Files of this kind are not read.
   }
 }
 
@@ -78,7 +78,7 @@ LxResult LxReadFileIntoPool(LxMetadataPool* pool, const char* path) noexcept {
     pool->outcome = {kLxReadNoMemory, 0};
   }
   LxCloseStream(stream);
-  // The cache's blocks outlive the stream; nothing is loaded any more.
+  // The cache's blocks outlive the stream; nothing more is loaded.
   if (pool->blocks != nullptr) pool->blocks->stream = nullptr;
   return status;
 }

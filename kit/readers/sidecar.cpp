@@ -1,4 +1,4 @@
-// Side-car files: a file that is an XMP packet and nothing else (XMP specification part 3, 4.1).
+// Side-car files: files that consist of an XMP packet only (XMP specification part 3, 4.1).
 #include "kit/readers/container.h"
 #include "kit/readers/file_readers.h"
 

@@ -1,5 +1,5 @@
-// TIFF structures (TIFF 6.0, section 2; Exif 2.2, 4.6): the header, chains of IFDs, the entries of one IFD and what
-// they point to.
+// TIFF structures (TIFF 6.0, section 2; Exif 2.2, 4.6): the header, chains of IFDs, the entries of an IFD and the
+// values that they point to.
 #include <cstring>
 #include <limits>
 
@@ -25,7 +25,7 @@ std::uint32_t OrderFlag(const LxParseContext* context) noexcept {
   return context->byteOrder == kLxBigEndian ? kLxBigEndianValue : 0;
 }
 
-// One entry as the file holds it.
+// An entry as stored in the file.
 struct Entry {
   std::uint16_t tag;
   std::uint16_t type;
@@ -45,9 +45,8 @@ bool TakeEntry(LxByteCursor* in, int order, Entry* entry) noexcept {
   return true;
 }
 
-// The first record with an id, for an IFD read in order. The entries of IFDs and the records of the published
-// dictionaries mostly ascend, and no id occurs twice in these, so the search there continues from the record found last
-// and wraps around to it.
+// The first record of an id, for an IFD read in order. Entries and the records of the published dictionaries mostly
+// ascend, and no id occurs twice in those dictionaries, so the search starts at the previous record and wraps around.
 class RecordFinder {
  public:
   explicit RecordFinder(const LxTagRecord* dictionary) noexcept
@@ -74,7 +73,8 @@ class RecordFinder {
   bool goesOn_;
 };
 
-// The value's bytes: in the entry when they fit, else where it points to, anywhere in the file. Null: not there.
+// The bytes of the value: in the entry if they fit, else at the offset in it, anywhere in the file. Null: not in the
+// file.
 const std::uint8_t* MapValue(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                              const Entry& entry) noexcept {
   if (entry.length <= 4) return entry.fieldBytes;
@@ -84,15 +84,16 @@ const std::uint8_t* MapValue(LxBlockCache* cache, const LxParseRange& range, LxP
   return LxMapFileRange(cache, static_cast<std::uint64_t>(address), entry.length);
 }
 
-// A range that begins at an offset from the base, open to the high limit; an invalid one when no file reaches that far.
+// A range from an offset, counted from the base, up to the high limit. The range is invalid if no file reaches that
+// far.
 LxParseRange RangeAt(const LxParseRange& range, std::uint32_t offset) noexcept {
   const std::int64_t address = LxAddressInFile(range, offset);
   if (address < 0 || address > std::numeric_limits<std::uint32_t>::max()) return {1, range.base, 0, 0, 0};
   return {range.lowLimit, range.base, static_cast<std::uint32_t>(address), range.highLimit, range.highLimit};
 }
 
-// TIFF 6.0, supplement 1: SubIFDs may list several IFDs. Read as one IFD, as a single offset's target is, the array
-// would give nothing, and a raw file's full-size image is often the second one; so each is read, one after the other.
+// TIFF 6.0, supplement 1: SubIFDs may list several IFDs, which are read one after the other. In raw files, the
+// full-size image is often the second one.
 bool ListsSubIfds(const Entry& entry, const LxNamespaceDescriptor& descriptor) noexcept {
   return entry.tag == kSubIfdsTag && descriptor.readerCode == kLxReadIfd && entry.count > 1 &&
          (entry.type == kLxTypeLong || entry.type == kLxTypeOffset);
@@ -112,9 +113,9 @@ bool ReadListedSubIfds(LxBlockCache* cache, const LxParseRange& range, LxParseCo
   return list.first != nullptr;
 }
 
-// What the entry's value holds or points to: a short value is an offset to data that may go on to the high limit, a
-// longer one is the data.
-bool ReadBehindEntry(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, LxMetadataItem* item,
+// Reads the metadata that an entry leads to: a short value is an offset to data that may extend to the high limit; a
+// longer value is the data.
+bool ReadEntryTarget(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context, LxMetadataItem* item,
                      const Entry& entry, const LxNamespaceDescriptor& descriptor) noexcept {
   if (ListsSubIfds(entry, descriptor)) return ReadListedSubIfds(cache, range, context, item, descriptor);
   LxParseRange target = RangeAt(range, entry.field);
@@ -122,7 +123,7 @@ bool ReadBehindEntry(LxBlockCache* cache, const LxParseRange& range, LxParseCont
   return LxReadChildren(cache, target, context, item, descriptor);
 }
 
-// False: the IFD ends here.
+// False: reading of the IFD ends.
 bool ReadEntry(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
                const LxNamespaceDescriptor& descriptor, const Entry& entry, RecordFinder* finder,
                LxItemList* list) noexcept {
@@ -133,14 +134,14 @@ bool ReadEntry(LxBlockCache* cache, const LxParseRange& range, LxParseContext* c
   if (item == nullptr) return false;
   item->value = MapValue(cache, range, context, entry);
   if (item->value == nullptr) {
-    // Stays as an unnamed entry: there is nothing that its tag's name could stand for.
+    // Becomes an unnamed entry: without a value, the tag's name means nothing.
     LxApplyTagRecord(context, item, nullptr, false);
     return false;
   }
   const LxTagRecord* record = finder->Find(entry.tag);
   LxApplyTagRecord(context, item, record, false);
   if (record == nullptr || record->subNamespace == nullptr) return true;
-  if (!ReadBehindEntry(cache, range, context, item, entry, *record->subNamespace) &&
+  if (!ReadEntryTarget(cache, range, context, item, entry, *record->subNamespace) &&
       record->typeCode == kLxTypeOffset) {
     item->flags |= kLxDeleted;
   }
@@ -154,7 +155,7 @@ bool IsBeingRead(const LxParseContext* context, std::uint32_t ifd) noexcept {
   return false;
 }
 
-// The IFD's bytes from its count on, when the count is plausible and all of them are in the file.
+// The IFD's bytes from its count on, if the count is plausible and they are all in the file.
 const std::uint8_t* MapIfd(LxBlockCache* cache, std::uint32_t at, int order, std::uint16_t* count) noexcept {
   const std::uint8_t* bytes = LxMapFileRange(cache, at, 2);
   if (bytes == nullptr) return nullptr;
@@ -195,12 +196,12 @@ LxMetadataItem* LxReadTiffHeader(LxBlockCache* cache, const LxParseRange& range,
 LxMetadataItem* LxReadIfdChain(std::uint32_t offset, LxBlockCache* cache, const LxParseRange& range,
                                LxParseContext* context, const LxNamespaceDescriptor& descriptor) noexcept {
   LxItemList list;
-  // The first offset may count from a base that a maker note's shift has moved to the other side of it: modulo 2^32.
+  // Modulo 2^32: a maker note's shift may have moved the base to the other side of the file's start.
   std::int64_t address = range.base + offset;
   for (int i = 0; i < kMaxIfdsOfChain; ++i) {
     if (address < range.lowLimit || address >= range.highLimit) break;
     const auto at = static_cast<std::uint32_t>(address);
-    // Every IFD of a chain ends the run: what a search by name finds is the first IFD's, never the thumbnail's.
+    // Every IFD of a chain ends the run: a search by name finds items of the first IFD, never of the thumbnail's.
     LxMetadataItem* item = LxAppendNewItem(context, &list, "tiffh", "IFD", OrderFlag(context) | kLxEndOfRun, 0,
                                            kLxTypeUndefined, 0, nullptr);
     if (item == nullptr) break;
@@ -235,7 +236,7 @@ LxMetadataItem* LxReadIfd(LxBlockCache* cache, const LxParseRange& range, LxPars
   RecordFinder finder(descriptor.dictionary);
   LxByteCursor in = {ifd + 2, std::size_t{12} * count};
   Entry entry;
-  // In the context's byte order at each entry: a TIFF header that was read inside stays in force after it.
+  // Uses the context's byte order for each entry: a TIFF header read inside changes it for the following ones.
   while (TakeEntry(&in, context->byteOrder, &entry)) {
     if (entry.type == 0 || entry.type > kLxTypeOffset) break;
     if (!ReadEntry(cache, range, context, descriptor, entry, &finder, &list)) break;

@@ -1,4 +1,4 @@
-// TIFF files: the IFDs become items; the tags of the first one give the image attributes (TIFF 6.0, section 8).
+// TIFF files: IFDs become items; tags of the first IFD determine the image attributes (TIFF 6.0, section 8).
 #include <iterator>
 
 #include "kit/model/find_items.h"
@@ -42,7 +42,7 @@ std::int32_t ColourModelOfTiff(std::uint32_t photometric) noexcept {
   }
 }
 
-// JPEG in TIFF (TIFF 6.0, section 22): the level of the first quantisation table, which stands without a header.
+// JPEG in TIFF (TIFF 6.0, section 22): the level of the first quantisation table, which has no header.
 std::int32_t QualityOfTiff(LxBlockCache* cache, const LxMetadataItem* tables) noexcept {
   if (tables == nullptr || tables->valueLength < 4) return kLxCompressionJpeg0;
   const std::uint8_t* table = LxMapFileRange(cache, LxGetFirstValue(tables), 64);

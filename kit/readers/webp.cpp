@@ -1,6 +1,6 @@
-// WebP files: a RIFF file of the form WEBP (RFC 9649, 2). The blocks stand in chunks of their own, usually following
-// the image. Neither the size in the RIFF header nor the flags of VP8X are trusted: programs that append a chunk often
-// leave them as they were.
+// WebP files: RIFF files of the form WEBP (RFC 9649, 2). Blocks are in chunks of their own, usually after the image.
+// Neither the size in the RIFF header nor the flags of VP8X are trusted: programs that append a chunk often do not
+// update them.
 #include "kit/base/byte_order.h"
 #include "kit/readers/chunk_walk.h"
 #include "kit/readers/file_readers.h"
@@ -21,8 +21,8 @@ std::uint32_t Get24(const std::uint8_t* at) noexcept {
   return LxGet16(at, kLxLittleEndian) | std::uint32_t{at[2]} << 16;
 }
 
-// The image attributes from the start of the chunk that has them; the first that does counts, since a canvas (VP8X)
-// stands before the images on it.
+// Reads the image attributes from the start of a chunk. The first chunk that has them counts, since a canvas (VP8X)
+// precedes its images.
 void ReadImageHeader(LxChunkWalk* walk, const LxChunk& chunk, LxMetadataPool* pool) noexcept {
   if (pool->width != 0 || chunk.length < 5) return;
   const std::uint32_t length = chunk.length < kLongestImageHeader ? chunk.length : kLongestImageHeader;

@@ -4,8 +4,8 @@
 
 namespace {
 
-// The text as ASCII: a character is a byte, and one outside ASCII is 0x7F, which is neither white space nor markup. So
-// UTF-16 and UTF-32 are searched like UTF-8.
+// The text as ASCII: a character outside ASCII reads as 0x7F, which is neither white space nor markup. So UTF-16 and
+// UTF-32 are searched like UTF-8.
 struct Ascii {
   char text[kLxXmlStartSize];
   std::int32_t length;
@@ -14,11 +14,11 @@ struct Ascii {
 struct Encoding {
   std::uint8_t mark[4];
   std::int32_t markLength;
-  std::int32_t width;  // Bytes of a character.
-  std::int32_t low;    // Of these, which one holds an ASCII character.
+  std::int32_t width;  // Bytes per character.
+  std::int32_t low;    // Which of these holds an ASCII character.
 };
 
-// UTF-32 comes first: its little-endian mark begins with that of UTF-16.
+// UTF-32 comes first: its little-endian byte-order mark begins with that of UTF-16.
 constexpr Encoding kEncodings[] = {{{0xFF, 0xFE, 0, 0}, 4, 4, 0}, {{0, 0, 0xFE, 0xFF}, 4, 4, 3},
                                    {{0xFF, 0xFE}, 2, 2, 0},       {{0xFE, 0xFF}, 2, 2, 1},
                                    {{0xEF, 0xBB, 0xBF}, 3, 1, 0}, {{}, 0, 1, 0}};
@@ -48,7 +48,7 @@ bool IsSpace(char c) noexcept {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-// Whether a name that ends before this position ends there; the text may end with it.
+// Whether a name that extends to this position ends there; the end of the text also ends it.
 bool NameEnds(const Ascii& in, std::int32_t at) noexcept {
   return at >= in.length || IsSpace(in.text[at]) || in.text[at] == '>' || in.text[at] == '/';
 }
@@ -63,8 +63,8 @@ std::int32_t SkipSpace(const Ascii& in, std::int32_t at) noexcept {
   return at;
 }
 
-// The position that follows the next occurrence, or -1.
-std::int32_t Behind(const Ascii& in, std::int32_t at, const char* text) noexcept {
+// The position after the next occurrence, or -1.
+std::int32_t EndOfNext(const Ascii& in, std::int32_t at, const char* text) noexcept {
   for (; at < in.length; ++at) {
     if (StartsWith(in, at, text)) return at + static_cast<std::int32_t>(std::strlen(text));
   }
@@ -95,9 +95,9 @@ bool LxStartsPacket(const std::uint8_t* bytes, std::int32_t length) noexcept {
   while (!IsPacketAt(in, at)) {
     if (!hasDeclaration) return false;
     if (StartsWith(in, at, "<!--")) {
-      at = Behind(in, at + 4, "-->");
+      at = EndOfNext(in, at + 4, "-->");
     } else if (StartsWith(in, at, "<?")) {
-      at = Behind(in, at + 2, "?>");
+      at = EndOfNext(in, at + 2, "?>");
     } else {
       return false;
     }

@@ -1,4 +1,4 @@
-// The tags of the Exif directory (Exif 2.2, 4.6.5), and those in which a raw converter notes its settings. Data only.
+// The tags of the Exif directory (Exif 2.2, 4.6.5), and those that hold a raw converter's settings. Data only.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>

@@ -1,5 +1,5 @@
 // The datasets of the application record (IPTC-IIM 4, record 2), by dataset number. Data only.
-// The reader takes the type from here: datasets carry none. Lengths are those of the data, so no count is fixed.
+// The reader takes the type from here, since datasets have none. Lengths come from the data, so no count is fixed.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>

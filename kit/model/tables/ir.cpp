@@ -1,5 +1,5 @@
 // The image resources of an image editor's files ("8BIM" blocks), by resource id. Data only.
-// The reader takes the type from here: the blocks carry none.
+// The reader takes the type from here, since the blocks have none.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>

@@ -1,4 +1,4 @@
-// JPEG markers by code, and the application segments that are known by marker and identifier. Data only.
+// JPEG markers by code, and the known application segments by marker and identifier. Data only.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>

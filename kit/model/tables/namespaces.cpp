@@ -1,5 +1,5 @@
-// The namespaces: what the readers start from and switch to, the way from a name to a dictionary and to a display key,
-// and where each namespace lives in the three layouts. Data only.
+// The namespaces: those that readers start from and switch to, the dictionary and display key of each name, and the
+// place of each namespace in the three layouts. Data only.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>
@@ -74,7 +74,7 @@ constexpr LxStructureEntry kEndOfStructure = {nullptr, nullptr, nullptr, kLxCont
 
 }  // namespace
 
-// Parents and keys are namespaces and item names; of a segment, its marker and identifier.
+// Parents and keys are namespaces and item names; the key of a segment is its marker and identifier.
 constexpr LxStructureEntry kLxTiffStructure[] = {
   //namespace parent    key                            kind
   {"tiff",    nullptr, nullptr,                      kLxContainerTiffRoot},

@@ -1,5 +1,5 @@
-// What the rows of this folder's tables are written with: short type and flag constants, and the shape that the
-// compiler checks. For the tables' .cpp files only.
+// Short constants for types and flags, and the compile-time checks of the tables in this folder. For their .cpp files
+// only.
 #ifndef LXBRIDGE_KIT_MODEL_TABLES_TABLE_ROW_H_
 #define LXBRIDGE_KIT_MODEL_TABLES_TABLE_ROW_H_
 
@@ -26,7 +26,7 @@ inline constexpr std::uint16_t kHidden = kLxRecordHidden;
 
 inline constexpr LxValueName kEndOfNames = {0, nullptr, nullptr};
 
-// Every walk of a table ends at its null entry, so it has to be there, last, and only there.
+// Every search of a table ends at its null entry, which must be last and unique.
 template <std::size_t size>
 [[nodiscard]] consteval bool EndsOnlyAtLast(const LxValueName (&table)[size]) noexcept {
   for (std::size_t i = 0; i < size; ++i) {
@@ -44,7 +44,7 @@ template <std::size_t size>
   return end.id == 0 && end.flags == kPlain && end.typeCode == kShort && end.count == 1;
 }
 
-// For the tables of namespaces, whose first field ends them.
+// For the tables of namespaces, which end at a null first field.
 template <typename Entry, std::size_t size>
 [[nodiscard]] consteval bool EndsAtNullNamespace(const Entry (&table)[size]) noexcept {
   for (std::size_t i = 0; i < size; ++i) {

@@ -1,5 +1,5 @@
-// All constant tables of the kit, by name. Each is defined in a .cpp of this folder (one a namespace, maker/ one a
-// maker), constant-initialised: nothing runs at load.
+// All constant tables of the kit. Each is defined in a .cpp of this folder (one per namespace, in maker/ one per maker)
+// and constant-initialised: nothing runs at load time.
 #ifndef LXBRIDGE_KIT_MODEL_TABLES_TABLES_H_
 #define LXBRIDGE_KIT_MODEL_TABLES_TABLES_H_
 
@@ -32,7 +32,7 @@ extern const LxTagRecord kLxMinoltaTags[];
 extern const LxTagRecord kLxPentaxTags[];
 extern const LxTagRecord kLxNoTags[];  // Only the end record: every tag gets a generated name.
 
-// Namespaces by name (the editing operations' way to a dictionary), and with their display keys.
+// Namespaces by name (editing finds a dictionary here), and with their display keys.
 extern const LxNamespaceEntry kLxNamespaces[];
 struct LxNamespaceLabel {
   const char* nameSpace;  // Null ends the table.
@@ -40,12 +40,12 @@ struct LxNamespaceLabel {
 };
 extern const LxNamespaceLabel kLxNamespaceLabels[];
 
-// Where each namespace lives in each layout.
+// The place of each namespace in each layout.
 extern const LxStructureEntry kLxTiffStructure[];
 extern const LxStructureEntry kLxJpegStructure[];
 extern const LxStructureEntry kLxPsdStructure[];
 
-// The descriptors that readers start from or switch to; tag records point at these and at further ones.
+// The descriptors that readers start from or switch to; tag records point to these and to others.
 extern const LxNamespaceDescriptor kLxJpegSpace;               // {"jpeg", 1, segment identifiers, 0}
 extern const LxNamespaceDescriptor kLxThumbnailSpace;          // {"jpegt", 1, segment identifiers, 0}
 extern const LxNamespaceDescriptor kLxTiffSpace;               // {"tiff", 2, tiff, 0}

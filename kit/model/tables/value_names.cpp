@@ -47,7 +47,7 @@ constexpr LxValueName kFillOrder[] = {
   kEndOfNames,
 };
 
-// The value itself is the name; the key says where row 0 and column 0 are seen.
+// The value itself is the name; the key tells where row 0 and column 0 are seen.
 constexpr LxValueName kOrientation[] = {
   {1, "1", "$$$/Exif/Orientation/topLeft=Normal"},
   {2, "2", "$$$/Exif/Orientation/topRight=Flip Horizontal"},
@@ -72,7 +72,7 @@ constexpr LxValueName kYCbCrPositioning[] = {
   kEndOfNames,
 };
 
-// One byte a component, read element by element; no single one has a label.
+// One byte per component, read element by element; single components have no label.
 constexpr LxValueName kComponentsConfiguration[] = {
   {1, "Y",  nullptr},
   {2, "Cb", nullptr},
@@ -84,7 +84,7 @@ constexpr LxValueName kComponentsConfiguration[] = {
   kEndOfNames,
 };
 
-// Exif 2.2, 4.6.5. The names keep their spelling: they are display texts that others compare with.
+// Exif 2.2, 4.6.5. The spelling of the names stays: other programs compare these display texts.
 constexpr LxValueName kMeteringMode[] = {
   {  0, "unknown",               "$$$/Exif/MeteringMode0=Unknown"},
   {  1, "Average",               "$$$/Exif/MeteringMode1=Average"},

@@ -1,11 +1,11 @@
-// The display descriptors that tag records point at: value names and the other formats. For the tables of this folder;
-// the formatting reaches them through the records.
+// The display descriptors that tag records point to: value names and the other formats. For the tables of this folder;
+// display code gets them from the records.
 #ifndef LXBRIDGE_KIT_MODEL_TABLES_VALUE_NAMES_H_
 #define LXBRIDGE_KIT_MODEL_TABLES_VALUE_NAMES_H_
 
 #include "kit/model/tag_record.h"
 
-// Format 0, each with its table of value names.
+// Format 0, each with a table of value names.
 extern const LxDisplayDescriptor kLxPhotometricInterpretationNames;
 extern const LxDisplayDescriptor kLxCompressionNames;
 extern const LxDisplayDescriptor kLxResolutionUnitNames;

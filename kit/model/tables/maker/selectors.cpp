@@ -1,5 +1,5 @@
-// Which maker-note dictionary a camera's notes are read with: first by the text of Make, then by that of Model, each
-// compared whole, spaces included. The first row that matches holds; an empty text matches any. Data only.
+// Selects the maker-note dictionary of a camera: first by the text of Make, then by Model, compared whole including
+// spaces. The first matching row counts; an empty text matches any. Data only.
 #include "kit/model/tables/tables.h"
 
 #include <iterator>
@@ -14,7 +14,7 @@ static_assert(IsDictionary(kLxNoTags));
 
 namespace {
 
-// The note's layout is not known beforehand; 0 is an IFD at the note's first byte, in the file's byte order.
+// The layout of the note is not known in advance; 0 is an IFD at the note's first byte, in the file's byte order.
 constexpr std::uint32_t kDetect = 255;
 
 constexpr LxNamespaceDescriptor kNikonANote     = {"nikon",   kLxReadMakerNote, kLxNikonATags,   0};
