@@ -1,4 +1,4 @@
-// String atoms: equal texts share one counted record, so that texts compare by address.
+// String atoms: equal texts share one reference-counted record, so texts can be compared by address.
 #include "outside/broker/atoms.h"
 
 #include <cstring>
@@ -16,7 +16,7 @@ struct TALStringAtomRecord : HashNode {
 
 namespace {
 
-// Held for the table and for every count: an atom that is given up for the last time must not be found again.
+// Guards the table and all counts: an atom whose last reference is released must not be found again.
 std::mutex mutex;
 constinit HashTable atoms;
 

@@ -1,4 +1,4 @@
-// The broker's entry point, and the interfaces that it registers for itself.
+// The broker's entry point and its own interfaces.
 #include <cstring>
 #include <iterator>
 #include <mutex>
@@ -17,7 +17,7 @@ void ReportError(TALErrorRef error) noexcept {
   ReleaseBrokerError(error);
 }
 
-// Any number of threads may call the broker at once.
+// The broker may be called by any number of threads at once.
 std::uint8_t IsMultiThreaded() noexcept {
   return 1;
 }
@@ -38,7 +38,7 @@ bool RegisterAll(const char* interfaceName, const TALProcName (&names)[kCount], 
   return true;
 }
 
-// Can be called again after a try that ran out of memory: procedures that are registered already are no error.
+// May be called again after running out of memory: procedures that are already registered are not an error.
 bool RegisterOwnInterfaces() noexcept {
   return RegisterAll(kTALInterface, kTALCoreProcNames, kCoreProcs) &&
          RegisterAll(kTALContainerInterface, kTALContainerProcNames, kContainerProcs) &&
@@ -49,8 +49,8 @@ bool RegisterOwnInterfaces() noexcept {
 
 }  // namespace
 
-// The broker comes to life with the first call, so loading the library costs nothing. Its own interfaces are registered
-// once and are like any other from then on: one that was unregistered stays so.
+// The broker is initialised by the first call, so loading the library costs nothing. Its own interfaces are registered
+// once and then treated like any other: an interface that was unregistered stays unregistered.
 extern "C" TALLookupProc TALOrdinal5() {
   static std::mutex mutex;
   static constinit bool isRegistered = false;

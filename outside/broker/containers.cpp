@@ -1,4 +1,4 @@
-// Counted objects: a container holds one instance of a kind, and the kind holds the methods.
+// Reference-counted objects: a container holds an instance of a kind, and the kind holds the methods.
 #include "outside/broker/containers.h"
 
 #include <atomic>
@@ -10,7 +10,7 @@
 #include "outside/broker/errors.h"
 #include "outside/broker/hash_table.h"
 
-// Methods are added before there are containers of the kind, and then only looked up.
+// Methods are added before containers of the kind exist, and then only looked up.
 struct TALKindRecord {
   TALDestroyInstanceProc destroy;
   HashTable methods;
@@ -34,8 +34,8 @@ struct Method : HashNode {
   TALProc address;
 };
 
-// The containers that live, by address: what tells a reference from any other pointer.
-std::mutex mutex;  // Of the two.
+// The live containers by address. A pointer that is not in the table is not a container.
+std::mutex mutex;  // Guards both tables.
 constinit HashTable livingContainers;
 constinit std::uint32_t liveCount = 0;
 
@@ -43,7 +43,7 @@ std::uint64_t HashAddress(std::uint64_t hash, const void* address) noexcept {
   return HashWord(hash, reinterpret_cast<std::uintptr_t>(address));
 }
 
-// Both names are atoms, so the pair is found by two addresses.
+// Both names are atoms, so a pair is found by two addresses.
 std::uint64_t HashAtoms(TALStringAtom shortName, TALStringAtom qualifiedName) noexcept {
   return HashAddress(HashAddress(0, shortName), qualifiedName);
 }
@@ -71,7 +71,7 @@ void Destroy(TALContainerRef container) noexcept {
   }
   kind->liveContainers.fetch_sub(1, std::memory_order_release);
   BrokerFree(container);
-  // Last, for the instance may own references to other containers.
+  // Last, because the instance may own references to other containers.
   if (kind->destroy && instance) kind->destroy(instance);
 }
 
@@ -105,7 +105,7 @@ TALErrorRef DeleteKind(TALKindRef kind) noexcept {
   return nullptr;
 }
 
-// The answer to a name pair that is taken: null for the same procedure, as with interfaces.
+// The result for a name pair that exists: null if it has the same procedure, as with interfaces.
 TALErrorRef InsertMethod(TALKindRef kind, Method* method, bool* inserted) noexcept {
   if (!method->shortName || !method->qualifiedName) return OutOfMemoryError();
   if (const Method* found = FindMethod(*kind, method->shortName, method->qualifiedName)) {
@@ -160,8 +160,7 @@ TALErrorRef AddRef(TALContainerRef container) noexcept {
 
 TALErrorRef Release(TALContainerRef container) noexcept {
   if (!container) return NullArgument();
-  // A container that nobody has adopted goes as well: whoever made it and could not add a reference gives it up this
-  // way.
+  // Also destroys a container with no references: a creator that failed to add a reference releases it like this.
   if (container->count.fetch_sub(1, std::memory_order_acq_rel) <= 1) Destroy(container);
   return nullptr;
 }
@@ -204,7 +203,7 @@ TALErrorRef GetPrimaryInstance(TALContainerRef container, void** instance) noexc
 
 TALErrorRef SetPrimaryInstance(TALContainerRef container, void* instance) noexcept {
   if (!container) return NullArgument();
-  container->instance = instance;  // The one before stays its setter's business.
+  container->instance = instance;  // The caller remains responsible for the previous instance.
   return nullptr;
 }
 

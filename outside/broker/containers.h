@@ -1,4 +1,4 @@
-// Counted objects and their kinds.
+// Reference-counted objects and their kinds.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_CONTAINERS_H_
 #define LXBRIDGE_OUTSIDE_BROKER_CONTAINERS_H_
 

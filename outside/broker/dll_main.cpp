@@ -1,4 +1,4 @@
-// What the broker does when Windows loads it: it stays for the life of the process, since its registry is everybody's.
+// On Windows the broker stays loaded for the life of the process, since all libraries share its registry.
 #include <windows.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {

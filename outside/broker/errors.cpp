@@ -1,4 +1,4 @@
-// Counted errors: message, component and id in one block.
+// Reference-counted errors: message, component and id in one block.
 #include "outside/broker/errors.h"
 
 #include <atomic>
@@ -8,9 +8,9 @@
 #include "outside/broker/memory.h"
 
 struct TALErrorRecord {
-  std::atomic<std::uint32_t> count;  // kForever: one of the core errors, which nobody frees.
+  std::atomic<std::uint32_t> count;  // kForever: a core error, which is never freed.
   std::int32_t id;
-  const char* message;  // After the record, as is the component.
+  const char* message;  // After the record, followed by the component.
   const char* component;
 };
 
@@ -24,7 +24,7 @@ constinit TALErrorRecord coreErrors[] = {
 };
 constinit std::atomic<std::uint32_t> liveErrors{0};
 
-// Null counts too: there is nothing to count.
+// Also true for null, which needs no counting.
 bool IsForever(TALErrorRef error) noexcept {
   return !error || error->count.load(std::memory_order_relaxed) == kForever;
 }

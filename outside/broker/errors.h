@@ -4,14 +4,14 @@
 
 #include "clients/broker/broker_abi.h"
 
-// The ids of the errors that the broker itself gives, all with the component "TAL".
+// The ids of the broker's own errors, all with the component "TAL".
 enum class BrokerErrorId : std::int32_t {
   kNoMemory = 1,
   kInternal,
-  kNullArgument,       // An argument that must not be null is null.
+  kNullArgument,       // An argument is null that must not be.
   kAlreadyRegistered,  // Another procedure or method has these names.
-  kNotRegistered,      // No interface or method of this name.
-  kStillInUse,         // The kind has living containers.
+  kNotRegistered,      // There is no interface or method of this name.
+  kStillInUse,         // The kind still has containers.
 };
 
 TALErrorRef OutOfMemoryError() noexcept;  // Core error 0.

@@ -1,4 +1,4 @@
-// The broker's one container: a hash table of records that bring their own link.
+// The broker's container: a hash table of records that contain their own link.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_HASH_TABLE_H_
 #define LXBRIDGE_OUTSIDE_BROKER_HASH_TABLE_H_
 
@@ -13,13 +13,13 @@ struct HashNode {
   std::uint64_t hash;
 };
 
-// Folds one more word into a hash.
+// Adds a word to a hash.
 inline std::uint64_t HashWord(std::uint64_t hash, std::uint64_t word) noexcept {
   hash = (hash ^ word) * 0x9E3779B97F4A7C15u;
   return hash ^ (hash >> 29);
 }
 
-// Names are some thirty bytes long and looked up by the hundred at start-up, so they are taken eight bytes at a time.
+// Names are some thirty bytes long, and hundreds are looked up at start-up, so they are hashed eight bytes at a time.
 inline std::uint64_t HashText(std::uint64_t hash, const char* text, std::size_t length) noexcept {
   hash = HashWord(hash, length);
   for (; length >= 8; text += 8, length -= 8) {
@@ -32,10 +32,10 @@ inline std::uint64_t HashText(std::uint64_t hash, const char* text, std::size_t 
   return HashWord(hash, rest);
 }
 
-// Borrows its nodes; owns the array of buckets only, which Free gives back. Needs no construction at load.
+// Borrows its nodes; owns only the array of buckets, which Free frees. Needs no construction at load time.
 class HashTable {
  public:
-  // The first node with that hash for which `matches` is true, or null.
+  // The first node of that hash for which `matches` is true, or null.
   template <typename Matches>
   HashNode* Find(std::uint64_t hash, Matches matches) const noexcept {
     if (!buckets_) return nullptr;
@@ -45,7 +45,7 @@ class HashTable {
     return nullptr;
   }
 
-  // False: no memory, and nothing has changed. A table that cannot grow takes the node all the same and gets slower.
+  // False: no memory, and nothing has changed. A table that cannot grow still takes the node, but gets slower.
   bool Insert(HashNode* node, std::uint64_t hash) noexcept {
     if (count_ > mask_ || !buckets_) Grow();
     if (!buckets_) return false;
@@ -65,7 +65,7 @@ class HashTable {
     --count_;
   }
 
-  // Takes any node out, for emptying the table; null when it is empty.
+  // Removes any node, for emptying the table; null if the table is empty.
   HashNode* TakeAny() noexcept {
     for (std::size_t i = 0; count_ && i <= mask_; ++i) {
       if (HashNode* node = buckets_[i]) {

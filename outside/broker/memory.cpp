@@ -1,9 +1,9 @@
-// The broker's memory: that of the C runtime.
+// The broker's memory, from the C runtime.
 #include "outside/broker/memory.h"
 
 #include <cstdlib>
 
-// A null result always means "no memory", so that nobody has to ask for the size again; malloc(0) may give null.
+// A null result always means that there is no memory; malloc(0) may return null.
 void* BrokerAlloc(std::size_t size) noexcept {
   return std::malloc(size ? size : 1);
 }

@@ -1,4 +1,4 @@
-// Where all memory of the broker comes from, its own records and the memory interface alike.
+// The source of all memory of the broker, for its own records and for the memory interface.
 #ifndef LXBRIDGE_OUTSIDE_BROKER_MEMORY_H_
 #define LXBRIDGE_OUTSIDE_BROKER_MEMORY_H_
 

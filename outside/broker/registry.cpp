@@ -1,5 +1,5 @@
-// The registry: one hash table for all procedures and one for the interfaces, which keep a list of their procedures
-// for the day they are unregistered.
+// The registry: a hash table for all procedures and one for the interfaces. Each interface keeps a list of its
+// procedures, for unregistering.
 #include "outside/broker/registry.h"
 
 #include <atomic>
@@ -24,11 +24,11 @@ struct Procedure : HashNode {
   Interface* owner;
   Procedure* nextOfInterface;
   TALProc address;
-  const char* shortName;  // Both after the record.
+  const char* shortName;  // Both are stored after the record.
   const char* qualifiedName;
 };
 
-std::mutex mutex;  // Of the two.
+std::mutex mutex;  // Guards both tables.
 constinit HashTable interfaces;
 constinit HashTable procedures;
 // Clients read it without the lock, by its address.
@@ -42,8 +42,8 @@ struct Names {
   std::size_t qualifiedLength;
   std::uint64_t hash;
 
-  // Qualified names tell procedures apart nearly always, so they alone are hashed: that halves what a lookup costs, and
-  // those few that two interfaces share are told apart by the comparison.
+  // The qualified name alone is hashed: it distinguishes nearly all procedures and halves the cost of a lookup. The few
+  // that two interfaces share are distinguished by the comparison.
   Names(const char* interfaceText, const char* shortText, const char* qualifiedText) noexcept
       : interfaceName(interfaceText),
         shortName(shortText),
@@ -80,7 +80,7 @@ Interface* NewInterface(const char* name) noexcept {
   return made;
 }
 
-// The names are copied: a library may register texts that it builds.
+// The names are copied: a library may register texts that it builds at run time.
 Procedure* NewProcedure(const Names& names, TALProc address) noexcept {
   const std::size_t shortSize = std::strlen(names.shortName) + 1;
   const std::size_t qualifiedSize = names.qualifiedLength + 1;
@@ -141,7 +141,7 @@ TALErrorRef UnregisterInterface(const char* interfaceName) noexcept {
   }
   interfaces.Remove(found);
   BrokerFree(found);
-  // Tables that have not been bound yet keep 0, so the count passes over it when it wraps.
+  // Unbound tables hold 0, so the count skips 0 when it wraps.
   const std::uint32_t next = unregisterCount.load(std::memory_order_relaxed) + 1;
   unregisterCount.store(next != 0 ? next : 1, std::memory_order_release);
   return nullptr;

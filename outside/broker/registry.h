@@ -4,11 +4,11 @@
 
 #include "clients/broker/broker_abi.h"
 
-// Null: there is none of these names, or one of them is null.
+// Null: no procedure has these names, or a name is null.
 TALProc FindProc(const char* interfaceName, const char* shortName, const char* qualifiedName) noexcept;
 
-// Registering a procedure again under the same names is no error; another one under them is, since tables that others
-// have bound would go on with the first.
+// Registering the same procedure again under the same names is not an error; registering another one is, since tables
+// that clients have bound would still use the first.
 TALErrorRef RegisterProc(const char* interfaceName, const char* shortName, const char* qualifiedName,
                          TALProc procedure) noexcept;
 TALErrorRef UnregisterInterface(const char* interfaceName) noexcept;

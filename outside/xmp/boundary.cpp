@@ -1,4 +1,4 @@
-// The toolkit's side of its boundary. Reaches the broker through the lookup procedure and nothing else.
+// The toolkit's side of its boundary. It reaches the broker only through the lookup procedure.
 #include "outside/xmp/boundary.h"
 
 #include <cstring>
@@ -13,7 +13,7 @@ namespace {
 struct BoundState {
   TALLookupProc lookup = nullptr;
   std::uint32_t starts = 0;
-  // These stay after the last stop: objects may live on.
+  // These stay after the last stop: objects may still be alive.
   TALCoreProcs core{};
   TALContainerProcs containers{};
   TALErrorProcs errors{};
@@ -39,7 +39,7 @@ bool bind(TALLookupProc lookup, const char* interfaceName, const TALProcName (&n
   return true;
 }
 
-// Nobody is there to hear of an error at start and stop but the caller, who gets a plain no.
+// At start and stop, errors are only reported to the caller as a failure.
 bool succeeded(TALErrorRef error) noexcept {
   if (error != nullptr) state.errors.release(error);
   return error == nullptr;
@@ -109,7 +109,7 @@ bool startToolkit(TALLookupProc lookup) noexcept {
     return true;
   }
   if (lookup == nullptr) return false;
-  // Objects of another broker that still live keep their kind there.
+  // Live objects of another broker keep their kind there.
   if (lookup != state.lookup) state.kind = nullptr;
   BoundState fresh;
   fresh.lookup = lookup;
@@ -146,7 +146,7 @@ TALKindRef objectKind() {
 XMPObjectRef wrapInstance(std::unique_ptr<Instance> instance) {
   XMPObjectRef object = nullptr;
   if (const TALErrorRef error = state.containers.newContainer(&object, objectKind(), instance.get())) {
-    // Whatever the broker's reason is, for the toolkit it is one: no memory for a container.
+    // Whatever the broker's reason, to the toolkit it means no memory for a container.
     state.errors.release(error);
     throw std::bad_alloc();
   }
@@ -173,7 +173,7 @@ Instance& changeableInstanceOf(XMPObjectRef object) {
 }
 
 TALErrorRef errorOfException() noexcept {
-  if (state.errors.newError == nullptr) return nullptr;  // Unreachable: procedures are handed out by a start only.
+  if (state.errors.newError == nullptr) return nullptr;  // Unreachable: only a start gives access to the procedures.
   try {
     throw;
   } catch (const ToolkitError& error) {

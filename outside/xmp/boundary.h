@@ -1,5 +1,5 @@
-// The toolkit's side of its boundary: the broker's procedures that it uses, toolkit objects as containers of the
-// broker, and the way that errors take out of the toolkit.
+// The toolkit's side of its boundary: the broker procedures that it uses, its objects as containers of the broker, and
+// the translation of exceptions into error references.
 #ifndef LXBRIDGE_OUTSIDE_XMP_BOUNDARY_H_
 #define LXBRIDGE_OUTSIDE_XMP_BOUNDARY_H_
 
@@ -28,28 +28,28 @@ inline constexpr std::uint32_t kToolkitVersion = kXMPClientVersion;
 struct Instance {
   Object object;
   TextStore texts;
-  std::unique_ptr<PacketParser> parser;  // While a packet comes in pieces.
-  std::uint32_t visits = 0;              // Visits under way; nodes must not change under them.
+  std::unique_ptr<PacketParser> parser;  // While a packet is fed in pieces.
+  std::uint32_t visits = 0;              // Visits in progress, during which nodes must not change.
 };
 
-// Binds what the toolkit uses of the broker, registers its interfaces and the kind of its objects; false, with nothing
-// left registered, when the broker lacks something or there is no memory. Starts are counted.
+// Binds the broker procedures that the toolkit uses, and registers its interfaces and the kind of its objects. False:
+// the broker lacks something or there is no memory, and nothing stays registered. Starts are counted.
 bool startToolkit(TALLookupProc lookup) noexcept;
-// Takes the interfaces back on the last stop. Objects that still live go on working: they are bound to the kind, which
-// is kept for them, and not to the interfaces.
+// The last stop unregisters the interfaces. Live objects continue to work: they depend on the kind, which is kept for
+// them, not on the interfaces.
 void stopToolkit() noexcept;
 
 TALKindRef objectKind();
-// The count of the new container is 0.
+// The reference count of the new container is 0.
 XMPObjectRef wrapInstance(std::unique_ptr<Instance> instance);
 Instance& instanceOf(XMPObjectRef object);
-// The same, for a procedure that changes the object.
+// The same, for procedures that change the object.
 Instance& changeableInstanceOf(XMPObjectRef object);
 
-// Turns the exception that is being handled into an error reference.
+// Converts the exception being handled to an error reference.
 TALErrorRef errorOfException() noexcept;
 
-// Runs a procedure's work; no exception goes further.
+// Runs the work of a procedure; catches all exceptions.
 template <typename Work>
 TALErrorRef guarded(Work&& work) noexcept {
   try {
@@ -77,13 +77,14 @@ Pointer required(Pointer pointer, const char* what) {
   if (pointer == nullptr) throw ToolkitError(ErrorId::kBadParameter, what);
   return pointer;
 }
-// Bytes that may be null when there are none.
+// The pointer may be null if the length is 0.
 std::string_view requiredBytes(const char* bytes, std::uint32_t length);
 void requireNoOptions(std::uint32_t options);
 
 TALErrorRef notSupported(const char* procedure) noexcept;
 
-// A procedure of the boundary that this toolkit does not have: the one at that place of the names. It takes any slot.
+// A procedure of the boundary that this toolkit does not support, identified by its index in the names. It fits any
+// slot.
 template <const auto& kNames, std::size_t kAt>
 struct Unsupported {
   template <typename... Arguments>

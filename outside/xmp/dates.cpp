@@ -17,7 +17,7 @@ namespace {
 constexpr std::int64_t kDay = 86400;
 constexpr std::int32_t kNanoseconds = 1000000000;
 
-// Year 0 is valid in ISO 8601, but only by agreement, as are years beyond 9999; a camera that writes one has no date.
+// ISO 8601 allows year 0 and years beyond 9999 only by agreement; from a camera they mean that there is no date.
 constexpr std::int32_t kFirstYear = 1;
 constexpr std::int32_t kLastYear = 9999;
 
@@ -30,14 +30,14 @@ std::chrono::year_month_day calendarDay(const XMPDateTime& date) noexcept {
           std::chrono::day(static_cast<unsigned>(date.day))};
 }
 
-// The first fault of the fields, or null.
+// The first invalid field, or null.
 const char* faultOf(const XMPDateTime& date) noexcept {
   if (!isWithin(date.year, kFirstYear, kLastYear)) return "year";
   if (!isWithin(date.month, 1, 12)) return "month";
   if (!isWithin(date.day, 1, 31) || !calendarDay(date).ok()) return "day";
   if (!isWithin(date.hour, 0, 23)) return "hour";
   if (!isWithin(date.minute, 0, 59)) return "minute";
-  // A leap second is no error in ISO 8601, but no clock of a camera shows one and few readers take it.
+  // ISO 8601 allows leap seconds, but no camera writes them and few readers accept them.
   if (!isWithin(date.second, 0, 59)) return "second";
   if (!isWithin(date.nanosecond, 0, kNanoseconds - 1)) return "nanosecond";
   if (!isWithin(date.zoneSign, -1, 1) || !isWithin(date.zoneHour, 0, 23) || !isWithin(date.zoneMinute, 0, 59)) {
@@ -47,7 +47,7 @@ const char* faultOf(const XMPDateTime& date) noexcept {
   return nullptr;
 }
 
-// Seconds from 1970 to the date and time in the fields, as if they were UTC.
+// Seconds from 1970 to the date and time in the fields, taken as UTC.
 std::int64_t shownSeconds(const XMPDateTime& date) noexcept {
   const std::int64_t days = std::chrono::sys_days(calendarDay(date)).time_since_epoch().count();
   return days * kDay + date.hour * 3600 + date.minute * 60 + date.second;
@@ -70,7 +70,7 @@ void setShownSeconds(XMPDateTime& date, std::int64_t seconds) {
   checkDate(date);
 }
 
-// Zones have no seconds in ISO 8601; those of local mean times before the zones came are dropped.
+// ISO 8601 zones have no seconds; those of local mean times before standard time are dropped.
 void setZone(XMPDateTime& date, std::int64_t offset) noexcept {
   const std::int64_t minutes = std::abs(offset) / 60;
   date.zoneSign = minutes == 0 ? 0 : (offset < 0 ? -1 : 1);
@@ -85,7 +85,7 @@ std::int64_t findOffsetAtShown(std::int64_t shown) noexcept {
   return machineOffset(shown - after) == after ? after : before;
 }
 
-// A photograph is mostly taken, digitised and written at one time, so the latest answer is kept.
+// A photograph is mostly taken, digitised and written at the same time, so the latest result is kept.
 std::int64_t machineOffsetAtShown(std::int64_t shown) noexcept {
   // The minute and its offset in minutes, in one word, so that threads see both or neither.
   static constinit std::atomic<std::uint64_t> latest{0};

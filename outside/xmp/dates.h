@@ -1,4 +1,4 @@
-// Dates: the ten fields, ISO 8601 texts (as ISO 16684-1, 8.2.1.2 profiles them) and the machine's zone.
+// Dates: the ten fields, ISO 8601 texts (in the profile of ISO 16684-1, 8.2.1.2) and the machine's zone.
 #ifndef LXBRIDGE_OUTSIDE_XMP_DATES_H_
 #define LXBRIDGE_OUTSIDE_XMP_DATES_H_
 
@@ -16,17 +16,17 @@ struct DateText {
   bool operator==(std::string_view other) const noexcept { return other == text; }
 };
 
-// Raises kBadDate for fields that name no instant: year outside 1 to 9999, month 0, a day that the month does not have,
+// Raises kBadDate if the fields denote no instant: year outside 1 to 9999, month 0, a day that the month does not have,
 // hour 24, second 60, zone fields without a sign, and the like.
 void checkDate(const XMPDateTime& date);
 DateText formatDate(const XMPDateTime& date);
-// Year alone, year and month, a date, or date and time with or without seconds, fraction and zone; a part that is
-// left out gets its earliest value, the zone UTC. Digits after the nanoseconds are dropped. Raises kBadDate.
+// Parses a year, a year and month, a date, or date and time with or without seconds, fraction and zone. Missing parts
+// get their earliest value, a missing zone is UTC. Digits after the nanoseconds are dropped. Raises kBadDate.
 XMPDateTime parseDate(std::string_view text);
 
 XMPDateTime currentDate();  // In the machine's zone.
-// The zone that the machine has at that local date. Of a time that clocks show twice the first is meant; a time that
-// they leap over has the zone before the leap.
+// Sets the machine's zone at that local date. A time that clocks show twice means the first; a skipped time has the
+// zone before the change.
 void setMachineZone(XMPDateTime& date);
 
 }  // namespace velto

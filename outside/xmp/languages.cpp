@@ -26,19 +26,19 @@ bool isOfLanguage(std::string_view language, std::string_view generic) noexcept 
 
 struct Choice {
   Node* specific = nullptr;
-  Node* generic = nullptr;       // The first of the generic language, of
-  std::size_t genericCount = 0;  // 2 stands for more.
+  Node* generic = nullptr;       // The first of the generic language,
+  std::size_t genericCount = 0;  // and their number; 2 means two or more.
   Node* standard = nullptr;      // x-default.
 
-  // The item that a change of the languages' text is about.
+  // The item to be changed when a language's text is set.
   Node* toChange() const noexcept {
     if (specific != nullptr) return specific;
     return genericCount == 1 ? generic : nullptr;
   }
 };
 
-// What setting and choosing ask for: by the language where there is one item of it, and no longer than until two of the
-// generic language are found, so that setting one text in each of many languages takes the same time for each.
+// Finds the items for setting and choosing: by the index of languages if a language has a single item, else by a search
+// that stops at two items of the generic language. So setting texts in many languages takes the same time for each.
 Choice lookUp(const Node* array, const Languages& languages) noexcept {
   Choice choice;
   choice.specific = array->children.findLanguage(languages.specific);
@@ -53,7 +53,7 @@ Choice lookUp(const Node* array, const Languages& languages) noexcept {
   return choice;
 }
 
-// x-default repeats one of the items. The two of them are each other's twins.
+// The item that x-default repeats, or x-default for an item that it repeats.
 Node* twinOf(const Node* array, const Node* item, const Choice& choice) noexcept {
   if (item != choice.standard) {
     return choice.standard != nullptr && choice.standard->value() == item->value() ? choice.standard : nullptr;

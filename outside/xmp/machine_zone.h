@@ -1,5 +1,5 @@
-// The time zone of the machine. One implementation a system (machine_zone_posix.cpp, machine_zone_windows.cpp), chosen
-// by the build.
+// The time zone of the machine. Each system has one implementation (machine_zone_posix.cpp, machine_zone_windows.cpp),
+// chosen by the build.
 #ifndef LXBRIDGE_OUTSIDE_XMP_MACHINE_ZONE_H_
 #define LXBRIDGE_OUTSIDE_XMP_MACHINE_ZONE_H_
 
@@ -7,8 +7,9 @@
 
 namespace velto {
 
-// How many seconds the machine's clock is ahead of UTC at an instant, given in seconds since 1970. 0 where the machine
-// does not know. A zone that is changed while the process runs may count only from its next start.
+// The number of seconds by which the machine's clock is ahead of UTC at an instant, in seconds since 1970; 0 if the
+// machine does not know. If the zone changes while the process runs, the change may only take effect in the next
+// process.
 std::int64_t machineOffset(std::int64_t instant) noexcept;
 
 }  // namespace velto

@@ -5,7 +5,7 @@
 
 namespace velto {
 
-// localtime_r looks up the zone once only, where localtime and mktime ask the file system each time.
+// localtime_r looks up the zone only once; localtime and mktime query the file system each time.
 std::int64_t machineOffset(std::int64_t instant) noexcept {
   static const bool zoneIsRead = (tzset(), true);
   static_cast<void>(zoneIsRead);

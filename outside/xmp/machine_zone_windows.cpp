@@ -1,5 +1,5 @@
-// The machine's zone on Windows: the one of the system's settings, with the rules of the year in question. The C
-// runtime knows no rules of other years and no instant before 1970.
+// The machine's zone on Windows: the zone of the system settings with the rules of the year. The C runtime knows
+// neither the rules of other years nor instants before 1970.
 #include <windows.h>
 
 #include <algorithm>
@@ -10,10 +10,10 @@ namespace velto {
 
 namespace {
 
-// FILETIME counts units of 100 ns from 1601 on.
+// FILETIME counts units of 100 ns since 1601.
 constexpr std::int64_t kUnits = 10'000'000;
 constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
-// A day within that range, so that the local time is in it too. No system has rules for the years before.
+// One day after its start, so that the local time is in range too. No system has rules for earlier years.
 constexpr std::int64_t kEarliest = 86'400;
 
 std::int64_t Seconds(const SYSTEMTIME& time) noexcept {
@@ -31,7 +31,7 @@ std::int64_t machineOffset(std::int64_t instant) noexcept {
   SYSTEMTIME utc{};
   SYSTEMTIME local{};
   TIME_ZONE_INFORMATION zone{};
-  // The year is UTC's: a zone that changes its rules in the hours between two years is wrong for these hours at most.
+  // The year is UTC's: a zone that changes its rules at the turn of the year is wrong for these hours at most.
   if (FileTimeToSystemTime(&units, &utc) == 0 || GetTimeZoneInformationForYear(utc.wYear, nullptr, &zone) == 0 ||
       SystemTimeToTzSpecificLocalTime(&zone, &utc, &local) == 0) {
     return 0;

@@ -17,7 +17,7 @@
 namespace velto {
 namespace {
 
-// Extends a path, or has nothing to add.
+// Adds a step to a path, or none.
 struct NoStep {
   const PathProblem* operator()(Namespaces&, Path&) const noexcept { return nullptr; }
 };
@@ -40,7 +40,7 @@ struct QualifierStep {
   }
 };
 
-// The node, or null: not there, or of a name that nothing can have.
+// The node, or null: it does not exist, or has a name that nothing can have.
 template <typename LastStep>
 Node* find(Object& object, const char* schema, const char* name, LastStep lastStep) {
   Path path;
@@ -93,7 +93,7 @@ TALErrorRef erase(XMPObjectRef self, const char* schema, const char* name, LastS
 TALErrorRef parseFromBuffer(XMPObjectRef self, const char* bytes, std::uint32_t length, std::uint32_t options) {
   return guarded([&] {
     Instance& instance = changeableInstanceOf(self);
-    // Whatever ends this call with an error, the pieces so far go with the parser.
+    // If this call fails, the pieces so far are dropped with the parser.
     std::unique_ptr<PacketParser> parser = std::move(instance.parser);
     if ((options & ~kXMPParseMoreBuffers) != 0) throw ToolkitError(ErrorId::kBadOptions, "unknown option bits");
     const std::string_view piece = requiredBytes(bytes, length);
@@ -327,15 +327,15 @@ TALErrorRef countArrayItems(XMPObjectRef self, const char* schema, const char* a
   });
 }
 
-// Calls the visitor for a node and what lies below it; false when the visitor ended the visit. Trees are never deeper
-// than the limit, so this may recurse. `context` gives items, which have no namespace, that of their array.
+// Calls the visitor for a node and its descendants; false if the visitor ended the visit. The depth of trees is
+// limited, so recursion is safe. `context` is the namespace reported for items, which have none: that of their array.
 class Visit {
  public:
   Visit(XMPVisitProc visitor, void* user) : visitor_(visitor), user_(user) {}
 
   bool run(const Node* node, std::uint32_t depth, const Namespace* context) {
     const Namespace* ns = node->ns != nullptr ? node->ns : context;
-    assert(ns != nullptr);  // A schema and a property have one of their own.
+    assert(ns != nullptr);  // Schemas and properties have their own.
     const XMPVisitedNode seen = {depth,
                                  reportedOptions(node),
                                  ns->uri.data(),
@@ -359,7 +359,7 @@ class Visit {
   void* user_;
 };
 
-// Keeps the nodes from being changed by the visitor.
+// Prevents the visitor from changing nodes.
 class VisitMark {
  public:
   explicit VisitMark(Instance& instance) : instance_(instance) { ++instance_.visits; }
@@ -371,7 +371,7 @@ class VisitMark {
   Instance& instance_;
 };
 
-// The namespace that an item without one gets: that of the array around it.
+// The namespace to report for an item: that of the enclosing array.
 const Namespace* contextOf(const Node* node) noexcept {
   while (node->ns == nullptr) node = node->parent;
   return node->ns;

@@ -1,5 +1,5 @@
-// "ZXMPMeta_StaticInterface": making objects, and the namespaces that the process shares: an object that holds nothing
-// knows no others.
+// "ZXMPMeta_StaticInterface": creating objects, and the namespaces shared by the process, which are the only ones an
+// empty object knows.
 #include <cstdint>
 #include <memory>
 

@@ -11,7 +11,7 @@
 namespace velto {
 namespace {
 
-// Up to this many nodes a walk is as fast as a table, and most lists never have more.
+// Up to this many nodes, a linear search is as fast as a table; most lists are shorter.
 constexpr std::size_t kWalkedSize = 8;
 constexpr std::string_view kDefaultLanguage = "x-default";
 
@@ -23,7 +23,7 @@ bool isLanguage(const Node* node) noexcept {
   return hasName(node, wellKnown().xml, "lang");
 }
 
-// A text of a language alternative.
+// Whether the item is a text of a language alternative.
 bool isLocalized(const Node* item) noexcept {
   return item->ns == nullptr && item->isSimple() && languageOf(item) != nullptr;
 }
@@ -38,7 +38,7 @@ struct NodeList::Index {
   std::size_t nameMask = 0;
   Node** positions = nullptr;
   std::size_t positionCapacity = 0;
-  // The first item of each language, entered as the names are.
+  // The first item of each language, in the same form as the names.
   Node** languages = nullptr;
   std::size_t languageMask = 0;
 
@@ -93,7 +93,7 @@ struct NodeList::Index {
   void leave(const Node* node) noexcept {
     std::size_t gap = node->hash & nameMask;
     while (names[gap] != node) gap = (gap + 1) & nameMask;
-    // Nodes that were pushed past the gap move back into it, so that no search ends early.
+    // Nodes that were displaced past the gap move back into it, so that no search ends early.
     for (std::size_t slot = (gap + 1) & nameMask; names[slot] != nullptr; slot = (slot + 1) & nameMask) {
       const std::size_t home = names[slot]->hash & nameMask;
       if (((slot - home) & nameMask) < ((slot - gap) & nameMask)) continue;
@@ -130,7 +130,7 @@ struct NodeList::Index {
     return true;
   }
 
-  // Mostly the ends of a list are worked at.
+  // Most work is done at the ends of a list.
   std::size_t positionOf(const Node* node, std::size_t count) const noexcept {
     if (positions[count - 1] == node) return count - 1;
     std::size_t position = 0;
@@ -237,7 +237,7 @@ Node* NodeList::insert(Node* owner, NodePtr fresh, Node* before) noexcept {
   if (hasLanguage) ++languages_;
   if (index_ == nullptr) return node;
   if (hasLanguage && index_->languages != nullptr) {
-    // In front of others it may be the first of its language.
+    // An item inserted before others may become the first of its language.
     if (before != nullptr) {
       index_->dropLanguages();
     } else if (languages_ * 2 <= index_->languageMask) {
@@ -351,7 +351,7 @@ void NodeDeleter::operator()(Node* node) const noexcept {
 
 namespace {
 
-// Around whatever changes a node or its qualifiers: the list that it stands in counts languages.
+// Encloses any change of a node or its qualifiers, so that the node's list can update its languages.
 class LanguageChange {
  public:
   explicit LanguageChange(Node* item) noexcept
@@ -507,7 +507,7 @@ void Warnings::addLast(Warning warning) {
 Object::Object() : root_(makeRoot()) {}
 
 Object::~Object() {
-  // The storage takes all nodes with it.
+  // The storage frees all nodes.
   static_cast<void>(root_.release());
 }
 

@@ -1,6 +1,6 @@
-// The XMP data model (ISO 16684-1, clause 6): an object is an ordered tree of nodes. Below the root stand the schemas
-// (one node for each namespace that the object uses), below each its properties, below those array items and struct
-// fields; any node but root and schema may carry qualifiers.
+// The XMP data model (ISO 16684-1, clause 6): an object is an ordered tree of nodes. The children of the root are the
+// schemas, one for each namespace that the object uses; their children are the properties, whose children are array
+// items and struct fields. Any node except root and schemas may have qualifiers.
 #ifndef LXBRIDGE_OUTSIDE_XMP_MODEL_H_
 #define LXBRIDGE_OUTSIDE_XMP_MODEL_H_
 
@@ -25,13 +25,13 @@ struct NodeDeleter {
 };
 using NodePtr = std::unique_ptr<Node, NodeDeleter>;
 
-// How deep nodes nest at most: a top-level property has depth 1, each item, field or qualifier one more than the node
-// that it belongs to. No tree is deeper, so walking one by recursion is safe.
+// The maximum depth of nodes: a top-level property has depth 1, each item, field or qualifier one more than its owner.
+// No tree is deeper, so recursion is safe.
 inline constexpr std::uint32_t kDepthLimit = 64;
 
-// The children or the qualifiers of a node, in order. Lists of more than a few nodes get an index on their first
-// lookup, by name or by position; without the memory for one they are walked. So nothing here raises. Iterate by
-// first() and Node::next.
+// The children or the qualifiers of a node, in order. Longer lists get an index on their first lookup by name or by
+// position; if there is no memory for it, they are searched linearly. So no function here raises. Iterate by first()
+// and Node::next.
 class NodeList {
  public:
   NodeList() = default;
@@ -46,19 +46,19 @@ class NodeList {
   Node* find(const NameKey& key) const noexcept;
   Node* find(const Namespace* ns, std::string_view name) const noexcept;
   Node* at(std::size_t position) const noexcept;  // From 0; null outside.
-  // Of array items: the first that is simple and has the language.
+  // Among array items: the first that is simple and has the language.
   Node* findLanguage(std::string_view language) const noexcept;
-  // How many of the nodes are items as findLanguage looks for them.
+  // The number of items that findLanguage considers.
   std::size_t languageCount() const noexcept { return languages_; }
 
-  // The list takes the node. A null `before` appends. REQUIRES: the node is in no list, and the object's of `owner`.
+  // Takes the node. A null `before` appends. REQUIRES: the node is in no list, and belongs to the object of `owner`.
   Node* insert(Node* owner, NodePtr node, Node* before) noexcept;
-  // Hands the node back. REQUIRES: the node is in this list.
+  // Returns the node to the caller. REQUIRES: the node is in this list.
   NodePtr remove(Node* node) noexcept;
-  // Puts `fresh` in the place of `old` and hands that back.
+  // Puts `fresh` in the place of `old` and returns `old`.
   NodePtr replace(Node* old, NodePtr fresh) noexcept;
   void clear() noexcept;
-  // An item of the list is going to lose, get or change its xml:lang, or its form; afterwards it has.
+  // To be called before and after an item of the list gets, changes or loses its xml:lang, or changes its form.
   void beforeLanguageChange(const Node* item) noexcept;
   void afterLanguageChange(const Node* item) noexcept;
 
@@ -78,30 +78,30 @@ class NodeList {
   mutable Index* index_ = nullptr;
 };
 
-// A node, its name and the value that it is made with are one block of the object's storage; the name never changes.
-// Make nodes with makeNode.
+// A node, its name and its initial value are one block of the object's storage; the name never changes. Nodes are
+// created by makeNode.
 struct Node {
   Storage& storage;
-  const Namespace* ns;  // Of the object's namespaces; null for the root and for array items.
+  const Namespace* ns;  // From the object's namespaces; null for the root and for array items.
   Node* parent = nullptr;
   Node* previous = nullptr;
   Node* next = nullptr;
   std::uint32_t options = 0;  // Form bits only: kXMPPropValueIsURI, ...IsStruct, ...IsArray, ...IsOrdered,
                               // ...IsAlternate (with what they imply), kXMPSchemaNode. The others are derived:
                               // reportedOptions.
-  std::uint32_t hash;         // Of namespace and name.
+  std::uint32_t hash;         // Over namespace and name.
   std::uint32_t nameLength;
   bool isQualifier = false;
   NodeList children;
-  NodeList qualifiers;  // xml:lang, when there, is the first.
+  NodeList qualifiers;  // xml:lang, if present, is the first.
 
   std::string_view name() const noexcept { return {nameText(), nameLength}; }
   const char* nameText() const noexcept { return reinterpret_cast<const char*>(this + 1); }  // Zero-terminated.
 
   // Simple nodes only. Well-formed UTF-8 that XML can carry (see repairText), with a zero byte after it.
   std::string_view value() const noexcept { return {value_, valueLength_}; }
-  void setValue(std::string_view text);   // Raises std::bad_alloc, and nothing has changed then.
-  void reserveValue(std::size_t length);  // So that setting a value of that length does not raise.
+  void setValue(std::string_view text);   // Raises std::bad_alloc, without any change.
+  void reserveValue(std::size_t length);  // Afterwards, setting a value of that length does not raise.
 
   bool isArray() const noexcept { return (options & kXMPPropIsArray) != 0; }
   bool isStruct() const noexcept { return (options & kXMPPropIsStruct) != 0; }
@@ -123,7 +123,7 @@ struct Node {
   std::uint32_t blockSize_ = 0;      // Of the node's block.
 };
 
-// An array item has neither namespace nor name. The options must be form bits with all that they imply.
+// Array items have neither namespace nor name. The options must be form bits with all implied bits.
 NodePtr makeNode(Storage& storage, const NameKey& key, std::uint32_t options, std::string_view value = {});
 inline NodePtr makeItem(Storage& storage, std::uint32_t options, std::string_view value = {}) {
   return makeNode(storage, {}, options, value);
@@ -132,48 +132,48 @@ inline NodePtr makeItem(Storage& storage, std::uint32_t options, std::string_vie
 inline Node* appendChild(Node* parent, NodePtr node) noexcept {
   return parent->children.insert(parent, std::move(node), nullptr);
 }
-// xml:lang goes first, everything else last. The node becomes a qualifier.
+// xml:lang is put first, other qualifiers last.
 Node* addQualifier(Node* owner, NodePtr qualifier) noexcept;
-// Its list forgets the node and hands it back.
+// Removes the node from its list and returns it.
 NodePtr detach(Node* node) noexcept;
 
 // The node's xml:lang, or null; its value is the language.
 const Node* languageOf(const Node* node) noexcept;
-// Sets or changes xml:lang; the tag is brought into its usual case.
+// Sets or changes xml:lang, with the tag in its usual case.
 void setLanguage(Node* node, std::string_view language);
-// Whether the array is an rdf:Alt, not empty, all items simple and with xml:lang.
+// Whether the node is an rdf:Alt that is not empty and whose items are all simple and have xml:lang.
 bool isAltText(const Node* node) noexcept;
-// The x-default item, when there is one, becomes the first (ISO 16684-1, 8.2.2.4).
+// Moves the x-default item, if there is one, to the front (ISO 16684-1, 8.2.2.4).
 void putDefaultLanguageFirst(Node* array) noexcept;
 
-// The node's options with those that follow from its place and its qualifiers.
+// The node's options, including those derived from its place and its qualifiers.
 std::uint32_t reportedOptions(const Node* node) noexcept;
 
 // 1 for a property (or an item outside a tree) and so on; 0 for a schema.
 std::uint32_t depthOf(const Node* node) noexcept;
-// How many levels the node and what belongs to it take: 1 for a simple node without qualifiers.
+// The number of levels of the node and its descendants: 1 for a simple node without qualifiers.
 std::uint32_t heightOf(const Node* node) noexcept;
-// A copy for the object that has the storage and the namespaces.
+// A copy for the object that owns the storage and the namespaces.
 NodePtr cloneTree(const Node* node, Storage& storage, Namespaces& namespaces);
-// Form, value, qualifiers and children alike. The order of names plays no part, that of array items does; items of a
-// language alternative are matched by language. `rightNames` are the namespaces of the right tree's object.
+// Compares form, value, qualifiers and children. The order of named nodes is ignored, that of array items is not; items
+// of a language alternative are matched by language. `rightNames` are the namespaces of the right tree's object.
 bool equalTrees(const Node* left, const Node* right, const Namespaces& rightNames);
 
-// Something that a packet had and the object has not.
+// Something in a packet that is missing from the object.
 struct Warning {
-  std::uint32_t line;  // From 1, as is the column.
+  std::uint32_t line;  // Counted from 1, like the column.
   std::uint32_t column;
   std::string text;
 };
 
-// The first of the object's warnings; a hostile packet could give one for every few bytes.
+// The first warnings of an object; a hostile packet may cause one every few bytes.
 class Warnings {
  public:
   static constexpr std::size_t kMost = 64;
 
   bool isFull() const noexcept { return kept_.size() >= kMost; }
   void add(Warning warning);      // REQUIRES: not full.
-  void addLast(Warning warning);  // The one that ends a packet is kept in any case.
+  void addLast(Warning warning);  // The one that ends a packet is always kept.
   void count() noexcept {
     if (total_ != UINT32_MAX) ++total_;
   }
@@ -192,7 +192,7 @@ class Object {
   Object& operator=(const Object&) = delete;
   ~Object();
 
-  Storage storage;  // First: all below it is in there.
+  Storage storage;  // First, because it holds all of the following.
   Namespaces namespaces;
 
   Node* root() noexcept { return root_.get(); }  // Its children are the schemas.
@@ -203,9 +203,9 @@ class Object {
     Node* schema = findSchema(ns);
     return schema != nullptr ? schema : ensureSchema(root_.get(), ns);
   }
-  // The same below another root of this object.
+  // The same in another root of this object.
   Node* ensureSchema(Node* root, const Namespace* ns);
-  // Schemas without properties do not stay.
+  // Removes a schema that has no properties.
   void dropSchemaIfEmpty(Node* schema) noexcept {
     if (schema->children.empty()) dropSchema(schema);
   }
@@ -213,8 +213,8 @@ class Object {
   void dropAll() noexcept;
 
   NodePtr makeRoot() { return makeNode(storage, {}, 0); }
-  // Takes over all that is below another root of this object: its properties replace those of the same name in place
-  // and the others are added at the end.
+  // Moves all descendants of another root of this object here. Properties of the same name are replaced in place;
+  // others are appended.
   void merge(Node* incoming) noexcept;
   void copyFrom(const Object& other);
 
@@ -223,7 +223,7 @@ class Object {
 
  private:
   NodePtr root_;
-  mutable Node* recent_ = nullptr;  // The schema found last: a client mostly works at one.
+  mutable Node* recent_ = nullptr;  // The schema found last: clients mostly use one.
 };
 
 }  // namespace velto

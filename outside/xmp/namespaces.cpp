@@ -8,7 +8,7 @@
 namespace velto {
 namespace {
 
-// Up to this many records a walk is as fast as a table, and most packets bring fewer.
+// Up to this many records a linear search is as fast as a table; most packets have fewer.
 constexpr std::size_t kWalkedRecords = 8;
 
 void enter(std::vector<std::uint32_t>& table, std::uint32_t hash, std::size_t place) noexcept {
@@ -17,7 +17,7 @@ void enter(std::vector<std::uint32_t>& table, std::uint32_t hash, std::size_t pl
   table[slot] = static_cast<std::uint32_t>(place + 1);
 }
 
-// The record with that hash for which `matches` is true, or null.
+// The record of that hash for which `matches` is true, or null.
 template <typename Records, typename Hash, typename Matches>
 auto findRecord(const Records& records, const std::vector<std::uint32_t>& table, std::uint32_t hash, Hash hashOf,
                 Matches matches) noexcept -> decltype(records.front().get()) {
@@ -91,7 +91,7 @@ bool Namespaces::isTaken(std::string_view prefix) const noexcept {
   return findStandardPrefix(prefix) != nullptr || findOwnPrefix(prefix) != nullptr || isRegisteredPrefix(prefix);
 }
 
-// REQUIRES: the URI is new here. One that a client has registered suggests the client's prefix, which is its own.
+// REQUIRES: the URI is new here. If a client has registered it, the suggested prefix is the client's.
 const Namespaces::Own* Namespaces::add(std::string_view uri, std::string_view suggestedPrefix) {
   std::string registeredURI;
   const bool isItsOwn = findRegisteredPrefix(suggestedPrefix, registeredURI) && registeredURI == uri &&
@@ -125,7 +125,7 @@ const Namespaces::Own* Namespaces::add(std::string_view uri, std::string_view su
   return own_.back().get();
 }
 
-// Enters the last record into the tables, which are made anew when they would be more than half full.
+// Enters the last record into the tables. They are rebuilt when more than half full.
 void Namespaces::growTables() {
   const std::size_t count = own_.size();
   if (count <= kWalkedRecords) return;

@@ -1,9 +1,9 @@
-// The namespaces of one object: those that the toolkit knows, and those that this object's packets have brought or that
-// it has taken over from what clients have registered.
+// The namespaces of one object: those that the toolkit knows, those in this object's packets, and those that clients
+// have registered and this object uses.
 //
-// A namespace that the toolkit knows has its standard prefix, and one that a client has registered the client's. Any
-// other has the first prefix that a packet of this object binds to it, with a number when that prefix is another's: of
-// the object, known or registered. So what other objects hold plays no part.
+// A namespace known to the toolkit has its standard prefix, and one registered by a client has the client's. Any other
+// has the first prefix that a packet of this object binds to it; a number is added if another namespace of the object,
+// of the toolkit or of a client has that prefix. So the prefixes do not depend on other objects.
 #ifndef LXBRIDGE_OUTSIDE_XMP_NAMESPACES_H_
 #define LXBRIDGE_OUTSIDE_XMP_NAMESPACES_H_
 
@@ -18,7 +18,7 @@
 
 namespace velto {
 
-// A name as it is looked for: the hash is that of namespace and name.
+// A name to be searched for; the hash covers namespace and name.
 struct NameKey {
   NameKey() = default;
   NameKey(const Namespace* nameSpace, std::string_view localName) noexcept;
@@ -34,31 +34,31 @@ class Namespaces {
   Namespaces(const Namespaces&) = delete;
   Namespaces& operator=(const Namespaces&) = delete;
 
-  // The record of a URI or of a prefix (without colon); null when neither the toolkit nor a client nor this object
-  // knows it. Finding a namespace that a client has registered makes it the object's.
+  // The namespace of a URI or of a prefix (without colon); null if it is unknown to the toolkit, to clients and to this
+  // object. A client's namespace that is found becomes one of the object's.
   const Namespace* find(std::string_view uri);
   const Namespace* find(const char* uri) {
     return recent_ != nullptr && std::strcmp(uri, recent_->uri.data()) == 0 ? recent_ : find(std::string_view(uri));
   }
   const Namespace* findPrefix(std::string_view prefix);
-  // The record of the URI, made when there is none. Raises kBadSchema for a URI that can be no namespace.
+  // The namespace of the URI, created if necessary. Raises kBadSchema if the URI cannot be a namespace.
   const Namespace* intern(std::string_view uri, std::string_view suggestedPrefix);
-  // This object's record of another object's namespace.
+  // This object's record for a namespace of another object.
   const Namespace* translate(const Namespace* other) {
     return isEverywhere(other) ? other : intern(other->uri, other->prefix);
   }
-  // The same without making one; null when this object does not know it.
+  // The same without creating one; null if this object does not know it.
   const Namespace* counterpart(const Namespace* other) const noexcept {
     if (isEverywhere(other)) return other;
     const Namespace* known = findStandard(other->uri);
     return known != nullptr && known == variant_ ? known : findOwn(other->uri);
   }
-  // A plain name of the namespace, when it is the one that was remembered last: clients ask for a property and then set
-  // it. Null: another.
+  // The key of a simple name in the namespace, if it is the one remembered last: clients often get a property and then
+  // set it. Null: another name.
   const NameKey* remembered(const Namespace* ns, const char* name) const noexcept {
     return ns == lastKey_.ns && *name == *lastName_ && std::strcmp(name, lastName_) == 0 ? &lastKey_ : nullptr;
   }
-  // Names that are too long are not remembered. The key that comes back is that of the caller's text.
+  // Long names are not remembered. The key then refers to the caller's text.
   void remember(const NameKey& key) noexcept {
     if (key.name.size() >= sizeof lastName_) return;
     std::memcpy(lastName_, key.name.data(), key.name.size());
@@ -67,7 +67,7 @@ class Namespaces {
     lastKey_.name = {lastName_, key.name.size()};
   }
 
-  // Knows all that `other` knows, under the same prefixes where they are free.
+  // Adds all namespaces of `other`, under the same prefixes where these are free.
   void addAll(const Namespaces& other) {
     for (const auto& own : other.own_) intern(own->uri, own->prefix);
   }
@@ -91,12 +91,12 @@ class Namespaces {
   void growTables();
 
   std::vector<std::unique_ptr<Own, OwnDeleter>> own_;
-  // Open addressing, at most half full: 0, or the record's place from 1. Empty while there are few records.
+  // Open addressing, at most half full: 0, or the index of the record plus 1. Empty while there are few records.
   std::vector<std::uint32_t> byURI_;
   std::vector<std::uint32_t> byPrefix_;
   PrefixNumbers numbers_;
-  const Namespace* variant_ = nullptr;  // The one of the two variants that has the prefix: the first that was met.
-  const Namespace* recent_ = nullptr;   // The record found last: a client mostly asks for the same again.
+  const Namespace* variant_ = nullptr;  // The one of the two variants that has the prefix: the first one seen.
+  const Namespace* recent_ = nullptr;   // The record found last: clients mostly use the same one again.
   NameKey lastKey_;
   char lastName_[40] = "";
 };

@@ -16,7 +16,7 @@ constexpr std::uint32_t kFormBits = kXMPPropValueIsURI | kXMPPropIsStruct | kXMP
 constexpr std::uint32_t kReportingBits = kXMPPropHasQualifiers | kXMPPropIsQualifier | kXMPPropHasLang;
 constexpr std::uint32_t kContainerBits = kXMPPropIsStruct | kXMPPropIsArray;
 
-// A text as an object stores it.
+// A text in the form that an object stores.
 class StoredText {
  public:
   explicit StoredText(const char* text) : isThere_(text != nullptr) {
@@ -62,7 +62,7 @@ void assignLeaf(const Path& path, Node* node, const StoredText& text, std::uint3
   node->options = form;
 }
 
-// A top-level property has nothing on its way, and is what clients mostly set.
+// A top-level property has no intermediate nodes; it is the usual case.
 Node* setProperty(Object& object, const Path& path, const StoredText& value, std::uint32_t form) {
   const Node* schema = object.findSchema(path.schema());
   if (Node* node = schema != nullptr ? schema->children.find(path.top) : nullptr) {
@@ -93,7 +93,7 @@ std::uint32_t checkedForm(std::uint32_t options) {
   if ((form & kXMPPropValueIsURI) != 0 && (form & kContainerBits) != 0) {
     throw ToolkitError(ErrorId::kBadOptions, "an array or a struct is no URI");
   }
-  return form & ~kXMPPropIsAltText;  // Follows from the items.
+  return form & ~kXMPPropIsAltText;  // The items determine it.
 }
 
 std::uint32_t checkedArrayForm(std::uint32_t options) {

@@ -1,4 +1,4 @@
-// The bytes of a packet before XML.
+// Decoding the bytes of a packet.
 #include "outside/xmp/packet_encoding.h"
 
 #include <algorithm>
@@ -34,8 +34,8 @@ bool isBigEndian(PacketEncoding encoding) noexcept {
   return encoding == PacketEncoding::kUTF16BE || encoding == PacketEncoding::kUTF32BE;
 }
 
-// The first position that is no printable ASCII and no tab or line end. Most of a packet is such text, so eight bytes
-// are looked at in one go: a byte is special when its high bit is set or when it is below 0x20.
+// The first position that is not printable ASCII, tab or line end. Most of a packet is such text, so eight bytes are
+// tested at once: a byte is special if its high bit is set or it is below 0x20.
 std::size_t skipPlain(std::string_view text, std::size_t at) noexcept {
   constexpr std::uint64_t kHighBits = 0x8080808080808080u;
   while (true) {
@@ -55,13 +55,13 @@ std::size_t skipPlain(std::string_view text, std::size_t at) noexcept {
   }
 }
 
-// Whether a surrogate stands at text[at], encoded as if it were a character: ED A0 80 to ED BF BF.
+// Whether text[at] starts a surrogate encoded as a character: ED A0 80 to ED BF BF.
 bool isEncodedSurrogate(std::string_view text, std::size_t at, std::uint8_t low, std::uint8_t high) noexcept {
   return text.size() - at >= 3 && byteAt(text, at) == 0xED && byteAt(text, at + 1) >= low &&
          byteAt(text, at + 1) <= high && (byteAt(text, at + 2) & 0xC0) == 0x80;
 }
 
-// How many bytes at text[at], where no character could be decoded, repairText takes as one.
+// The number of bytes at text[at], which cannot be decoded, that repairText replaces as one.
 std::size_t brokenLength(std::string_view text, std::size_t at) noexcept {
   if (!isEncodedSurrogate(text, at, 0xA0, 0xBF)) return 1;
   const bool isPair =
@@ -69,7 +69,7 @@ std::size_t brokenLength(std::string_view text, std::size_t at) noexcept {
   return isPair ? 6 : 3;
 }
 
-// The unit of the encoding at bytes[at], or 0 when there is none.
+// The code unit at bytes[at], or 0 if there is none.
 std::uint32_t unitAt(std::string_view bytes, std::size_t at, PacketEncoding encoding) noexcept {
   const std::size_t size = unitSize(encoding);
   if (bytes.size() < size || at > bytes.size() - size) return 0;
@@ -80,7 +80,7 @@ std::uint32_t unitAt(std::string_view bytes, std::size_t at, PacketEncoding enco
   return unit;
 }
 
-// Whether, after a byte-order mark or without one, "<" and another character of ASCII stand there.
+// Whether "<" and another ASCII character are at this position, with or without a byte-order mark before them.
 bool startsPacket(std::string_view bytes, std::size_t at, PacketEncoding encoding) noexcept {
   const std::size_t size = unitSize(encoding);
   if (size > 1 && unitAt(bytes, at, encoding) == 0xFEFF) at += size;
@@ -92,13 +92,13 @@ bool startsPacket(std::string_view bytes, std::size_t at, PacketEncoding encodin
 
 // A numeric character reference (XML 1.0, production 66).
 struct Reference {
-  std::size_t length = 0;       // 0: none stands there.
-  bool isCut = false;           // The text ends before the reference does.
-  std::uint32_t codePoint = 0;  // Above U+10FFFF when it is no character at all.
+  std::size_t length = 0;       // 0: there is none.
+  bool isCut = false;           // The text ends within the reference.
+  std::uint32_t codePoint = 0;  // Above U+10FFFF if it is not a character.
 };
 
 Reference referenceAt(std::string_view text, std::size_t at) noexcept {
-  // Longer ones have zeros in front, and are left to the XML parser.
+  // Longer references have leading zeros and are left to the XML parser.
   constexpr std::size_t kLongest = 32;
   const std::string_view rest = text.substr(at, kLongest);
   Reference reference;
@@ -130,7 +130,7 @@ bool isHighSurrogate(std::uint32_t codePoint) noexcept {
   return codePoint >= 0xD800 && codePoint <= 0xDBFF;
 }
 
-// How many bytes at the end of the text begin the mark without completing it.
+// The number of bytes at the end of the text that are an incomplete mark.
 std::size_t startedLength(std::string_view text, std::string_view mark) noexcept {
   for (std::size_t length = std::min(text.size(), mark.size() - 1); length > 0; --length) {
     if (text.substr(text.size() - length) == mark.substr(0, length)) return length;
@@ -154,7 +154,7 @@ PacketStart detectStart(std::string_view start) noexcept {
     }
     if (byteAt(start, zeros) != 0) break;
   }
-  // Something else stands before the first '<'.
+  // Something else precedes the first '<'.
   const std::uint8_t first = byteAt(start, 0);
   const std::uint8_t second = byteAt(start, 1);
   const std::uint8_t third = byteAt(start, 2);
@@ -163,7 +163,7 @@ PacketStart detectStart(std::string_view start) noexcept {
   if (first == 0xFF && second == 0xFE) {
     return {0, third == 0 && fourth == 0 ? PacketEncoding::kUTF32LE : PacketEncoding::kUTF16LE};
   }
-  if (first == 0 && second == 0) return {0, PacketEncoding::kUTF32BE};  // The mark 00 00 FE FF too.
+  if (first == 0 && second == 0) return {0, PacketEncoding::kUTF32BE};  // Also matches the mark 00 00 FE FF.
   if (first == 0) return {0, PacketEncoding::kUTF16BE};
   if (second == 0) return {0, third == 0 && fourth == 0 ? PacketEncoding::kUTF32LE : PacketEncoding::kUTF16LE};
   return {0, PacketEncoding::kUTF8};
@@ -192,7 +192,7 @@ std::string_view PacketDecoder::decode(std::string_view bytes, bool last) {
   return isPrologDone_ || !hasStarted_ ? text : blankDeclaration(text, last);
 }
 
-// False as long as the first bytes are not all there; then `bytes` become all bytes so far.
+// False while the first bytes are incomplete; else `bytes` becomes all bytes so far.
 bool PacketDecoder::detect(std::string_view& bytes, bool last) {
   if (!firstBytes_.empty() || bytes.size() < kPacketStartBytes) {
     firstBytes_.append(bytes);
@@ -206,7 +206,7 @@ bool PacketDecoder::detect(std::string_view& bytes, bool last) {
   return true;
 }
 
-// Appends whole characters only; a high surrogate waits for the low one.
+// Appends only whole characters; a high surrogate waits for the low one.
 void PacketDecoder::transcode(std::string_view bytes, bool last) {
   const std::size_t unit = unitSize(encoding_);
   const bool bigEndian = isBigEndian(encoding_);
@@ -229,8 +229,8 @@ std::string_view PacketDecoder::joinHeld(std::string_view text) {
   return joined_;
 }
 
-// The comments and CDATA sections of the piece. Few packets have any, so all that is looked at is each '!'. `held` is
-// how many bytes at the end may begin or end one.
+// Finds the comments and CDATA sections of the piece. Few packets have any, so the search is for '!'. `held` receives
+// the number of bytes at the end that may begin or end a section.
 void PacketDecoder::findSections(std::string_view text, bool last, std::size_t& held) {
   sections_.clear();
   std::size_t at = 0;
@@ -264,8 +264,8 @@ void PacketDecoder::findSections(std::string_view text, bool last, std::size_t& 
   if (!last) held = std::max(startedLength(text, kCommentStart), startedLength(text, kCDataStart));
 }
 
-// Replaces a reference to a character that XML forbids by the text that repairText makes of the character, and two
-// references to a surrogate pair by the pair's character.
+// Replaces each reference to a character that XML forbids by repairText's replacement for it, and two references to a
+// surrogate pair by the pair's character.
 std::string_view PacketDecoder::repairReferences(std::string_view text, bool last) {
   std::size_t held = 0;
   findSections(text, last, held);
@@ -316,8 +316,8 @@ std::string_view PacketDecoder::repairReferences(std::string_view text, bool las
   return repaired_;
 }
 
-// Where text is not clean, the clean stretches are copied and the broken characters repaired one by one; so how a
-// character is repaired is said in one place, and text that needs no repair costs one look at each byte.
+// Copies clean stretches and repairs bad characters one by one, so the repair rules are in one place, and clean text
+// costs one test per byte.
 std::string_view PacketDecoder::clean(std::string_view text, bool last) {
   cleaned_.clear();
   std::size_t copied = 0;
@@ -332,8 +332,8 @@ std::string_view PacketDecoder::clean(std::string_view text, bool last) {
         continue;
       }
     } else {
-      // A character may have begun whose end is in the next piece; the longest to be told apart are a surrogate pair's
-      // six bytes.
+      // A character may continue in the next piece; the longest sequence to be recognised is a surrogate pair of six
+      // bytes.
       if (!last && text.size() - at < 6 && heldText_.empty()) {
         heldText_.assign(text.substr(at));
         text = text.substr(0, at);
@@ -367,7 +367,7 @@ std::string_view PacketDecoder::dropBeforeStart(std::string_view text) noexcept 
 }
 
 // Looks through processing instructions, comments and a document type, up to the first element. Only the first
-// instruction can be an XML declaration; some writers have one after the packet's header.
+// instruction can be an XML declaration; some writers put one after the packet's header.
 std::string_view PacketDecoder::blankDeclaration(std::string_view text, bool last) {
   constexpr std::size_t kLongest = 64 * 1024;
   if (!prolog_.empty()) {

@@ -1,4 +1,4 @@
-// The prefixes that are declared at a place of a packet.
+// The prefixes declared at a point of a packet.
 #include "outside/xmp/packet_prefixes.h"
 
 #include <utility>
@@ -26,7 +26,7 @@ void PacketPrefixes::restore(std::size_t mark) noexcept {
   while (bindings_.size() > mark) {
     const PrefixBinding& binding = bindings_.back();
     const auto place = byPrefix_.find(std::string_view(binding.prefix));
-    // The key is a view of the outermost binding's prefix, which is the last of its prefix to go.
+    // The key is a view of the outermost binding's prefix; that binding is the last one removed.
     if (binding.shadowed == nullptr) {
       byPrefix_.erase(place);
     } else {

@@ -1,4 +1,4 @@
-// The prefixes that are declared at a place of a packet.
+// The prefixes declared at a point of a packet.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PACKET_PREFIXES_H_
 #define LXBRIDGE_OUTSIDE_XMP_PACKET_PREFIXES_H_
 
@@ -12,22 +12,22 @@
 
 namespace velto {
 
-// What xmlns:prefix="uri" says; the default namespace has no prefix. An empty URI takes the prefix back.
+// A declaration xmlns:prefix="uri"; the default namespace has no prefix. An empty URI removes the prefix.
 struct PrefixBinding {
   std::string prefix;
   std::string uri;
-  const Namespace* ns = nullptr;  // Null until the prefix is used: a mere declaration does not make it the object's.
+  const Namespace* ns = nullptr;      // Null until the prefix is used: only use adds the namespace to the object.
   PrefixBinding* shadowed = nullptr;  // The outer binding of the same prefix.
 };
 
-// Takes the same time for a name whether ten prefixes are declared or a hundred thousand.
+// A lookup takes the same time for ten prefixes as for a hundred thousand.
 class PacketPrefixes {
  public:
   PacketPrefixes() = default;
   PacketPrefixes(const PacketPrefixes&) = delete;
   PacketPrefixes& operator=(const PacketPrefixes&) = delete;
 
-  // Before the declarations of an element, to be restored at its end.
+  // Taken before the declarations of an element, to be restored at its end.
   std::size_t mark() const noexcept { return bindings_.size(); }
   void restore(std::size_t mark) noexcept;
 
@@ -40,9 +40,9 @@ class PacketPrefixes {
     std::size_t operator()(std::string_view text) const noexcept { return hashText(text); }
   };
 
-  std::deque<PrefixBinding> bindings_;  // Its elements stay where they are.
+  std::deque<PrefixBinding> bindings_;  // Its elements do not move.
   std::unordered_map<std::string_view, PrefixBinding*, Hash> byPrefix_;
-  PrefixBinding* recent_ = nullptr;  // Names in a row mostly share their prefix.
+  PrefixBinding* recent_ = nullptr;  // Successive names mostly share their prefix.
 };
 
 }  // namespace velto

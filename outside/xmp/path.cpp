@@ -21,7 +21,7 @@ constexpr PathProblem kOutsideArray = {ErrorId::kBadIndex, "an array index is 1 
 constexpr PathProblem kNotALanguage = {ErrorId::kBadLanguage, "the value of xml:lang is no language tag"};
 constexpr PathProblem kBelowLimit = {ErrorId::kTooDeep, "the path leads too deep"};
 
-// The bytes of a name in ASCII: 1 for those that may start it, 2 for the others.
+// The ASCII bytes of names: 1 for those that may start a name, 2 for the others.
 constexpr std::array<std::uint8_t, 256> makeNameBytes() {
   std::array<std::uint8_t, 256> bytes{};
   for (std::size_t c = 'a'; c <= 'z'; ++c) bytes[c] = bytes[c - 'a' + 'A'] = 1;
@@ -86,7 +86,7 @@ struct Scanner {
   }
 };
 
-// "name" or "prefix:name". Without prefix the namespace stays what it is; null is a problem then.
+// "name" or "prefix:name". Without a prefix the namespace does not change; it is a problem if it is null.
 const PathProblem* splitName(Namespaces& namespaces, std::string_view token, const Namespace*& ns,
                              std::string_view& name) {
   const std::size_t colon = token.find(':');
@@ -103,7 +103,7 @@ const PathProblem* splitName(Namespaces& namespaces, std::string_view token, con
   return isXMLName(name) ? nullptr : &kNotAName;
 }
 
-// In quotes, which are doubled inside.
+// A value in quotes, which are doubled inside.
 bool takeValue(Scanner& scanner, std::string& value) {
   const char quote = scanner.atEnd() ? '\0' : scanner.rest.front();
   if (quote != '"' && quote != '\'') return false;

@@ -1,4 +1,4 @@
-// Where a path ends in an object.
+// The place of a path in an object.
 #include "outside/xmp/place.h"
 
 #include <utility>
@@ -14,8 +14,8 @@ bool isItemStep(const Step& step) noexcept {
   return step.kind != Step::Kind::kField && step.kind != Step::Kind::kQualifier;
 }
 
-// Names that RDF/XML needs for itself cannot be names of properties: the packet would not read back. xml:lang and
-// rdf:type are the two that qualifiers may have.
+// Names with a meaning in RDF/XML cannot be property names: the packet could not be read back. Only xml:lang and
+// rdf:type are allowed, as qualifiers.
 void checkUsableName(const Path& path, const Step* step) {
   const Namespace* ns = step != nullptr ? step->ns : path.schema();
   const bool isQualifier = step != nullptr && step->kind == Step::Kind::kQualifier;
@@ -36,7 +36,7 @@ void requireForm(const Path& path, const Node* node, const Step& step) {
   if (node->ns == wellKnown().xml) raiseAt(ErrorId::kBadForm, path, "gives a qualifier to a language");
 }
 
-// Whether a step that leads nowhere yet may make a node.
+// Raises unless a step to a missing node may create it.
 void requireAddable(const Path& path, const Node* node, const Step& step) {
   switch (step.kind) {
     case Step::Kind::kItem:
@@ -57,7 +57,7 @@ void requireAddable(const Path& path, const Node* node, const Step& step) {
   }
 }
 
-// The form that a node must have for a step to lead on from it. `level` is the node's: 0 for the property.
+// The form that the node at `level` (0 for the property) must have for the next step.
 std::uint32_t impliedForm(const Path& path, std::size_t level, const Step& next) {
   if (next.kind == Step::Kind::kField) return kXMPPropIsStruct;
   if (isLanguageSelector(next)) return checkedForm(kXMPPropIsAltText);
@@ -71,7 +71,7 @@ const Step* stepAt(const Path& path, std::size_t level) noexcept {
   return level == 0 ? nullptr : &path.steps[level - 1];
 }
 
-// A node with the name that the path has at the level.
+// A node with the name in the path at that level.
 NodePtr makeAt(Storage& storage, const Path& path, std::size_t level, std::uint32_t form, std::string_view value) {
   const Step* step = stepAt(path, level);
   if (step != nullptr && isItemStep(*step)) {

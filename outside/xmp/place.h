@@ -1,5 +1,5 @@
-// The place of a path in an object, and the nodes that are missing on the way there. All operations that change an
-// object build on this.
+// Finds the place of a path in an object and creates missing nodes on the way. All changes to an object are built on
+// this.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PLACE_H_
 #define LXBRIDGE_OUTSIDE_XMP_PLACE_H_
 
@@ -15,25 +15,25 @@
 namespace velto {
 
 struct Place {
-  Node* node;           // The last node of the path that exists; null when not even the schema does.
-  std::size_t missing;  // How many nodes of the path are missing after it; 0: none.
+  Node* node;           // The last existing node of the path; null if not even the schema exists.
+  std::size_t missing;  // The number of path nodes missing after it; 0: none.
 };
 
-// Raises when the path leads through a node of another form, or to an item that could not be made.
+// Raises if the path leads through a node of another form, or to an item that cannot be created.
 Place locate(const Object& object, const Path& path);
 
-// A node that may stand at the end of the path (an item without a name, or a node of the last step's), in no tree yet.
+// A node for the end of the path (an item, which has no name, or a node of the last step's name), not yet in a tree.
 NodePtr makeLeaf(Object& object, const Path& path, std::uint32_t form, std::string_view value = {});
-// Puts a node of makeLeaf at the end of the path and makes the missing nodes on the way: structs, and arrays of known
-// form.
+// Puts a node from makeLeaf at the end of the path and creates the missing nodes on the way: structs, and arrays of
+// known form.
 Node* attach(Object& object, const Path& path, const Place& place, NodePtr leaf);
 
-// Of an rdf:Alt, the item that has become x-default moves to the front.
+// Moves an item that has become x-default to the front of its rdf:Alt.
 void settleLanguage(Node* item) noexcept;
 
-// Raises kTooDeep when a tree of that height does not fit at the path.
+// Raises kTooDeep if a tree of that height does not fit at the path.
 void checkDepth(const Path& path, std::uint32_t height);
-// In its usual case. Raises kBadLanguage.
+// The tag in its usual case. Raises kBadLanguage.
 std::string checkedLanguage(std::string_view language);
 // Whether the path ends at an xml:lang.
 bool isLanguagePath(const Path& path) noexcept;

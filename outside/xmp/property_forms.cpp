@@ -1,4 +1,4 @@
-// The forms of the standard's arrays.
+// The forms of the standard's array properties.
 #include "outside/xmp/property_forms.h"
 
 #include "clients/xmp/xmp_abi.h"

@@ -1,4 +1,4 @@
-// Which of the standard's properties are arrays, and of which form.
+// The standard's array properties and their forms.
 #ifndef LXBRIDGE_OUTSIDE_XMP_PROPERTY_FORMS_H_
 #define LXBRIDGE_OUTSIDE_XMP_PROPERTY_FORMS_H_
 
@@ -9,7 +9,7 @@
 
 namespace velto {
 
-// The form bits with what they imply, kXMPPropIsAltText too; 0 for a property that is no array, or that is not known.
+// The form bits, including implied ones and kXMPPropIsAltText; 0 for a property that is not an array or not known.
 std::uint32_t standardForm(const Namespace* schema, std::string_view name) noexcept;
 
 }  // namespace velto

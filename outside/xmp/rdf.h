@@ -1,4 +1,4 @@
-// RDF/XML (ISO 16684-1, clause 7): packets in and out.
+// RDF/XML (ISO 16684-1, clause 7): reading and writing packets.
 #ifndef LXBRIDGE_OUTSIDE_XMP_RDF_H_
 #define LXBRIDGE_OUTSIDE_XMP_RDF_H_
 
@@ -12,12 +12,12 @@
 
 namespace velto {
 
-// One packet, fed piece by piece. The object gets what it holds when the last piece has come, or when a piece breaks
-// off: the properties that were complete before the fault. When memory ends it gets nothing. After feed() has raised,
-// the parser is of no more use.
+// Parses a packet, fed piece by piece. The object gets the packet's properties with the last piece. If a piece is
+// faulty, it gets the properties that were complete before the fault; if memory runs out, none. After feed() has
+// raised, the parser must not be used.
 //
-// RDF that XMP does not allow, in well-formed XML, costs the top-level property that it stands in, and is one of the
-// object's warnings.
+// RDF that XMP does not allow, in well-formed XML, loses the top-level property that contains it and adds a warning to
+// the object.
 class PacketParser {
  public:
   explicit PacketParser(Object& object);
@@ -25,11 +25,11 @@ class PacketParser {
   PacketParser& operator=(const PacketParser&) = delete;
   ~PacketParser();
 
-  // Takes the next bytes; with `last` they complete the packet. Raises ToolkitError with line and column when they are
-  // not well-formed or have no rdf:RDF.
+  // Takes the next bytes; with `last` they complete the packet. Raises ToolkitError with line and column if the packet
+  // is not well-formed or has no rdf:RDF.
   void feed(const char* bytes, std::size_t length, bool last);
 
-  // Gives the parsers that are kept for packets to come back to the system.
+  // Frees the parsers that are kept for later packets.
   static void releaseSpares() noexcept;
 
  private:
@@ -39,7 +39,7 @@ class PacketParser {
 
 struct SerializeOptions {
   std::uint32_t options = 0;  // kXMPSerialize...
-  std::int32_t padding = -1;  // As "SerializeToBuffer" has it.
+  std::int32_t padding = -1;  // As in "SerializeToBuffer".
   std::string_view newline = "\n";
   std::string_view indent = " ";
   std::int32_t baseIndent = 0;

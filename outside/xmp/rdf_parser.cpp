@@ -1,14 +1,17 @@
-// Packets in: expat's events become nodes.
+// Reads packets: turns expat's events into nodes.
 //
 // Decisions beyond ISO 16684-1, clause 7 and annex C:
-// - rdf:RDF may stand at any depth below other elements; those and what stands beside it are passed over. After the end
-//   of the outermost element nothing is looked at: padding, zeros and whatever a file has there.
-// - rdf:ID, rdf:nodeID, rdf:datatype, xml:space and xml:base are passed over. So are elements and attributes in no
-//   namespace, with a warning.
-// - A property, field or qualifier that comes twice keeps its first value.
-// - A standard prefix that is not declared means its usual namespace, since writers that paste properties together
-//   forget declarations. Any other is an error, also when an earlier packet has declared it.
-// - rdf:type, written as an element or by a typed node, is a qualifier of the struct that it stands in.
+// - rdf:RDF may be nested in other elements at any depth; those and their other content are skipped. Everything after
+// the
+//   end of the outermost element is ignored: padding, zeros and whatever a file has there.
+// - rdf:ID, rdf:nodeID, rdf:datatype, xml:space and xml:base are skipped; so are, with a warning, elements and
+// attributes
+//   in no namespace.
+// - A property, field or qualifier that occurs twice keeps its first value.
+// - An undeclared standard prefix means its usual namespace, since writers that assemble packets forget declarations.
+// Any
+//   other undeclared prefix is an error, even if an earlier packet declared it.
+// - rdf:type, written as an element or as a typed node, is a qualifier of its struct.
 #include <expat.h>
 
 #include <algorithm>
@@ -29,8 +32,8 @@
 namespace velto {
 namespace {
 
-// Elements open at a time. The longest way from one node to the next is four of them: the property, its rdf:value, an
-// rdf:Description or rdf:Bag in that, and rdf:li; the rest is for what stands around rdf:RDF.
+// The maximum number of open elements. At most four elements lead from one node to the next: the property, its
+// rdf:value, in that an rdf:Description or rdf:Bag, and rdf:li. The rest is for elements around rdf:RDF.
 constexpr std::size_t kElementLimit = 4 * kDepthLimit + 32;
 
 constexpr std::uint32_t kBag = kXMPPropIsArray;
@@ -47,7 +50,7 @@ struct Name {
   std::string_view local;
 };
 
-// What names of RDF's own namespace mean where an element or an attribute may stand.
+// The meaning of names in RDF's namespace as elements or attributes.
 enum class Syntax { kNone, kAbout, kResource, kParseType, kReadPast, kForbidden, kNoNamespace };
 
 Syntax syntaxOf(std::string_view local) noexcept {
@@ -80,12 +83,12 @@ std::uint32_t arrayForm(std::string_view local) noexcept {
   return local == "Bag" ? kBag : local == "Seq" ? kSeq : local == "Alt" ? kAlt : 0;
 }
 
-// xmlns="" and xmlns:prefix="".
+// xmlns="" or xmlns:prefix="".
 bool isDeclaration(std::string_view attribute) noexcept {
   return attribute.substr(0, 5) == "xmlns" && (attribute.size() == 5 || attribute[5] == ':');
 }
 
-// Of ASCII only letters and the underscore start a name.
+// In ASCII, only letters and the underscore start a name.
 bool startsAsName(std::string_view text) noexcept {
   if (text.empty()) return false;
   const auto first = static_cast<std::uint8_t>(text[0]);
@@ -96,7 +99,7 @@ bool isBlank(std::string_view text) noexcept {
   return std::all_of(text.begin(), text.end(), [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
 }
 
-// A name or a value of the packet for a message: not all of it when it is long.
+// A name or a value of the packet for a message, shortened if it is long.
 std::string shown(std::string_view text) {
   constexpr std::size_t kLongest = 60;
   if (text.size() <= kLongest) return std::string(text);
@@ -108,7 +111,7 @@ std::string shown(std::string_view text) {
 // --- the state of a packet -------------------------------------------------------------------------------------------
 
 enum class Place {
-  kOutside,   // Not below rdf:RDF.
+  kOutside,   // Not inside rdf:RDF.
   kRDF,       // Children: rdf:Description.
   kTop,       // An rdf:Description in rdf:RDF. Children: properties.
   kProperty,  // A property, field or item. Content: text, or one child: rdf:Description or an array.
@@ -116,16 +119,16 @@ enum class Place {
   kArray,     // Children: rdf:li.
 };
 
-// One open element.
+// An open element.
 struct Frame {
   Place place = Place::kOutside;
-  bool hasChild = false;     // kProperty: its one child has come.
-  bool mustBeEmpty = false;  // kProperty: its attributes have said all.
-  bool hasValue = false;     // kFields: an rdf:value was among them, so the other fields are qualifiers.
-  bool hasType = false;      // kFields: an rdf:type was.
+  bool hasChild = false;     // kProperty: it has its only child.
+  bool mustBeEmpty = false;  // kProperty: its attributes are its whole content.
+  bool hasValue = false;     // kFields: one is rdf:value, so the other fields are qualifiers.
+  bool hasType = false;      // kFields: one is rdf:type.
   std::uint32_t depth = 0;   // Of `target`.
   Node* target = nullptr;    // The node that the element describes.
-  NodePtr owned;             // The same for the element that has begun it. It is put into the tree when it is complete.
+  NodePtr owned;             // The same node, if this element created it. It is put into the tree when it is complete.
   std::size_t prefixMark = 0;
 };
 
@@ -133,11 +136,11 @@ using Attributes = const XML_Char**;
 
 }  // namespace
 
-// Making one costs as much as reading a small packet, so a few are kept; one that has grown with a large packet is not.
+// Creating one costs as much as reading a small packet, so a few are kept, but none that has grown with a large packet.
 struct PacketParser::State {
   State() {
     frames.reserve(16);
-    // The name of the encoding overrules an XML declaration: the bytes have been brought into UTF-8 before.
+    // The encoding name overrides the XML declaration: the bytes have already been converted to UTF-8.
     parser = XML_ParserCreate("UTF-8");
     if (parser == nullptr) throw std::bad_alloc();
   }
@@ -146,15 +149,15 @@ struct PacketParser::State {
   ~State() { XML_ParserFree(parser); }
 
   void begin(Object& target);
-  // False: not to be kept.
+  // False: must not be kept.
   bool end() noexcept;
   void feed(std::string_view bytes, bool last);
-  // Puts the properties that are complete into the object.
+  // Moves the complete properties into the object.
   void finish() noexcept;
 
  private:
-  // Expat's events. No exception may pass through it, so the handlers keep the exception and stop expat, which still
-  // sends some events.
+  // Handlers of expat's events. No exception may pass through expat, so they store it and stop expat, which may still
+  // send some events.
   template <typename Action>
   static void guarded(void* user, Action action) noexcept {
     State& state = *static_cast<State*>(user);
@@ -183,9 +186,9 @@ struct PacketParser::State {
     guarded(user, [&](State& state) { state.skipEntity(name); });
   }
 
-  // Ends the packet.
+  // Aborts the packet.
   [[noreturn]] void fail(ErrorId id, const std::string& what);
-  // One warning; false, so that it can be returned. `name` is shown between the two texts.
+  // Adds a warning; returns false, for use in return statements. `name` is placed between the two texts.
   bool warn(std::string_view before, std::string_view name = {}, std::string_view after = {});
   void place(std::uint32_t& line, std::uint32_t& column) const noexcept;
   void parse(std::string_view text, bool last);
@@ -195,13 +198,13 @@ struct PacketParser::State {
   void addText(std::string_view piece);
   void skipEntity(std::string_view name);
 
-  // Those that begin an element give false when it cannot stand where it does; it has no frame then.
+  // The functions that start an element return false if it is not allowed there; it then has no frame.
   bool startNodeElement(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
   bool readNodeAttributes(std::uint32_t form, Attributes attributes, Frame& frame);
   bool startProperty(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
   bool startItem(std::string_view qualified, const Name& name, Attributes attributes, Frame frame);
   bool readPropertyAttributes(std::string_view qualified, Attributes attributes, Frame& frame);
-  // Passes over the property that is open, with `more` elements open below it that have no frame.
+  // Skips the open property, with `more` open elements inside that have no frame.
   void dropProperty(std::size_t more);
   bool isInProperty() const noexcept { return frames.size() > topSize; }
 
@@ -224,10 +227,10 @@ struct PacketParser::State {
 
   XML_Parser parser = nullptr;
   Object* object = nullptr;
-  NodePtr root;       // Above the packet's schemas.
-  std::string about;  // The first that is not empty.
+  NodePtr root;       // The parent of the packet's schemas.
+  std::string about;  // The first one that is not empty.
   PacketDecoder decoder;
-  std::string gathered;  // Clean text that is not parsed yet.
+  std::string gathered;  // Clean text that is not yet parsed.
   std::size_t parsedBytes = 0;
   bool isFinished = false;  // The outermost element has ended.
   bool hasRDF = false;
@@ -237,9 +240,9 @@ struct PacketParser::State {
   const WellKnown& known = wellKnown();
   PacketPrefixes prefixes;
   std::vector<Frame> frames;
-  std::size_t topSize = kNowhere;  // How many frames there are with that of the rdf:Description in rdf:RDF.
-  std::size_t skipped = 0;         // Elements open that are passed over.
-  std::string text;                // Of the innermost kProperty, until its child comes.
+  std::size_t topSize = kNowhere;  // Number of frames, including the one of the rdf:Description in rdf:RDF.
+  std::size_t skipped = 0;         // Number of open elements being skipped.
+  std::string text;                // Of the innermost kProperty, until its child starts.
   Node* schema = nullptr;          // The one used last.
 };
 
@@ -255,7 +258,7 @@ void PacketParser::State::begin(Object& target) {
   XML_SetCharacterDataHandler(parser, onText);
   XML_SetStartDoctypeDeclHandler(parser, onDoctype);
   XML_SetSkippedEntityHandler(parser, onSkippedEntity);
-  // As unguessable as the one that expat would ask the system for.
+  // As unpredictable as the one that expat would request from the system.
   XML_SetHashSalt(parser, hashText("expat") | 1u);
 }
 
@@ -286,8 +289,8 @@ void PacketParser::State::finish() noexcept {
 
 // --- bytes -----------------------------------------------------------------------------------------------------------
 
-// Expat reads a token that is not complete again with the next piece. So small pieces are gathered until they are as
-// much as was parsed before: then no byte is read more than a few times, however the packet is cut.
+// Expat rereads an incomplete token with each piece. Therefore small pieces are gathered until they are as long as the
+// text parsed before: no byte is read more than a few times, however the packet is divided.
 void PacketParser::State::feed(std::string_view bytes, bool last) {
   if (isFinished) return;
   constexpr std::size_t kFirstPiece = 4096;
@@ -340,7 +343,7 @@ void PacketParser::State::fail(ErrorId id, const std::string& what) {
 }
 
 bool PacketParser::State::warn(std::string_view before, std::string_view name, std::string_view after) {
-  // A packet made to hurt has a fault every few bytes, so nothing is made of those that are not kept.
+  // A hostile packet may have a fault every few bytes, so no text is built for warnings that are not kept.
   if (object->warnings.isFull()) {
     object->warnings.count();
     return false;
@@ -369,14 +372,14 @@ void PacketParser::State::declarePrefixes(Attributes attributes) {
   }
 }
 
-// False: it names nothing.
+// False: the name has no namespace.
 bool PacketParser::State::resolve(std::string_view qualified, bool isAttribute, Name& name) {
   const std::size_t colon = qualified.find(':');
   const bool hasPrefix = colon != std::string_view::npos;
   name = {nullptr, hasPrefix ? qualified.substr(colon + 1) : qualified};
   if (!hasPrefix && isAttribute) return true;
   const std::string_view prefix = hasPrefix ? qualified.substr(0, colon) : std::string_view();
-  // Expat has taken the whole for one name; both parts have to be one.
+  // Expat has accepted the whole as a name; both parts must be names.
   if (hasPrefix && (prefix.empty() || name.local.find(':') != std::string_view::npos || !startsAsName(name.local))) {
     return warn("", qualified, " is no name with a prefix");
   }
@@ -391,7 +394,7 @@ bool PacketParser::State::resolve(std::string_view qualified, bool isAttribute, 
   return true;
 }
 
-// RDF's own attributes are also taken without prefix, as RDF had them at first.
+// RDF's own attributes are also accepted without a prefix, as in early RDF.
 Syntax PacketParser::State::attributeSyntax(const Name& name) const noexcept {
   if (name.ns == known.rdf) return syntaxOf(name.local);
   if (name.ns != nullptr) return Syntax::kNone;
@@ -420,7 +423,7 @@ void PacketParser::State::addProperty(NodePtr node) {
   }
 }
 
-// True in any case, so that it can be returned.
+// Always returns true, for use in return statements.
 bool PacketParser::State::addField(Frame& frame, NodePtr node) {
   Node* const parent = frame.target;
   if (parent->children.find(node->ns, node->name()) == nullptr) {
@@ -447,8 +450,8 @@ bool PacketParser::State::addLanguage(Frame& frame, std::string_view language) {
   return true;
 }
 
-// The fields of a struct are complete. With an rdf:value among them there is no struct: that is the value, and the
-// other fields qualify it (ISO 16684-1, 7.8).
+// Completes the fields of a struct. If one is rdf:value, there is no struct: it is the value, and the other fields are
+// its qualifiers (ISO 16684-1, 7.8).
 void PacketParser::State::finishFields(const Frame& frame) {
   Node* const node = frame.target;
   if (!frame.hasValue) {
@@ -461,7 +464,7 @@ void PacketParser::State::finishFields(const Frame& frame) {
   while (Node* const inner = value->qualifiers.first()) addQualifierOnce(node, value->qualifiers.remove(inner));
   node->options = value->options;
   node->setValue(value->value());
-  node->children.clear();  // The table of the fields' names goes with them: items have none.
+  node->children.clear();  // Also frees the index of the fields' names, which items do not have.
   while (Node* const child = value->children.first()) appendChild(node, value->children.remove(child));
 }
 
@@ -496,7 +499,7 @@ void PacketParser::State::startElement(std::string_view qualified, Attributes at
           frame.place = Place::kRDF;
           hasRDF = true;
         }
-        // Below an element that means nothing there may still be an rdf:RDF.
+        // An unknown element may still contain an rdf:RDF.
         stands = true;
         frames.push_back(std::move(frame));
         break;
@@ -522,7 +525,7 @@ void PacketParser::State::startElement(std::string_view qualified, Attributes at
   }
 }
 
-// rdf:Description, an array, or a typed node, which is an rdf:Description that has an rdf:type.
+// rdf:Description, an array, or a typed node (an rdf:Description with an rdf:type).
 bool PacketParser::State::startNodeElement(std::string_view qualified, const Name& name, Attributes attributes,
                                            Frame frame) {
   Frame& parent = frames.back();
@@ -565,7 +568,7 @@ bool PacketParser::State::startNodeElement(std::string_view qualified, const Nam
   return true;
 }
 
-// In rdf:RDF each attribute is a property of its own, so a fault costs that one alone.
+// In rdf:RDF each attribute is a property, so a fault affects only that one.
 bool PacketParser::State::readNodeAttributes(std::uint32_t form, Attributes attributes, Frame& frame) {
   const bool isTop = frame.place == Place::kTop;
   const auto readOne = [&](std::string_view attribute, std::string_view value) {
@@ -610,7 +613,7 @@ bool PacketParser::State::startProperty(std::string_view qualified, const Name& 
                                         Frame frame) {
   Frame& parent = frames.back();
   if (name.ns == nullptr) {
-    // Not a fault of the property that it stands in.
+    // The enclosing property is not at fault.
     warn("", qualified, " is in no namespace");
     prefixes.restore(frame.prefixMark);
     skipped = 1;
@@ -625,7 +628,7 @@ bool PacketParser::State::startProperty(std::string_view qualified, const Name& 
     parent.hasValue |= isValue;
     parent.hasType |= name.local == "type";
   }
-  // rdf:value is going to be the node that it stands in.
+  // rdf:value will replace the node that contains it.
   frame.depth = parent.place == Place::kTop ? 1 : isValue ? parent.depth : parent.depth + 1;
   if (!checkDepth(frame.depth)) return false;
   frame.owned = make(name, 0, {});
@@ -634,7 +637,7 @@ bool PacketParser::State::startProperty(std::string_view qualified, const Name& 
   return true;
 }
 
-// RDF numbers the items: rdf:li is short for rdf:_1, rdf:_2 and so on, which are taken in the order that they stand in.
+// RDF numbers items: rdf:li is short for rdf:_1, rdf:_2 and so on. Items are taken in document order.
 bool PacketParser::State::startItem(std::string_view qualified, const Name& name, Attributes attributes, Frame frame) {
   const bool isItem = name.ns == known.rdf && (name.local == "li" || (name.local.size() > 1 && name.local[0] == '_' &&
                                                                       name.local[1] >= '0' && name.local[1] <= '9'));
@@ -647,8 +650,8 @@ bool PacketParser::State::startItem(std::string_view qualified, const Name& name
   return true;
 }
 
-// The attributes of a property say what its content may be (ISO 16684-1, C.2): with rdf:resource or rdf:value they give
-// a simple value and its qualifiers, others are the fields of a struct, and in both cases the element is empty.
+// The attributes of a property determine its content (ISO 16684-1, C.2): with rdf:resource or rdf:value they are a
+// simple value and its qualifiers, others are the fields of a struct. In both cases the element is empty.
 bool PacketParser::State::readPropertyAttributes(std::string_view qualified, Attributes attributes, Frame& frame) {
   frame.place = Place::kProperty;
   frame.target = frame.owned.get();
@@ -783,13 +786,13 @@ void PacketParser::State::addText(std::string_view piece) {
     return;
   }
   if (isBlank(piece)) return;
-  // Text comes in pieces.
+  // A text may arrive in several pieces.
   if (!hasWarnedOfText) warn("text stands where only elements may");
   hasWarnedOfText = true;
   if (isInProperty()) dropProperty(0);
 }
 
-// One that only a document type elsewhere declares.
+// An entity that only an external document type declares.
 void PacketParser::State::skipEntity(std::string_view name) {
   if (skipped != 0) return;
   warn("the entity ", name, " is not declared");
@@ -804,7 +807,7 @@ PacketParser::PacketParser(Object& object) : state_(static_cast<State*>(spareSta
   try {
     state->begin(object);
   } catch (...) {
-    // A spare that could not begin for want of memory serves another time.
+    // A spare parser that could not start for lack of memory can be used later.
     if (isSpare && state->end() && spareStates.keep(state.get())) (void)state.release();
     throw;
   }

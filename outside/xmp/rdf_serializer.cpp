@@ -1,9 +1,9 @@
-// Packets out: one rdf:Description with all namespaces that the object uses, one element on a line, all in the order
-// of the object, so that two packets can be compared line by line.
+// Writes packets: one rdf:Description with all namespaces used by the object, one element per line, in the order of the
+// object, so that two packets can be compared line by line.
 //
-// Values stand on one line whatever is in them: line ends and tabs are written as character references, since an XML
-// parser would make spaces or other line ends of some. The forms are those of ISO 16684-1, 7.4 to 7.9; the compact ones
-// write simple properties, fields and qualifiers as attributes where nothing is lost by that.
+// A value is always on one line: line ends and tabs are written as character references, since an XML parser would
+// normalise some of them. The forms are those of ISO 16684-1, 7.4 to 7.9; the compact forms write simple properties,
+// fields and qualifiers as attributes if nothing is lost.
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -19,12 +19,12 @@ namespace {
 constexpr std::uint32_t kAllOptions = kXMPSerializeOmitWrapper | kXMPSerializeReadOnly | kXMPSerializeCompact |
                                       kXMPSerializeExactLength | kXMPSerializeOmitMeta;
 constexpr std::int32_t kUsualPadding = 2048;
-constexpr std::size_t kUsualLength = 4096;  // Of a photograph's packet, so that the text seldom grows by steps.
+constexpr std::size_t kUsualLength = 4096;  // Of a photograph's packet, so that the text rarely has to grow.
 constexpr std::int32_t kMostBaseIndent = 1000;
 constexpr std::size_t kPaddingLine =
     100;  // ISO 16684-1, 7.3.3: line ends now and then, for those who open it in an editor.
 
-// The byte-order mark is what tells a scanner the packet's encoding.
+// The byte-order mark tells scanners the packet's encoding.
 constexpr std::string_view kHeader = "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>";
 constexpr std::string_view kWritableTrailer = "<?xpacket end=\"w\"?>";
 constexpr std::string_view kReadOnlyTrailer = "<?xpacket end=\"r\"?>";
@@ -47,8 +47,8 @@ void checkOptions(const SerializeOptions& options) {
   if (options.baseIndent < 0 || options.baseIndent > kMostBaseIndent) refuse("the base indent is out of range");
 }
 
-// A text that grows at its end. A packet is put together of short pieces, most of a length that the compiler knows; so
-// there is room before they come, and adding one is a copy of bytes in place.
+// A growing text. A packet consists of short pieces, mostly of a length known to the compiler; space is reserved in
+// advance, so appending one is a plain copy.
 class PacketText {
  public:
   PacketText() { grow(kUsualLength); }
@@ -77,7 +77,7 @@ class PacketText {
   char* end_ = nullptr;
 };
 
-// The namespaces that the object uses, in the order of their first use.
+// The namespaces used by the object, in the order of their first use.
 class UsedNamespaces {
  public:
   explicit UsedNamespaces(const Node* root) { addAll(root->children); }
@@ -94,12 +94,12 @@ class UsedNamespaces {
   void add(const Namespace* ns) {
     if (ns == nullptr || ns == last_) return;
     last_ = ns;
-    // Prefix xml needs no declaration, and rdf has one farther out.
+    // The prefix xml needs no declaration, and rdf is declared by an outer element.
     if (ns == wellKnown().xml || ns == wellKnown().rdf || isThere(ns)) return;
     inOrder_.push_back(ns);
     if (inOrder_.size() == kFewNamespaces) seen_.insert(inOrder_.begin(), inOrder_.end());
   }
-  // The set is there for packets that have many; looking through a few is quicker than making it.
+  // The set is for packets with many namespaces; a few are searched faster without it.
   bool isThere(const Namespace* ns) {
     if (inOrder_.size() >= kFewNamespaces) return !seen_.insert(ns).second;
     return std::find(inOrder_.begin(), inOrder_.end(), ns) != inOrder_.end();
@@ -108,7 +108,7 @@ class UsedNamespaces {
   static constexpr std::size_t kFewNamespaces = 16;
   const Namespace* last_ = nullptr;
   std::vector<const Namespace*> inOrder_;
-  std::unordered_set<const Namespace*> seen_;  // The same, once they are so many.
+  std::unordered_set<const Namespace*> seen_;  // The same, once there are many.
 };
 
 class Writer {
@@ -134,7 +134,7 @@ class Writer {
   }
 
  private:
-  // A qualified name in its two parts.
+  // A qualified name in two parts.
   struct Name {
     std::string_view prefix, local;
   };
@@ -170,13 +170,14 @@ class Writer {
     isFirstLine_ = false;
   }
 
-  // Line end and indent may both be empty, but something has to part attributes.
+  // Line end and indent may both be empty, but attributes must be separated.
   void startAttributeLine(std::size_t level) {
     startLine(level);
     if (options_.newline.empty() && options_.indent.empty()) put(" ");
   }
 
-  // Whether an attribute says all of the node. Attributes in the namespaces of RDF and XML have meanings of their own.
+  // Whether an attribute can represent the whole node. Attributes in the namespaces of RDF and XML have special
+  // meanings.
   static bool fitsAttribute(const Node* node) noexcept {
     return node->isSimple() && (node->options & kXMPPropValueIsURI) == 0 && node->qualifiers.empty() &&
            node->ns != wellKnown().rdf && node->ns != wellKnown().xml;
@@ -191,7 +192,7 @@ class Writer {
     for (; first != nullptr; first = first->next) putAttribute(nameOf(first), first->value());
   }
 
-  // xml:lang comes first, when it is there, and is an attribute, when it is a plain text.
+  // xml:lang comes first if it exists, and is written as an attribute if it is plain text.
   static const Node* languageQualifier(const Node* node) noexcept {
     const Node* const first = node->qualifiers.first();
     const bool isPlain = first != nullptr && first->ns == wellKnown().xml && first->name() == "lang" &&
@@ -252,7 +253,7 @@ class Writer {
       for (const Node* node = schema->children.first(); node != nullptr; node = node->next) action(node);
     }
   }
-  // The node as an element with its qualifiers. Recursion: no tree is deeper than kDepthLimit.
+  // Writes the node as an element with its qualifiers. Recursive: trees are no deeper than kDepthLimit.
   void writeElement(Name name, const Node* node, std::size_t level) {
     startLine(level);
     put("<");
@@ -288,7 +289,7 @@ class Writer {
     put(">");
   }
 
-  // Continues after the element's name and xml:lang, to the element's end.
+  // Writes the rest of the element, after its name and xml:lang.
   void writeValue(Name name, const Node* node, std::size_t level) {
     const Node* const first = node->children.first();
     if (node->isArray()) {
@@ -345,7 +346,7 @@ class Writer {
   bool isFirstLine_ = true;
 };
 
-// Exactly that many bytes, in lines where they are long enough for a line end.
+// Writes exactly this many bytes, in lines if there are enough bytes for line ends.
 void putPadding(PacketText& packet, std::size_t bytes, std::string_view newline) {
   const std::string line(kPaddingLine, ' ');
   while (bytes > 0) {
@@ -381,7 +382,7 @@ void serializeObject(const Object& object, const SerializeOptions& options, std:
       }
       padding -= length;
     } else if (options.padding < 0) {
-      // Padding is there so that a packet can grow where it is; a read-only one never does.
+      // Padding lets a packet grow in place; a read-only packet never does.
       padding = isReadOnly ? 0 : kUsualPadding;
     }
     putPadding(text, padding, options.newline);

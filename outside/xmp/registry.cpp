@@ -1,4 +1,4 @@
-// The namespaces that the process shares.
+// The namespaces shared by the whole process.
 #include "outside/xmp/registry.h"
 
 #ifdef __linux__
@@ -55,7 +55,7 @@ const HashKeys& hashKeys() noexcept {
   return keys;
 }
 
-// The two halves of the product of 128 bits, one upon the other.
+// Combines the two halves of the 128-bit product.
 #ifdef __SIZEOF_INT128__
 __extension__ using Wide = unsigned __int128;
 
@@ -63,7 +63,7 @@ std::uint64_t fold(std::uint64_t left, std::uint64_t right) noexcept {
   const Wide product = static_cast<Wide>(left) * right;
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
-#else  // 32-bit processors have no such type.
+#else  // 32-bit processors lack the type.
 std::uint64_t fold(std::uint64_t left, std::uint64_t right) noexcept {
   constexpr std::uint64_t kLow = 0xFFFFFFFF;
   const std::uint64_t low = (left & kLow) * (right & kLow);
@@ -74,7 +74,7 @@ std::uint64_t fold(std::uint64_t left, std::uint64_t right) noexcept {
 }
 #endif
 
-// All bytes of up to eight, some of them twice.
+// Loads all bytes of a text of up to eight, some of them twice.
 std::uint64_t loadShort(const char* bytes, std::size_t length) noexcept {
   if (length >= 4) {
     std::uint32_t first = 0;
@@ -106,7 +106,8 @@ struct Row {
   std::string_view uri;
 };
 
-// The standard's own, then those that public registries list for phones, drones, panorama tools and photo managers.
+// The standard's own namespaces, then those listed in public registries for phones, drones, panorama tools and photo
+// managers.
 // clang-format off
 constexpr Row kRows[] = {
     {"xml",               "http://www.w3.org/XML/1998/namespace"},
@@ -232,8 +233,8 @@ constexpr std::array kStandards = makeStandards();
 // Namespaces in XML 1.0, section 3: bound to the prefix xmlns, and must not be declared.
 constexpr std::string_view kDeclarationURI = "http://www.w3.org/2000/xmlns/";
 
-// A table of the known namespaces by one of their texts, made by the compiler. Its hash needs no key: nobody can add to
-// the table.
+// A table of the known namespaces by URI or prefix, built at compile time. The hash needs no key, since nothing can be
+// added.
 class StandardTable {
  public:
   using Text = std::string_view Namespace::*;
@@ -258,7 +259,7 @@ class StandardTable {
   static constexpr std::size_t kSlots = 512;
   static_assert(std::size(kStandards) < 256);
 
-  // The URIs differ in their last bytes, prefixes mostly in their first.
+  // URIs differ mostly in their last bytes, prefixes in their first.
   static constexpr std::size_t slotOf(std::string_view text) noexcept {
     std::size_t hash = text.size();
     const std::size_t tail = text.size() > 12 ? text.size() - 12 : 0;
@@ -272,7 +273,7 @@ class StandardTable {
 constexpr StandardTable kByURI(&Namespace::uri);
 constexpr StandardTable kByPrefix(&Namespace::prefix);
 
-// What clients have registered. Few hosts register anything, so asking costs them one load.
+// Namespaces registered by clients. Few hosts register any, so a lookup mostly costs a single load.
 struct Registered {
   std::shared_mutex mutex;
   std::atomic<std::size_t> count{0};

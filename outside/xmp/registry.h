@@ -1,6 +1,6 @@
-// Namespaces that the whole process shares: those that the toolkit knows from the start, and those that clients have
-// registered. The first are constant; a lock guards the second, so any number of threads may ask at once.
-// Namespaces that only packets bring belong to the object that the packet was read into (namespaces.h).
+// Namespaces shared by the whole process: those that the toolkit knows, and those that clients have registered. The
+// former are constant; a lock guards the latter, so any number of threads may look up namespaces. Namespaces that occur
+// only in packets belong to the object of the packet (namespaces.h).
 #ifndef LXBRIDGE_OUTSIDE_XMP_REGISTRY_H_
 #define LXBRIDGE_OUTSIDE_XMP_REGISTRY_H_
 
@@ -11,17 +11,17 @@
 
 namespace velto {
 
-// A node names its namespace by the address of such a record, and the records of one object differ in their URIs and in
-// their prefixes. So two names of one object are compared without looking at a URI.
+// A node refers to its namespace by the address of such a record. No two records of an object have the same URI or the
+// same prefix, so names within an object are compared without comparing URIs.
 struct Namespace {
-  std::string_view uri;     // Zero-terminated, as is the prefix.
-  std::string_view prefix;  // Without colon; an XML name.
+  std::string_view uri;     // Zero-terminated, like the prefix.
+  std::string_view prefix;  // Without the colon; an XML name.
   std::uint32_t id;         // Different for each namespace of an object.
-  bool standard;            // One that the toolkit knows: the record is every object's.
-  bool isVariant = false;   // Of two URIs that writers use for one namespace, with one prefix.
+  bool standard;            // Known to the toolkit: all objects share the record.
+  bool isVariant = false;   // One of two URIs that writers use for the same namespace and prefix.
 };
 
-// Records that the toolkit's own rules name.
+// Namespaces used by the toolkit's own rules.
 struct WellKnown {
   const Namespace* xml;
   const Namespace* rdf;
@@ -34,32 +34,32 @@ inline const WellKnown& wellKnown() noexcept {
   return kWellKnown;
 }
 
-// The record of a namespace that the toolkit knows, by URI and by prefix; null for others.
+// A namespace known to the toolkit, by URI or by prefix; null for others.
 const Namespace* findStandard(std::string_view uri) noexcept;
 const Namespace* findStandardPrefix(std::string_view prefix) noexcept;
 std::size_t countStandards() noexcept;
 
-// Looks up a namespace that a client has registered. False: there is none.
+// Looks up a namespace registered by a client. False: there is none.
 bool findRegistered(std::string_view uri, std::string& prefix);
 bool findRegisteredPrefix(std::string_view prefix, std::string& uri);
 bool isRegisteredPrefix(std::string_view prefix) noexcept;
 
-// Gives the URI a prefix, and says which: its own when it has one, else the suggested one, with a number when that is
-// taken. A prefix that is no XML name is replaced by a generated one. Raises kBadSchema for a URI that is none.
+// Gives the URI a prefix and returns it: its existing prefix, else the suggested one, with a number if that is taken.
+// An invalid prefix is replaced by a generated one. Raises kBadSchema for an invalid URI.
 std::string registerNamespace(std::string_view uri, std::string_view suggestedPrefix);
-// Takes it back. Objects that use the namespace keep it. Raises kStandardNamespace for one that the toolkit knows.
+// Removes the registration. Objects that use the namespace keep it. Raises kStandardNamespace if the toolkit knows it.
 void deleteNamespace(std::string_view uri);
 
-// Raises kBadSchema when the URI can be no namespace.
+// Raises kBadSchema if the URI cannot be a namespace.
 void requireNamespaceURI(std::string_view uri);
-// The prefix without its colon; empty when it cannot be one.
+// The prefix without its colon; empty if it is invalid.
 std::string_view usablePrefix(std::string_view suggested) noexcept;
 
-// A keyed hash, so that nobody can write a packet whose names all fall into one place of a table.
+// A keyed hash, so that no packet can be written whose names all collide.
 std::uint32_t hashText(std::string_view text) noexcept;
 
-// Finds a prefix that is not taken by adding a number to one. Remembers where each prefix has got to, so that a packet
-// of ten thousand namespaces that want one prefix takes no longer for it.
+// Finds a free prefix by appending a number. Remembers the last number of each prefix, so that ten thousand namespaces
+// with the same prefix do not take quadratic time.
 class PrefixNumbers {
  public:
   template <typename IsTaken>
@@ -78,7 +78,7 @@ class PrefixNumbers {
  private:
   struct Table;
   std::uint32_t& lastNumber(std::string_view base);
-  Table* table_ = nullptr;  // Most objects never have a clash.
+  Table* table_ = nullptr;  // Most objects have no conflict.
 };
 
 }  // namespace velto

@@ -1,5 +1,5 @@
-// Things that are kept for the next object, of whatever thread: making them costs as much as using them. At most a few
-// are kept, and releaseSpares gives them back. Taking and keeping one is a single exchange, so threads do not wait.
+// Objects that are kept for reuse by any thread, because creating them costs as much as using them. Only a few are
+// kept; releaseSpares frees them. Taking or keeping one is a single atomic exchange, so threads do not wait.
 #ifndef LXBRIDGE_OUTSIDE_XMP_SPARES_H_
 #define LXBRIDGE_OUTSIDE_XMP_SPARES_H_
 
@@ -12,7 +12,7 @@ namespace velto {
 template <typename T>
 class Spares {
  public:
-  // A kept one, or null.
+  // A kept object, or null.
   T* take() noexcept {
     const std::size_t start = startSlot();
     for (std::size_t step = 0; step < kSlots; ++step) {
@@ -23,7 +23,7 @@ class Spares {
     return nullptr;
   }
 
-  // False: as many as may be are kept already, and the caller still has this one.
+  // False: no slot is free, and the object remains the caller's.
   bool keep(T* spare) noexcept {
     const std::size_t start = startSlot();
     for (std::size_t step = 0; step < kSlots; ++step) {
@@ -40,7 +40,7 @@ class Spares {
  private:
   static constexpr std::size_t kSlots = 8;
 
-  // Threads have stacks of their own, so they mostly begin at different slots and get back what they gave.
+  // Each thread has its own stack, so threads mostly start at different slots and take back what they kept.
   static std::size_t startSlot() noexcept {
     const char onStack = 0;
     const auto address = reinterpret_cast<std::uintptr_t>(&onStack);

@@ -8,7 +8,7 @@
 namespace velto {
 namespace {
 
-// The first chunk is enough for the properties of a photograph without a packet. Those that follow double in size.
+// The first chunk suffices for the properties of a photograph without a packet. Later chunks double in size.
 constexpr std::size_t kFirstChunk = 16 * 1024;
 constexpr std::size_t kLargestChunk = 256 * 1024;
 
@@ -20,7 +20,7 @@ constinit Spares<SpareChunk> spareChunks;
 Storage::~Storage() {
   while (Chunk* chunk = chunks_) {
     chunks_ = chunk->next;
-    // The first one is the last of the list.
+    // The first chunk is the last of the list.
     if (chunks_ != nullptr || !spareChunks.keep(reinterpret_cast<SpareChunk*>(chunk))) ::operator delete(chunk);
   }
   while (Large* block = large_) {

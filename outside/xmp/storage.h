@@ -1,7 +1,7 @@
-// The memory of one object's nodes and texts: small blocks are cut from large ones, a block that is given back serves
-// the next request of its size, and everything goes at once with the object.
+// The memory of an object's nodes and texts. Small blocks are cut from large ones, a freed block is reused for a
+// request of the same size, and everything is freed with the object.
 //
-// Under AddressSanitizer each block is one of its own, so that a use after it was given back is seen.
+// Under AddressSanitizer every block is allocated separately, so that a use after free is detected.
 #ifndef LXBRIDGE_OUTSIDE_XMP_STORAGE_H_
 #define LXBRIDGE_OUTSIDE_XMP_STORAGE_H_
 
@@ -46,7 +46,7 @@ class Storage {
     left_ -= units * kUnit;
     return block;
   }
-  // `size` as it was taken. Null: nothing.
+  // `size` is the size taken. Null: nothing.
   void give(void* block, std::size_t size) noexcept {
     if (block == nullptr) return;
     if (!kPooled || size > kLargestSmall) {
@@ -57,14 +57,14 @@ class Storage {
     first = new (block) Free{first};
   }
 
-  // Gives the chunks that are kept for objects to come back to the system.
+  // Frees the chunks that are kept for later objects.
   static void releaseSpares() noexcept;
 
  private:
   struct Free {
     Free* next;
   };
-  // In front of a chunk, and of a block that is too large for one.
+  // Precedes a chunk, and a block that is too large for a chunk.
   struct alignas(16) Chunk {
     Chunk* next;
   };

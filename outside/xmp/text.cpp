@@ -38,8 +38,8 @@ bool isLowSurrogate(std::uint32_t unit) noexcept {
   return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// DEL and C1 control characters, line and paragraph separators, bidirectional controls (Unicode Standard Annex 9): a
-// terminal or an editor obeys them, so a packet that is printed must not hold them as they are.
+// DEL and C1 control characters, line and paragraph separators, bidirectional controls (Unicode Standard Annex 9).
+// Terminals and editors act on them, so a packet must not contain them literally.
 bool isObeyed(std::uint32_t c) noexcept {
   return (c >= 0x7F && c < 0xA0) || c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
          (c >= 0x2066 && c <= 0x2069);
@@ -87,9 +87,8 @@ struct ParserCloser {
   void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
 };
 
-// Editions of XML differ in which characters beyond ASCII make a name, so the reader itself is asked: a name that it
-// refuses could be written but never read again. REQUIRES: nothing in the text but name characters and what is beyond
-// ASCII.
+// Editions of XML differ in the name characters beyond ASCII, so the reader's own parser decides: a name that it
+// refuses could be written but never read again. REQUIRES: the text consists of name characters and bytes beyond ASCII.
 bool isNameForReader(std::string_view text) noexcept {
   const std::unique_ptr<XML_ParserStruct, ParserCloser> parser(XML_ParserCreate("UTF-8"));
   if (!parser || text.size() > 0xFFFF) return false;
@@ -279,7 +278,7 @@ std::string escapeXML(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t from = at;
     std::uint32_t codePoint = kReplacement;
-    if (!decodeUTF8(text, at, codePoint)) ++at;  // Not in texts that were taken in, which are UTF-8.
+    if (!decodeUTF8(text, at, codePoint)) ++at;  // Cannot happen in stored texts, which are UTF-8.
     switch (codePoint) {
       case '&':
         escaped += "&amp;";

@@ -1,4 +1,4 @@
-// Texts: UTF-8 and what of it XML can carry, XML names, language tags.
+// Texts: UTF-8, the characters allowed in XML, XML names, language tags.
 #ifndef LXBRIDGE_OUTSIDE_XMP_TEXT_H_
 #define LXBRIDGE_OUTSIDE_XMP_TEXT_H_
 
@@ -9,39 +9,39 @@
 
 namespace velto {
 
-// Decodes the code point at text[at] and moves `at` past it. False, and `at` unmoved, when the bytes there are no
-// well-formed UTF-8 (Unicode table 3-7: no overlong forms, no surrogates, nothing above U+10FFFF). REQUIRES: at < size.
+// Decodes the code point at text[at] and advances `at`. False, without advancing, if the bytes are not well-formed
+// UTF-8 (Unicode table 3-7: no overlong forms, no surrogates, nothing above U+10FFFF). REQUIRES: at < size.
 bool decodeUTF8(std::string_view text, std::size_t& at, std::uint32_t& codePoint) noexcept;
-// Writes U+FFFD for a number that is no code point (a surrogate, above U+10FFFF).
+// Appends U+FFFD for a number that is not a code point (a surrogate, above U+10FFFF).
 void appendUTF8(std::string& text, std::uint32_t codePoint);
 bool isUTF8(std::string_view text) noexcept;
-// The code point of a byte in Windows-1252; the five bytes without one are taken as the C1 controls of the same number.
+// The code point of a Windows-1252 byte; the five undefined bytes become the C1 controls of the same number.
 std::uint32_t fromWindows1252(std::uint8_t byte) noexcept;
 
-// Whether XML 1.0 can carry the code point (production 2, Char).
+// Whether XML 1.0 allows the character (production 2, Char).
 bool isXMLChar(std::uint32_t codePoint) noexcept;
-// Whether repairText would leave the text as it is.
+// Whether repairText would not change the text.
 bool isCleanText(std::string_view text) noexcept;
-// The text as an object stores it: bytes that are no UTF-8 are taken as Windows-1252; characters that XML forbids
-// (controls, U+FFFE, U+FFFF) becomes a space, a surrogate encoded in UTF-8 U+FFFD (a pair of them the code point that
-// it means).
+// The text as an object stores it: bytes that are not UTF-8 are read as Windows-1252; characters that XML forbids
+// (controls, U+FFFE, U+FFFF) become spaces; a surrogate encoded in UTF-8 becomes U+FFFD, a pair of them the code point
+// that it represents.
 std::string repairText(std::string_view text);
 
 // Namespaces in XML 1.0, production 4: a name without colon.
 bool isXMLName(std::string_view text) noexcept;
 
-// RFC 5646 as far as its syntax goes: subtags of one to eight letters and digits, the first of letters only.
+// Checks the syntax of RFC 5646: subtags of one to eight letters and digits, the first one letters only.
 bool isLanguageTag(std::string_view text) noexcept;
-// Its case: language lower, script title, region upper, the rest lower ("zh-Hant-TW", "x-default").
+// The usual case of a tag: language lower, script title, region upper, the rest lower ("zh-Hant-TW", "x-default").
 std::string normalizeLanguage(std::string_view text);
 
-// Whether escapeXML may change a text with this byte in it.
+// Whether escapeXML may change a text that contains this byte.
 constexpr bool needsEscapeXML(char c) noexcept {
   return c == '&' || c == '<' || c == '>' || c == '"' || c == '\t' || c == '\n' || c == '\r' || c == '\x7F' ||
          c == '\xC2' || c == '\xD8' || c == '\xE2';
 }
-// & < > " as entities; tab, line ends and what a terminal or an editor would obey (DEL, C1 control characters, line and
-// paragraph separators, bidirectional controls) as character references.
+// Escapes & < > " as entities; as character references tab, line ends, and characters that terminals or editors act on
+// (DEL, C1 control characters, line and paragraph separators, bidirectional controls).
 std::string escapeXML(std::string_view text);
 
 std::string fromUTF16(std::string_view bytes, bool bigEndian);  // Lone surrogates and odd bytes become U+FFFD.

@@ -1,4 +1,4 @@
-// Texts that the toolkit has given to a client, and keeps until the client unlocks them.
+// Texts that the toolkit returns to a client, kept until the client unlocks them.
 #ifndef LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_
 #define LXBRIDGE_OUTSIDE_XMP_TEXT_STORE_H_
 
@@ -18,7 +18,7 @@ namespace velto {
 
 class TextStore {
  public:
-  // A copy with a zero byte at its end.
+  // A copy with a terminating zero byte.
   XMPTextOut keep(std::string_view text) {
     if (text.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long to be handed out");
     char* place = take(text.size() + 1);
@@ -27,14 +27,14 @@ class TextStore {
     return {place, static_cast<std::uint32_t>(text.size())};
   }
 
-  // The text itself, where it is long enough that copying it costs more than keeping it.
+  // Keeps the text itself, if copying it would cost more.
   XMPTextOut keepWhole(std::string&& text) {
     if (text.size() < kBlockSize / 4 || text.size() >= UINT32_MAX) return keep(text);
     const std::string& kept = whole_.emplace_back(std::move(text));
     return {kept.c_str(), static_cast<std::uint32_t>(kept.size())};
   }
 
-  // Ends all texts given so far.
+  // Invalidates all texts returned so far.
   void unlock() noexcept {
     blocks_.clear();
     whole_.clear();
@@ -50,7 +50,7 @@ class TextStore {
       const std::size_t blockSize = size > kBlockSize / 4 ? size : kBlockSize;
       blocks_.push_back(std::make_unique_for_overwrite<char[]>(blockSize));
       char* block = blocks_.back().get();
-      if (blockSize == size) return block;  // A long text has a block of its own; the one in use stays in use.
+      if (blockSize == size) return block;  // A long text has its own block; the current block stays in use.
       next_ = block;
       left_ = blockSize;
     }
@@ -60,17 +60,17 @@ class TextStore {
     return place;
   }
 
-  // The few short texts between two unlockings cost no allocation.
+  // The few short texts between two unlockings need no allocation.
   char first_[256];
   char* next_ = first_;
   std::size_t left_ = sizeof first_;
   std::vector<std::unique_ptr<char[]>> blocks_;
-  std::vector<std::string> whole_;  // Long ones: their bytes stay where they are when the vector grows.
+  std::vector<std::string> whole_;  // Long texts; their bytes do not move when the vector grows.
 };
 
-// The same for the procedures without an object: a thread's own, so that one thread's unlocking leaves the others'
-// texts alone. Nothing runs when a thread ends, so that the library can be unloaded before: a thread that has given
-// back what it got leaves nothing.
+// The same for procedures without an object: one store per thread, so that unlocking in one thread does not affect the
+// texts of others. Nothing runs at thread end, so the library can be unloaded before; a thread that has unlocked its
+// texts leaves no memory.
 class ThreadTexts {
  public:
   XMPTextOut keep(std::string_view text) {

@@ -16,7 +16,7 @@ constinit thread_local ThreadTexts texts;
 
 constexpr std::uint32_t kReplaceToo = 1;  // An option of appendProperties.
 
-// Without an object, so of the namespaces that the toolkit and the process's clients know.
+// There is no object, so only the namespaces of the toolkit and of the process's clients are known.
 TALErrorRef composeStructFieldPath(const char* schema, const char* structName, const char* fieldSchema,
                                    const char* field, XMPTextOut* path) {
   return guarded([&] {
@@ -48,7 +48,7 @@ TALErrorRef removeProperties(XMPObjectRef object, const char* schema, const char
     }
     const Namespace* ns = model.namespaces.find(schema);
     Node* schemaNode = ns != nullptr ? model.findSchema(ns) : nullptr;
-    if (schemaNode == nullptr) return;  // Nothing of the schema is there, whatever the path.
+    if (schemaNode == nullptr) return;  // Nothing of the schema exists, whatever the path.
     if (!hasName) {
       model.dropSchema(schemaNode);
       return;

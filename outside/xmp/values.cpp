@@ -33,7 +33,7 @@ bool equalsLower(std::string_view text, std::string_view lowerCase) noexcept {
 template <typename Number>
 Number parseNumber(std::string_view text, const char* type) {
   std::string_view digits = trimmed(text);
-  // The plus sign that from_chars does not take.
+  // Skips a plus sign, which from_chars does not accept.
   if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-') digits.remove_prefix(1);
   Number value{};
   const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
