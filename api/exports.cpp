@@ -1,4 +1,4 @@
-// The five exported functions and the library's start and stop.
+// The five exported functions, with the library's start and stop.
 #include <memory>
 #include <string>
 
@@ -13,7 +13,7 @@
 namespace {
 
 bool initialised = false;
-bool kitInitialised = false;  // Never cleared: blocks of the kit may outlive a LxInterchangeTerm.
+bool kitInitialised = false;  // Never cleared: blocks of the kit may outlive LxInterchangeTerm.
 
 void InitKit() noexcept {
   if (kitInitialised) return;

@@ -53,7 +53,8 @@ void RegisterHostInterface(TALLookupProc lookup) noexcept {
     const TALErrorRef error = enter(kLxInterchangeInterface, name.shortName, name.qualifiedName, procs[at]);
     if (error != nullptr) {
       TAL_T_NMT::ReleaseError(error);
-      // Half an interface is none. That of another copy is refused with its first procedure, and is not ours to take.
+      // An incomplete interface is useless. If another copy of the library has registered its own, the first procedure
+      // is refused, and the other's interface stays.
       UnregisterHostInterface();
       return;
     }

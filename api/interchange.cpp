@@ -31,17 +31,17 @@ void LxInterchange::Import(Read read) try {
   pool_.reset(LxNewPool());
   if (!pool_) throw std::bad_alloc();
   const std::uint32_t refused = LxRefusedAllocations();
-  // Whatever the status, the pool holds what could be read, and that is what the rest works on.
+  // Whatever the status, the pool holds everything that could be read and is converted.
   status_ = read();
   ParsePacket();
-  // Of a packet that was damaged, the name of an extended one is no sounder than the rest.
+  // The name of an extended packet in a damaged packet is not trusted.
   if (hasNativeXmp_) (void)LxAddExtendedPacket(*pool_, xmp_);
   (void)LxConvertPoolToXMP(pool_.get(), xmp_, hasNativeXmp_);
   if (pool_->outcome.failure == kLxReadWhole && LxRefusedAllocations() != refused) {
     pool_->outcome = {kLxReadNoMemory, 0};
   }
 } catch (...) {
-  // The XMP object is built before the pool, and the pool goes before it, here as in the destructor.
+  // The pool is freed before the XMP object, in reverse order of construction, as in the destructor.
   pool_.reset();
   throw;
 }
@@ -50,7 +50,8 @@ LxImportOutcome LxInterchange::Outcome() const noexcept {
   return {pool_->outcome, status_, pool_->fileKind, pool_->hasMetadata, hasNativeXmp_ ? 1 : 0};
 }
 
-// The first packet of the file, in two calls: all its bytes with the word that more may follow, then the end of input.
+// Parses the first packet of the file in two calls: all its bytes, with the option that more may follow; then the end
+// of input.
 void LxInterchange::ParsePacket() {
   LxMetadataItem* packet = nullptr;
   if (LxFindMetadata(pool_.get(), "xmp", "XmpData", "undef", "", &packet) != kLxOk) return;
@@ -60,6 +61,6 @@ void LxInterchange::ParsePacket() {
     hasNativeXmp_ = true;
   } catch (const std::exception& failure) {
     LxNoteIfMemoryEnded(failure);
-    // A damaged packet must not cost the file its other metadata.
+    // A damaged packet must not lose the file's other metadata.
   }
 }

@@ -15,11 +15,11 @@
 
 class LxInterchange {
  public:
-  // Reads the file, parses its XMP packet and converts its pool; what the file lacks or breaks is no failure. Raises
-  // std::bad_alloc, CTALError when the toolkit's object cannot be had, std::logic_error when the broker client is not
-  // started, and what the conversion lets through. The memory procedures must be installed.
+  // Reads the file, parses its XMP packet and converts its pool. A missing or damaged file is not an error. Raises
+  // std::bad_alloc; CTALError if the toolkit's object cannot be created; std::logic_error if the broker client is not
+  // started; and exceptions that the conversion does not catch. REQUIRES: memory procedures are installed.
   explicit LxInterchange(const char* path);
-  // The same for a file of these bytes, which stay as they are while the object lives. Its path is empty.
+  // The same for the bytes of a file, which must not change while the object lives. Its path is empty.
   LxInterchange(const std::uint8_t* bytes, std::size_t length);
   ~LxInterchange();
   LxInterchange(const LxInterchange&) = delete;
@@ -29,23 +29,23 @@ class LxInterchange {
   [[nodiscard]] LxImportOutcome Outcome() const noexcept;
   [[nodiscard]] LxMetadataPool* Pool() noexcept { return pool_.get(); }
   [[nodiscard]] XMPMetaHolder& Xmp() noexcept { return xmp_; }
-  // Whether the file held an XMP packet that was parsed without error.
+  // Whether the file has an XMP packet that was parsed without error.
   [[nodiscard]] bool HasNativeXMP() const noexcept { return hasNativeXmp_; }
 
  private:
-  // `read` fills the pool and gives the reader's status.
+  // `read` fills the pool and returns the reader's status.
   template <typename Read>
   void Import(Read read);
   void ParsePacket();
 
   std::string path_;  // UTF-8.
-  LxPoolPtr pool_;    // Null only while the object is being built.
+  LxPoolPtr pool_;    // Null only during construction.
   XMPMetaHolder xmp_;
   bool hasNativeXmp_ = false;
   LxResult status_ = kLxOk;  // Of reading the file.
 };
 
-// What a host's handle points to.
+// The record that a host's handle points to.
 struct LxInterchangeCell {
   std::unique_ptr<LxInterchange> interchange;
 };

@@ -1,6 +1,6 @@
-// The interface that LxBridge registers with the broker from LxInterchangeInit to LxInterchangeTerm, for hosts' clients
-// (LxHost): what the five exported functions have no place for. Like all interfaces of the broker it is looked up by
-// name; a host that does not find it goes without. Nothing raises across it.
+// The interface that LxBridge registers with the broker between LxInterchangeInit and LxInterchangeTerm, for clients of
+// hosts (LxHost): functions beyond the five exports. Hosts look it up by name and work without it if it is missing. It
+// raises no exceptions.
 #ifndef LXBRIDGE_API_INTERCHANGE_ABI_H_
 #define LXBRIDGE_API_INTERCHANGE_ABI_H_
 
@@ -13,23 +13,23 @@
 
 inline constexpr const char kLxInterchangeInterface[] = "LxInterchangeInterface";
 
-// How the import of one file went.
+// The outcome of importing one file.
 struct LxImportOutcome {
-  LxReadOutcome read;        // Whether the file was opened and read, and memory was there for all of it.
-  std::int32_t status;       // What the reader returned: 0; -6, a header that it cannot read; and so on.
-  std::int32_t fileKind;     // As detected; 0: of no known kind.
-  std::int32_t hasMetadata;  // 1: the readers found an item that people look at.
-  std::int32_t packetKept;   // 1: an XMP packet was parsed whole. 0: there was none, or it broke off.
+  LxReadOutcome read;        // Whether the file was opened and read to the end, and memory sufficed.
+  std::int32_t status;       // The reader's result: 0; -6, an unreadable header; and so on.
+  std::int32_t fileKind;     // As detected; 0: unknown.
+  std::int32_t hasMetadata;  // 1: there is at least one display item.
+  std::int32_t packetKept;   // 1: an XMP packet was parsed completely. 0: there was none, or it was damaged.
 };
 
 struct LxInterchangeProcs {
-  // REQUIRES: a handle that lives.
+  // REQUIRES: a live handle.
   void (*getOutcome)(LxInterchangeHandle handle, LxImportOutcome* outcome);
-  // As LxInterchangeNew for a file of these bytes, of which nothing is copied: they stay as they are until the handle
-  // is deleted. Of more than 2^31 - 1 bytes the rest is not looked at, as in a file. 0; -2: no memory; -8: the broker
-  // or the toolkit refused. Null bytes are allowed where there are none.
+  // As LxInterchangeNew for the bytes of a file. They are not copied and must not change until the handle is deleted.
+  // Bytes after the first 2^31 - 1 are ignored, as in a file. 0; -2: no memory; -8: the broker or the toolkit refused.
+  // `bytes` may be null if `length` is 0.
   std::int32_t (*newFromMemory)(const void* bytes, std::size_t length, LxInterchangeHandle* handle);
-  // Gives back the memory that the library keeps for the calling thread's next file.
+  // Frees the memory that the library keeps for the calling thread's next file.
   void (*releaseThreadMemory)();
 };
 inline constexpr TALProcName kLxInterchangeProcNames[] = {

@@ -6,7 +6,7 @@
 namespace {
 
 // clang-format off
-constexpr LxWantedItem kPartners[] = {  // In the order of LxPartner, behind kNone.
+constexpr LxWantedItem kPartners[] = {  // In the order of LxPartner, after kNone.
     {"exif", "SubSecTime", nullptr},
     {"exif", "SubSecTimeOriginal", nullptr},
     {"exif", "SubSecTimeDigitized", nullptr},

@@ -1,5 +1,5 @@
-// What the conversion of one file hands from item to item: the pool, the XMP object, and what keeps the work linear in
-// the file's size whatever the file holds.
+// The state of one file's conversion: the pool, the XMP object, and the limits that keep the work linear in the file's
+// size.
 #ifndef LXBRIDGE_XMPCONV_CONVERSION_H_
 #define LXBRIDGE_XMPCONV_CONVERSION_H_
 
@@ -12,7 +12,7 @@
 #include "kit/model/pool.h"
 #include "xmpconv/keyword_set.h"
 
-// The items that a mapping looks up beside the one it converts.
+// Items that a mapping looks up in addition to the one it converts.
 enum class LxPartner : std::uint8_t {
   kNone,
   kSubSecTime,
@@ -29,25 +29,25 @@ enum class LxPartner : std::uint8_t {
   kCount,
 };
 
-// Borrows both for the time of one conversion.
+// Borrows both for one conversion.
 class LxConversion {
  public:
   LxConversion(const LxMetadataPool& pool, XMPMetaHolder& xmp) noexcept : pool_(pool), xmp_(xmp) {}
 
   [[nodiscard]] XMPMetaHolder& Xmp() noexcept { return xmp_; }
 
-  // The first live item of the partner's name in tree order, or null. All are searched for at once and once: the walk
-  // deletes no item and makes none, so that the answers hold to its end. Not to be asked before the walk.
+  // The first live item of the partner's name in tree order, or null. The first call searches for all partners at once;
+  // the walk neither deletes nor adds items, so the results hold until its end. Must not be called before the walk.
   [[nodiscard]] const LxMetadataItem* Find(LxPartner partner) noexcept;
 
-  // Whether an array of that many items may still be made for this file; takes them off its allowance when so.
+  // Whether an array of this many items may still be created for the file; if so, deducts them from its allowance.
   //
-  // An array's items cost more than a hundred times the bytes that they are made of, and a file may name the same bytes
-  // in thousands of entries. The longest array that a photograph can hold is the transfer function of a picture of 16
-  // bits in three colours (TIFF 6.0, section 20: 3 times 65536 numbers); everything else stays below a thousand items.
+  // An item in an array costs more than a hundred times its bytes in the file, and a file may refer to the same bytes
+  // in thousands of entries. The longest array in a photograph is the transfer function of a 16-bit picture in three
+  // colours (TIFF 6.0, section 20: 3 times 65536 numbers); all others have fewer than a thousand items.
   [[nodiscard]] bool TakeArrayItems(std::uint64_t count) noexcept;
 
-  // The items of the keyword bag, from the first keyword on.
+  // The items of the keyword bag; set at the first keyword.
   std::optional<LxKeywordSet>& Keywords() noexcept { return keywords_; }
 
  private:
@@ -61,8 +61,8 @@ class LxConversion {
   std::optional<LxKeywordSet> keywords_;
 };
 
-// One way to map an item to a property of its name in the schema; true when the property was written. The partner is
-// the second item of the mappings that need one.
+// A rule that maps an item to the property of its name in the schema; true if the property was written. `partner` is
+// the second item for rules that need one.
 using LxMapRule = bool (*)(LxConversion& conversion, const LxMetadataItem* item, const char* schema, LxPartner partner);
 
 #endif  // LXBRIDGE_XMPCONV_CONVERSION_H_

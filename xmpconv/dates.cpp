@@ -6,7 +6,7 @@
 
 namespace {
 
-// A field of at most four bytes: even with bytes that are no digits the number stays below a million.
+// A field of at most four bytes: whatever the bytes are, the number is below a million.
 std::int32_t Field(const std::uint8_t* bytes, std::size_t width) noexcept {
   std::size_t at = 0;
   while (at < width && bytes[at] == ' ') ++at;
@@ -19,7 +19,8 @@ bool IsSpace(char character) noexcept {
   return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-// As scanf reads "%<width>hd": white space, which the width does not count, then an optional sign and digits.
+// As scanf reads "%<width>hd": skips white space, which the width does not include, then reads an optional sign and
+// digits.
 bool ScanNumber(const char** text, int width, std::int32_t* number) noexcept {
   const char* at = *text;
   while (IsSpace(*at)) ++at;
@@ -53,7 +54,7 @@ void LxParseExifTime(const std::uint8_t* text, XMPDateTime* date) noexcept {
 
 bool LxParseExifOffset(const std::uint8_t* text, std::size_t length, XMPDateTime* date) noexcept {
   constexpr std::size_t kLength = 6;
-  constexpr std::int32_t kFurthestHour = 14;  // No zone of the earth is further from UTC.
+  constexpr std::int32_t kFurthestHour = 14;  // The largest offset of any zone.
   if (length == kLength + 1 && text[kLength] == 0) --length;
   if (length != kLength || (text[0] != '+' && text[0] != '-') || text[3] != ':') return false;
   constexpr std::size_t kDigits[] = {1, 2, 4, 5};
@@ -70,7 +71,7 @@ bool LxParseExifOffset(const std::uint8_t* text, std::size_t length, XMPDateTime
 }
 
 std::int32_t LxParseSubSeconds(const std::uint8_t* text, std::size_t length) noexcept {
-  // Both numbers stay finite over this many bytes; what follows is far below a nanosecond.
+  // Both numbers stay finite over this many bytes; later digits are far below a nanosecond.
   constexpr std::size_t kTellingBytes = 300;
   if (length > kTellingBytes) length = kTellingBytes;
 
@@ -81,8 +82,8 @@ std::int32_t LxParseSubSeconds(const std::uint8_t* text, std::size_t length) noe
     scale = scale * 10;
   }
   const double nanoseconds = digits / scale * 1'000'000'000;
-  // Letters can reach beyond the field. No second has such a fraction, so that the number is out of bounds is all that
-  // has to be kept of it.
+  // Bytes other than digits may exceed the field. No second has such a fraction, so it is enough to keep the number out
+  // of range.
   if (nanoseconds >= std::numeric_limits<std::int32_t>::max()) return std::numeric_limits<std::int32_t>::max();
   if (nanoseconds <= std::numeric_limits<std::int32_t>::min()) return std::numeric_limits<std::int32_t>::min();
   return static_cast<std::int32_t>(nanoseconds);

@@ -18,8 +18,8 @@ namespace {
 constexpr char kIptcBlock[] = "IptcNaa";
 constexpr char kImageDescription[] = "ImageDescription";
 
-// The picturist properties that an IPTC block stands for. When the block wins, all of them go, also those that it has
-// no dataset for: it was changed after the packet, so what it leaves out was taken out.
+// The picturist properties that come from an IPTC block. If the block takes precedence, all of them are deleted, even
+// those without a dataset: the block was changed after the packet, so a missing dataset was removed.
 constexpr const char* kPicturistProperties[] = {
     "Caption",
     "Author",
@@ -54,15 +54,15 @@ bool Is(const char* text, const char* wanted) noexcept {
   return text && *text == *wanted && std::strcmp(text, wanted) == 0;
 }
 
-// Which of the file's IPTC blocks is used; the other one is marked deleted.
+// The file's IPTC block that is used; the other is marked deleted.
 struct IptcChoice {
   const LxMetadataItem* source;  // Null: none.
   bool isTiffTag;
   bool keepsDescription;  // Whether ("tiff", "ImageDescription") may be converted.
 };
 
-// In a TIFF file the tag is the place for IPTC, in every other file the image resource is; a tag in the Exif block of a
-// JPEG file is a stray copy and is never used.
+// In a TIFF file IPTC belongs in the tag, in every other file in the image resource. A tag in a JPEG file's Exif block
+// is a stray copy and never used.
 IptcChoice ChooseIptc(LxMetadataPool* pool) noexcept {
   LxWantedItem blocks[] = {{"tiff", kIptcBlock, nullptr}, {"ir", kIptcBlock, nullptr}};
   LxFindItems(pool->root, blocks, std::size(blocks));
@@ -78,13 +78,13 @@ IptcChoice ChooseIptc(LxMetadataPool* pool) noexcept {
   return {nullptr, false, isTiff || LxCountsAsJpeg(pool->fileKind)};
 }
 
-// The digest of the block as it was when the packet was written, against the block as it is.
+// Whether the stored digest, from when the packet was written, is that of the block.
 bool IsDigestOf(const LxMetadataItem* stored, const IptcChoice& iptc) noexcept {
   LxMd5Digest digest{};  // Without a block: all zero.
   if (iptc.source) {
     auto length = static_cast<std::size_t>(iptc.source->valueLength);
     if (iptc.isTiffTag) {
-      // The tag's value is often counted in words of four bytes and filled up with zeros.
+      // The tag's value is often counted in four-byte words and padded with zeros.
       for (int padding = 0; padding < 3 && length > 0 && iptc.source->value[length - 1] == 0; ++padding) --length;
     }
     digest = LxMd5(iptc.source->value, length);
@@ -95,8 +95,8 @@ bool IsDigestOf(const LxMetadataItem* stored, const IptcChoice& iptc) noexcept {
 bool IptcWins(const LxMetadataPool& pool, bool hasNativeXmp, const IptcChoice& iptc) noexcept {
   if (!hasNativeXmp) return true;
   const LxMetadataItem* const stored = Find(pool, "ir", "CaptionDigest");
-  // A digest cut short tells as little as none. Taking it for one that differs would remove 21 properties of a packet
-  // that is likely up to date, in many files with no block to replace them.
+  // A truncated digest is treated as missing. If it were treated as different, 21 properties of a probably current
+  // packet would be removed, often without any block to replace them.
   if (!stored || !stored->value || stored->valueLength < static_cast<std::int32_t>(LxMd5Digest().size())) return false;
   return !IsDigestOf(stored, iptc);
 }
@@ -113,7 +113,7 @@ std::int32_t ImportIptc(LxConversion& conversion, const LxMetadataItem* source) 
   return converted;
 }
 
-// Which conversion an item's namespace belongs to.
+// The conversion for an item's namespace.
 enum class Source { kTiff, kExif, kResources, kTiffHeader, kOther };
 
 Source SourceOf(const char* nameSpace) noexcept {
@@ -129,7 +129,7 @@ std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
   LxStartPoolWalk(&iterator, &pool);
   bool isPastFirstIfd = false;
   bool skip = false;
-  // The items of a directory share the text of their namespace, so it is compared once for all of them.
+  // The items of a directory share their namespace's text, so it is compared only once for them.
   const char* nameSpace = nullptr;
   Source source = Source::kOther;
   LxMetadataItem* item = nullptr;
@@ -142,7 +142,7 @@ std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
     }
     switch (source) {
       case Source::kTiff:
-        skip = Is(item->name, "SubIFDs");  // Other pictures of the file.
+        skip = Is(item->name, "SubIFDs");  // Other images in the file.
         if (!skip) done = LxConvertTiffItem(conversion, item);
         break;
       case Source::kExif:
@@ -153,7 +153,7 @@ std::int32_t WalkPool(LxConversion& conversion, const LxMetadataPool& pool) {
         break;
       case Source::kTiffHeader:
         if (!Is(item->name, "IFD")) break;
-        skip = isPastFirstIfd;  // The thumbnail's directory, or a further picture's.
+        skip = isPastFirstIfd;  // The thumbnail's directory, or another image's.
         isPastFirstIfd = true;
         break;
       case Source::kOther:

@@ -58,8 +58,8 @@ bool MapComponents(LxConversion& conversion, const LxMetadataItem* item, const c
 }
 
 // Exif 2.2, 4.6.5, Flash: bit 0 fired, 1 and 2 return light, 3 and 4 mode, 5 no flash function, 6 red-eye reduction.
-// The property that is replaced is that of the item's own name. In the GPS directory this tag has no name that could be
-// a property's, so an entry there leaves what the Exif directory says of the flash as it is.
+// The property of the item's own name is replaced. In the GPS directory the tag has no name that a property can have,
+// so an entry there does not change the flash of the Exif directory.
 bool MapFlash(LxConversion& conversion, const LxMetadataItem* item, const char* schema) {
   if (item->valueLength < 2) return false;
   const unsigned bits = LxGet16(item->value, LxItemOrder(item));
@@ -81,7 +81,7 @@ bool MapFlash(LxConversion& conversion, const LxMetadataItem* item, const char* 
   return all;
 }
 
-// A record that begins with two 16-bit numbers, columns and rows, and what follows them.
+// A record that begins with two 16-bit numbers, columns and rows.
 class Matrix {
  public:
   Matrix(LxConversion& conversion, const LxMetadataItem* item, const char* schema)
@@ -103,7 +103,7 @@ class Matrix {
     return columns && rows;
   }
 
-  // One name a column. A name takes a byte at least, so there are no more of them than bytes.
+  // One name per column. Each takes at least a byte, which bounds their number.
   bool SetNames() {
     if (columns_ > Left() || !conversion_.TakeArrayItems(columns_)) return false;
     return LxSetXMPTextSeq(conversion_.Xmp(), schema_, FieldPath("Names"), &at_, end_, columns_);
@@ -123,7 +123,7 @@ class Matrix {
                               false, kLxLittleEndian);
   }
 
-  // How many settings there are is known when they have been read: no more than units.
+  // The number of settings is known only after reading; there are no more than units.
   bool SetSettings() {
     if (!conversion_.TakeArrayItems(Left() / 2)) return false;
     return LxSetXMPUnicodeSeq(conversion_.Xmp(), schema_, FieldPath("Settings"), at_, end_);
@@ -148,8 +148,8 @@ class Matrix {
   std::string path_;
 };
 
-// Exif 2.2, 4.6.5, OECF and SpatialFrequencyResponse: the names of the columns, then the table row by row. The values
-// stand behind the names, so they cannot be found when the names do not fit.
+// Exif 2.2, 4.6.5, OECF and SpatialFrequencyResponse: the names of the columns, then the table by rows. The values
+// follow the names, so they cannot be found if the names do not fit.
 bool MapNamedTable(LxConversion& conversion, const LxMetadataItem* item, const char* schema, bool isSigned) {
   Matrix matrix(conversion, item, schema);
   if (!matrix.ReadHeader()) return false;

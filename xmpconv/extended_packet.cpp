@@ -28,14 +28,14 @@ struct Portion {
   std::uint32_t offset;
 };
 
-// -1: no hexadecimal digit. Writers disagree about the case.
+// -1: not a hexadecimal digit. Writers use either case.
 int HexValue(unsigned char digit) noexcept {
   if (digit >= '0' && digit <= '9') return digit - '0';
   if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
   return digit >= 'a' && digit <= 'f' ? digit - 'a' + 10 : -1;
 }
 
-// The name of an extended packet is its digest. REQUIRES: 32 readable characters.
+// Parses the name of an extended packet, which is its digest. REQUIRES: 32 readable characters.
 bool ParseGuid(const char* digits, LxMd5Digest* guid) noexcept {
   for (std::size_t i = 0; i < guid->size(); ++i) {
     const int high = HexValue(static_cast<unsigned char>(digits[2 * i]));
@@ -50,7 +50,7 @@ bool IsPortion(const LxMetadataItem* item) noexcept {
   return item->tagId == kApp1 && (item->flags & kLxDeleted) == 0 && std::strcmp(item->displayText, kIdentifier) == 0;
 }
 
-// The first portion of the main image, or null. A thumbnail's segments stand deeper.
+// The first portion of the main image, or null. A thumbnail's segments are deeper in the tree.
 const LxMetadataItem* FindPortion(const LxMetadataPool& pool) noexcept {
   if (pool.fileKind != kLxFileJpeg || pool.root == nullptr) return nullptr;
   const LxMetadataItem* item = pool.root->firstChild;
@@ -58,7 +58,7 @@ const LxMetadataItem* FindPortion(const LxMetadataPool& pool) noexcept {
   return item;
 }
 
-// The portions of that packet, from `item` on. False: they do not say the same length of it, or one reaches beyond.
+// Collects the packet's portions from `item` on. False: they disagree on its length, or one extends beyond it.
 bool CollectPortions(const LxMetadataItem* item, const LxMd5Digest& guid, std::vector<Portion>* portions,
                      std::uint32_t* fullLength) {
   for (; item != nullptr; item = item->next) {
@@ -79,14 +79,14 @@ bool CollectPortions(const LxMetadataItem* item, const LxMd5Digest& guid, std::v
   return true;
 }
 
-// The whole packet; empty when a byte is missing or is told in two ways.
+// Joins the portions. Returns an empty text if a byte is missing or covered twice.
 std::string Join(std::vector<Portion>& portions, std::uint32_t fullLength) {
   std::uint64_t available = 0;
   for (const Portion& portion : portions) available += portion.length;
-  if (fullLength > available) return {};  // Or memory would be asked for on the word of a few bytes.
+  if (fullLength > available) return {};  // Checked before allocating a length that the file merely states.
 
   const auto byOffset = [](const Portion& left, const Portion& right) { return left.offset < right.offset; };
-  // They stand in order in what writers write.
+  // Writers usually store them in order.
   if (!std::is_sorted(portions.begin(), portions.end(), byOffset)) {
     std::sort(portions.begin(), portions.end(), byOffset);
   }
@@ -133,6 +133,6 @@ bool LxAddExtendedPacket(const LxMetadataPool& pool, XMPMetaHolder& xmp) {
     return AddExtendedPacket(first, xmp);
   } catch (const std::exception& failure) {
     LxNoteIfMemoryEnded(failure);
-    return false;  // The main packet must not suffer.
+    return false;  // The main packet must not be lost.
   }
 }

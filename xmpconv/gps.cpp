@@ -10,9 +10,9 @@
 namespace {
 
 constexpr std::int32_t kThreeRationals = 24;
-constexpr double kDegreesEnd = 2147483648.0;  // Whole degrees are a signed number of 32 bits.
+constexpr double kDegreesEnd = 2147483648.0;  // Whole degrees must fit a signed 32-bit number.
 
-// Three unsigned rationals; false when the value is no such thing.
+// Reads three unsigned rationals; false if the value has another form.
 bool ReadAngle(const LxMetadataItem* item, LxGpsAngle* angle) noexcept {
   if (!item->value || item->typeCode != kLxTypeRational || item->valueLength != kThreeRationals) return false;
   const int order = LxItemOrder(item);
@@ -22,7 +22,7 @@ bool ReadAngle(const LxMetadataItem* item, LxGpsAngle* angle) noexcept {
   return true;
 }
 
-// A quotient by 0 says nothing of where or when the picture was taken, so nothing is written for it.
+// A zero divisor makes the place or time unknown, so nothing is written.
 bool HasZeroDivisor(const LxGpsAngle& angle) noexcept {
   return angle.degreesDivisor == 0 || angle.minutesDivisor == 0 || angle.secondsDivisor == 0;
 }

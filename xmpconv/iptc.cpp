@@ -38,8 +38,8 @@ constexpr DatasetRow kDatasetRows[] = {                          // IPTC-IIM 4, 
 };
 // clang-format on
 
-// The items of the bag, or none when there is no bag yet (what stands in its place is deleted). A call that fails ends
-// the reading: what could not be read cannot be told from a new keyword.
+// Reads the items of the bag; none if there is no bag yet (anything else in its place is deleted). Reading stops at a
+// call that fails, since an unread item cannot be told from a new keyword.
 LxKeywordSet ReadKeywords(XMPMetaHolder& xmp) {
   LxKeywordSet keywords;
   if (!xmp.DoesPropertyExist(kLxPicturistSchema, kKeywords)) return keywords;
@@ -60,7 +60,7 @@ LxKeywordSet ReadKeywords(XMPMetaHolder& xmp) {
   return keywords;
 }
 
-// Only this function changes the bag during an import, so it is read once, at the first keyword.
+// During an import only this function changes the bag, so it is read once, at the first keyword.
 void AddKeyword(LxConversion& conversion, const char* keyword) {
   std::optional<LxKeywordSet>& keywords = conversion.Keywords();
   if (!keywords) keywords.emplace(ReadKeywords(conversion.Xmp()));
@@ -100,7 +100,7 @@ bool LxConvertIrItem(LxConversion& conversion, const LxMetadataItem* item) {
     return true;
   }
   if (std::strcmp(item->name, kMarked) == 0) {
-    // "Not marked" is said of a picture only where something is said already.
+    // "False" is only written if there is a value already.
     const bool isMarked = std::strcmp(text, "1") == 0;
     bool ignored = false;
     if (!conversion.Xmp().GetProperty_Bool(kLxPicturistSchema, kMarked, &ignored) && !isMarked) return false;

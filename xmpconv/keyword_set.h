@@ -1,5 +1,5 @@
-// The texts of one bag, for telling in constant time whether a keyword is in it already: a file may hold a million
-// keywords, and comparing each with all before it would take hours.
+// The texts of a bag, to tell in constant time whether it contains a keyword: a file may have a million keywords, and
+// comparing each with all previous ones would take hours.
 #ifndef LXBRIDGE_XMPCONV_KEYWORD_SET_H_
 #define LXBRIDGE_XMPCONV_KEYWORD_SET_H_
 
@@ -14,7 +14,7 @@
 
 class LxKeywordSet {
  public:
-  // Whether the keyword was not in the set before. The text is not copied: it must outlive the set.
+  // Whether the keyword was not yet in the set. The text is not copied: it must outlive the set.
   bool Add(std::string_view keyword) { return keywords_.insert({keyword, HashOf(keyword)}).second; }
   void AddCopy(std::string keyword) { Add(copies_.emplace_front(std::move(keyword))); }
 
@@ -28,8 +28,8 @@ class LxKeywordSet {
     std::size_t operator()(const Entry& entry) const noexcept { return entry.hash; }
   };
 
-  // A polynomial of the bytes at a point that the file cannot know: for any two texts of n bytes at most n in 2^31
-  // points collide, so no file can be made whose keywords all fall into one bucket.
+  // A polynomial of the bytes at a point that the file cannot know: any two texts of n bytes collide at no more than n
+  // of 2^31 points, so no file can be made whose keywords all share a bucket.
   static constexpr std::uint64_t kPrime = 0x7FFFFFFF;
   std::size_t HashOf(std::string_view text) const noexcept {
     std::uint64_t sum = 1;

@@ -1,4 +1,4 @@
-// MD5 over one run of bytes: whole blocks straight from the caller's bytes, then the padded rest from a small buffer.
+// MD5 of a run of bytes: whole blocks directly from the caller's bytes, then the padded rest from a small buffer.
 #include "xmpconv/md5.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kBlockSize = 64;
 
-// RFC 1321, 3.4: how far each step turns left, by round and step modulo 4.
+// RFC 1321, 3.4: the rotation of each step, by round and step modulo 4.
 constexpr int kTurns[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
 
 // RFC 1321, 3.4: T[i], the integer part of 4294967296 times abs(sin(i + 1)).

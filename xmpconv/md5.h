@@ -8,7 +8,7 @@
 
 using LxMd5Digest = std::array<std::uint8_t, 16>;
 
-// The digest of `length` bytes, in the order in which RFC 1321, 3.5 prints it. Null bytes with length 0 are fine.
+// The digest of `length` bytes, in the byte order of RFC 1321, 3.5. `bytes` may be null if `length` is 0.
 [[nodiscard]] LxMd5Digest LxMd5(const std::uint8_t* bytes, std::size_t length) noexcept;
 
 #endif  // LXBRIDGE_XMPCONV_MD5_H_

@@ -1,4 +1,4 @@
-// A short text made of numbers, on the stack: what the setters and the date and coordinate texts are built in.
+// A short text of numbers, on the stack, for the setters and for date and coordinate texts.
 #ifndef LXBRIDGE_XMPCONV_NUMBER_TEXT_H_
 #define LXBRIDGE_XMPCONV_NUMBER_TEXT_H_
 
@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// Holds up to 63 characters. Five numbers with their signs, or three and the texts between them, fit always; nothing
-// longer is put together here, so there is no check.
+// Holds up to 63 characters, unchecked. Five numbers with signs always fit, and so do three with the texts between
+// them; nothing longer is built here.
 class LxNumberText {
  public:
   LxNumberText& Char(char character) noexcept {
@@ -20,7 +20,7 @@ class LxNumberText {
     return *this;
   }
 
-  // As "%0*d": zeros between the sign and the digits up to `width` characters, the sign counted.
+  // As "%0*d": zeros between the sign and the digits, up to `width` characters including the sign.
   LxNumberText& Padded(std::int32_t number, int width) noexcept {
     char digits[12];
     const std::int64_t size = number < 0 ? -std::int64_t{number} : std::int64_t{number};
@@ -30,7 +30,7 @@ class LxNumberText {
       --width;
     }
     for (std::ptrdiff_t missing = width - (last - digits); missing > 0; --missing) Char('0');
-    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): to_chars has written what stands before `last`.
+    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): to_chars has written everything before `last`.
     for (const char* digit = digits; digit != last; ++digit) Char(*digit);
     return *this;
   }

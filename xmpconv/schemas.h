@@ -1,5 +1,4 @@
-// The XMP schemas that the conversion writes, by namespace URI (ISO 16684-1, 8.4 to 8.6, and the schemas of the same
-// kind beside them).
+// The XMP schemas that the conversion writes, by namespace URI (ISO 16684-1, 8.4 to 8.6, and related schemas).
 #ifndef LXBRIDGE_XMPCONV_SCHEMAS_H_
 #define LXBRIDGE_XMPCONV_SCHEMAS_H_
 

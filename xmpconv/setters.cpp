@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t kTextBufferSize = 1024;
 constexpr char32_t kReplacementCharacter = 0xFFFD;
 
-// The text with a terminator: the given one, or a copy of its first `length` bytes. Null: too long.
+// Returns a zero-terminated text: the given one, or a copy of its first `length` bytes. Null: too long.
 const char* Terminated(const char* text, std::int32_t length, char (&buffer)[kTextBufferSize]) noexcept {
   if (length < 0) return text;
   const auto size = static_cast<std::size_t>(length);
@@ -72,7 +72,7 @@ void AppendUtf8(char32_t point, std::string* text) {
   }
 }
 
-// The next unit of a string; 0 at its end, which is a zero unit (stepped over) or too few bytes for one.
+// The next unit of a string; 0 at its end, which is a zero unit (skipped) or too few bytes.
 char32_t NextUnit(const std::uint8_t** cursor, const std::uint8_t* end) noexcept {
   if (end - *cursor < 2) {
     *cursor = end;
@@ -83,7 +83,7 @@ char32_t NextUnit(const std::uint8_t** cursor, const std::uint8_t* end) noexcept
   return unit;
 }
 
-// RFC 2781, 2.2. `first` is a surrogate; the partner is consumed when it is one.
+// RFC 2781, 2.2. `first` is a surrogate; the next unit is consumed if the two form a pair.
 char32_t JoinSurrogates(char32_t first, const std::uint8_t** cursor, const std::uint8_t* end) noexcept {
   if (first >= 0xDC00 || end - *cursor < 2) return kReplacementCharacter;
   const char32_t second = LxGet16(*cursor, kLxLittleEndian);

@@ -1,11 +1,12 @@
-// Setting XMP properties from decoded values: the text forms of numbers, rationals, flags and texts, and the arrays of
-// them.
+// Setting XMP properties from decoded values: the texts of numbers, rationals and flags, other texts, and arrays of
+// these.
 //
-// Every setter gives false when it refuses its input or a call of the toolkit raises; the exception goes no further.
-// All but LxSetXMPStructFlag and LxSetXMPPrefixedText delete the property before they set it, so that the new value
-// replaces one of any form; when setting it fails then, the property stays deleted. A name may be a path below the
-// schema.
+// Every setter returns false if it refuses its input or if a call of the toolkit raises; the exception is caught. All
+// except LxSetXMPStructFlag and LxSetXMPPrefixedText first delete the property, so that the new value replaces one of
+// any form; if setting then fails, the property stays deleted. A name may be a path in the schema.
 //
+// REQUIRES, for setters that read bytes: as many readable bytes as size and count say. `order` is the elements' byte
+// order: 1 big-endian, else little-endian.
 // REQUIRES, for those that read bytes: as many as size and count say. `order` is the byte order of the elements.
 #ifndef LXBRIDGE_XMPCONV_SETTERS_H_
 #define LXBRIDGE_XMPCONV_SETTERS_H_
@@ -16,11 +17,11 @@
 
 #include "clients/xmp/xmp_meta.h"
 
-// Notes a refused allocation of this thread (kit/base/memory.h) when that is what the exception is about, so that what
-// is left out for want of memory is told, and what the toolkit refuses is not.
+// Counts a refused allocation of this thread (kit/base/memory.h) if that is the reason for the exception. So a property
+// that is missing for lack of memory is reported, one that the toolkit refused is not.
 void LxNoteIfMemoryEnded(const std::exception& failure) noexcept;
 
-// Runs calls of the toolkit: false when one raises. All that they can raise is a std::exception: CTALError,
+// Runs calls of the toolkit: false if one raises. Everything that they raise is a std::exception: CTALError,
 // std::logic_error of a binding, std::bad_alloc of the client.
 template <typename Calls>
 [[nodiscard]] bool LxTryXMP(Calls calls) {
@@ -33,13 +34,13 @@ template <typename Calls>
   }
 }
 
-// The length of a text that ends at its zero byte. A text that comes with its length may have up to 1023 bytes; a
-// longer one is refused before anything is deleted.
+// The length argument for a zero-terminated text. A text given with its length may have up to 1023 bytes; a longer one
+// is refused before anything is deleted.
 inline constexpr std::int32_t kLxTerminated = -1;
 
 [[nodiscard]] bool LxSetXMPText(XMPMetaHolder& xmp, const char* schema, const char* name, const char* text,
                                 std::int32_t length);
-// A language alternative of one item, "x-default" (ISO 16684-1, 8.2.2.4).
+// Sets a language alternative with one item, "x-default" (ISO 16684-1, 8.2.2.4).
 [[nodiscard]] bool LxSetXMPLangAlt(XMPMetaHolder& xmp, const char* schema, const char* name, const char* text,
                                    std::int32_t length);
 
@@ -50,29 +51,31 @@ inline constexpr std::int32_t kLxTerminated = -1;
                                       const std::uint8_t* bytes, std::size_t elementSize, std::size_t count,
                                       bool isSigned, int order);
 
-// "numerator/denominator", neither reduced nor checked. 8 bytes each.
+// "numerator/denominator", neither reduced nor checked, from 8 bytes each.
 [[nodiscard]] bool LxSetXMPRational(XMPMetaHolder& xmp, const char* schema, const char* name, const std::uint8_t* bytes,
                                     bool isSigned, int order);
 [[nodiscard]] bool LxSetXMPRationalSeq(XMPMetaHolder& xmp, const char* schema, const char* name,
                                        const std::uint8_t* bytes, std::size_t count, bool isSigned, int order);
 
-// `count` zero-terminated texts that follow each other; the last one may end at `end` instead. On success *cursor
-// stands behind the last. Refused, with nothing deleted, when there are fewer texts before `end`.
+// `count` consecutive zero-terminated texts; the last may end at `end` instead. On success *cursor is after the last
+// one. If there are fewer texts before `end`, they are refused and nothing is deleted.
 [[nodiscard]] bool LxSetXMPTextSeq(XMPMetaHolder& xmp, const char* schema, const char* name,
                                    const std::uint8_t** cursor, const std::uint8_t* end, std::size_t count);
-// Strings of 16-bit units, least significant byte first, each ended by a zero unit or by `end`; an odd last byte is
-// left out. A surrogate without its partner becomes U+FFFD, and the unit behind it stands for itself (RFC 2781, 2.2,
-// calls the text ill-formed; passing the surrogate on would make an item that is no UTF-8).
+// Strings of little-endian 16-bit units, each ended by a zero unit or by `end`; an odd last byte is ignored. A lone
+// surrogate becomes U+FFFD, and the unit after it is read on its own (RFC 2781, 2.2, calls the text ill-formed; copying
+// the surrogate would give an item that is not UTF-8).
 [[nodiscard]] bool LxSetXMPUnicodeSeq(XMPMetaHolder& xmp, const char* schema, const char* name,
                                       const std::uint8_t* start, const std::uint8_t* end);
 
 [[nodiscard]] bool LxSetXMPDate(XMPMetaHolder& xmp, const char* schema, const char* name, const XMPDateTime& date);
 
-// A field of the Exif schema: "True" or "False" when it is boolean, else one character, '0' + value. Deletes nothing.
+// Sets a field of the Exif schema to "True" or "False" if it is boolean, else to one character, '0' + value. Deletes
+// nothing.
 [[nodiscard]] bool LxSetXMPStructFlag(XMPMetaHolder& xmp, const char* schema, const char* structName, const char* field,
                                       std::uint8_t value, bool isBoolean);
 
-// Sets what follows the label in the text; a text that does not begin with the label gives false and changes nothing.
+// Sets the property to the rest of the text after the label; false, without any change, if the text does not begin with
+// it.
 [[nodiscard]] bool LxSetXMPPrefixedText(XMPMetaHolder& xmp, const char* schema, const char* name, const char* label,
                                         const char* text);
 

@@ -31,7 +31,7 @@ bool IsSignedType(std::uint16_t type) noexcept {
   return type == kLxTypeSByte || type == kLxTypeSShort || type == kLxTypeSLong || type == kLxTypeSRational;
 }
 
-// Elements of `size` bytes in the value; -1 when it is not a whole number of them.
+// The number of elements of `size` bytes; -1 if the value is not a whole number of them.
 std::int32_t WholeElements(const LxMetadataItem* item, std::int32_t size) noexcept {
   return item->valueLength % size == 0 ? item->valueLength / size : -1;
 }
@@ -46,7 +46,7 @@ bool MapText(LxConversion& conversion, const LxMetadataItem* item, const char* s
   return LxSetXMPText(conversion.Xmp(), schema, item->name, text, kLxTerminated);
 }
 
-// A text without its zero byte ends where the value does: captions are the texts that people would miss.
+// A text without a zero byte ends with the value: captions would otherwise be lost.
 bool MapLangAlt(LxConversion& conversion, const LxMetadataItem* item, const char* schema, LxPartner) {
   if (item->typeCode != kLxTypeAscii) return false;
   if (!item->value) return LxSetXMPLangAlt(conversion.Xmp(), schema, item->name, "", kLxTerminated);
@@ -92,16 +92,15 @@ bool MapRationalSeq(LxConversion& conversion, const LxMetadataItem* item, const 
                              IsSignedType(item->typeCode), LxItemOrder(item));
 }
 
-// The item with the zone of the date whose fraction of the second is in `subSeconds`.
+// The item with the zone of a date, by the item with its fraction of a second.
 LxPartner OffsetOf(LxPartner subSeconds) noexcept {
   constexpr int kDistance = static_cast<int>(LxPartner::kOffsetTime) - static_cast<int>(LxPartner::kSubSecTime);
   return static_cast<LxPartner>(static_cast<int>(subSeconds) + kDistance);
 }
 
-// partner: the fraction of the second. Exif 2.2 has no zone, so the date is taken as the machine's local time, unless
-// the camera says its zone as Exif 2.31 has it. A date that names no instant ("0000:00:00", or blanks for an unset
-// clock) is refused by the toolkit, so that nothing false is written; the machine has no zone for it either, so that it
-// is refused before a packet's own date is touched.
+// partner: the fraction of a second. Exif 2.2 has no zone, so the date is taken as the machine's local time, unless the
+// camera gives its zone as in Exif 2.31. A date that denotes no instant ("0000:00:00", or blanks for an unset clock) is
+// refused by the toolkit. That happens when the zone is determined, before a packet's own date is deleted.
 bool MapDateTime(LxConversion& conversion, const LxMetadataItem* item, const char* schema, LxPartner partner) {
   if (!item->value || item->typeCode != kLxTypeAscii || item->valueLength != kDateTimeLength) return false;
   XMPDateTime date{};
@@ -237,7 +236,7 @@ constexpr TagRow kExifRows[] = {                                   // Exif 2.2, 
     {0xA420, MapText},                                             // ImageUniqueID
 };
 
-// Tags of a raw converter: their texts begin with a label, the rest is the value.
+// Tags of a raw converter: each text begins with a label, the rest is the value.
 struct RawRow {
   std::uint16_t tag;
   const char* schema;
@@ -272,7 +271,8 @@ constexpr bool IsSortedByTag(const Row (&rows)[kCount]) {
 static_assert(std::size(kTiffRows) == 25 && IsSortedByTag(kTiffRows));
 static_assert(std::size(kExifRows) == 26 + 53 && IsSortedByTag(kExifRows));
 static_assert(std::size(kRawRows) == 16 && IsSortedByTag(kRawRows));
-static_assert(kExifRows[std::size(kExifRows) - 1].tag < kRawRows[0].tag);  // So one of the tables is enough to look in.
+static_assert(kExifRows[std::size(kExifRows) - 1].tag <
+              kRawRows[0].tag);  // So only one of the tables has to be searched.
 
 // The rows of a table by tag, made by the compiler: a slot is a row's number from 1, or 0.
 class RowFinder {
@@ -312,9 +312,9 @@ bool MapByTag(const TagRow* rows, const RowFinder& finder, LxConversion& convers
     conversion.Xmp().DeleteProperty(schema, item->name);
     return false;
   }
-  // A generated name begins with a space and can be the name of no XML element (Namespaces in XML 1.0, 3). The toolkit
-  // would say so by an error for each such tag, and raising it costs more than the rest of a tag's conversion; and for
-  // a struct, whose field paths are composed unguarded, that error would end the import of a file with one stray tag.
+  // A generated name begins with a space and cannot be an XML name (Namespaces in XML 1.0, 3). The toolkit would raise
+  // an error for each such tag, which costs more than the rest of the conversion. For a struct, whose field paths are
+  // composed unguarded, the error would even end the import.
   if (item->name[0] == ' ') return false;
   const TagRow* const row = finder.Find(rows, item->tagId);
   return row && row->rule(conversion, item, schema, row->partner);

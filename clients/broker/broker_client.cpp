@@ -1,4 +1,4 @@
-// The interface broker client's state: start and stop, and the broker's own interfaces.
+// The state of the broker client: start and stop, and the broker's own interfaces.
 #include "clients/broker/broker_client.h"
 
 #include <iterator>
@@ -9,12 +9,12 @@ namespace TAL_T_NMT {
 namespace {
 
 enum class Phase {
-  kStopped,  // Not started, or a start-up that has not come to its fourth step.
-  kBound,    // The broker's interfaces are bound: from here on a procedure that is missing is raised.
+  kStopped,  // Not started, or failed before the broker was bound.
+  kBound,    // The broker's interfaces are bound: from here on a missing procedure raises an error.
   kStarted,
 };
 
-// Without a broker the count is this word. It never changes and is not 0.
+// The count used without a broker. It never changes and is not 0.
 constinit const std::uint32_t kNoBrokerCount = 1;
 
 constinit Phase phase = Phase::kStopped;
@@ -31,8 +31,8 @@ constinit TALInterfaceTable<TALStringProcs, std::size(kTALStringProcNames)> stri
 constinit TALInterfaceTable<TALMemoryProcs, std::size(kTALMemoryProcNames)> memoryTable(kTALMemoryInterface,
                                                                                         kTALMemoryProcNames);
 
-// The broker's two core errors as exceptions. They are made by start-up and emptied by shutdown; as plain variables
-// they would have a destructor that is registered at load and runs at exit, when there may be no broker any more.
+// The broker's two core errors as exceptions, set at start and cleared at shutdown. As plain variables they would
+// register destructors at load time, which run at exit, possibly after the broker is gone.
 class StaticErrors {
  public:
   // Whether the first core error exists.
@@ -58,7 +58,7 @@ class StaticErrors {
 };
 constinit StaticErrors staticErrors;
 
-// Start-up's own binding, and that of errors: a missing procedure is an answer, not an exception.
+// For start-up and for errors: a missing procedure gives false instead of an exception.
 bool LookUpAll(const char* interfaceName, const TALProcName* names, std::size_t count, TALProc* slots) noexcept {
   if (!lookUp) return false;
   for (std::size_t i = 0; i < count; ++i) {
@@ -94,9 +94,8 @@ bool FindCore() noexcept {
 bool BindBroker() {
   const bool hasContainers = containerTable.Bind(LookUpAll);
   if (hasContainers) primaryInstanceOffset = containerTable.Bound().getOffsetToPrimaryInstance();
-  // An error can be raised only by means of the error interface. So a missing container interface is raised when that
-  // one is there, and when both are missing the start-up is false as it is for the error interface alone: either way
-  // the caller gets true, false or an error that says what is missing.
+  // Raising an error requires the error interface. So a missing container interface is raised only if the error
+  // interface exists; if both are missing, the start returns false, as for the error interface alone.
   if (!errorTable.Bind(LookUpAll)) return false;
   if (!hasContainers) throw CTALError("Missing Interface", "TAL", 0);
   if (!staticErrors.Make(errorTable.Bound())) return false;
@@ -109,7 +108,7 @@ bool StartObject(const TALClientObject& object) noexcept {
   try {
     return object.start();
   } catch (...) {
-    return false;  // Whatever it was, start-up reports it as a client object that did not start.
+    return false;  // In any case, the start reports a client object that did not start.
   }
 }
 
@@ -130,10 +129,10 @@ std::mutex tableMutex;
 bool StartBrokerClient(TALLookupProc lookup) {
   if (phase == Phase::kStarted) return true;
   if (!lookup) return false;
-  ForgetBroker();  // A start-up that failed may have left tables.
+  ForgetBroker();  // A failed start may have left tables.
   lookUp = lookup;
-  // A start-up that fails leaves what it has bound: the error that it raised, or that a client object kept, is still to
-  // be released. The phase keeps everything else from using it.
+  // A failed start keeps what it has bound: an error that it raised, or that a client object kept, must still be
+  // released. The phase prevents any other use.
   if (!FindCore() || !BindBroker()) return false;
   phase = Phase::kBound;
   if (!StartClientObjects()) {
@@ -190,7 +189,7 @@ void ReleaseContainer(TALContainerRef container) noexcept {
   try {
     if (const TALContainerProcs* procs = ContainerProcs()) ReleaseError(procs->release(container));
   } catch (const CTALError&) {
-    // The container interface is gone, and the containers with it.
+    // The container interface is gone, and with it all containers.
   }
 }
 

@@ -1,6 +1,6 @@
-// The interface broker client: its start and stop, the broker's own interfaces, and the tables that it and other
-// clients bind through the broker. One per process image. It is started and shut down by one thread while no other uses
-// it; between the two any number of threads may call everything else here.
+// The client of the interface broker: start and stop, the broker's own interfaces, and the tables that it and other
+// clients bind through the broker. Each process image has one. One thread starts it and shuts it down while no other
+// uses it; between the two, any number of threads may call everything else here.
 #ifndef LXBRIDGE_CLIENTS_BROKER_BROKER_CLIENT_H_
 #define LXBRIDGE_CLIENTS_BROKER_BROKER_CLIENT_H_
 
@@ -18,19 +18,19 @@ namespace TAL_T_NMT {
 
 // --- start and stop -------------------------------------------------------------------------------------------------
 
-// True when started, also when it was already. False: null lookup, a core procedure or the error or string interface
-// missing, no core error, or a client object that did not start. Raises CTALError "Missing Interface" (component "TAL")
-// when the container or the memory interface is missing. After a failure it can be started again.
+// True if started, also if it already was. False: null lookup, a missing core procedure, error interface or string
+// interface, no core error, or a client object that did not start. Raises CTALError "Missing Interface" (component
+// "TAL") if the container or the memory interface is missing. May be called again after a failure.
 bool StartBrokerClient(TALLookupProc lookup);
 
-// Stops the client objects and forgets everything that came from the broker. Nothing happens when it is not started.
+// Stops the client objects and drops everything that came from the broker. Does nothing if not started.
 void ShutDownBrokerClient() noexcept;
 
 bool BrokerClientStarted() noexcept;
 
-// A part of another client that starts and stops with the broker client. Registered by a static initialiser, never
-// unregistered; the latest registered is started first. `start` fails by false or by an exception, `stop` forgets every
-// table bound through the broker. A start-up that fails stops those that had started.
+// A part of another client that starts and stops with the broker client. Registered by a static initialiser and never
+// unregistered; the last one registered starts first. `start` fails by false or by an exception; `stop` drops every
+// table bound through the broker. A failed start stops the objects already started.
 struct TALClientObject {
   bool (*start)();
   void (*stop)() noexcept;
@@ -40,40 +40,41 @@ void RegisterClientObject(TALClientObject* object) noexcept;
 
 // --- the broker's interfaces ----------------------------------------------------------------------------------------
 //
-// Null while the client is not started. Bound again when the broker's unregister count has changed, and then CTALError
-// with an empty message and component "TAL" when a procedure is gone. Ask anew for each call: it costs a comparison.
+// Null while the client is not started. Bound again when the broker's unregister count has changed; raises CTALError
+// with an empty message and component "TAL" if a procedure is then missing. Call these again for each use: that costs a
+// comparison.
 
 const TALContainerProcs* ContainerProcs();
 const TALStringProcs* StringProcs();
 const TALMemoryProcs* MemoryProcs();
-// Never raises, and works from the moment that start-up has bound it, since errors are raised during start-up too. Null
-// when the interface is gone.
+// Never raises. Works as soon as start-up has bound it, since start-up itself may raise errors. Null if the interface
+// is gone.
 const TALErrorProcs* ErrorProcs() noexcept;
 
-// Bytes from a container reference to its pointer to the instance.
+// Offset in bytes of the instance pointer in a container.
 std::uint32_t PrimaryInstanceOffset() noexcept;
 
-// Release a container or an error without raising; for destructors and failure paths. Nothing
-// happens for null and after shutdown.
+// Release a container or an error without raising; for destructors and failure paths. Do nothing for null and after
+// shutdown.
 void ReleaseContainer(TALContainerRef container) noexcept;
 void ReleaseError(TALErrorRef error) noexcept;
 
 // --- tables bound through the broker --------------------------------------------------------------------------------
 
-// The broker's unregister count while there is a broker. Without one it is a word of ours that is not 0, so that tables
-// that were forgotten (kept count 0) never look bound, and a table needs one comparison per use.
+// The broker's unregister count. Without a broker it is a word of this client that is not 0, so that tables that were
+// dropped (stored count 0) never look bound, and using a table takes one comparison.
 extern const std::uint32_t* unregisterCountAddress;
 inline std::uint32_t UnregisterCount() noexcept {
   return __atomic_load_n(unregisterCountAddress, __ATOMIC_ACQUIRE);
 }
 
-// Held while a table takes over procedures that have been looked up, and while the list of an object's tables grows.
-// Nothing is looked up, and nothing raised, while it is held.
+// Held while a table stores procedures that have been looked up, and while the list of object tables grows. No lookup
+// and no exception happens while it is held.
 extern std::mutex tableMutex;
 
-// Procedures and the unregister count that they were bound at. Threads that find the count up to date read the
-// procedures without the lock. Binding again mostly finds the same procedures, and then does not write them: a host
-// that replaces an interface while threads use it has to expect either.
+// Procedures, and the unregister count at the time they were bound. Threads that find the count current read the
+// procedures without the lock. Rebinding usually finds the same procedures and then does not write them; a host that
+// replaces an interface while threads use it may see either.
 template <typename Procs>
 class TALBoundProcs {
  public:
@@ -91,20 +92,20 @@ class TALBoundProcs {
   std::atomic<std::uint32_t> boundAt_{0};
 };
 
-// Fills the slots with the interface's procedures. False while the client is not started, CTALError (empty message,
-// component "TAL") when it is and a procedure is missing.
+// Fills the slots with the interface's procedures. False if the client is not started; raises CTALError (empty message,
+// component "TAL") if a procedure is missing.
 bool BindInterface(const char* interfaceName, const TALProcName* names, std::size_t count, TALProc* slots);
 
-// Fills the slots with the methods of the object. CTALError "invalid container" when one cannot be had; an optional one
-// that the object lacks is null.
+// Fills the slots with the methods of the object. Raises CTALError "invalid container" if one is missing; a missing
+// optional method gives null.
 enum class MethodNeed { kRequired, kOptional };
 void BindMethods(TALContainerRef object, const TALProcName* names, std::size_t count, TALProc* slots, MethodNeed need);
 
-// The kind of the object; CTALError "invalid container" when it has none.
+// The kind of the object; raises CTALError "invalid container" if it has none.
 TALKindRef KindOf(TALContainerRef object);
 
-// An interface's procedures, bound on first use and again when the unregister count has changed. `Procs` is a struct of
-// function pointers in the order of the names. Has static storage; nothing runs at load.
+// An interface's procedures, bound at the first use and again when the unregister count has changed. `Procs` is a
+// struct of function pointers in the order of the names. Has static storage; nothing runs at load time.
 template <typename Procs, std::size_t kCount>
 class TALInterfaceTable {
   static_assert(sizeof(Procs) == kCount * sizeof(TALProc));
@@ -140,8 +141,8 @@ class TALInterfaceTable {
   TALBoundProcs<Procs> procs_;
 };
 
-// The methods of objects, one table for each kind of object, in the broker's memory. A table keeps its address until
-// Forget and is bound again in place when the unregister count has changed.
+// The methods of objects, one table for each kind, in the broker's memory. A table keeps its address until Forget and
+// is rebound in place when the unregister count has changed.
 template <typename Procs, std::size_t kCount, MethodNeed kNeed = MethodNeed::kRequired>
 class TALMethodTables {
   static_assert(sizeof(Procs) == kCount * sizeof(TALProc));
@@ -149,14 +150,14 @@ class TALMethodTables {
  public:
   constexpr explicit TALMethodTables(const TALProcName (&names)[kCount]) noexcept : names_(names) {}
 
-  // Whether `table` is the table of the kind that was met first, and up to date. The one kind that there is in practice
-  // costs no call of the broker this way.
+  // Whether `table` is current and is the table of the first kind. In practice there is only one kind, so this avoids a
+  // call of the broker.
   bool IsCurrent(const Procs* table) const noexcept {
     const Entry* first = first_.load(std::memory_order_acquire);
     return first && table == &first->procs.Get() && first->procs.IsBound();
   }
 
-  // The broker client must be started. CTALError "invalid container" when there is no table for the object.
+  // REQUIRES: the broker client is started. Raises CTALError "invalid container" if there is no table for the object.
   const Procs& Of(TALContainerRef object) {
     const TALKindRef kind = KindOf(object);
     if (Entry* entry = Find(kind)) {
@@ -178,13 +179,13 @@ class TALMethodTables {
     return kept->procs.Get();
   }
 
-  // Frees the tables. Part of a client object's stop, while the broker's memory interface can still be had.
+  // Frees the tables. Called when a client object stops, while the broker's memory interface still exists.
   void Forget() noexcept {
     const TALMemoryProcs* memory = nullptr;
     try {
       memory = MemoryProcs();
     } catch (...) {
-      // The interface is gone, and with it the way to give the blocks back.
+      // The interface is gone, so the blocks cannot be freed.
     }
     Entry* entry = first_.exchange(nullptr, std::memory_order_relaxed);
     while (entry) {
@@ -207,7 +208,7 @@ class TALMethodTables {
     return entry;
   }
 
-  // The entry, or the one that another thread has added for the kind before.
+  // Adds the entry, or returns the one that another thread has added for the kind.
   Entry* Add(Entry* entry) noexcept {
     const std::lock_guard lock(tableMutex);
     std::atomic<Entry*>* link = &first_;

@@ -9,8 +9,8 @@ namespace {
   throw CTALError("invalid container", "", 0);
 }
 
-// Whatever the broker has against the object: to the caller it is no valid container, so the broker's error goes no
-// further.
+// Whatever the broker's error, the caller only learns that the object is not a valid container, so the error is
+// released here.
 bool Succeeded(TALErrorRef error) noexcept {
   ReleaseError(error);
   return !error;

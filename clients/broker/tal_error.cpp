@@ -31,7 +31,7 @@ CTALError::CTALError(const CTALError& other) noexcept
   if (const TALErrorProcs* procs = ErrorProcs()) {
     procs->addRef(error_);
   } else {
-    // Without a reference of its own this copy must not release one, nor trust the text to outlive the other's.
+    // Without a reference of its own, this copy must not release one or rely on the other's text.
     error_ = nullptr;
     message_ = "";
   }

@@ -9,9 +9,9 @@
 
 namespace TAL_T_NMT {
 
-// Holds one counted broker error, or none. Its texts belong to the broker and live as long as this object, so neither
-// making nor copying one allocates here. An object that outlives the broker client's shutdown keeps its texts and gives
-// its reference back to nobody: there is no broker left to give it to.
+// Holds a counted broker error, or none. Its texts belong to the broker and live as long as this object, so
+// constructing and copying do not allocate. An object that outlives the broker client's shutdown keeps its texts but
+// cannot release its reference: the broker is gone.
 class CTALError : public std::exception {
  public:
   CTALError() noexcept = default;
@@ -22,10 +22,10 @@ class CTALError : public std::exception {
   CTALError& operator=(const CTALError& other) noexcept;
   ~CTALError() override;
 
-  const char* what() const noexcept override { return message_; }  // The message; "" when it holds none.
+  const char* what() const noexcept override { return message_; }  // The message; "" without an error.
   const char* Component() const noexcept;
   std::int32_t Id() const noexcept;
-  TALErrorRef Reference() const noexcept { return error_; }  // Still this object's.
+  TALErrorRef Reference() const noexcept { return error_; }  // Not passed to the caller.
 
  private:
   TALErrorRef error_ = nullptr;
@@ -34,7 +34,7 @@ class CTALError : public std::exception {
 
 [[noreturn]] void ThrowError(TALErrorRef adopted);
 
-// What every call of a broker or toolkit procedure goes through: a result other than null is raised.
+// Checks the result of every call of a broker or toolkit procedure: raises it unless it is null.
 inline void ThrowIfError(TALErrorRef adopted) {
   if (adopted) [[unlikely]]
     ThrowError(adopted);

@@ -1,18 +1,19 @@
-// The boundary between the XMP toolkit (`VeltoXMP`) and its clients: what crosses it, the names under which its
-// procedures are looked up through the broker, and their signatures. The toolkit implements them; LxBridge's own
-// client and a host's call them.
+// The boundary between the XMP toolkit (`VeltoXMP`) and its clients: the types that cross it, the names for looking up
+// its procedures through the broker, and their signatures. The toolkit implements them; the clients of LxBridge and of
+// hosts call them.
 //
 // Conventions of all procedures:
-// - C calling convention, nothing raises. The result is null or a broker error reference that the caller now owns.
-// - Texts in are zero-terminated UTF-8, never null unless said. A schema is a namespace URI. A property name may be a
-//   whole property path below that schema ("Flash", "Flash/exif:Fired", "creator[2]", "title[?xml:lang=\"de\"]").
-// - Texts out ({pointer, length in bytes, zero byte at the end}) belong to the toolkit and are valid until
-// "UnlockObject"
-//   of that object or "UnlockUtils" is called. Any out pointer may be null when the caller does not want the value.
+// - C calling convention; no exceptions. The result is null or a broker error reference that the caller then owns.
+// - Input texts are zero-terminated UTF-8, never null unless stated. A schema is a namespace URI. A property name may
+// be a
+//   whole path in that schema ("Flash", "Flash/exif:Fired", "creator[2]", "title[?xml:lang=\"de\"]").
+// - Output texts ({pointer, length in bytes}, with a zero byte at the end) belong to the toolkit and are valid until
+//   "UnlockObject" of that object or "UnlockUtils" is called. Any out pointer may be null.
 // - Array indexes count from 1; kXMPLastItem is the last.
-// - Between the first start and the last stop any number of threads may call at once; an object and its methods belong
-//   to one thread at a time. Texts of procedures without an object belong to the thread that asked for them.
-// - "found" is 1 or 0. Asking for or deleting a property that does not exist, or whose name cannot exist, is no error.
+// - Between the first start and the last stop, any number of threads may call at once; an object and its methods are
+// used
+//   by one thread at a time. Texts of procedures without an object belong to the thread that called them.
+// - "found" is 1 or 0. It is not an error to read or delete a property that does not exist, or whose name cannot exist.
 #ifndef LXBRIDGE_CLIENTS_XMP_XMP_ABI_H_
 #define LXBRIDGE_CLIENTS_XMP_XMP_ABI_H_
 
@@ -23,9 +24,9 @@
 
 inline constexpr std::uint32_t kXMPClientVersion = 0x3010000;
 
-// Ordinals 1 and 2 of the toolkit library, under the names that they have where libraries have no ordinals.
-// Ordinal 1: the broker's lookup procedure, the client's version, an output word (the toolkit's own version). Non-zero:
-// started (also when it was already); each start is paired with one ordinal 2.
+// Ordinals 1 and 2 of the toolkit library, by the names that they have where libraries have no ordinals. Ordinal 1
+// takes the broker's lookup procedure, the client's version and an output word for the toolkit's version. Non-zero:
+// started (also if it already was); each start is paired with one call of ordinal 2.
 extern "C" std::uint32_t VeltoXMPOrdinal1(TALLookupProc lookup, std::uint32_t clientVersion, std::uint32_t* version);
 extern "C" std::uint32_t VeltoXMPOrdinal2();
 
@@ -65,20 +66,20 @@ struct XMPDateTime {
 };
 static_assert(sizeof(XMPDateTime) == 40);
 
-// One node of a visit, in the object's order, parents before children, qualifiers of a node right after it and before
-// its items or fields. Texts live only during the call.
+// A node in a visit. Nodes come in the object's order, parents before children, and a node's qualifiers directly after
+// it, before its items or fields. Texts are valid only during the call.
 struct XMPVisitedNode {
   std::uint32_t depth;    // 0: a schema; 1: a top-level property; 2: its items, fields or qualifiers; ...
   std::uint32_t options;  // kXMPProp...; kXMPSchemaNode for a schema.
-  const char* schema;     // Namespace URI: for a field or qualifier of its own name, for an array item of the array.
+  const char* schema;     // Namespace URI: of the name; of an array item, the array's.
   const char* prefix;     // The registered prefix of `schema`, without colon.
   const char* name;       // Local name; "" for an array item and a schema.
-  XMPTextOut value;       // Simple values; empty for arrays, structs and schemas.
+  XMPTextOut value;       // Of a simple node; else empty.
 };
-// 0 goes on, 1 passes over what lies below this node, anything else ends the visit (and is no error).
+// 0: continue; 1: skip the descendants of this node; any other value ends the visit (not an error).
 using XMPVisitProc = std::uint32_t (*)(void* user, const XMPVisitedNode* node);
 
-// --- "ZXMPMeta_StaticInterface": making objects, the namespace registry --------------------------------------------
+// --- "ZXMPMeta_StaticInterface": creating objects, the namespace registry ------------------------------------------
 
 inline constexpr const char kXMPMetaStaticInterface[] = "ZXMPMeta_StaticInterface";
 
@@ -89,20 +90,21 @@ struct XMPMetaStatics {
   TALErrorRef (*newCopy)(XMPObjectRef source, XMPObjectRef* result);
   TALErrorRef (*getVersion)(std::uint32_t* version);
   TALErrorRef (*getVersionText)(XMPTextOut* text);
-  // Makes the prefix known for the URI. A URI that is known keeps its prefix; a prefix that is taken gets a number
-  // added. *registered is the prefix that the URI has now. The namespace is every object's, whereas one that a packet
-  // brings is its object's alone.
+  // Registers a namespace. A known URI keeps its prefix; if the suggested prefix is taken, a number is added.
+  // *registered is the prefix of the URI. A registered namespace is known to every object, one from a packet only to
+  // its object.
   TALErrorRef (*registerNamespace)(const char* uri, const char* suggestedPrefix, XMPTextOut* registered);
-  TALErrorRef (*deleteNamespace)(const char* uri);  // The standard's own cannot be deleted: an error.
+  TALErrorRef (*deleteNamespace)(const char* uri);  // Error for a standard namespace.
   TALErrorRef (*getNamespacePrefix)(const char* uri, XMPTextOut* prefix, std::uint8_t* found);
   TALErrorRef (*getNamespaceURI)(const char* prefix, XMPTextOut* uri, std::uint8_t* found);
   TALErrorRef (*countNamespaces)(std::uint32_t* count);
   TALErrorRef (*getNamespaceAt)(std::uint32_t index, XMPTextOut* uri, XMPTextOut* prefix);  // From 0, by prefix.
-  TALErrorRef (*getDepthLimit)(std::uint32_t* limit);  // How deep nodes nest at most, in packets and paths alike.
+  TALErrorRef (*getDepthLimit)(std::uint32_t* limit);  // Maximum depth of nodes, in packets and paths.
   TALErrorRef (*getObjectKind)(TALKindRef* kind);
-  TALErrorRef (*countObjects)(std::uint32_t* count);  // Objects alive; for leak checks.
-  TALErrorRef (*isPacket)(const char* bytes, std::uint32_t length, std::uint8_t* answer);  // Starts as a packet does.
-  TALErrorRef (*getErrorText)(std::int32_t id, XMPTextOut* text);  // The kind of failure that an error's id means.
+  TALErrorRef (*countObjects)(std::uint32_t* count);  // Number of objects; for leak checks.
+  TALErrorRef (*isPacket)(const char* bytes, std::uint32_t length,
+                          std::uint8_t* answer);                   // Whether it starts like a packet.
+  TALErrorRef (*getErrorText)(std::int32_t id, XMPTextOut* text);  // The general meaning of an error's id.
   TALErrorRef (*unlockStatics)(std::uint32_t options);
 };
 inline constexpr TALProcName kXMPMetaStaticNames[] = {
@@ -129,12 +131,12 @@ static_assert(sizeof(kXMPMetaStaticNames) / sizeof(TALProcName) == 17);
 // --- the methods of a toolkit object, by the broker's "GetMethod" ---------------------------------------------------
 
 struct XMPMetaMethods {
-  // Adds the properties of a packet. A packet may come in pieces: kXMPParseMoreBuffers with all but the last, which may
-  // be empty. After an error in the packet the object has the properties that were complete before the fault, and the
-  // pieces given so far are forgotten.
+  // Adds the properties of a packet. A packet may come in pieces: with kXMPParseMoreBuffers for all but the last, which
+  // may be empty. After an error the object has the properties that were complete before the fault, and the pieces
+  // given so far are dropped.
   TALErrorRef (*parseFromBuffer)(XMPObjectRef self, const char* bytes, std::uint32_t length, std::uint32_t options);
-  // padding: spaces after the packet (negative: 2048; with kXMPSerializeExactLength the whole length). Null newline
-  // and indent: "\n" and one space.
+  // padding: number of spaces after the packet (negative: 2048; with kXMPSerializeExactLength: the whole length). Null
+  // newline and indent: "\n" and one space.
   TALErrorRef (*serializeToBuffer)(XMPObjectRef self, XMPTextOut* packet, std::uint32_t options, std::int32_t padding,
                                    const char* newline, const char* indent, std::int32_t baseIndent);
 
@@ -147,12 +149,12 @@ struct XMPMetaMethods {
   TALErrorRef (*getQualifier)(XMPObjectRef self, const char* schema, const char* name, const char* qualifierSchema,
                               const char* qualifier, XMPTextOut* value, std::uint32_t* options, std::uint8_t* found);
 
-  // A null text makes an empty array or struct as the options say.
+  // A null text creates an empty array or struct, as the options say.
   TALErrorRef (*setProperty)(XMPObjectRef self, const char* schema, const char* name, const char* text,
                              std::uint32_t options);
   TALErrorRef (*setArrayItem)(XMPObjectRef self, const char* schema, const char* array, std::int32_t index,
                               const char* text, std::uint32_t options);
-  // Makes the array with arrayOptions where there is none; its form may also be implied (0x400 alone is a seq).
+  // Creates a missing array with arrayOptions, whose form may be implied (0x400 alone is a seq).
   TALErrorRef (*appendArrayItem)(XMPObjectRef self, const char* schema, const char* array, std::uint32_t arrayOptions,
                                  const char* text, std::uint32_t itemOptions);
   TALErrorRef (*insertArrayItem)(XMPObjectRef self, const char* schema, const char* array, std::int32_t index,
@@ -177,7 +179,7 @@ struct XMPMetaMethods {
   TALErrorRef (*doesQualifierExist)(XMPObjectRef self, const char* schema, const char* name,
                                     const char* qualifierSchema, const char* qualifier, std::uint8_t* found);
 
-  // ISO 16684-1, language alternatives: the generic language may be "" ("en"), the specific one not ("en-US").
+  // ISO 16684-1, language alternatives: the generic language ("en") may be "", the specific one ("en-US") may not.
   TALErrorRef (*getLocalizedText)(XMPObjectRef self, const char* schema, const char* altText, const char* genericLang,
                                   const char* specificLang, XMPTextOut* actualLang, XMPTextOut* value,
                                   std::uint32_t* options, std::uint8_t* found);
@@ -186,7 +188,7 @@ struct XMPMetaMethods {
   TALErrorRef (*deleteLocalizedText)(XMPObjectRef self, const char* schema, const char* altText,
                                      const char* genericLang, const char* specificLang);
 
-  // The typed forms: an error when the property is there and its text is not of the type.
+  // The typed forms fail if the property exists and its text does not have the type.
   TALErrorRef (*getPropertyBool)(XMPObjectRef self, const char* schema, const char* name, std::uint8_t* value,
                                  std::uint32_t* options, std::uint8_t* found);
   TALErrorRef (*getPropertyInt)(XMPObjectRef self, const char* schema, const char* name, std::int32_t* value,
@@ -209,8 +211,8 @@ struct XMPMetaMethods {
                                  std::uint32_t options);
 
   TALErrorRef (*countArrayItems)(XMPObjectRef self, const char* schema, const char* array, std::uint32_t* count);
-  TALErrorRef (*countProperties)(XMPObjectRef self, const char* schema, std::uint32_t* count);  // Null schema: of all.
-  // Null schema: the whole object. Null name: the whole schema. Else that node and what lies below it (depth from 1).
+  TALErrorRef (*countProperties)(XMPObjectRef self, const char* schema, std::uint32_t* count);  // Null schema: all.
+  // Null schema: the whole object. Null name: the whole schema. Else that node and its descendants (depth from 1).
   TALErrorRef (*visitNodes)(XMPObjectRef self, const char* schema, const char* name, XMPVisitProc visit, void* user);
   TALErrorRef (*getObjectName)(XMPObjectRef self, XMPTextOut* name);  // rdf:about
   TALErrorRef (*setObjectName)(XMPObjectRef self, const char* name);
@@ -261,18 +263,18 @@ inline constexpr TALProcName kXMPMetaMethodNames[] = {
 };
 static_assert(sizeof(kXMPMetaMethodNames) / sizeof(TALProcName) == 40);
 
-// --- methods that a toolkit may lack: their slots are null then ------------------------------------------------------
+// --- methods that a toolkit may lack; their slots are then null ------------------------------------------------------
 
 struct XMPMetaOptionalMethods {
-  // The parts of its packets that the toolkit left out of the object, from its making or clearing on. It keeps a
-  // bounded number of warnings, the first ones: *kept. *total counts the others too.
+  // The number of faults in the object's packets that caused losses, since the object was created or cleared. A bounded
+  // number of warnings is kept, the first ones: *kept. *total also counts the others.
   TALErrorRef (*countWarnings)(XMPObjectRef self, std::uint32_t* kept, std::uint32_t* total);
-  // From 0, in the order of the packet. Line and column count from 1, columns in characters, in the packet as it was
-  // given. The text is one line and names no place.
+  // Index from 0, in the order of the packet. Line and column count from 1, columns in characters, in the packet as
+  // given. The text is one line without a position.
   TALErrorRef (*getWarning)(XMPObjectRef self, std::uint32_t index, std::uint32_t* line, std::uint32_t* column,
                             XMPTextOut* text);
-  // The prefix that a namespace has in this object and the namespace of a prefix: those that the toolkit knows, those
-  // that a client has registered, and those that the object's packets have brought.
+  // The prefix of a namespace in this object and the namespace of a prefix: those known to the toolkit, those
+  // registered by clients, and those in the object's packets.
   TALErrorRef (*getNamespacePrefix)(XMPObjectRef self, const char* uri, XMPTextOut* prefix, std::uint8_t* found);
   TALErrorRef (*getNamespaceURI)(XMPObjectRef self, const char* prefix, XMPTextOut* uri, std::uint8_t* found);
 };
@@ -309,7 +311,7 @@ struct XMPUtilsStatics {
   TALErrorRef (*convertToDate)(const char* text, XMPDateTime* value);
 
   TALErrorRef (*currentDateTime)(XMPDateTime* value);
-  // Sets the zone fields to the machine's zone as it is at that date (daylight saving time included).
+  // Sets the zone fields to the machine's zone at that date (daylight saving time included).
   TALErrorRef (*setTimeZone)(XMPDateTime* value);
   TALErrorRef (*convertToUTCTime)(XMPDateTime* value);
   TALErrorRef (*convertToLocalTime)(XMPDateTime* value);
@@ -322,7 +324,7 @@ struct XMPUtilsStatics {
                                     const char* quotes, XMPTextOut* text);
   TALErrorRef (*separateArrayItems)(XMPObjectRef object, const char* schema, const char* array,
                                     std::uint32_t arrayOptions, const char* text);
-  // Empty name: all of the schema; empty schema too: all of the object.
+  // Empty name: the whole schema; empty schema too: the whole object.
   TALErrorRef (*removeProperties)(XMPObjectRef object, const char* schema, const char* name, std::uint32_t options);
   TALErrorRef (*appendProperties)(XMPObjectRef source, XMPObjectRef target, std::uint32_t options);  // 1: replace too.
   TALErrorRef (*duplicateSubtree)(XMPObjectRef source, XMPObjectRef target, const char* sourceSchema,
@@ -337,8 +339,8 @@ struct XMPUtilsStatics {
   TALErrorRef (*normalizeLanguage)(const char* text, XMPTextOut* language);  // RFC 5646 case: "en-US", "x-default"
   TALErrorRef (*normalizePath)(const char* schema, const char* path, XMPTextOut* normal);
   TALErrorRef (*isUTF8)(const char* text, std::uint32_t length, std::uint8_t* answer);
-  // The text as the toolkit would store it: bytes that are not UTF-8 taken as Windows-1252, control
-  // characters that XML cannot carry as spaces.
+  // The text as the toolkit would store it: bytes that are not UTF-8 read as Windows-1252, control characters that XML
+  // does not allow replaced by spaces.
   TALErrorRef (*repairText)(const char* text, std::uint32_t length, XMPTextOut* repaired);
   TALErrorRef (*escapeXML)(const char* text, std::uint32_t length, XMPTextOut* escaped);
   TALErrorRef (*convertFromUTF16)(const char* bytes, std::uint32_t length, std::uint8_t bigEndian, XMPTextOut* text);
@@ -398,7 +400,7 @@ inline constexpr TALProcName kXMPUtilsStaticNames[] = {
 };
 static_assert(sizeof(kXMPUtilsStaticNames) / sizeof(TALProcName) == 44);
 
-// The tables are bound slot by slot in the order of their names, so a table is exactly its procedures.
+// The tables are bound slot by slot in the order of their names, so each consists exactly of its procedures.
 static_assert(sizeof(XMPMetaStatics) == sizeof(TALProc) * 17);
 static_assert(sizeof(XMPMetaMethods) == sizeof(TALProc) * 40);
 static_assert(sizeof(XMPMetaOptionalMethods) ==

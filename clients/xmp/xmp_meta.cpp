@@ -31,7 +31,7 @@ CXMPMeta::CXMPMeta(XMPObjectRef made) : object_(nullptr), methods_(nullptr) {
     ThrowIfError(containers->addRef(made));
     methods_ = &XMPMethodsOf(made);
   } catch (...) {
-    // Destroys the object whether or not it has its reference: a release that finds the count at 0 does so too.
+    // Destroys the object with or without a reference: releasing it at count 0 destroys it too.
     ReleaseContainer(made);
     throw;
   }
@@ -39,7 +39,7 @@ CXMPMeta::CXMPMeta(XMPObjectRef made) : object_(nullptr), methods_(nullptr) {
 }
 
 std::unique_ptr<CXMPMeta> CXMPMeta::NewCopyOf(XMPObjectRef source) {
-  // The toolkit's object comes last: whatever fails after that is the constructor's to clean up.
+  // The toolkit's object is created last, so later failures are cleaned up by the constructor.
   void* place = ::operator new(sizeof(CXMPMeta));
   try {
     XMPObjectRef object = nullptr;
@@ -56,8 +56,8 @@ CXMPMeta::~CXMPMeta() {
 }
 
 const XMPMetaMethods& CXMPMeta::Methods() const {
-  // An object of another image, or of a session before a shutdown, has a table that is not ours or no longer there: its
-  // address is compared, and only followed when it is the one that this client keeps.
+  // An object of another image, or from before a shutdown, has a table that is foreign or no longer exists. So only its
+  // address is compared, and it is used only if it is this client's table.
   if (xmpMethodTables.IsCurrent(methods_) && object_) [[likely]]
     return *methods_;
   return XMPMethodsOf(object_);

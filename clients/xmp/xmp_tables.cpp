@@ -1,5 +1,4 @@
-// The toolkit's interfaces and methods as this client has bound them, and what starts and stops with the broker
-// client.
+// The toolkit's interfaces and methods as bound by this client, and its client object.
 #include "clients/xmp/xmp_tables.h"
 
 #include <stdexcept>
@@ -45,8 +44,8 @@ bool Start() {
 
 constinit TALClientObject clientObject{Start, Forget};
 
-// The one thing of the library that runs at load: an insertion into a list. It is in this file because nothing of the
-// toolkit can be used without it, so that no linker leaves it out.
+// The only code of the library that runs at load time: it inserts an element into a list. It is in this file because
+// every use of the toolkit needs it, so no linker omits it.
 [[maybe_unused]] const bool isRegistered = (TAL_T_NMT::RegisterClientObject(&clientObject), true);
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The toolkit client's own look at its table of object methods; for the files of this folder.
+// The toolkit client's table of object methods; for the files of this folder.
 #ifndef LXBRIDGE_CLIENTS_XMP_XMP_TABLES_H_
 #define LXBRIDGE_CLIENTS_XMP_XMP_TABLES_H_
 

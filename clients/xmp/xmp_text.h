@@ -1,4 +1,4 @@
-// Copying the toolkit's texts out; for the files of this folder.
+// Copying texts of the toolkit; for the files of this folder.
 #ifndef LXBRIDGE_CLIENTS_XMP_XMP_TEXT_H_
 #define LXBRIDGE_CLIENTS_XMP_XMP_TEXT_H_
 
@@ -7,8 +7,8 @@
 #include "clients/broker/tal_error.h"
 #include "clients/xmp/xmp_abi.h"
 
-// Copies the text and unlocks its owner, also when there is no memory for the copy: the toolkit keeps what it
-// handed out until then. `unlock` gives the unlocking procedure's result.
+// Copies the text and unlocks its owner, even if there is no memory for the copy: until then the toolkit keeps the
+// text. `unlock` returns the result of the unlocking procedure.
 template <typename Unlock>
 void TakeText(const XMPTextOut& text, std::string* copy, Unlock unlock) {
   try {
@@ -18,7 +18,7 @@ void TakeText(const XMPTextOut& text, std::string* copy, Unlock unlock) {
       copy->clear();
     }
   } catch (...) {
-    const TAL_T_NMT::CTALError dropped(unlock());  // The first failure is the one to report.
+    const TAL_T_NMT::CTALError dropped(unlock());  // The first failure is the one reported.
     throw;
   }
   TAL_T_NMT::ThrowIfError(unlock());

@@ -9,16 +9,16 @@
 
 class CXMPMeta;
 
-// All raise CTALError with the toolkit's error when it refuses, and as XMPUtilsTable does (xmp_client.h).
+// All raise CTALError with the toolkit's error if it refuses, and otherwise as XMPUtilsTable does (xmp_client.h).
 class XMPUtils {
  public:
   static void ComposeStructFieldPath(const char* schema, const char* structName, const char* fieldSchema,
                                      const char* field, std::string* path);
-  // Sets the zone fields to the machine's zone as it is at that date.
+  // Sets the zone fields to the machine's zone at that date.
   static void SetTimeZone(XMPDateTime* value);
-  // Empty name: all of the schema. std::logic_error "XMP error" when there is no object.
+  // Empty name: the whole schema. Raises std::logic_error "XMP error" if there is no object.
   static void RemoveProperties(const CXMPMeta* meta, const char* schema, const char* name, std::uint32_t options = 0);
-  // Adds the source's top-level properties that the target does not have; arrays are not joined. Raises as
+  // Adds the source's top-level properties that the target does not have; arrays are not merged. Raises as
   // RemoveProperties does.
   static void AppendProperties(const CXMPMeta* source, const CXMPMeta* target);
 };
