@@ -1,5 +1,5 @@
-// How the import of a file went, imports from memory, and the thread's memory: what LxBridge has registered with the
-// broker for hosts.
+// The outcome of an import, imports from memory, and the thread's memory, by the interface that LxBridge registers with
+// the broker.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -20,7 +20,7 @@ static_assert(LX_XMP_READ_NOT_FOUND == -kLxReadNotFound && LX_XMP_READ_PERMISSIO
               LX_XMP_READ_NO_DESCRIPTORS == -kLxReadNoDescriptors && LX_XMP_READ_NOT_OPENED == -kLxReadOpenFailed &&
               LX_XMP_READ_BROKEN == -kLxReadBroken && LX_XMP_READ_NO_MEMORY == -kLxReadNoMemory);
 
-// Calls work(procedures of LxBridge). They are looked up each time: LxInterchangeTerm takes them back.
+// Calls work(procedures of LxBridge). They are looked up each time, since LxInterchangeTerm unregisters them.
 template <typename Work>
 LxXmpStatus WithLxBridge(Work work) noexcept {
   return Guarded([&] {

@@ -1,4 +1,4 @@
-// Whole objects: making, parsing, merging and serialising them; and what the toolkit knows of names.
+// Whole objects: creating, parsing, merging and serialising them; and the toolkit's knowledge of names.
 #include <cstdint>
 #include <memory>
 
@@ -28,7 +28,7 @@ LxXmpStatus OnTwo(const CXMPMeta* left, const CXMPMeta* right, bool argumentsThe
   });
 }
 
-// Asks the object's method in `slot`, or elsewhere(key, out) where the toolkit lacks it.
+// Calls the object's method in `slot`, or elsewhere(key, out) if the toolkit lacks it.
 template <typename Slot, typename Elsewhere>
 LxXmpStatus LookUpIn(CXMPMeta* xmp, const char* key, LxXmpText* out, Slot slot, Elsewhere elsewhere) noexcept {
   return OnObject(xmp, key != nullptr && out != nullptr, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
@@ -39,7 +39,7 @@ LxXmpStatus LookUpIn(CXMPMeta* xmp, const char* key, LxXmpText* out, Slot slot, 
     ThrowIfError(look(object, key, &text, &found));
     const auto unlock = [&] { return methods.unlockObject(object, 0); };
     if (found == 0) {
-      ThrowIfError(unlock());  // Of the empty text that comes even so.
+      ThrowIfError(unlock());  // An empty text is returned even so.
       return LX_XMP_NOT_FOUND;
     }
     Give(&GivenTexts::first, text, out, unlock);
@@ -56,7 +56,7 @@ LxXmpStatus LookUp(const char* key, LxXmpText* out, Lookup lookup) noexcept {
     std::uint8_t found = 0;
     ThrowIfError(lookup(statics, &text, &found));
     if (found == 0) {
-      ThrowIfError(statics.unlockStatics(0));  // Of the empty text that comes even so.
+      ThrowIfError(statics.unlockStatics(0));  // An empty text is returned even so.
       return LX_XMP_NOT_FOUND;
     }
     Give(&GivenTexts::first, text, out, [&] { return statics.unlockStatics(0); });
@@ -112,7 +112,7 @@ LxXmpStatus LxXmpIsEqual(CXMPMeta* left, CXMPMeta* right, int* equal) {
 
 LxXmpStatus LxXmpRemove(CXMPMeta* xmp, const char* namespaceUri) {
   return OnObject(xmp, true, [&](const XMPMetaMethods&, XMPObjectRef object) {
-    // To the toolkit an empty namespace is all of them; to a host it is none.
+    // For the toolkit an empty namespace means all of them; for a host, none.
     if (namespaceUri != nullptr && *namespaceUri == '\0') return LX_XMP_OK;
     ThrowIfError(XMPUtilsTable().removeProperties(object, namespaceUri != nullptr ? namespaceUri : "", "", 0));
     return LX_XMP_OK;

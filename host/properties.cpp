@@ -12,14 +12,14 @@ using lxhost::GivenTexts;
 using lxhost::OnObject;
 using lxhost::ThrowIfError;
 
-// The public enumerators are the toolkit's own bits.
+// The public enumerators have the toolkit's values.
 static_assert(LX_XMP_VALUE_IS_URI == kXMPPropValueIsURI && LX_XMP_HAS_QUALIFIERS == kXMPPropHasQualifiers &&
               LX_XMP_IS_QUALIFIER == kXMPPropIsQualifier && LX_XMP_HAS_LANGUAGE == kXMPPropHasLang &&
               LX_XMP_STRUCT == kXMPPropIsStruct && LX_XMP_ARRAY == kXMPPropIsArray &&
               LX_XMP_ORDERED == kXMPPropIsOrdered && LX_XMP_ALTERNATIVE == kXMPPropIsAlternate &&
               LX_XMP_ALT_TEXT == kXMPPropIsAltText);
 
-// Calls get(methods, object, text, options, found) and gives what it found.
+// Calls get(methods, object, text, options, found) and returns the node found.
 template <typename Getter>
 LxXmpStatus Get(CXMPMeta* xmp, bool argumentsThere, LxXmpText* value, std::uint32_t* options, Getter get) noexcept {
   return OnObject(xmp, argumentsThere, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
@@ -43,7 +43,7 @@ LxXmpStatus Change(CXMPMeta* xmp, bool argumentsThere, Changer change) noexcept 
   });
 }
 
-// Without a text there has to be a form that needs none.
+// Without a value, the options must name a form that needs none.
 bool IsSettable(const char* value, std::uint32_t options) noexcept {
   constexpr std::uint32_t kForms = LX_XMP_STRUCT | LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE | LX_XMP_ALT_TEXT;
   return value != nullptr || (options & kForms) != 0;
@@ -70,7 +70,7 @@ struct NamespaceVisit {
   LxXmpNamespaceVisitor visitor;
   void* user;
   std::set<std::string, std::less<>> met = {};
-  const char* latest = nullptr;  // Neighbours mostly share one text.
+  const char* latest = nullptr;  // Adjacent nodes mostly share a text.
   bool hasNoMemory = false;
 
   static std::uint32_t Call(void* visit, const XMPVisitedNode* seen) noexcept {
@@ -146,7 +146,7 @@ LxXmpStatus LxXmpGetLocalizedText(CXMPMeta* xmp, const char* namespaceUri, const
                                                           specificLanguage, &chosen, &text, &options, &found));
                     const auto unlock = [&] { return methods.unlockObject(object, 0); };
                     if (found == 0) {
-                      ThrowIfError(unlock());  // The empty texts that come even so.
+                      ThrowIfError(unlock());  // Empty texts are returned even so.
                       return LX_XMP_NOT_FOUND;
                     }
                     LxXmpText givenLanguage;

@@ -1,4 +1,4 @@
-// The session's start and stop, the last failure, and the texts of each thread.
+// The session's start and stop, the last failure, and the texts returned to each thread.
 #include "host/session.h"
 
 #include <pthread.h>
@@ -20,7 +20,7 @@ static_assert(LX_XMP_VERSION == ((LX_VERSION_MAJOR << 16) | (LX_VERSION_MINOR <<
 
 // --- the last failure -----------------------------------------------------------------------------------------------
 
-// Of fixed size, since a failure for want of memory has to be told, too.
+// Of fixed size, since running out of memory must be reported, too.
 struct LastFailure {
   LxXmpStatus status;
   char message[512];
@@ -37,13 +37,13 @@ std::size_t CharacterLength(const char* text) noexcept {
   if (lead < 0x80) return 1;
   const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
   for (std::size_t i = 1; i < length; ++i) {
-    if (!IsContinuation(text[i])) return 0;  // Also where the text ends.
+    if (!IsContinuation(text[i])) return 0;  // The text may also end here.
   }
   return length;
 }
 
-// Whether a terminal could obey a character, or show the text after it in another order: control characters, the
-// separators of lines and paragraphs, and the bidirectional controls of Unicode (UAX #9).
+// Whether a character could control a terminal, or show the text after it in another order: control characters, line
+// and paragraph separators, and Unicode's bidirectional controls (UAX #9).
 bool IsControl(const char* character, std::size_t length) noexcept {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(character[i]); };
   if (length == 1) return byte(0) < 0x20 || byte(0) == 0x7F;
@@ -72,7 +72,7 @@ LxXmpStatus FailBy(const CTALError& error) noexcept {
   const TALErrorProcs* procs = TAL_T_NMT::ErrorProcs();
   if (procs == nullptr) return Fail(LX_XMP_UNAVAILABLE, "the interface broker has no errors any more");
   if (error.Reference() == procs->getCoreError(0)) return Fail(LX_XMP_NO_MEMORY, error.what());
-  // The clients report a missing procedure so; a missing method has a text but no component.
+  // This is how the clients report a missing procedure; a missing method has a text but no component.
   if (*error.what() == '\0') return Fail(LX_XMP_UNAVAILABLE, "the broker or the XMP toolkit lacks a procedure");
   return Fail(*error.Component() == '\0' ? LX_XMP_UNAVAILABLE : LX_XMP_REFUSED, error.what());
 }
@@ -83,14 +83,14 @@ struct ThreadTexts : GivenTexts {
   ThreadTexts* next = nullptr;
 };
 
-std::mutex lock;  // Of the session's start and stop, and of the list of texts.
+std::mutex lock;  // Guards start and stop of sessions, and the list of texts.
 constinit std::atomic<int> sessions = 0;
-// Each thread's texts are found by a key of the thread library and not by an object with a destructor, since those keep
-// a library in memory that the host unloads.
+// Each thread's texts are found by a key of the thread library. An object with a destructor would keep the library in
+// memory after the host unloads it.
 constinit pthread_key_t textsKey{};
 constinit ThreadTexts* allTexts = nullptr;
 
-// At a thread's end. The texts are no longer in the list when the last LxXmpStop has come first.
+// Runs at a thread's end. If the last LxXmpStop came first, the texts are no longer in the list.
 extern "C" void DropTexts(void* texts) {
   const std::lock_guard<std::mutex> guard(lock);
   for (ThreadTexts** link = &allTexts; *link != nullptr; link = &(*link)->next) {
@@ -119,7 +119,7 @@ LxXmpStatus StartClients() noexcept {
   } catch (const std::exception& error) {
     status = Fail(LX_XMP_UNAVAILABLE, error.what());
   }
-  // Not before the handlers have ended: they still read the error, which belongs to the broker.
+  // Only after the handlers: they still read the error, which belongs to the broker.
   if (status != LX_XMP_OK) TAL_T_NMT::ShutDownBrokerClient();
   return status;
 }
@@ -169,7 +169,7 @@ GivenTexts* TextsOfThread() noexcept {
 void DropTextsOfThread() noexcept {
   void* texts = pthread_getspecific(textsKey);
   if (texts == nullptr) return;
-  (void)pthread_setspecific(textsKey, nullptr);  // Which needs no memory for a key that the thread has set.
+  (void)pthread_setspecific(textsKey, nullptr);  // Needs no memory, since the thread has set the key before.
   DropTexts(texts);
 }
 

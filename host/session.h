@@ -1,5 +1,5 @@
-// The session of the host's client, and what the files of this folder share: failures, the last message and the texts
-// that are given to the host. What the clients raise stops in Guarded().
+// The session of the host's client, and shared parts of this folder's files: failures, the last message and the texts
+// returned to the host. Guarded() catches everything that the clients raise.
 #ifndef LXBRIDGE_HOST_SESSION_H_
 #define LXBRIDGE_HOST_SESSION_H_
 
@@ -17,20 +17,20 @@ namespace lxhost {
 
 using TAL_T_NMT::ThrowIfError;
 
-// Keeps the failure as the thread's last one and returns its status.
+// Stores the failure as the thread's last one and returns its status.
 LxXmpStatus Fail(LxXmpStatus status, const char* message) noexcept;
-// The same for the exception that is being handled.
+// The same for the exception being handled.
 LxXmpStatus FailByException() noexcept;
 LxXmpStatus NullArgument() noexcept;
 
 bool IsStarted() noexcept;
 
-// Places for the texts that one call gives. They belong to the thread and are freed at its end or with the session.
+// The texts returned by one call. They belong to the thread and are freed at its end or with the session.
 struct GivenTexts {
   std::string first;
   std::string second;
 };
-// The calling thread's. Null: no memory.
+// The calling thread's texts. Null: no memory.
 GivenTexts* TextsOfThread() noexcept;
 // REQUIRES: a session.
 void DropTextsOfThread() noexcept;
@@ -56,13 +56,13 @@ LxXmpStatus OnObject(const CXMPMeta* xmp, bool argumentsThere, Work&& work) noex
   });
 }
 
-// Copies the toolkit's text for the host and unlocks it. `place` is one of the thread's texts.
+// Copies the toolkit's text for the host and unlocks it. `place` is an index of the thread's texts.
 template <typename Unlock>
 void Give(std::string GivenTexts::*place, const XMPTextOut& text, LxXmpText* out, Unlock unlock) {
-  constexpr std::size_t kKeptCapacity = std::size_t{1} << 20;  // The memory of a longer text is not kept for the next.
+  constexpr std::size_t kKeptCapacity = std::size_t{1} << 20;  // Longer texts are not kept for reuse.
   GivenTexts* texts = TextsOfThread();
   if (texts == nullptr) {
-    const TAL_T_NMT::CTALError dropped(unlock());  // The first failure is the one to report.
+    const TAL_T_NMT::CTALError dropped(unlock());  // The first failure is the one reported.
     throw std::bad_alloc();
   }
   std::string& kept = texts->*place;

@@ -12,7 +12,7 @@ namespace {
 using lxhost::OnObject;
 using lxhost::ThrowIfError;
 
-// The public record is the toolkit's own.
+// The public record has the toolkit's layout.
 static_assert(sizeof(LxXmpDate) == sizeof(XMPDateTime) && offsetof(LxXmpDate, day) == offsetof(XMPDateTime, day) &&
               offsetof(LxXmpDate, second) == offsetof(XMPDateTime, second) &&
               offsetof(LxXmpDate, zoneMinute) == offsetof(XMPDateTime, zoneMinute) &&
@@ -50,7 +50,7 @@ LxXmpStatus Set(CXMPMeta* xmp, bool argumentsThere, Setter set) noexcept {
   });
 }
 
-// Whether a text is a rational as EXIF properties have it (CIPA DC-010): two whole numbers and a slash between.
+// Whether a text is a rational in the form of EXIF properties (CIPA DC-010): two integers separated by a slash.
 bool ReadRational(std::string_view text, double* value) noexcept {
   const char* const end = text.data() + text.size();
   std::int64_t numerator = 0;

@@ -1,5 +1,5 @@
-/* LxBridge: the metadata of an image file as one XMP object. This header is all that a host includes, from C or C++;
- * the library exports these five functions, with C linkage, and nothing else.
+/* LxBridge: the metadata of an image file as one XMP object. Hosts in C or C++ include only this header; the library
+ * exports these five functions, with C linkage, and nothing else.
  *
  *   LxInterchangeInit();
  *   LxInterchangeHandle handle = LxInterchangeNew("photo.jpg");
@@ -16,18 +16,18 @@
  * and may move between threads. LxInterchangeInit and LxInterchangeTerm are called from one thread while no other is in
  * the library. The library starts no threads.
  *
- * Errors. A file that is missing, unreadable, damaged or of an unknown kind is no error: the XMP object then holds what
- * could be read, which may be nothing. What is an error leaves as a C++ exception, and only from LxInterchangeInit and
- * LxInterchangeNew; both leave nothing behind then:
+ * Errors. A file that is missing, unreadable, damaged or of an unknown kind is not an error: the XMP object then holds
+ * everything that could be read, possibly nothing. Errors are C++ exceptions, raised only by LxInterchangeInit and
+ * LxInterchangeNew, which then leave nothing behind:
  *   std::bad_alloc         memory is exhausted;
  *   TAL_T_NMT::CTALError   the broker or the XMP toolkit lacks a procedure or refused a call; a std::exception, whose
- *                          what() is the broker's message. It is to be destroyed before LxInterchangeTerm;
+ *                          what() is the broker's message. Destroy it before LxInterchangeTerm;
  *   std::logic_error       "ZXMPMeta Client initialization failure": the library is not initialised, or the broker did
  *                          not start.
- * A host in C, or one that is built without exceptions, cannot catch them: they end the program.
+ * A host in C, or one built without exceptions, cannot catch them: they end the program.
  *
- * The library works on two others, the interface broker (TAL) and the XMP toolkit (VeltoXMP), which the host provides
- * and uses itself to work with the XMP object. No file is ever written.
+ * The library uses two others, the interface broker (TAL) and the XMP toolkit (VeltoXMP). The host provides them, and
+ * uses them itself to work with the XMP object. The library never writes a file.
  */
 #ifndef LXBRIDGE_LXBRIDGE_H_
 #define LXBRIDGE_LXBRIDGE_H_
@@ -40,40 +40,40 @@ extern "C" {
 typedef struct CXMPMeta CXMPMeta;
 #endif
 
-/* CXMPMeta: the XMP object of one file, as the host's own client of the toolkit sees it. In memory it is three
+/* CXMPMeta: the XMP object of one file, for use with the host's own client of the toolkit. In memory it is three
  * pointers: a table of virtual functions whose only function is the destructor, the reference to the toolkit's object
- * (a container of the broker), and the table of that object's methods as this library has bound them. The host passes
- * the object reference to methods that its own client has bound. It never destroys the CXMPMeta and never gives the
- * reference back; to keep the object longer than its handle, it adds a reference of its own through the broker. */
+ * (a container of the broker), and the table of that object's methods as bound by this library. The host passes the
+ * object reference to methods that its own client has bound. It must not destroy the CXMPMeta or release the reference;
+ * to keep the object longer than its handle, it adds a reference of its own through the broker. */
 
 /* One import. Opaque. */
 typedef struct LxInterchangeCell* LxInterchangeHandle;
 
-/* Starts the broker client, the toolkit client and the metadata kit. Always true; does nothing when the library is
- * initialised already. That the broker or the toolkit did not start is not told here: LxInterchangeNew then raises.
- * Raises CTALError "Missing Interface" when the broker has no memory or no container interface; the library is not
- * initialised then. */
+/* Starts the broker client, the toolkit client and the metadata kit. Always returns true; does nothing if the library
+ * is already initialised. If the broker or the toolkit does not start, LxInterchangeNew raises, not this function.
+ * Raises CTALError "Missing Interface" if the broker has no memory or no container interface; the library is then not
+ * initialised. */
 bool LxInterchangeInit(void);
 
-/* Stops them in reverse order, however often LxInterchangeInit was called: calls are not counted, so parts of a program
- * that share the library agree on who calls it last. Does nothing when the library is not initialised. */
+/* Stops them in reverse order, however often LxInterchangeInit was called: calls are not counted, so the parts of a
+ * program that share the library must agree on the last call. Does nothing if the library is not initialised. */
 void LxInterchangeTerm(void);
 
-/* Reads the file of a path and converts its metadata; the file is closed again when this returns. The path is
- * zero-terminated UTF-8, never null, on every system, and is copied. An empty path reads standard input, which has to
- * be seekable (from a pipe nothing is read) and stays open.
+/* Reads the file at a path and converts its metadata; the file is closed before this returns. The path is
+ * zero-terminated UTF-8 on every system, never null, and is copied. An empty path reads standard input, which must be
+ * seekable (nothing is read from a pipe) and stays open.
  *
- * Never null. The handle is the caller's, to be given to LxInterchangeDelete.
+ * Never null. The caller passes the handle to LxInterchangeDelete.
  * Not initialised: raises std::logic_error. */
 LxInterchangeHandle LxInterchangeNew(const char* path);
 
-/* The handle's XMP object: the same address each time. It belongs to the handle and is valid until LxInterchangeDelete;
- * do not free or release it. The handle must not be null. Raises nothing. After LxInterchangeTerm the address is still
- * given, but the toolkit behind the object is gone: do not use it. */
+/* The handle's XMP object: always the same address. It belongs to the handle and is valid until LxInterchangeDelete; do
+ * not free or release it. The handle must not be null. Raises nothing. After LxInterchangeTerm the address is still
+ * returned, but the toolkit's object is gone: do not use it. */
 CXMPMeta* LxInterchangeGetXMP(LxInterchangeHandle handle);
 
 /* Frees the handle, its XMP object and everything read for it. Does nothing for null. Raises nothing. After
- * LxInterchangeTerm it frees the handle, but the toolkit's object can no longer be given back and is lost. */
+ * LxInterchangeTerm it frees the handle, but the toolkit's object can no longer be released and is lost. */
 void LxInterchangeDelete(LxInterchangeHandle handle);
 
 #ifdef __cplusplus

@@ -1,6 +1,6 @@
-// LxBridge and LxHost for C++17: sessions, files and objects that end by themselves, the XMP object as a view and as
-// trees of nodes, failures as exceptions. Header only, over the C interfaces of lxbridge.h and xmp.h, which document
-// paths, options and threads.
+// LxBridge and LxHost for C++17: RAII classes for sessions, files and objects, the XMP object as a view and as trees of
+// nodes, failures as exceptions. Header only, over the C interfaces of lxbridge.h and xmp.h, which document paths,
+// options and threads.
 //
 //   lxbridge::Library library;
 //   lxbridge::Interchange photo("photo.jpg");
@@ -26,8 +26,8 @@
 
 namespace lxbridge {
 
-// Every failure but LX_XMP_NO_MEMORY, which is std::bad_alloc: LX_XMP_NO_SESSION, LX_XMP_BAD_ARGUMENT, LX_XMP_REFUSED
-// or LX_XMP_UNAVAILABLE, with LxXmpLastMessage as what().
+// Any failure except LX_XMP_NO_MEMORY, which raises std::bad_alloc: LX_XMP_NO_SESSION, LX_XMP_BAD_ARGUMENT,
+// LX_XMP_REFUSED or LX_XMP_UNAVAILABLE, with LxXmpLastMessage as what().
 class XmpError : public std::runtime_error {
  public:
   // The message is copied.
@@ -39,14 +39,14 @@ class XmpError : public std::runtime_error {
   LxXmpStatus status_;
 };
 
-// Raises the failure of a status. False: LX_XMP_NOT_FOUND.
+// Raises a failure. False: LX_XMP_NOT_FOUND.
 inline bool CheckXmp(LxXmpStatus status) {
   if (status == LX_XMP_NO_MEMORY) throw std::bad_alloc();
   if (status < 0) throw XmpError(status, LxXmpLastMessage());
   return status == LX_XMP_OK;
 }
 
-// The host's client of the XMP toolkit, for as long as this lives. Several may live at once.
+// The host's client of the XMP toolkit, started while this object lives. There may be several.
 class HostSession {
  public:
   HostSession() { CheckXmp(LxXmpStart()); }
@@ -55,8 +55,8 @@ class HostSession {
   HostSession& operator=(const HostSession&) = delete;
 };
 
-// LxBridge from LxInterchangeInit to LxInterchangeTerm, and a session in between. One at a time in a process, since
-// LxInterchangeTerm is not counted; it outlives every Interchange.
+// LxBridge from LxInterchangeInit to LxInterchangeTerm, with a session. Only one at a time in a process, since
+// LxInterchangeTerm is not counted. It must outlive every Interchange.
 class Library {
  public:
   Library() {
@@ -65,7 +65,7 @@ class Library {
     } catch (const std::bad_alloc&) {
       throw;
     } catch (const std::exception& error) {
-      throw XmpError(LX_XMP_UNAVAILABLE, error.what());  // The broker's own exception must not outlive it.
+      throw XmpError(LX_XMP_UNAVAILABLE, error.what());  // The broker's own exception must not outlive the broker.
     }
     try {
       CheckXmp(LxXmpStart());
@@ -82,7 +82,7 @@ class Library {
   Library& operator=(const Library&) = delete;
 };
 
-// A copy of a node of the XMP data model (ISO 16684-1, clause 6) with everything below it.
+// A copy of a node of the XMP data model (ISO 16684-1, clause 6) with all its descendants.
 struct XmpNode {
   std::string namespaceUri;         // Of the name; "" for an array item, which has none.
   std::string prefix;               // The namespace's, without colon; "" for an array item.
@@ -92,7 +92,7 @@ struct XmpNode {
   std::vector<XmpNode> qualifiers;  // In order.
   std::vector<XmpNode> children;    // Items of an array or fields of a structure, in order.
 
-  // The form, by the options. An alternative is an ordered array, and that an array.
+  // The form, from the options. An alternative is also an ordered array, and an ordered array is an array.
   [[nodiscard]] bool IsArray() const { return (options & LX_XMP_ARRAY) != 0; }
   [[nodiscard]] bool IsOrdered() const { return (options & LX_XMP_ORDERED) != 0; }
   [[nodiscard]] bool IsAlternative() const { return (options & LX_XMP_ALTERNATIVE) != 0; }
@@ -102,19 +102,19 @@ struct XmpNode {
   [[nodiscard]] std::string QualifiedName() const { return prefix.empty() ? name : prefix + ':' + name; }
 };
 
-// A fault of a packet and its place (LxXmpGetWarning).
+// A fault in a packet and its place (LxXmpGetWarning).
 struct XmpWarning {
   std::uint32_t line = 0;    // From 1.
   std::uint32_t column = 0;  // From 1, in characters.
   std::string text;          // What was skipped.
 };
 
-// A view of an XMP object that an Interchange or an XmpObject owns: cheap to copy, must not outlive the object nor the
-// last session. A function that is not const changes the object for everybody. Each function is the one of xmp.h with
-// LxXmp before its name, which says when it fails; an absent value is LX_XMP_NOT_FOUND.
+// A view of an XMP object owned by an Interchange or an XmpObject: cheap to copy; must not outlive the object or the
+// last session. A function that is not const changes the object, also for other views. Each function calls the function
+// of xmp.h with the same name and prefix LxXmp, which documents failures; an absent value means LX_XMP_NOT_FOUND.
 class XmpView {
  public:
-  // Of an object of LxInterchangeGetXMP, LxXmpNew or LxXmpCopy; never null.
+  // For an object from LxInterchangeGetXMP, LxXmpNew or LxXmpCopy; never null.
   explicit XmpView(CXMPMeta* xmp) noexcept : xmp_(xmp) {}
 
   // The simple value of a node; "" for an array or a structure.
@@ -140,7 +140,7 @@ class XmpView {
       return LxXmpGetQualifier(xmp_, namespaceUri, path, qualifierNamespace, qualifier, value, nullptr);
     });
   }
-  // The text that fits best; `language`, if not null, receives its language.
+  // The best match; `language`, if not null, receives its language.
   [[nodiscard]] std::optional<std::string> GetLocalizedText(const char* namespaceUri, const char* path,
                                                             const char* genericLanguage, const char* specificLanguage,
                                                             std::string* language = nullptr) const {
@@ -207,7 +207,7 @@ class XmpView {
     return Text([&](LxXmpText* value) { return LxXmpGetPrefix(xmp_, namespaceUri, value); });
   }
 
-  // What was skipped in the object's packets, as far as it is kept.
+  // The faults of the object's packets, as far as they are kept.
   [[nodiscard]] std::vector<XmpWarning> Warnings() const {
     std::uint32_t kept = 0;
     CheckXmp(LxXmpCountWarnings(xmp_, &kept, nullptr));
@@ -220,8 +220,8 @@ class XmpView {
     return warnings;
   }
 
-  // Calls visitor(const LxXmpNode&) for each node as LxXmpVisit says. The visitor returns an LxXmpNext or nothing; an
-  // exception that it raises ends the walk and leaves this function.
+  // Calls visitor(const LxXmpNode&) for each node, as LxXmpVisit does. The visitor returns an LxXmpNext or nothing; an
+  // exception that it raises ends the walk and is passed on.
   template <typename Visitor>
   void Visit(Visitor&& visitor, const char* namespaceUri = nullptr, const char* path = nullptr) const;
 
@@ -231,14 +231,14 @@ class XmpView {
     SerializeTo(&packet, options, padding);
     return packet;
   }
-  // The same into a text whose memory is used again, for the packets of many files.
+  // The same, into a text whose memory is reused, for the packets of many files.
   void SerializeTo(std::string* out, std::uint32_t options = 0, std::int32_t padding = 0) const {
     LxXmpText packet;
     CheckXmp(LxXmpSerialize(xmp_, options, padding, &packet));
     out->assign(packet.bytes, packet.length);
   }
 
-  // Whether another object holds the same.
+  // Whether another object has the same contents.
   [[nodiscard]] bool IsEqual(const XmpView& other) const {
     int equal = 0;
     CheckXmp(LxXmpIsEqual(xmp_, other.xmp_, &equal));
@@ -303,7 +303,7 @@ class XmpView {
                   std::uint32_t options = 0) {
     CheckXmp(LxXmpInsertItem(xmp_, namespaceUri, arrayPath, index, value, options));
   }
-  // A node that is not there needs no deleting.
+  // Deletes a node; a missing node is no failure.
   void Delete(const char* namespaceUri, const char* path) { CheckXmp(LxXmpDelete(xmp_, namespaceUri, path)); }
   // An item of an array.
   void DeleteItem(const char* namespaceUri, const char* arrayPath, std::int32_t index) {
@@ -336,7 +336,7 @@ class XmpView {
   [[nodiscard]] CXMPMeta* object() const noexcept { return xmp_; }
 
  private:
-  // The text that get(LxXmpText*) gives.
+  // The text that get(LxXmpText*) returns.
   template <typename Getter>
   static std::optional<std::string> Text(Getter get) {
     LxXmpText value;
@@ -347,15 +347,15 @@ class XmpView {
   CXMPMeta* xmp_;
 };
 
-// An object of the host's own. It must not outlive the last session.
+// An object owned by the host. It must not outlive the last session.
 class XmpObject {
  public:
-  // An empty one.
+  // An empty object.
   XmpObject() { CheckXmp(LxXmpNew(&xmp_)); }
-  // A copy of another.
+  // A copy of another object.
   explicit XmpObject(const XmpView& source) { CheckXmp(LxXmpCopy(source.object(), &xmp_)); }
   ~XmpObject() { LxXmpFree(xmp_); }
-  // Moves the object; one that was moved from can only be assigned to or destroyed.
+  // Moves the object; a moved-from object can only be assigned to or destroyed.
   XmpObject(XmpObject&& other) noexcept : xmp_(std::exchange(other.xmp_, nullptr)) {}
   // Exchanges the two objects.
   XmpObject& operator=(XmpObject&& other) noexcept {
@@ -363,18 +363,18 @@ class XmpObject {
     return *this;
   }
 
-  // Valid as long as this lives. Not of one that was moved from.
+  // Valid while this object lives. Not for a moved-from object.
   [[nodiscard]] XmpView Xmp() const { return XmpView(xmp_); }
 
  private:
   CXMPMeta* xmp_ = nullptr;
 };
 
-// One file's import. Everything that can be read is in its XMP object; a file that is missing or damaged is no failure:
-// Reading() tells.
+// The import of one file. Its XMP object has everything that could be read. A missing or damaged file is not an error;
+// Reading() reports it.
 class Interchange {
  public:
-  // A path in UTF-8; "" is standard input.
+  // The path is UTF-8; "" is standard input.
   explicit Interchange(const char* path) {
     try {
       handle_ = LxInterchangeNew(path);
@@ -386,10 +386,10 @@ class Interchange {
   }
   // The same.
   explicit Interchange(const std::string& path) : Interchange(path.c_str()) {}
-  // Of a file in memory, which is not copied and must outlive this.
+  // For a file in memory, which is not copied and must outlive this object.
   Interchange(const void* bytes, std::size_t length) { CheckXmp(LxXmpOpenMemory(bytes, length, &handle_)); }
   ~Interchange() { LxInterchangeDelete(handle_); }
-  // Moves the import; one that was moved from can only be assigned to or destroyed.
+  // Moves the import; a moved-from import can only be assigned to or destroyed.
   Interchange(Interchange&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
   // Exchanges the two imports.
   Interchange& operator=(Interchange&& other) noexcept {
@@ -397,10 +397,10 @@ class Interchange {
     return *this;
   }
 
-  // Valid as long as this lives. Not of one that was moved from.
+  // Valid while this object lives. Not for a moved-from object.
   [[nodiscard]] XmpView Xmp() const { return XmpView(LxInterchangeGetXMP(handle_)); }
 
-  // How reading the file went (LxXmpReadingOf); `systemError`, if not null, receives the system's error or 0.
+  // The outcome of reading the file (LxXmpReadingOf); `systemError`, if not null, receives the system's error or 0.
   [[nodiscard]] LxXmpReading Reading(std::int32_t* systemError = nullptr) const {
     LxXmpReading reading = LX_XMP_READ_WHOLE;
     CheckXmp(LxXmpReadingOf(handle_, &reading, systemError));
@@ -411,31 +411,31 @@ class Interchange {
   LxInterchangeHandle handle_ = nullptr;
 };
 
-// LxXmpReleaseThreadMemory: for a thread that waits long for its next file.
+// LxXmpReleaseThreadMemory: for a thread that waits a long time for its next file.
 inline void ReleaseThreadMemory() {
   CheckXmp(LxXmpReleaseThreadMemory());
 }
 
-// The URI of a prefix among the namespaces that the toolkit knows.
+// The URI of a prefix, among the namespaces known to the toolkit.
 [[nodiscard]] inline std::optional<std::string> NamespaceOfPrefix(const char* prefix) {
   LxXmpText text;
   if (!CheckXmp(LxXmpNamespaceOfPrefix(prefix, &text))) return std::nullopt;
   return std::string(text.bytes, text.length);
 }
-// The other way round.
+// The prefix of a URI.
 [[nodiscard]] inline std::optional<std::string> PrefixOfNamespace(const char* namespaceUri) {
   LxXmpText text;
   if (!CheckXmp(LxXmpPrefixOfNamespace(namespaceUri, &text))) return std::nullopt;
   return std::string(text.bytes, text.length);
 }
-// The prefix that the namespace has now.
+// Returns the prefix that the namespace then has.
 inline std::string RegisterNamespace(const char* namespaceUri, const char* suggestedPrefix) {
   LxXmpText text;
   CheckXmp(LxXmpRegisterNamespace(namespaceUri, suggestedPrefix, &text));
   return std::string(text.bytes, text.length);
 }
 
-// The form that the XMP standard gives to a property; 0 for one that is no array.
+// The form that the XMP standard gives to a property; 0 if it is not an array.
 [[nodiscard]] inline std::uint32_t StandardForm(const char* namespaceUri, const char* name) {
   std::uint32_t options = 0;
   CheckXmp(LxXmpStandardForm(namespaceUri, name, &options));
@@ -446,7 +446,7 @@ inline std::string RegisterNamespace(const char* namespaceUri, const char* sugge
 
 template <typename Visitor>
 void XmpView::Visit(Visitor&& visitor, const char* namespaceUri, const char* path) const {
-  // An exception must not cross the C interface: it waits until the walk has ended.
+  // An exception must not pass through the C interface, so it is stored until the walk has ended.
   struct Walk {
     std::remove_reference_t<Visitor>* visitor;
     std::exception_ptr failure;
@@ -495,24 +495,24 @@ inline std::vector<std::pair<std::string, std::string>> XmpView::Namespaces() co
 
 inline std::vector<XmpNode> XmpView::Properties(const char* namespaceUri) const {
   std::vector<XmpNode> top;
-  std::vector<XmpNode*> path;  // To the latest node: path[d] is the latest of depth d + 1.
+  std::vector<XmpNode*> path;  // Down to the latest node: path[d] is the latest of depth d + 1.
   Visit(
       [&](const LxXmpNode& node) {
         if (node.depth == 0) return;
-        path.resize(node.depth - 1);  // Nodes come in the tree's order, so those above this one are there.
+        path.resize(node.depth - 1);  // Nodes come in tree order, so all ancestors are there.
         XmpNode* parent = path.empty() ? nullptr : path.back();
         std::vector<XmpNode>& siblings = parent == nullptr                           ? top
                                          : (node.options & LX_XMP_IS_QUALIFIER) != 0 ? parent->qualifiers
                                                                                      : parent->children;
         XmpNode& added = siblings.emplace_back();
         added.name = node.name;
-        if (!added.name.empty()) {  // An array item's namespace and prefix would be the array's.
+        if (!added.name.empty()) {  // An array item is reported with the array's namespace and prefix.
           added.namespaceUri = node.namespaceUri;
           added.prefix = node.prefix;
         }
         added.value.assign(node.value.bytes, node.value.length);
         added.options = node.options;
-        path.push_back(&added);  // Valid until its next sibling is added, and that takes it off the path first.
+        path.push_back(&added);  // Valid until its next sibling is added, which first removes it from the path.
       },
       namespaceUri);
   return top;
