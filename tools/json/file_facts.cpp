@@ -8,7 +8,7 @@ namespace lxbridge::json {
 
 namespace {
 
-// The fact as a text, "" where it is not known. True: the text is a number.
+// The fact as a text, "" if unknown. True: the text is a number.
 bool TextOf(const FileFacts& facts, Fact fact, std::string* text) {
   const auto append = [text](const char* name) {
     if (name != nullptr) text->append(name);

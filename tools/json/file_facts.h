@@ -1,4 +1,4 @@
-// What is told of a file beside its XMP: "file:size", "image:width" and the like.
+// Facts about a file in addition to its XMP: "file:size", "image:width" and the like.
 #ifndef LXBRIDGE_TOOLS_JSON_FILE_FACTS_H_
 #define LXBRIDGE_TOOLS_JSON_FILE_FACTS_H_
 
@@ -19,12 +19,12 @@ inline constexpr std::string_view kFactExamples[] = {"2473310", "2024-06-21T16:3
 
 [[nodiscard]] std::optional<Fact> FactOf(std::string_view name);
 
-// Unset where it is not known: standard input has no time, an unknown kind no size of an image.
+// Unset if not known: standard input has no time, a file of unknown kind no image size.
 struct FileFacts {
   std::optional<std::uint64_t> bytes;
-  std::string modified;        // ISO 8601, UTC; "": not known.
+  std::string modified;        // ISO 8601, UTC; "": unknown.
   const char* kind = nullptr;  // LxFileKindName
-  std::uint32_t width = 0;     // Pixels; 0: not known.
+  std::uint32_t width = 0;     // Pixels; 0: unknown.
   std::uint32_t height = 0;
   const char* orientation = nullptr;  // LxOrientationName
 };

@@ -1,4 +1,4 @@
-// Looking up blocks by address and by offset.
+// Finds blocks by address and by offset.
 #include "tools/json/file_offsets.h"
 
 #include <algorithm>
@@ -46,7 +46,7 @@ std::optional<std::int64_t> FileOffsets::Of(const std::uint8_t* value, std::int3
   return block.start + static_cast<std::int64_t>(within);
 }
 
-// The block that holds the byte and ends last, or null.
+// The block that contains the byte and ends last, or null.
 const FileOffsets::Block* FileOffsets::Holding(std::int64_t offset) const {
   const auto next = std::upper_bound(byStart_.begin(), byStart_.end(), offset,
                                      [](std::int64_t wanted, const Block& block) { return wanted < block.start; });

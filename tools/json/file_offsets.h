@@ -1,4 +1,4 @@
-// From values to their places in the file.
+// The places of values in the file.
 #ifndef LXBRIDGE_TOOLS_JSON_FILE_OFFSETS_H_
 #define LXBRIDGE_TOOLS_JSON_FILE_OFFSETS_H_
 
@@ -17,11 +17,11 @@ class FileOffsets {
  public:
   explicit FileOffsets(const LxMetadataPool& pool);
 
-  // The offset in the file of a value of so many bytes. None: there is no value, or it is no range of the file (owned
-  // by its item, put together from several ranges, or inflated).
+  // The offset in the file of a value of this length. None: there is no value, or it is not a range of the file (owned
+  // by its item, joined from several ranges, or inflated).
   [[nodiscard]] std::optional<std::int64_t> Of(const std::uint8_t* value, std::int32_t length) const;
 
-  // Appends up to `length` bytes of the file from an offset on, as far as the pool holds them without a gap.
+  // Appends up to `length` bytes of the file from an offset on, up to the first gap in the pool's blocks.
   void AppendBytes(std::int64_t offset, std::int64_t length, std::string* bytes) const;
 
  private:
@@ -34,7 +34,7 @@ class FileOffsets {
 
   std::vector<Block> byAddress_;
   std::vector<Block> byStart_;
-  std::vector<std::size_t> furthest_;  // Of byStart_[0..i], the number of the block that ends last.
+  std::vector<std::size_t> furthest_;  // For each i, the index of the block in byStart_[0..i] that ends last.
 };
 
 }  // namespace lxbridge::json

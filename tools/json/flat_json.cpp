@@ -22,7 +22,7 @@ const std::string* LanguageOf(const XmpNode& item) {
   return nullptr;
 }
 
-// Whether the items' languages can be the names of members.
+// Whether the items' languages are distinct, so that they can be member names.
 bool HasDistinctLanguages(const XmpNode& array) {
   std::vector<std::string_view> languages;
   for (const XmpNode& item : array.children) {
@@ -67,7 +67,7 @@ void FlatWriter::End() {
   out_->push_back('\n');
 }
 
-// As deep as the toolkit's own depth limit at most.
+// Recursive down to the toolkit's depth limit.
 void FlatWriter::WriteValue(const XmpNode& node, const KnownField* known, std::string_view home) {
   if (!options_.qualifiers || node.qualifiers.empty()) {
     WriteBare(node, known, home);
@@ -108,7 +108,7 @@ void FlatWriter::WriteLanguages(const XmpNode& node) {
   json_.BeginObject();
   for (const XmpNode& item : node.children) {
     json_.Key(*LanguageOf(item));
-    if (options_.qualifiers && item.qualifiers.size() > 1) {  // More than the language, which is the key.
+    if (options_.qualifiers && item.qualifiers.size() > 1) {  // Not only the language, which is the key.
       WriteValue(item, nullptr, "");
     } else {
       json_.String(item.value);

@@ -1,4 +1,4 @@
-// An XMP object as one JSON object with a member for each property, for programs that ask for values by name.
+// An XMP object as one JSON object with a member for each property, for programs that look up values by name.
 #ifndef LXBRIDGE_TOOLS_JSON_FLAT_JSON_H_
 #define LXBRIDGE_TOOLS_JSON_FLAT_JSON_H_
 
@@ -13,23 +13,23 @@
 namespace lxbridge::json {
 
 struct FlatOptions {
-  bool decimal = false;     // Numbers and booleans where the known fields say so (AppendPlainValue).
-  bool qualifiers = false;  // A node that has some is {"value": ..., "qualifiers": {...}}.
+  bool decimal = false;     // Numbers and booleans for fields known to have them (AppendPlainValue).
+  bool qualifiers = false;  // A node with qualifiers is {"value": ..., "qualifiers": {...}}.
   Layout layout = Layout::kLine;
 };
 
-// Writes the object member by member: "file" first, then what the caller adds.
+// Writes the object member by member: first "file", then the members that the caller adds.
 //   an array                 [value, ...]
-//   a structure              {"Fired": value, ...}; a field of another namespace than the property's has its prefix
-//   a language alternative   {"x-default": text, ...}; one whose languages repeat is an array
+//   a structure              {"Fired": value, ...}; a field of another namespace than the property's has a prefix
+//   a language alternative   {"x-default": text, ...}; an array if a language repeats
 class FlatWriter {
  public:
   FlatWriter(std::string* out, std::string_view file, const FlatOptions& options);
 
   void AddFact(Fact fact, const FileFacts& facts);
-  // With its own name; one that is a fact's name is written as "{namespace}name".
+  // Under its own name, or as "{namespace}name" if that is the name of a fact.
   void AddProperty(const XmpNode& property);
-  // With a name of the caller's. `known`: what it holds, or null.
+  // Under the caller's name. `known`: the field's type, or null.
   void Add(std::string_view name, const KnownField* known, const XmpNode& node);
   // Ends the object and the line.
   void End();

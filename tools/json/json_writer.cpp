@@ -1,4 +1,4 @@
-// JSON texts and their escapes.
+// JSON texts and escapes.
 #include "tools/json/json_writer.h"
 
 #include <array>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
-// The bytes that an escaped character begins with: quotes, C0, DEL, and the lead bytes of terminal controls.
+// The first bytes of characters that are escaped: quotes, C0, DEL, and the lead bytes of terminal controls.
 constexpr std::array<bool, 256> kMayNeedEscape = [] {
   std::array<bool, 256> bytes = {};
   for (std::size_t c = 0; c < 0x20; ++c) bytes[c] = true;
@@ -67,7 +67,7 @@ void JsonWriter::Close(char bracket) {
 
 void JsonWriter::Key(std::string_view key) {
   Separate();
-  // A name that is not UTF-8 still has to be a key, which JSON allows to be a string only.
+  // A name that is not UTF-8 must still be a string, since JSON allows no other keys.
   if (IsValidUtf8(key)) {
     Quoted(key);
   } else {
@@ -129,7 +129,7 @@ void JsonWriter::Null() {
 
 void JsonWriter::Quoted(std::string_view text) {
   out_->push_back('"');
-  std::size_t from = 0;  // What is not escaped is copied in runs.
+  std::size_t from = 0;  // Text without escapes is copied in runs.
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
     if (!kMayNeedEscape[c]) continue;

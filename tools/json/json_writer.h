@@ -1,4 +1,4 @@
-// Writing JSON (RFC 8259) into a string, a value at a time.
+// Writes JSON (RFC 8259) into a string, value by value.
 #ifndef LXBRIDGE_TOOLS_JSON_JSON_WRITER_H_
 #define LXBRIDGE_TOOLS_JSON_JSON_WRITER_H_
 
@@ -9,10 +9,10 @@
 
 namespace lxbridge::json {
 
-enum class Layout { kLine, kIndented };  // All on one line, or a line for each value.
+enum class Layout { kLine, kIndented };  // On one line, or one line for each value.
 
-// Appends to a string that it borrows, and places the commas. REQUIRES: every object and array is closed, every key
-// gets a value.
+// Appends to a borrowed string and places the commas. REQUIRES: every object and array is closed, and every key gets a
+// value.
 class JsonWriter {
  public:
   explicit JsonWriter(std::string* out, Layout layout = Layout::kLine) : out_(out), layout_(layout) {}
@@ -27,7 +27,7 @@ class JsonWriter {
   void String(std::string_view text);
   void StringOrNull(const char* text);
   void Integer(std::int64_t value);
-  void Number(std::string_view digits);  // REQUIRES: a number, true or false as JSON writes it.
+  void Number(std::string_view digits);                           // REQUIRES: a number, true or false in JSON.
   void HexOrNull(const std::uint8_t* bytes, std::size_t length);  // A string of lower-case digits.
   void Null();
 
@@ -45,7 +45,7 @@ class JsonWriter {
   Layout layout_;
   std::size_t depth_ = 0;
   bool first_ = true;   // The innermost object or array is still empty.
-  bool keyed_ = false;  // A key waits for its value.
+  bool keyed_ = false;  // A key has no value yet.
 };
 
 // RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF.

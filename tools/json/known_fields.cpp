@@ -1,4 +1,4 @@
-// The table of the properties that are known by name.
+// The table of known properties.
 #include "tools/json/known_fields.h"
 
 #include <algorithm>
@@ -229,7 +229,7 @@ constexpr KnownField kFields[] = {
 };
 // clang-format on
 
-// Of rows with the same name the first of the table comes first.
+// Rows of the same name keep their order.
 constexpr auto kByName = [] {
   std::array<const KnownField*, std::size(kFields)> rows = {};
   for (std::size_t i = 0; i < rows.size(); ++i) rows[i] = &kFields[i];

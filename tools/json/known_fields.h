@@ -1,5 +1,5 @@
-// The properties that are known by name: those that LxBridge makes of tags and datasets (docs/mapping.md is checked
-// against this table), and the usual ones of XMP packets.
+// The known properties: those that LxBridge creates from tags and datasets (docs/mapping.md is checked against this
+// table), and the usual ones of XMP packets.
 #ifndef LXBRIDGE_TOOLS_JSON_KNOWN_FIELDS_H_
 #define LXBRIDGE_TOOLS_JSON_KNOWN_FIELDS_H_
 
@@ -15,7 +15,7 @@ enum class FieldType : std::uint8_t {
   kLanguages,  // A language alternative.
   kInteger,
   kIntegers,  // An array.
-  kReal,      // A number in decimal.
+  kReal,      // A decimal number.
   kRational,  // "1/250"
   kRationals,
   kDate,
@@ -24,13 +24,13 @@ enum class FieldType : std::uint8_t {
   kStruct,
 };
 
-// A row. A property that several tags can give has a row for each.
+// A row. A property with several source tags has a row for each.
 struct KnownField {
   std::string_view name;  // "tiff:Make"; a field of a structure is "exif:Flash/exif:Fired".
   FieldType type;
-  std::string_view block;  // The namespace of the pool item that gives it; "xmp": only a packet; "": a field.
+  std::string_view block;  // The namespace of its pool item; "xmp": only in packets; "": a field.
   std::uint16_t tag;
-  std::string_view item;  // That item's name.
+  std::string_view item;  // The name of that item.
   std::string_view example;
 };
 

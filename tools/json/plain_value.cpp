@@ -1,4 +1,4 @@
-// Numbers and booleans out of texts.
+// Numbers and booleans from texts.
 #include "tools/json/plain_value.h"
 
 #include <charconv>
@@ -9,7 +9,7 @@ namespace lxbridge::json {
 
 namespace {
 
-// The whole text as a number. What JSON has no number for (NaN, infinities) is none.
+// Parses the whole text as a number. False also for NaN and infinities, which JSON does not have.
 template <typename Number>
 bool Parse(std::string_view text, Number* number) {
   const auto parsed = std::from_chars(text.data(), text.data() + text.size(), *number);
@@ -46,7 +46,7 @@ bool AppendRational(std::string_view text, std::string* out) {
   return AppendDouble(static_cast<double>(numerator) / static_cast<double>(denominator), out);
 }
 
-// "46.50" as 4650 / 100, so that what is calculated with it stays exact. At most nine digits after the point.
+// "46.50" as 4650 / 100, so that calculations stay exact. At most nine digits after the point.
 struct Decimal {
   std::int64_t digits = 0;
   std::int64_t scale = 1;
@@ -76,7 +76,7 @@ bool AppendCoordinate(std::string_view text, std::string* out) {
   if (comma == std::string_view::npos) return false;
   const std::size_t second = text.find(',', comma + 1);
   std::uint32_t degrees = 0, minutes = 0;
-  Decimal last;  // Minutes, or seconds.
+  Decimal last;  // Minutes or seconds.
   std::int64_t unit = 60;
   if (!Parse(text.substr(0, comma), &degrees) || degrees > limit) return false;
   if (second != std::string_view::npos) {
@@ -84,7 +84,7 @@ bool AppendCoordinate(std::string_view text, std::string* out) {
     unit = 3600;
   }
   if (!ParseDecimal(text.substr((second == std::string_view::npos ? comma : second) + 1), &last)) return false;
-  // Both sides of the only division are whole, so the result is the double that is nearest to the coordinate.
+  // The only division has integers on both sides, so the result is the double nearest to the coordinate.
   const std::int64_t whole = (std::int64_t{degrees} * unit + std::int64_t{minutes} * 60) * last.scale + last.digits;
   const double value = static_cast<double>(whole) / static_cast<double>(unit * last.scale);
   if (value > limit) return false;

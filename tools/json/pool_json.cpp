@@ -1,4 +1,4 @@
-// The items of a pool in JSON.
+// The items of a pool as JSON.
 #include "tools/json/pool_json.h"
 
 #include <cstddef>
@@ -49,7 +49,7 @@ void WriteItems(JsonWriter* json, const LxMetadataItem* item, const FileOffsets&
     json->StringOrNull(item->valueLabel);
     if (item->firstChild != nullptr) {
       json->Key("children");
-      WriteItems(json, item->firstChild, offsets);  // As deep as the readers' level limit at most.
+      WriteItems(json, item->firstChild, offsets);  // Recursive down to the readers' level limit.
     }
     json->EndObject();
   }

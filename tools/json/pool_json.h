@@ -11,13 +11,13 @@
 
 namespace lxbridge::json {
 
-// The kit's name of what reading came to; of a code without name, the number.
+// The kit's name of a reader's result; the number if it has no name.
 [[nodiscard]] std::string PoolStatusName(LxResult status);
 
-// The value "attributes" of the object.
+// Writes the value of "attributes".
 void WritePoolAttributes(JsonWriter* json, const LxMetadataPool& pool);
 
-// Appends the object, with a line end. `file` is the name that it tells.
+// Appends the object and a line end. `file` is the file name to write.
 void WritePoolJson(std::string* out, std::string_view file, LxResult status, const LxMetadataPool& pool,
                    Layout layout = Layout::kLine);
 

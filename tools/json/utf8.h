@@ -1,4 +1,4 @@
-// UTF-8 (RFC 3629) of texts that come from files, and the characters in them that a terminal would act on.
+// UTF-8 (RFC 3629) in texts from files, and the characters that a terminal would act on.
 #ifndef LXBRIDGE_TOOLS_JSON_UTF8_H_
 #define LXBRIDGE_TOOLS_JSON_UTF8_H_
 
@@ -7,8 +7,8 @@
 
 namespace lxbridge::json {
 
-// Decodes the character at the front of a text that is not empty. Returns its length in bytes; 0 when the bytes are not
-// UTF-8, overlong forms and surrogates included.
+// Decodes the first character of a text that is not empty. Returns its length in bytes; 0 if the bytes are not UTF-8,
+// which includes overlong forms and surrogates.
 [[nodiscard]] inline std::size_t DecodeUtf8(std::string_view text, char32_t* character) {
   const auto lead = static_cast<unsigned char>(text[0]);
   if (lead < 0x80) {

@@ -1,4 +1,4 @@
-// The nodes of an XMP object in JSON.
+// The nodes of an XMP object as JSON.
 #include "tools/json/xmp_json.h"
 
 #include <unordered_set>
@@ -43,7 +43,7 @@ class Writer {
   }
 
  private:
-  // Most nodes have the prefix of the one before.
+  // Most nodes have the same prefix as the previous one.
   void NoteNamespace(const XmpNode& node) {
     if (!namespaces_.empty() && last_->prefix == node.prefix) return;
     last_ = &node;
@@ -86,7 +86,7 @@ class Writer {
     }
   }
 
-  // As deep as the toolkit's own depth limit at most.
+  // Recursive down to the toolkit's depth limit.
   void WriteNode(const XmpNode& node) {
     if (node.qualifiers.empty()) {
       WriteBare(node);
@@ -100,7 +100,7 @@ class Writer {
   }
 
   JsonWriter json_;
-  std::vector<const XmpNode*> namespaces_;  // A node of each prefix, in the order of their first appearance.
+  std::vector<const XmpNode*> namespaces_;  // A node of each prefix, in the order of first use.
   std::unordered_set<std::string_view> known_;
   const XmpNode* last_ = nullptr;
 };

@@ -10,7 +10,7 @@
 
 namespace lxbridge::json {
 
-// Appends the object, with a line end. `file` is the name that it tells.
+// Appends the object and a line end. `file` is the file name to write.
 void WriteXmpJson(std::string* out, std::string_view file, const XmpView& xmp, Layout layout = Layout::kLine);
 
 }  // namespace lxbridge::json

@@ -20,7 +20,7 @@ namespace lxbridge::command {
 
 namespace {
 
-// Fewer files are done sooner than a worker starts.
+// Fewer files are finished before a worker has started.
 constexpr std::size_t kFewFiles = 16;
 
 // 0: none.
@@ -32,7 +32,7 @@ int WorkersFor(const Options& options) {
   return processors < 1 ? 1 : processors > kMostWorkers ? kMostWorkers : processors;
 }
 
-// One file, whose result is out before the next is read. False: standard output cannot be written any more.
+// Reads one file and prints its result before the next is read. False: standard output can no longer be written.
 bool DoHere(const Input& input, std::uint64_t number, FileWork* work, FileResult* result, Report* report) {
   try {
     result->Clear();
@@ -51,7 +51,7 @@ bool DoHere(const Input& input, std::uint64_t number, FileWork* work, FileResult
 void RunHere(const Options& options, InputSource* source, Report* report) {
   const std::unique_ptr<FileWork> work = MakeWork(options);
   Input input;
-  // So that the name of a file never takes memory that its work has run out of.
+  // Reserved now, so that storing a name never allocates after a file's work has used up memory.
   for (const char* file : options.files) input.name.reserve(std::strlen(file));
   FileResult result;
   for (std::uint64_t number = 0; source->Take(true, &input) == InputSource::Next::kInput; ++number) {

@@ -1,4 +1,4 @@
-// From names of fields to columns, and to their nodes in an object.
+// Resolves field names to columns, and finds their nodes in an object.
 #include "tools/lxbridge/columns.h"
 
 #include <algorithm>
@@ -59,8 +59,8 @@ bool Columns::Resolve(const Options& options, std::string* error) {
   return true;
 }
 
-// The members of a JSON object have a name each: of columns with the same label the first stays, and nothing is asked
-// for beside all that an object has.
+// JSON members need distinct names: of columns with the same label the first stays, and a column of all properties
+// makes the others superfluous.
 void Columns::LeaveOutRepeated() {
   const bool all = std::any_of(columns_.begin(), columns_.end(),
                                [](const Column& column) { return column.whole && column.path.empty(); });
@@ -112,7 +112,7 @@ bool Columns::Add(std::string_view field, const Options& options, std::string* e
   return true;
 }
 
-// All fields that are known by name, of a schema or ("") of all, once each. In flat JSON: all that the object has.
+// Adds all known fields, of a schema or ("") of all, once each. In flat JSON: all properties of the object.
 bool Columns::AddAll(std::string_view prefix, const Options& options, std::string* error) {
   bool found = false;
   for (std::size_t i = 0; i < std::size(json::kFactNames); ++i) {

@@ -1,4 +1,4 @@
-// The columns of --fields: facts of files, and properties by namespace and name.
+// The columns of --fields: facts about files, and properties by namespace and name.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_COLUMNS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_COLUMNS_H_
 
@@ -25,36 +25,36 @@ struct Column {
 
   std::string label;
   std::optional<json::Fact> fact;           // Else a property:
-  const json::KnownField* known = nullptr;  // The row of its name, if there is one.
-  bool whole = false;                       // Flat only: all properties, of one schema or (no path) of all.
-  std::size_t property = 0;                 // The number of the property that the path begins with.
+  const json::KnownField* known = nullptr;  // Its table row, if there is one.
+  bool whole = false;                       // Flat only: all properties of a schema, or (no path) of all.
+  std::size_t property = 0;                 // The index of the property at the start of the path.
   std::vector<Step> path;
 };
 
 class Columns {
  public:
-  // The options' fields. False: a prefix that nobody knows, or no names for an asterisk, which `error` then says. Needs
-  // the library and a session of the host.
+  // Resolves the options' fields. False: an unknown prefix, or no known names for an asterisk; `error` tells which.
+  // Requires: the library and a session of the host are started.
   [[nodiscard]] bool Resolve(const Options& options, std::string* error);
 
   [[nodiscard]] const std::vector<Column>& all() const { return columns_; }
   [[nodiscard]] bool WantsFacts() const;
   [[nodiscard]] bool WantsImageFacts() const;
-  // Whether some are in no table, so that a misspelt name is possible.
+  // Whether some are in no table, so that a name may be misspelt.
   [[nodiscard]] bool HasUnknown() const;
-  // Flat only: whether a column has this label, so that a whole schema is printed without that property.
+  // Flat only: whether a column has this label; a whole schema is then printed without that property.
   [[nodiscard]] bool Has(const std::string& label) const { return labels_.contains(label); }
 
-  // The properties of an object that the columns begin with.
+  // The properties of an object at which the columns' paths begin.
   class Found {
    public:
     Found(const Columns& columns, const XmpView& xmp);
-    // The node of a column that is a property; null: the object has none.
+    // The node of a property column; null: the object has none.
     [[nodiscard]] const XmpNode* At(const Column& column) const;
 
    private:
     std::vector<std::vector<XmpNode>> properties_;  // By schema.
-    std::vector<const XmpNode*> nodes_;             // By number.
+    std::vector<const XmpNode*> nodes_;             // By index.
   };
 
  private:
@@ -69,12 +69,12 @@ class Columns {
     std::unordered_map<std::string, std::size_t> numbers;  // By name.
   };
   std::vector<Column> columns_;
-  std::vector<Schema> schemas_;  // Of an object no others are looked at.
+  std::vector<Schema> schemas_;  // Other schemas of an object are not examined.
   std::size_t properties_ = 0;
   std::unordered_set<std::string> labels_;
 };
 
-// The nearest known name, for "did you mean"; "" if none is near.
+// The closest known name, for "did you mean"; "" if none is close.
 [[nodiscard]] std::string_view NearestField(std::string_view label);
 
 }  // namespace lxbridge::command

@@ -1,4 +1,4 @@
-// The work of the command: all files of a call.
+// Runs the command on all files of a call.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_COMMANDS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_COMMANDS_H_
 
@@ -9,9 +9,9 @@ namespace lxbridge::command {
 inline constexpr int kExitOk = 0;
 inline constexpr int kExitFileFailed = 1;
 inline constexpr int kExitUsage = 2;
-inline constexpr int kExitCutOff = 3;  // Results are missing: the run could not be brought to its end.
+inline constexpr int kExitCutOff = 3;  // Results are missing: the run could not be completed.
 
-// Does the files in order, here or in worker processes, prints what they give and returns the exit status.
+// Reads the files in order, here or in worker processes, prints the results and returns the exit status.
 [[nodiscard]] int RunFiles(const Options& options);
 
 }  // namespace lxbridge::command

@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// ISO 8601 in UTC, whole seconds; "" where there is no time.
+// ISO 8601 in UTC, whole seconds; "" if there is no time.
 std::string ModifiedAt(const char* path) {
   std::error_code error;
   const std::string_view name = path;

@@ -1,4 +1,4 @@
-// Finding out the facts of a file.
+// Determines the facts about a file.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_FACTS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_FACTS_H_
 
@@ -6,8 +6,8 @@
 
 namespace lxbridge::command {
 
-// Of the file of a library's path (empty: standard input). With `image` its header is read too, without it only the
-// first bytes. What cannot be found out stays unset.
+// For a library path (empty: standard input). With `image`, the header is read as well, otherwise only the first bytes.
+// Facts that cannot be determined stay unset.
 [[nodiscard]] json::FileFacts FactsOf(const char* path, bool image);
 
 }  // namespace lxbridge::command

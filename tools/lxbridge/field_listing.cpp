@@ -1,4 +1,4 @@
-// Columns of fields.
+// Prints fields in columns.
 #include "tools/lxbridge/field_listing.h"
 
 #include <algorithm>
@@ -39,7 +39,7 @@ std::string Json(const std::vector<ListedField>& fields, json::Layout layout) {
   return out;
 }
 
-// "EXIF 0x829A ExposureTime", "IPTC 2:80 ByLine", "XMP packet"; "": of another field.
+// "EXIF 0x829A ExposureTime", "IPTC 2:80 ByLine", "XMP packet"; "" for a field of a structure.
 std::string SourceOf(const json::KnownField& field) {
   if (field.block == "xmp") return "XMP packet";
   if (field.block.empty()) return "";
@@ -55,7 +55,7 @@ std::string SourceOf(const json::KnownField& field) {
 std::string FieldListing(const std::vector<ListedField>& fields, const Options& options) {
   if (options.format == Format::kJson)
     return Json(fields, options.pretty ? json::Layout::kIndented : json::Layout::kLine);
-  // Two blanks between the columns; a column that no field has is left out, the last one is not padded.
+  // Two spaces between columns; empty columns are omitted, the last one is not padded.
   std::vector<std::vector<std::string>> rows;
   rows.reserve(fields.size());
   for (const ListedField& field : fields) {

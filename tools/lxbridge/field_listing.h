@@ -1,4 +1,4 @@
-// Lists of fields as `lxbridge fields` prints them.
+// The lists printed by `lxbridge fields`.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_FIELD_LISTING_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_FIELD_LISTING_H_
 
@@ -13,13 +13,13 @@ namespace lxbridge::command {
 
 struct ListedField {
   std::string_view name;
-  std::string_view type;  // "": not known.
-  std::string source;     // "": not told.
+  std::string_view type;  // "": unknown.
+  std::string source;     // "": not shown.
   std::string_view example;
-  std::uint64_t files = 0;  // That have it; 0: not told.
+  std::uint64_t files = 0;  // The number of files that have it; 0: not shown.
 };
 
-// The list as columns for a person, or as lines of JSON.
+// The list in columns, or as lines of JSON.
 [[nodiscard]] std::string FieldListing(const std::vector<ListedField>& fields, const Options& options);
 // The list of all known fields.
 [[nodiscard]] std::string KnownFieldListing(const Options& options);

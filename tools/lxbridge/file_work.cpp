@@ -1,4 +1,4 @@
-// What both commands share about a file.
+// Shared by the commands: work on a file.
 #include "tools/lxbridge/file_work.h"
 
 #include <new>

@@ -137,7 +137,7 @@ Run:
                        and obeys NO_COLOR
 )help";
 
-// Of the commands that print a result for each file.
+// For the commands that print a result for each file.
 constexpr std::string_view kResults = R"help(  --unordered          print results as soon as they are there
   --errors             JSON: print {"file": ..., "error": ...} in place of a
                        result that is missing

@@ -12,7 +12,7 @@ namespace lxbridge::command {
 namespace {
 
 constexpr std::size_t kListBlock = 64 * 1024;
-// Longer than any system's paths. What is longer is not a list of names, and must not fill memory.
+// Longer than any system's paths. A longer entry means that this is not a list of names, and must not fill memory.
 constexpr std::size_t kLongestName = 32 * 1024;
 // Each level of the walk keeps a folder open.
 constexpr std::size_t kDeepestFolder = 400;
@@ -20,7 +20,7 @@ constexpr std::size_t kDeepestFolder = 400;
 }  // namespace
 
 InputSource::InputSource(const Options& options) : options_(options), filter_(options) {
-  bool isFile = options_.filesFrom != nullptr;  // A list may name it.
+  bool isFile = options_.filesFrom != nullptr;  // "-" may be in the list.
   for (const char* file : options_.files) isFile = isFile || std::string_view(file) == "-";
   if (isFile && !ReadsStandardInput()) standardInput_.Prepare();
 }
@@ -58,7 +58,7 @@ bool InputSource::IsReady(Input* input) {
   return true;
 }
 
-// Whether the input is a folder to walk and its walk has begun. A folder that cannot be opened is an input with a
+// Whether the input is a folder whose walk has begun. A folder that cannot be opened is returned as an input with a
 // problem.
 bool InputSource::EntersFolder(Input* input) {
   if (!options_.recursive) return false;
@@ -79,7 +79,7 @@ bool InputSource::OpensFolder(Input* input) {
   if (options_.sorted) {
     Entry entry;
     while (folder.entries.Next(&entry.name, &entry.kind, &folder.problem)) folder.sorted.push_back(entry);
-    // As if the paths of all files were sorted: there a folder's name is followed by a slash.
+    // Sorts like the paths of all files: in these, a folder's name is followed by a slash.
     const auto key = [](const Entry& of) { return of.kind == FolderReader::Kind::kFolder ? of.name + '/' : of.name; };
     std::sort(folder.sorted.begin(), folder.sorted.end(),
               [&key](const Entry& a, const Entry& b) { return key(a) > key(b); });
@@ -87,7 +87,7 @@ bool InputSource::OpensFolder(Input* input) {
   return true;
 }
 
-// False: the end, or an error that `problem` tells.
+// False: the end, or an error described by `problem`.
 bool InputSource::NextEntry(Folder* folder, Entry* entry, std::string* problem) {
   if (!options_.sorted) return folder->entries.Next(&entry->name, &entry->kind, problem);
   if (folder->sorted.empty()) {
@@ -99,8 +99,8 @@ bool InputSource::NextEntry(Folder* folder, Entry* entry, std::string* problem) 
   return true;
 }
 
-// The next file below the folders, sorted or in the order in which the system gives them; false: the walk has ended. A
-// folder of which not all entries can be read is an input with a problem, after those that can.
+// Takes the next file in the folders, sorted or in the system's order; false: the walk has ended. A folder that cannot
+// be read completely is returned as an input with a problem, after its readable entries.
 bool InputSource::TakeWalked(Input* input) {
   Entry entry;
   while (!folders_.empty()) {
@@ -139,7 +139,7 @@ InputSource::Next InputSource::TakeListed(bool mayWait, Input* input) {
       if (!mayWait && !list_.IsReady()) return Next::kNotYet;
       const std::ptrdiff_t got = list_.Read(bytes_.data(), bytes_.size());
       if (got < 0) return EndList(std::strerror(errno), input);
-      if (got == 0) {  // The last name may come without an end.
+      if (got == 0) {  // The last name may lack a terminator.
         listEnded_ = true;
         return partial_.empty() && !tooLong_ ? Next::kEnd : TakeEntry(input);
       }
@@ -163,8 +163,8 @@ InputSource::Next InputSource::TakeListed(bool mayWait, Input* input) {
   }
 }
 
-// The gathered entry as an input. An entry that cannot be a name is a problem of the list: the library would take an
-// empty path for standard input, and cut a name at its zero byte.
+// Returns the gathered entry as an input. An entry that cannot be a name is reported as a problem of the list: the
+// library would take an empty path for standard input, and cut a name at its zero byte.
 InputSource::Next InputSource::TakeEntry(Input* input) {
   ++entry_;
   TrimListEntry(entry_ == 1, &partial_);

@@ -1,5 +1,5 @@
-// The files of a call, one after the other: those of the command line, of a list, and below folders. They are never all
-// in memory: a list may be longer than that, and still be growing.
+// The files of a call, one after the other: from the command line, from a list, and in folders. They are never all in
+// memory: a list may be larger than memory, and still growing.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_INPUTS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_INPUTS_H_
 
@@ -14,9 +14,9 @@
 namespace lxbridge::command {
 
 struct Input {
-  std::string name;     // As it is printed; "-" is standard input.
-  bool walked = false;  // Found in a folder, so passed over if no reader takes it.
-  std::string problem;  // Not empty: it cannot be worked on, and this is why.
+  std::string name;     // As printed; "-" is standard input.
+  bool walked = false;  // Found in a folder, so skipped if it has no reader.
+  std::string problem;  // If not empty, the reason why it cannot be read.
 };
 
 class InputSource {
@@ -24,16 +24,16 @@ class InputSource {
   explicit InputSource(const Options& options);
 
   enum class Next { kInput, kNotYet, kEnd };
-  // kNotYet: the list may have more, but not now; never with mayWait.
+  // kNotYet: the list has no entry now but may get more; never returned with mayWait.
   [[nodiscard]] Next Take(bool mayWait, Input* input);
 
   // For WorkerProcesses::Wait after kNotYet.
   [[nodiscard]] int WaitDescriptor() const { return list_.descriptor(); }
   // Whether standard input is the list, so that it cannot be a FILE.
   [[nodiscard]] bool ReadsStandardInput() const;
-  // Links, pipes, devices met in folders so far.
+  // The number of links, pipes and devices found in folders so far.
   [[nodiscard]] std::uint64_t passedOver() const { return passedOver_; }
-  // The number of inputs, or -1 if only the end will tell.
+  // The number of inputs, or -1 if it is not known in advance.
   [[nodiscard]] std::int64_t total() const;
 
  private:
@@ -44,11 +44,11 @@ class InputSource {
   struct Folder {
     std::string name;
     FolderReader entries;
-    std::vector<Entry> sorted;  // With --sort: those that are left, the last one first.
-    std::string problem;        // With --sort: the error after which there were no more.
+    std::vector<Entry> sorted;  // With --sort: the remaining entries, the last one first.
+    std::string problem;        // With --sort: the error that ended the list.
   };
 
-  // Whether the input that was taken is to be worked on as it is.
+  // Whether the input can be read as it is.
   bool IsReady(Input* input);
   bool EntersFolder(Input* input);
   bool OpensFolder(Input* input);
@@ -61,17 +61,17 @@ class InputSource {
   const Options& options_;
   const NameFilter filter_;
   std::size_t nextFile_ = 0;
-  std::vector<Folder> folders_;  // The folders that the walk is in, the innermost last.
+  std::vector<Folder> folders_;  // The open folders of the walk, the innermost last.
   std::uint64_t passedOver_ = 0;
 
   StandardInput standardInput_;
   ByteReader list_;
   bool listEnded_ = false;
-  bool tooLong_ = false;  // The current entry is, and the rest of it is skipped.
+  bool tooLong_ = false;  // The current entry is too long, and the rest of it is skipped.
   std::uint64_t entry_ = 0;
-  std::vector<char> bytes_;  // [from_, to_) is read from the list and not taken. Empty: the list is not open.
+  std::vector<char> bytes_;  // [from_, to_) is read from the list but not yet taken. Empty: the list is not open.
   std::size_t from_ = 0, to_ = 0;
-  std::string partial_;  // The front of an entry of which the rest has not arrived.
+  std::string partial_;  // The beginning of an incomplete entry.
 };
 
 }  // namespace lxbridge::command

@@ -1,4 +1,4 @@
-// The `lxbridge` command: from the command line to the exit status.
+// The main function of the `lxbridge` command.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {
-    // No single file is to blame: no memory for the command itself, or libraries that do not fit together.
+    // Not the fault of a file: no memory for the command itself, or incompatible libraries.
     command::ReportWithoutMemory("", command::MessageOf(error));
     return command::kExitCutOff;
   }

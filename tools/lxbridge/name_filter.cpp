@@ -1,4 +1,4 @@
-// Matching names.
+// Matching of names.
 #include "tools/lxbridge/name_filter.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace lxbridge::command {
 
 namespace {
 
-// A byte that is part of no character, as a value that no character has.
+// A byte that is not part of a character, as a value outside Unicode.
 constexpr char32_t kByte = 0x110000;
 
 char32_t Take(std::string_view* text) {
@@ -87,11 +87,11 @@ bool Glob::Takes(const Part& part, char32_t character) {
   return found != part.negated;
 }
 
-// All places in the pattern at which the text so far can have come are followed at once.
+// Tracks all positions in the pattern that the text so far can reach.
 bool Glob::Matches(std::string_view text) const {
   std::vector<bool> at(parts_.size() + 1), next(parts_.size() + 1), entered(parts_.size() + 1);
   at[0] = entered[0] = true;
-  bool boundary = true;  // The front of a name in the path.
+  bool boundary = true;  // At the start of a name in the path.
   const auto passOver = [&] {
     for (std::size_t i = 0; i < parts_.size(); ++i) {
       if (!at[i] || at[i + 1]) continue;

@@ -1,4 +1,4 @@
-// Which of the files and folders in folders are taken: --include, --exclude and --ext.
+// Selects files and subfolders of folders: --include, --exclude and --ext.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_NAME_FILTER_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_NAME_FILTER_H_
 
@@ -10,14 +10,15 @@
 
 namespace lxbridge::command {
 
-// A pattern of names: * (any characters), ? (one), [a-z], [!a-z]; none of them a slash. ** is any characters with
-// slashes, and **/ also nothing. Characters are those of UTF-8; a byte that is part of none is one by itself.
+// A pattern of names: * (any characters), ? (one), [a-z], [!a-z], none of which matches a slash. ** matches any
+// characters including slashes, and **/ also matches nothing. Characters are UTF-8; any other byte is a character by
+// itself.
 class Glob {
  public:
   explicit Glob(std::string_view pattern);
-  // In time proportional to the lengths of text and pattern, whatever they hold.
+  // Takes time proportional to the lengths of text and pattern.
   [[nodiscard]] bool Matches(std::string_view text) const;
-  // A pattern of whole paths, not of the last name in them.
+  // Whether the pattern is for whole paths instead of their last name.
   [[nodiscard]] bool HasSlash() const { return hasSlash_; }
 
  private:
@@ -41,7 +42,7 @@ class Glob {
 class NameFilter {
  public:
   explicit NameFilter(const Options& options);
-  // Of an entry by its path and the last name in it. A folder is only excluded by name.
+  // For an entry, by its path and last name. Folders can only be excluded by name.
   [[nodiscard]] bool Takes(std::string_view path, std::string_view name, bool isFolder) const;
 
  private:

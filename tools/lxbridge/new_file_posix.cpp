@@ -1,4 +1,4 @@
-// New files on POSIX: link() gives a name only if it is free, rename() takes it from another file.
+// New files on POSIX: link() fails if the name exists, rename() replaces the file.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,7 +18,7 @@ NewFile Fail(int error, std::string* problem) {
   return NewFile::kFailed;
 }
 
-// A file that nobody has, beside the path. -1: errno says why not.
+// Creates a temporary file next to the path. -1: see errno.
 int OpenTemporary(const std::string& path, std::string* temporary) {
   static unsigned number = 0;
   const std::size_t slash = path.rfind('/');
@@ -52,7 +52,7 @@ int Name(const std::string& temporary, const std::string& path, bool overwrite) 
       (void)::unlink(temporary.c_str());
       return 0;
     }
-    // A file system without links: the best is to look first.
+    // A file system without links: checking before renaming is the best that can be done.
     if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS) return errno;
     if (Exists(path)) return EEXIST;
   }

@@ -23,7 +23,7 @@ struct CommandRow {
   std::string_view name;
   Action action;
   std::uint8_t bit;
-  Format format;  // Unless --format says another.
+  Format format;  // Unless --format is given.
 };
 constexpr CommandRow kCommands[] = {
     {"xmp", Action::kXmp, kOfXmp, Format::kRdf},
@@ -107,7 +107,7 @@ bool ParseNumber(std::string_view text, Number* number) {
   return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size();
 }
 
-// "all", "prefix:*", or "prefix:Name" steps between slashes. The toolkit knows which prefixes there are.
+// "all", "prefix:*", or "prefix:Name" steps separated by slashes. The toolkit checks the prefixes.
 bool IsField(std::string_view field) {
   if (field == "all") return true;
   for (;;) {
@@ -121,7 +121,7 @@ bool IsField(std::string_view field) {
   }
 }
 
-// The parts of a list between commas.
+// The parts of a comma-separated list.
 std::vector<std::string_view> Parts(std::string_view list) {
   std::vector<std::string_view> parts;
   for (;;) {
@@ -151,7 +151,7 @@ class Parser {
 
   bool Parse() {
     options_.words.assign(argv_, argv_ + argc_);
-    if (at_ < argc_) {  // A command stands first: after it every word is an option or a file.
+    if (at_ < argc_) {  // A command is the first word; all later words are options or files.
       const std::string_view word = argv_[at_];
       if (word == "help") return ParseHelp();
       if (const CommandRow* named = CommandNamed(word)) {
@@ -199,7 +199,7 @@ class Parser {
     if (named_) options_.helpTopic = command_->action;
   }
 
-  // The option is one of other commands only.
+  // The option belongs to other commands.
   bool FailOther(std::string_view name, std::uint8_t commands) {
     error_->assign("option '").append(name).append("' is one of");
     const char* before = " ";
@@ -217,7 +217,7 @@ class Parser {
     return true;
   }
 
-  // `value`: what stands with the option in the same word, or null.
+  // `value`: the value in the same word, or null.
   bool SetValue(const ValueRow& row, std::string_view shown, const char* value) {
     if ((row.commands & command_->bit) == 0) return FailOther(row.name, row.commands);
     if (value == nullptr) {
@@ -255,7 +255,7 @@ class Parser {
     return true;
   }
 
-  // -r, -j2, -rj2, -rj 2: letters without values, and at the end one with.
+  // -r, -j2, -rj2, -rj 2: letters without values, optionally followed by one with a value.
   bool ParseLetters() {
     for (std::size_t i = 1; i < word_.size(); ++i) {
       const char letter = word_[i];
@@ -308,7 +308,7 @@ class Parser {
         }
         return Fail(error_, "not a number of workers from 1 to 256:", value);
       case Value::kTimeout: {
-        constexpr double kLongest = 1e6;  // Days; in milliseconds it fits an int.
+        constexpr double kLongest = 1e6;  // About eleven days; in milliseconds it fits an int.
         double& seconds = options_.timeoutSeconds;
         if (ParseNumber(std::string_view(value), &seconds) && seconds > 0 && seconds <= kLongest) return true;
         return Fail(error_, "not a number of seconds:", value);
@@ -381,11 +381,11 @@ class Parser {
 
   bool FitsTogether() {
     if (options_.files.empty() && options_.filesFrom == nullptr) {
-      if (options_.action == Action::kFields) return true;  // The table of fields.
+      if (options_.action == Action::kFields) return true;  // List the table of fields.
       return Say("no FILE given");
     }
     if (!named_ && options_.files.size() > 1 && argv_[1] == options_.files.front()) {
-      // "lxbridge pol a.jpg": a file that is called nearly like a command, and is not there, was meant as the command.
+      // "lxbridge pol a.jpg": a missing file with almost the name of a command is probably a misspelt command.
       const std::string_view word = options_.files.front();
       if (const std::string_view meant = NearestCommand(word);
           !meant.empty() && LookAtPath(options_.files.front()).kind == PathFacts::Kind::kMissing) {
@@ -442,7 +442,7 @@ class Parser {
   bool separated_ = false;
 };
 
-// https://no-color.org: any value but an empty one. A terminal that is called dumb obeys nothing.
+// https://no-color.org: any value except an empty one. TERM=dumb means that the terminal has no colours.
 bool Colours(Colour choice, std::FILE* stream) {
   if (choice != Colour::kAuto) return choice == Colour::kAlways;
   const char* no = std::getenv("NO_COLOR");

@@ -51,13 +51,13 @@ Escape EscapeOf(char32_t c) {
   }
 }
 
-// Gives the text to `append` piece by piece, none of them longer than an escape.
+// Passes the text to `append` in pieces, none of them longer than an escape.
 template <typename Append>
 void ForOneLine(std::string_view text, bool isName, Append append) {
   while (!text.empty()) {
     char32_t c = 0;
     std::size_t length = json::DecodeUtf8(text, &c);
-    if (length == 0) {  // A terminal that is not in UTF-8 mode obeys such a byte as it does the character.
+    if (length == 0) {  // A terminal not in UTF-8 mode acts on such a byte like on the character.
       length = 1;
       c = static_cast<unsigned char>(text[0]);
       if (c >= 0xA0) c = '?';
@@ -113,7 +113,7 @@ void WriteMessages(std::string_view lines) {
     }
     lines = coloured;
   }
-  // Where it cannot be written there is nobody left to tell.
+  // A failure here cannot be reported anywhere.
   (void)std::fwrite(lines.data(), 1, lines.size(), stderr);
 }
 
@@ -127,12 +127,12 @@ void ReportWithoutMemory(std::string_view file, std::string_view what) noexcept 
   char line[20 * 1024];
   std::size_t length = 0;
   const auto append = [&](std::string_view piece) {
-    if (piece.size() >= sizeof line - length) return;  // The line's end always fits.
+    if (piece.size() >= sizeof line - length) return;  // The line end always fits.
     std::copy(piece.begin(), piece.end(), line + length);
     length += piece.size();
   };
   append("lxbridge: ");
-  // An escape is at most four times as long as what it stands for. The end of a longer name is cut.
+  // An escape is at most four times as long as the character. Longer names are cut at the end.
   constexpr std::size_t kLongestName = 4096;
   if (!file.empty()) {
     ForOneLine(file.substr(0, kLongestName), true, append);

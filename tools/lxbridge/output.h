@@ -1,4 +1,4 @@
-// Standard output and standard error: results, messages, and the texts of others on one line.
+// Standard output and standard error: results, messages, and foreign texts on one line.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_OUTPUT_H_
 
@@ -11,14 +11,14 @@
 
 namespace lxbridge::command {
 
-// Writes the whole text to standard output. False: it could not be written, which is said on standard error unless the
-// reader of a pipe has gone.
+// Writes the whole text to standard output. False: it could not be written, which is reported on standard error unless
+// the reader of a pipe has gone.
 [[nodiscard]] bool WriteResult(std::string_view text);
 
 // The line "lxbridge: FILE: WHAT", with its end.
 [[nodiscard]] std::string FileMessage(std::string_view file, std::string_view what);
 
-// Whether the command's name at the front of messages stands out, as a terminal shows it.
+// Whether the command's name at the start of messages is highlighted.
 void ColourMessages(bool colour);
 
 // Writes to standard error, in one write, so that lines of several processes do not mix.
@@ -31,22 +31,21 @@ void ReportLines(std::string_view line, std::string_view nextLine = "");
 // that a lack of memory can be reported. Names are cut after 4096 bytes.
 void ReportWithoutMemory(std::string_view file, std::string_view what) noexcept;
 
-// The message of an exception: "NoMemory" for std::bad_alloc, else what it says.
+// The message of an exception: "NoMemory" for std::bad_alloc, else its what().
 [[nodiscard]] const char* MessageOf(const std::exception& error) noexcept;
 
-// The message for a file that was not opened or not read to its end, whose system error is an errno.
+// The message for a file that was not opened or not read to its end; the system error is an errno.
 [[nodiscard]] const char* MessageOf(LxReadFailure failure, std::int32_t systemError) noexcept;
 
-// Sets what ends the process if there is not even memory for an exception, or none where one must not be thrown. Any
-// other exception that nobody catches aborts the process as usual.
+// Sets the function that ends the process if there is no memory even for an exception, or if memory runs out where
+// exceptions are not allowed. Any other uncaught exception aborts the process as usual.
 void OnNoMemoryToThrow(void (*end)()) noexcept;
 
 inline constexpr const char* kNoMemoryMessage = "NoMemory";
 
-// A text from elsewhere, such as a file's name, as part of one line that a person reads. Whatever a terminal could obey
-// is escaped: C0 and C1 control characters, DEL ("\n", "\x1b"), line and paragraph separators and bidirectional
-// controls ("\u202e"). In a name a backslash is doubled, so that two names never look the same. Other bytes, also those
-// that are not UTF-8, stay as they are.
+// A foreign text, such as a file name, as part of one line. Everything that a terminal could act on is escaped: C0 and
+// C1 control characters, DEL ("\n", "\x1b"), line and paragraph separators and bidirectional controls ("\u202e"). A
+// backslash in a name is doubled, so that two names never look the same. Other bytes, even if not UTF-8, do not change.
 [[nodiscard]] std::string OnOneLine(std::string_view text);
 [[nodiscard]] std::string NameOnOneLine(std::string_view name);
 

@@ -1,4 +1,4 @@
-// `lxbridge pool`: what the readers saw in each file, before any conversion.
+// `lxbridge pool`: the items that the readers found in each file, before conversion.
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -29,8 +29,8 @@ std::string_view TextOrEmpty(const char* text) {
   return text == nullptr ? std::string_view() : std::string_view(text);
 }
 
-// The columns of the text form. The namespace is indented by its depth in front of them; what does not fit pushes the
-// rest to the right.
+// The columns of the text form. The namespace is indented by its depth; texts that do not fit push the rest to the
+// right.
 constexpr std::size_t kNameColumn = 24;
 constexpr std::size_t kTypeColumn = 52;
 constexpr std::size_t kDisplayColumn = 59;
@@ -40,12 +40,12 @@ void PadTo(std::size_t column, std::string* line) {
   line->append(line->size() < column ? column - line->size() : 1, ' ');
 }
 
-// A display text as a person can read it on one line: no characters that a terminal would obey, bytes that are not
-// UTF-8 as "?", and no more than fits a line or two. The JSON form has all of it.
+// A display text for one line of output: without characters that a terminal would act on, with "?" for bytes that are
+// not UTF-8, cut to a line or two. The JSON form has the complete text.
 void AppendForPerson(std::string* out, std::string_view text) {
   const bool shortened = text.size() > kShownDisplay;
   if (shortened) {
-    std::size_t end = kShownDisplay;  // Not within a character, which has three further bytes at most.
+    std::size_t end = kShownDisplay;  // Not within a character, which has at most three more bytes.
     while (end > kShownDisplay - 3 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
     text = text.substr(0, end);
   }
@@ -65,13 +65,13 @@ void AppendForPerson(std::string* out, std::string_view text) {
   if (shortened) out->append("...");
 }
 
-// Colours of a line's parts: the namespace, the name, and all of a deleted item.
+// Colours of parts of a line: the namespace, the name, and a whole deleted item.
 constexpr std::string_view kNamespaceColour = "\x1B[36m";
 constexpr std::string_view kNameColour = "\x1B[1m";
 constexpr std::string_view kDeletedColour = "\x1B[90m";
 constexpr std::string_view kNoColour = "\x1B[0m";
 
-// Puts a colour around the text [begin, end) of the line, which parts further right already have.
+// Colours the text [begin, end) of the line; parts further right are coloured first.
 void Colour(std::string_view colour, std::size_t begin, std::size_t end, std::string* line) {
   line->insert(end, kNoColour);
   line->insert(begin, colour);
@@ -101,7 +101,7 @@ void AppendTree(std::string* out, const LxMetadataItem* item, std::size_t depth,
       Colour(kNamespaceColour, 2 * depth, namespaceEnd, &line);
     }
     out->append(line).push_back('\n');
-    AppendTree(out, item->firstChild, depth + 1, options);  // As deep as the readers' level limit at most.
+    AppendTree(out, item->firstChild, depth + 1, options);  // Recursive down to the readers' level limit.
   }
 }
 
@@ -150,7 +150,7 @@ class PoolWork : public FileWork {
       if (library_ == nullptr) library_ = std::make_unique<Library>();
       const Interchange interchange(path);
       std::int32_t systemError = 0;
-      const LxXmpReading reading = interchange.Reading(&systemError);  // Of the second time.
+      const LxXmpReading reading = interchange.Reading(&systemError);  // From the second reading.
       if (reading < 0 && !result->failed) {
         result->Fail(file, MessageOf(static_cast<LxReadFailure>(-reading), systemError));
       }

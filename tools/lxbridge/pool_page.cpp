@@ -1,5 +1,5 @@
-// The page's data: items with their places, the bytes at these, and where each property comes from. The page's own
-// files are in page/.
+// The page's data: items with their places, the bytes there, and the source of each property. The page's own files are
+// in page/.
 #include "tools/lxbridge/pool_page.h"
 
 #include <algorithm>
@@ -21,11 +21,11 @@ namespace lxbridge::command {
 
 namespace {
 
-// Of one value, and of all together: what is longer is shown by its front.
+// For a single value, and for all together: longer ones are cut.
 constexpr std::int64_t kMostValueBytes = 256 * 1024;
 constexpr std::int64_t kMostBytes = std::int64_t{8} << 20;
 constexpr std::int64_t kHexRow = 16;
-constexpr std::size_t kMostOwnBytes = 4096;  // Of a value that is no range of the file.
+constexpr std::size_t kMostOwnBytes = 4096;  // For a value that is not a range of the file.
 constexpr std::size_t kMostText = 16 * 1024;
 
 std::string_view TextOrEmpty(const char* text) {
@@ -41,9 +41,9 @@ struct Range {
 struct Row {
   const LxMetadataItem* item;
   std::size_t depth;
-  std::size_t parent;  // Its number; kNone at the top.
+  std::size_t parent;  // Its index; kNone at the top.
   std::optional<std::int64_t> offset;
-  Range entry;   // Of an IFD, 12 bytes (TIFF 6.0, section 2).
+  Range entry;   // In an IFD, 12 bytes (TIFF 6.0, section 2).
   Range header;  // Of an image resource or an IPTC dataset.
 };
 constexpr std::size_t kNone = SIZE_MAX;
@@ -57,7 +57,7 @@ std::uint32_t Get32(const std::uint8_t* bytes, bool big) {
   return big ? first << 16 | second : second << 16 | first;
 }
 
-// A text of IPTC without hyphens, since a date has some in XMP only.
+// An IPTC text without hyphens, since only XMP dates have them.
 std::string WithoutHyphens(std::string_view text) {
   std::string without(text);
   without.erase(std::remove(without.begin(), without.end(), '-'), without.end());
@@ -101,7 +101,7 @@ class Page {
   }
 
  private:
-  // As deep as the readers' level limit at most.
+  // Recursive down to the readers' level limit.
   void Collect(const LxMetadataItem* item, std::size_t depth, std::size_t parent) {
     for (; item != nullptr; item = item->next) {
       const std::size_t number = rows_.size();
@@ -110,7 +110,7 @@ class Page {
     }
   }
 
-  // Finds an item's entry in its directory, or the header in front of its value.
+  // Finds an item's entry in its directory, or the header before its value.
   void Locate(Row* row) {
     const LxMetadataItem& item = *row->item;
     const std::string_view space = TextOrEmpty(item.nameSpace);
@@ -131,9 +131,9 @@ class Page {
     }
   }
 
-  // The file's offset of a tag's first entry in the directory whose items are below a row, or -1.
+  // The file offset of a tag's first entry in the directory whose items are the children of a row, or -1.
   std::int64_t EntryOf(std::size_t number, std::uint16_t tag) {
-    if (entriesOf_ != number) {  // Items of one directory follow each other.
+    if (entriesOf_ != number) {  // Items of a directory are consecutive.
       entriesOf_ = number;
       entries_.clear();
       NoteEntries(number);
@@ -142,8 +142,8 @@ class Page {
     return entry == entries_.end() ? -1 : entry->second;
   }
 
-  // TIFF 6.0, section 2: a directory is the number of its entries, and 12 bytes for each, which begin with the tag. A
-  // row has it as its value, or has an offset from the TIFF header as its value.
+  // TIFF 6.0, section 2: a directory is the number of its entries and 12 bytes for each, which begin with the tag. The
+  // value of a row is either the directory or its offset from the TIFF header.
   void NoteEntries(std::size_t number) {
     const Row& row = rows_[number];
     const LxMetadataItem& item = *row.item;
@@ -166,7 +166,7 @@ class Page {
     }
   }
 
-  // The header is the bytes from the last `signature` on that begins at most `longest` bytes before the value.
+  // The header starts at the last `signature` that begins at most `longest` bytes before the value.
   void FindHeader(Row* row, std::int64_t longest, const std::string& signature) {
     const std::int64_t from = std::max<std::int64_t>(0, *row->offset - longest);
     std::string bytes;
@@ -177,7 +177,7 @@ class Page {
     row->header = {offset, *row->offset - offset};
   }
 
-  // By namespace and name, the item that a property comes from: in the first directory that has such an item, the last.
+  // The source item of a property, by namespace and name: in the first directory that has such items, the last of them.
   void NoteSources() {
     for (std::size_t i = 0; i < rows_.size(); ++i) {
       const LxMetadataItem& item = *rows_[i].item;
@@ -239,7 +239,7 @@ class Page {
     json->EndObject();
   }
 
-  // The front of a text, not within a character.
+  // The beginning of a text, not cut within a character.
   static std::string_view Front(std::string_view text) {
     if (text.size() <= kMostText) return text;
     std::size_t end = kMostText;
@@ -247,7 +247,7 @@ class Page {
     return text.substr(0, end);
   }
 
-  // All that items point to, in whole rows of the page. True: something was cut.
+  // The bytes that items point to, in whole rows of the page. True: something was cut.
   bool WriteRegions(json::JsonWriter* json) const {
     bool cut = false;
     std::vector<Range> ranges;
@@ -279,7 +279,7 @@ class Page {
     return cut;
   }
 
-  // Bytes that the pool does not hold part a region in two.
+  // Bytes that the pool does not hold divide a region.
   void WriteRegion(std::int64_t offset, std::int64_t length, json::JsonWriter* json) const {
     std::string bytes;
     for (const std::int64_t end = offset + length; offset < end; offset += kHexRow) {
@@ -321,7 +321,7 @@ class Page {
       if (field.name != name || source) continue;
       const auto found = sources_.find({field.block, field.item});
       if (found == sources_.end()) continue;
-      // The datasets of IPTC may have lost against the packet.
+      // The packet may have taken precedence over the IPTC datasets.
       const LxMetadataItem& item = *rows_[found->second].item;
       const bool isIptc = field.block == "iptc";
       if (isIptc && WithoutHyphens(value).find(WithoutHyphens(TextOrEmpty(item.displayText))) == std::string::npos)
@@ -350,11 +350,11 @@ class Page {
   const std::vector<XmpNode> properties_;
   std::vector<Row> rows_;
   std::size_t entriesOf_ = kNone;
-  std::unordered_map<std::uint16_t, std::int64_t> entries_;  // Below that row, by tag.
+  std::unordered_map<std::uint16_t, std::int64_t> entries_;  // Of that row's directory, by tag.
   std::map<std::pair<std::string_view, std::string_view>, std::size_t> sources_;
 };
 
-// JSON in an element that holds script: "<" begins nothing there as an escape, and stays the same character.
+// Escapes JSON for a script element: "<" is written as an escape, which JSON reads as the same character.
 void AppendForScript(std::string_view json, std::string* out) {
   std::size_t from = 0;
   for (std::size_t at; (at = json.find('<', from)) != std::string_view::npos; from = at + 1) {
@@ -369,7 +369,7 @@ void WritePoolPage(std::string* out, std::string_view file, LxResult status, con
                    const XmpView& xmp) {
   out->append("<!DOCTYPE html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n<title>LxBridge</title>\n");
   out->append("<meta name=\"viewport\" content=\"width=device-width\">\n");
-  // Nothing is loaded from anywhere, and of scripts and styles only the page's own run.
+  // Nothing is loaded, and only the page's own script and style apply.
   out->append(
       "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; base-uri 'none'; form-action "
       "'none'; ");

@@ -1,4 +1,4 @@
-// A file's pool, the bytes behind it and its XMP object as one page of HTML that needs nothing else.
+// A file's pool, its bytes and its XMP object as a self-contained page of HTML.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_POOL_PAGE_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_POOL_PAGE_H_
 

@@ -1,4 +1,4 @@
-// Results, messages, progress and counts on their way out.
+// Writes results, messages, progress and counts.
 #include "tools/lxbridge/report.h"
 
 #include <cstdio>
@@ -14,7 +14,7 @@ namespace lxbridge::command {
 
 namespace {
 
-// A call is not begun for less while more is coming.
+// Less than this is not written while more is coming.
 constexpr std::size_t kOutBlock = 64 * 1024;
 constexpr std::chrono::milliseconds kFirstProgress(1000);
 constexpr std::chrono::milliseconds kTerminalProgress(200);
@@ -90,7 +90,7 @@ bool Report::Emit(const FileResult& result) {
   }
   if (tally_ != nullptr && !result.tally.empty()) tally_->Add(result.tally);
   if (!result.out.empty()) ++printed_;
-  if (result.out.size() >= kOutBlock) {  // Not copied first.
+  if (result.out.size() >= kOutBlock) {  // Written without copying.
     if (!Flush()) return false;
     return Write(result.out);
   }

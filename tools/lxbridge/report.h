@@ -1,5 +1,5 @@
-// Gathers the results of the files and writes them and their messages in the order of the files; shows progress, writes
-// the summary and knows the exit status.
+// Collects the results of the files and writes them and their messages in the order of the files; shows progress,
+// writes the summary and determines the exit status.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_REPORT_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_REPORT_H_
 
@@ -15,43 +15,43 @@
 
 namespace lxbridge::command {
 
-// Whether progress is shown once the work takes a while: when it is asked for, or when standard error is a terminal and
-// standard output is not. On one terminal with the results the line would be in the way.
+// Whether progress may be shown: if requested, or if standard error is a terminal and standard output is not. With both
+// on a terminal, the line would disturb the results.
 [[nodiscard]] bool MayShowProgress(const Options& options);
 
 class Report {
  public:
-  // `total`: how many files there will be, or -1. `tally`: gets each file's part, or null.
+  // `total`: the number of files, or -1. `tally`: receives each file's part, or null.
   Report(const Options& options, std::int64_t total, Tally* tally);
 
-  // The result of the file of that number, counted from 0 without a gap. In order: kept until those before it are
-  // there, and then taken out of *result; else *result keeps its buffers for the next file. False: standard output
-  // cannot be written any more, and all is to end.
+  // Adds the result of the file of that number; numbers count from 0 without gaps. With results in order, it is kept
+  // until all earlier ones have arrived, and then taken out of *result; else *result keeps its buffers for the next
+  // file. False: standard output can no longer be written, and the run must end.
   [[nodiscard]] bool Add(std::uint64_t number, FileResult* result);
-  // In place of Add where that, or what makes the result, found no memory: says so of the file and allocates nothing.
+  // Replaces Add if there is no memory for it or for the result: reports the file's failure without allocating.
   [[nodiscard]] bool AddFailureWithoutMemory(std::uint64_t number, std::string_view file, std::string_view what);
-  // Writes what has been gathered to save calls of the system; before every wait.
+  // Writes the gathered output; called before every wait.
   [[nodiscard]] bool Flush();
-  // The next number in the order of the files.
+  // The number of the next file in order.
   [[nodiscard]] std::uint64_t next() const { return next_; }
-  // Bytes of results that wait for those before them.
+  // Bytes of results that wait for earlier ones.
   [[nodiscard]] std::size_t heldBytes() const { return heldBytes_; }
 
   void ShowProgress();
-  // Ends the report: the last line of progress and the summary. `passedOver`: files that gave no result at all.
+  // Ends the report: the last line of progress and the summary. `passedOver`: the number of files without any result.
   void End(std::uint64_t passedOver);
 
-  // Ends the run for a reason that no file is to blame for; results are missing.
+  // Ends the run for a reason other than a file; results are missing.
   void Fault(std::string_view what);
   [[nodiscard]] int exitStatus() const { return exitStatus_; }
-  // How many files had output.
+  // The number of files with output.
   [[nodiscard]] std::uint64_t printed() const { return printed_; }
 
  private:
   [[nodiscard]] bool Emit(const FileResult& result);
   [[nodiscard]] bool Write(std::string_view text);
   void Count(const FileResult& result);
-  // The line of progress goes for what else is written to the terminal, and comes back.
+  // Removes the line of progress while other text is written to the terminal.
   void ClearProgress() const;
   void DrawProgress() const;
   void EndProgress();
@@ -78,8 +78,8 @@ class Report {
   using Clock = std::chrono::steady_clock;
   enum class Shown { kNotAsked, kNever, kTerminal, kLines };
   Shown shown_ = Shown::kNotAsked;
-  std::string line_;                 // The line of progress that stands on the terminal; empty: none does.
-  bool resultsDisturbLine_ = false;  // They go to the same terminal.
+  std::string line_;                 // The line of progress now on the terminal; empty: none.
+  bool resultsDisturbLine_ = false;  // Results go to the same terminal.
   const Clock::time_point began_ = Clock::now();
   Clock::time_point nextProgress_;
 };

@@ -1,4 +1,4 @@
-// Distances between words.
+// Distance between words.
 #include "tools/lxbridge/suggestion.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace lxbridge::command {
 
 namespace {
 
-// Longer words are nobody's mistyping of ours, and the distance costs the product of the lengths.
+// Longer words are not misspellings, and the distance takes time proportional to the product of the lengths.
 constexpr std::size_t kLongestWord = 64;
 constexpr std::size_t kMostEdits = 2;
 
@@ -17,7 +17,7 @@ char Lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// Edits from a to b, exchanged neighbours as one (optimal string alignment).
+// Edits from a to b; exchanging adjacent letters counts as one (optimal string alignment).
 std::size_t Distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> before(b.size() + 1), last(b.size() + 1), row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});

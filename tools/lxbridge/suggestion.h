@@ -1,4 +1,4 @@
-// "Did you mean": the known word that is nearest to a misspelt one.
+// "Did you mean": the known word closest to a misspelt one.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_SUGGESTION_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_SUGGESTION_H_
 
@@ -8,11 +8,11 @@
 
 namespace lxbridge::command {
 
-// The nearest of the words, or "" when none is near enough to be meant: fewer than three edits (a letter more, less,
-// other, or two exchanged), and less than half of the word. Upper and lower case are the same.
+// The closest of the words, or "" if none is close: it must differ by fewer than three edits (a letter added, removed
+// or replaced, or two exchanged), and by less than half of the word. Case is ignored.
 [[nodiscard]] std::string_view NearestWord(std::string_view word, std::span<const std::string_view> words);
 
-// "; did you mean 'WORD'?", or "" without one.
+// "; did you mean 'WORD'?", or "" for an empty word.
 [[nodiscard]] std::string DidYouMean(std::string_view word);
 
 }  // namespace lxbridge::command

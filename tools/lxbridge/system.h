@@ -1,6 +1,6 @@
-// What the command asks of the system beyond the kit's platform layer: lists that arrive bit by bit, standard input
-// that cannot be sought, what a path is, writing whole results, ending at a signal. Implemented once for each system
-// (system_posix.cpp, system_windows.cpp).
+// System functions beyond the kit's platform layer: lists that arrive piecemeal, standard input that cannot seek, the
+// type of a path, writing complete results, ending at a signal. Each system has one implementation (system_posix.cpp,
+// system_windows.cpp).
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_SYSTEM_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_SYSTEM_H_
 
@@ -11,7 +11,7 @@
 
 namespace lxbridge::command {
 
-// Bytes of a file or of standard input ("-") in order, as they come.
+// Reads a file or standard input ("-") as data arrives.
 class ByteReader {
  public:
   ByteReader() = default;
@@ -19,8 +19,8 @@ class ByteReader {
   ByteReader(const ByteReader&) = delete;
   ByteReader& operator=(const ByteReader&) = delete;
 
-  [[nodiscard]] bool Open(const char* path);  // False: errno says why.
-  // At least a byte, as soon as there is one; 0 at the end; -1: errno says why not.
+  [[nodiscard]] bool Open(const char* path);  // False: errno tells why.
+  // Reads at least a byte, waiting for it if necessary; 0 at the end; -1: see errno.
   [[nodiscard]] std::ptrdiff_t Read(char* buffer, std::size_t length);
   // Whether Read would not wait.
   [[nodiscard]] bool IsReady() const;
@@ -31,11 +31,11 @@ class ByteReader {
   int descriptor_ = -1;
   bool owned_ = false;
   struct Ahead;
-  Ahead* ahead_ = nullptr;  // Where the system does not say whether there is something, it is read by a thread.
+  Ahead* ahead_ = nullptr;  // Reads in a thread, where the system does not tell whether there is data.
 };
 
-// Standard input as a file that the library can read. One that cannot be sought (a pipe, a terminal) is copied into an
-// unnamed temporary file first, which takes its place as the standard input of this process and of the workers.
+// Makes standard input a file that the library can read. If it cannot seek (a pipe, a terminal), it is copied to an
+// unnamed temporary file, which replaces it as standard input of this process and of the workers.
 class StandardInput {
  public:
   StandardInput() = default;
@@ -43,29 +43,29 @@ class StandardInput {
   StandardInput(const StandardInput&) = delete;
   StandardInput& operator=(const StandardInput&) = delete;
 
-  // Puts the temporary file, still empty, in place if one is needed. Before any worker is started.
+  // Replaces standard input by the temporary file, still empty, if necessary. Called before any worker is started.
   void Prepare();
-  // Copies all of standard input into it, at the first call. Returns why it cannot be read; empty: it can.
+  // Copies all of standard input to the file, at the first call. Returns why it cannot be read, or an empty text.
   [[nodiscard]] const std::string& Fill();
 
  private:
   std::string CopyAll() const;
 
-  int source_ = -1;  // The standard input that was copied; -1: it can be sought.
-  int problem_ = 0;  // errno of a temporary file that could not be made.
+  int source_ = -1;  // The original standard input; -1: it can seek.
+  int problem_ = 0;  // errno, if the temporary file could not be created.
   bool filled_ = false;
   std::string failure_;
 };
 
-// At the start of the process, gives standard streams that are closed a descriptor on which reads and writes fail, so
-// that no other file gets their numbers.
+// Called at process start. Gives closed standard streams a descriptor on which reads and writes fail, so that no other
+// file gets their numbers.
 void OpenClosedStandardStreams();
 
-// False: standard output was closed or is open for reading only; errno says so.
+// False: standard output is closed or read-only; see errno.
 [[nodiscard]] bool StandardOutputCanBeWritten();
 
-// Loads the machine's time zone. Without memory or descriptors the C library would take UTC in its place, silently and
-// for good. False: errno says why.
+// Loads the machine's time zone. Without memory or descriptors, the C library would silently use UTC until the process
+// ends. False: see errno.
 [[nodiscard]] bool LoadTimeZone();
 
 struct PathFacts {
@@ -75,19 +75,19 @@ struct PathFacts {
 };
 [[nodiscard]] PathFacts LookAtPath(const char* path);
 
-// The entries of a folder, in the order in which the system gives them, without "." and "..".
+// The entries of a folder, in the system's order, without "." and "..".
 class FolderReader {
  public:
-  enum class Kind { kFolder, kFile, kOther };  // A link is kOther whatever it leads to. A file may be gone by now.
+  enum class Kind { kFolder, kFile, kOther };  // Any link is kOther. A file may have been removed since.
 
   FolderReader() = default;
   ~FolderReader();
   FolderReader(FolderReader&& other) noexcept;
   FolderReader& operator=(FolderReader&& other) noexcept;
 
-  // False: `problem` says why not.
+  // False: `problem` tells why.
   [[nodiscard]] bool Open(const std::string& path, std::string* problem);
-  // False: the end, or an error that `problem` tells. Takes memory only for the name.
+  // False: the end, or an error described by `problem`. Allocates memory only for the name.
   [[nodiscard]] bool Next(std::string* name, Kind* kind, std::string* problem);
 
  private:
@@ -95,21 +95,21 @@ class FolderReader {
   State* state_ = nullptr;
 };
 
-// Removes from an entry of a list what the system's editors add to text files: on Windows a byte-order mark before the
-// first and the carriage return of a line's end, neither of which a name can have there.
+// Removes from a list entry what editors on the system add to text files: on Windows a byte-order mark before the first
+// entry and a carriage return at the end of each; neither can be part of a name there.
 void TrimListEntry(bool first, std::string* entry);
 
 // Appends the name of an entry to the path of its folder.
 void AppendToPath(std::string_view name, std::string* path);
 
-// From now on an interruption, a request to end or a broken pipe ends the process at once and the worker processes with
-// it, except within a text of WriteStandardOutput, which is finished first. A second signal does not wait for that.
+// From now on an interruption, a request to terminate or a broken pipe ends the process and its worker processes at
+// once, except during WriteStandardOutput, which completes first. A second signal does not wait for that.
 void EndWholeAtSignals();
 
-// Makes a terminal obey the control sequences that progress is written with.
+// Enables the control sequences used for progress on a terminal.
 void PrepareTerminal();
 
-// Writes all of the text. False: errno says why not.
+// Writes the whole text. False: see errno.
 [[nodiscard]] bool WriteStandardOutput(std::string_view text);
 
 }  // namespace lxbridge::command

@@ -1,4 +1,4 @@
-// The command's side of POSIX.
+// POSIX implementation of system.h.
 #ifndef _FILE_OFFSET_BITS
 #define _FILE_OFFSET_BITS 64
 #endif
@@ -35,13 +35,13 @@ volatile sig_atomic_t endAt = 0;
 extern "C" void EndAtSignal(int number) {
   KillChildren();
   if (writing != 0) {
-    endAt = number;  // The disposition is the default again, so a second one ends the process here and now.
+    endAt = number;  // The signal has its default action again, so a second one ends the process immediately.
     return;
   }
   EndBySignal(number);
 }
 
-// Descriptors from a parent may be set not to wait.
+// Descriptors from a parent may be non-blocking.
 void WaitFor(int descriptor, short events) {
   pollfd ready = {descriptor, events, 0};
   (void)::poll(&ready, 1, -1);
@@ -61,7 +61,7 @@ bool WriteAll(int descriptor, std::string_view text) {
   return true;
 }
 
-// At least a byte; 0 at the end, -1 for an error.
+// Reads at least a byte; 0 at the end, -1 for an error.
 std::ptrdiff_t ReadSome(int descriptor, char* buffer, std::size_t length) {
   for (;;) {
     const ssize_t got = ::read(descriptor, buffer, length);
@@ -70,7 +70,7 @@ std::ptrdiff_t ReadSome(int descriptor, char* buffer, std::size_t length) {
   }
 }
 
-// In the folder for temporary files, or in memory where there is no such folder. -1: errno says why not.
+// In the folder for temporary files, or in memory if there is no such folder. -1: see errno.
 int OpenUnnamedFile() {
   const char* folder = std::getenv("TMPDIR");
   if (folder == nullptr || *folder == '\0') folder = "/tmp";
@@ -113,7 +113,7 @@ void EndWholeAtSignals() {
     action.sa_handler = EndAtSignal;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     (void)::sigemptyset(&action.sa_mask);
-    // What a parent has set to be ignored stays so (nohup, background jobs).
+    // Signals that a parent has set to be ignored stay ignored (nohup, background jobs).
     if (::sigaction(number, &action, &before) == 0 && before.sa_handler == SIG_IGN) {
       (void)::sigaction(number, &before, nullptr);
     }
@@ -155,7 +155,7 @@ PathFacts LookAtPath(const char* path) {
 }
 
 void OpenClosedStandardStreams() {
-  // Each open takes the lowest free descriptor. The direction is the wrong one, so that using it is an error.
+  // Each open takes the lowest free descriptor, in the wrong direction, so that using it is an error.
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(descriptor, F_GETFD) >= 0 || errno != EBADF) continue;
     (void)!::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
@@ -253,7 +253,7 @@ bool FolderReader::Next(std::string* name, Kind* kind, std::string* problem) {
     const std::string_view found = entry->d_name;
     if (found == "." || found == "..") continue;
     mode_t type = DTTOIF(entry->d_type);
-    if (entry->d_type == DT_UNKNOWN) {  // Some file systems do not say.
+    if (entry->d_type == DT_UNKNOWN) {  // Some file systems do not tell.
       struct stat status = {};
       const bool gone = ::fstatat(::dirfd(state_->folder), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0;
       type = gone ? S_IFREG : status.st_mode;
@@ -287,7 +287,7 @@ std::ptrdiff_t ByteReader::Read(char* buffer, std::size_t length) {
 
 bool ByteReader::IsReady() const {
   pollfd ready = {descriptor_, POLLIN, 0};
-  return ::poll(&ready, 1, 0) != 0;  // Also where poll itself fails: Read then says why.
+  return ::poll(&ready, 1, 0) != 0;  // If poll itself fails, Read reports it.
 }
 
 }  // namespace lxbridge::command

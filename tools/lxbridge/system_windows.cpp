@@ -1,4 +1,4 @@
-// The command's side of Windows. Results leave by the C runtime.
+// Windows implementation of system.h. Results are written through the C runtime.
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::int64_t kLongestStandardInput = std::int64_t{4} << 30;
 constexpr std::size_t kCopyBlock = 64 * 1024;
-// Longer paths are taken only in the form that the system does not look into; folders leave room for a name of 8.3.
+// Longer paths need the extended-length form; folder names leave space for a name of 8.3.
 constexpr std::size_t kLongestPlainPath = 247;
 
 bool outputWasClosed = false;
@@ -29,13 +29,13 @@ bool IsOpen(HANDLE handle) {
   return handle != nullptr && handle != INVALID_HANDLE_VALUE;
 }
 
-// The C runtime gives a handle as a number, and -2 for a standard stream without one.
+// The C runtime returns a handle as a number, and -2 for a standard stream without one.
 HANDLE HandleOf(int descriptor) {
   const std::intptr_t number = _get_osfhandle(descriptor);
   return number < 0 ? INVALID_HANDLE_VALUE : reinterpret_cast<HANDLE>(number);  // NOLINT(performance-no-int-to-ptr)
 }
 
-// What is not UTF-8 becomes U+FFFD, so that no such file is found.
+// Bytes that are not UTF-8 become U+FFFD, so that no such file is found.
 std::wstring WideOf(std::string_view text) {
   const auto length = static_cast<int>(text.size());
   std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0)), L'\0');
@@ -43,7 +43,7 @@ std::wstring WideOf(std::string_view text) {
   return wide;
 }
 
-// A name that is not UTF-16 gets U+FFFD likewise.
+// Units that are not UTF-16 also become U+FFFD.
 std::string Utf8Of(std::wstring_view wide) {
   const auto length = static_cast<int>(wide.size());
   const int size = WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
@@ -61,7 +61,7 @@ std::wstring WidePath(const char* path) {
   return L"\\\\?\\" + full;
 }
 
-// A file that goes when it is closed; workers inherit it as their standard input.
+// A file that is deleted when closed; workers inherit it as their standard input.
 HANDLE OpenUnnamedFile() {
   wchar_t folder[MAX_PATH + 1], name[MAX_PATH + 1];
   if (GetTempPathW(MAX_PATH + 1, folder) == 0 || GetTempFileNameW(folder, L"lxb", 0, name) == 0) {
@@ -78,10 +78,10 @@ void EndAsInterrupted() {
   (void)TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_CONTROL_C_EXIT));
 }
 
-// Runs in a thread that the system starts for it. The worker processes end with the command.
+// Runs in a thread that the system starts. The worker processes end with the command.
 BOOL WINAPI EndAtEvent(DWORD event) {
   if (endsAfterWrite.exchange(true) || !writing) EndAsInterrupted();
-  // When the console closes or the session ends, the system ends the process as soon as it has this answer.
+  // If the console closes or the session ends, the system ends the process as soon as this returns.
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
   return TRUE;
 }
@@ -99,7 +99,7 @@ void PrepareTerminal() {
 }
 
 bool WriteStandardOutput(std::string_view text) {
-  // Of this thread and the event's, the one that comes second sees the other's flag.
+  // Whichever thread comes second, this one or the event's, sees the other's flag.
   writing = true;
   if (endsAfterWrite) EndAsInterrupted();
   const bool whole = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
@@ -117,7 +117,7 @@ PathFacts LookAtPath(const char* path) {
     facts.kind = PathFacts::Kind::kFolder;
     return facts;
   }
-  // Only an open file tells that it is a device.
+  // Devices are only recognised after opening.
   const HANDLE file = CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                   nullptr, OPEN_EXISTING, 0, nullptr);
   const bool regular = !IsOpen(file) || GetFileType(file) == FILE_TYPE_DISK;
@@ -128,7 +128,7 @@ PathFacts LookAtPath(const char* path) {
 }
 
 void OpenClosedStandardStreams() {
-  // Each open takes the lowest free descriptor. The direction is the wrong one, so that using it is an error.
+  // Each open takes the lowest free descriptor, in the wrong direction, so that using it is an error.
   for (int descriptor = 0; descriptor <= 2; ++descriptor) {
     if (IsOpen(HandleOf(descriptor))) continue;
     if (descriptor == 1) outputWasClosed = true;
@@ -142,7 +142,7 @@ bool StandardOutputCanBeWritten() {
 }
 
 bool LoadTimeZone() {
-  return true;  // The system has it loaded.
+  return true;  // The system has already loaded it.
 }
 
 StandardInput::~StandardInput() {
@@ -195,7 +195,7 @@ std::string StandardInput::CopyAll() const {
 struct FolderReader::State {
   HANDLE search;
   WIN32_FIND_DATAW found;
-  bool isNext;  // `found` has been read and not given.
+  bool isNext;  // `found` has been read but not returned.
 };
 
 FolderReader::~FolderReader() {
@@ -251,12 +251,12 @@ void AppendToPath(std::string_view name, std::string* path) {
   path->append(name);
 }
 
-// A pipe or a console is read by a thread of its own, a block ahead. It lives as long as the process, since a read that
-// waits cannot be cancelled.
+// Pipes and consoles are read by a separate thread, one block ahead. It lives as long as the process, since a blocking
+// read cannot be cancelled.
 struct ByteReader::Ahead {
   const HANDLE source;
-  HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);    // The block has something, or it is the end.
-  HANDLE wanted = CreateEventW(nullptr, FALSE, FALSE, nullptr);  // It is empty.
+  HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);    // The block has data, or it is the end.
+  HANDLE wanted = CreateEventW(nullptr, FALSE, FALSE, nullptr);  // The block is empty.
   DWORD from = 0, to = 0;
   bool failed = false;
   char block[64 * 1024];

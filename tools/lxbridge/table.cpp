@@ -15,7 +15,7 @@ char Delimiter(Format format) {
   return format == Format::kCsv ? ',' : '\t';
 }
 
-// Quoted when it holds what would end a cell.
+// Quotes a text that contains separators, quotes or line ends.
 void AppendCell(std::string_view text, Format format, std::string* row) {
   const char ending[] = {'"', '\r', '\n', Delimiter(format)};
   if (text.find_first_of(std::string_view(ending, sizeof ending)) == std::string_view::npos) {
@@ -32,7 +32,7 @@ void AppendCell(std::string_view text, Format format, std::string* row) {
 
 }  // namespace
 
-// As deep as the toolkit's own depth limit at most.
+// Recursive down to the toolkit's depth limit.
 void AppendValue(const XmpNode& node, const json::KnownField* known, bool decimal, std::string_view separator,
                  std::string* text) {
   if (node.IsSimple()) {

@@ -1,4 +1,4 @@
-// Adding up columns and properties over files.
+// Counts columns and properties over files.
 #include "tools/lxbridge/tally.h"
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace lxbridge::command {
 
 namespace {
 
-// Strangers' packets may have any number of names.
+// Hostile packets may have any number of names.
 constexpr std::size_t kMostFields = 65536;
 constexpr std::size_t kLongestName = 256;
 constexpr std::size_t kLongestExample = 120;
@@ -50,7 +50,7 @@ class FieldTally : public Tally {
  public:
   explicit FieldTally(const Options& options) : options_(options) {}
 
-  // Name and example in turn, each with a zero byte after it.
+  // Alternately name and example, each followed by a zero byte.
   void Add(std::string_view part) override {
     ++files_;
     while (!part.empty()) {
@@ -118,7 +118,7 @@ void AppendFieldsBelow(const std::vector<XmpNode>& nodes, const std::string& abo
     AppendValue(node, nullptr, false, "; ", &text);
     AppendPart(name, kLongestName, part);
     AppendPart(text, kLongestExample, part);
-    if (node.IsStruct()) AppendFieldsBelow(node.children, name + '/', part);  // As deep as names are long.
+    if (node.IsStruct()) AppendFieldsBelow(node.children, name + '/', part);  // Recursive as deep as names are long.
   }
 }
 

@@ -1,5 +1,5 @@
-// What the results of all files add up to, beside the results themselves. Each file's part comes from the process that
-// did the file, as bytes (FileResult::tally).
+// Totals over all files, in addition to their results. Each file's part comes as bytes from the process that read the
+// file (FileResult::tally).
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_TALLY_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_TALLY_H_
 
@@ -16,16 +16,16 @@ namespace lxbridge::command {
 class Tally {
  public:
   virtual ~Tally() = default;
-  // A file's part, in the order of the files.
+  // Adds a file's part, in the order of the files.
   virtual void Add(std::string_view part) = 0;
-  // After the last file. False: standard output cannot be written.
+  // Called after the last file. False: standard output cannot be written.
   [[nodiscard]] virtual bool End() = 0;
 };
 
-// For columns: which no file has had; at the end a message for each that is in no table either.
+// Finds columns that no file has; at the end prints a message for each of them that is not a known field either.
 [[nodiscard]] std::unique_ptr<Tally> MakeColumnTally(const Columns& columns);
 
-// For `lxbridge fields FILE...`: the properties that the files have had, printed at the end.
+// For `lxbridge fields FILE...`: the properties found in the files, printed at the end.
 [[nodiscard]] std::unique_ptr<Tally> MakeFieldTally(const Options& options);
 // Appends an object's part for that.
 void AppendFieldsOf(const XmpView& xmp, std::string* part);

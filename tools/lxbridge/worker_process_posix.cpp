@@ -34,11 +34,11 @@ bool CannotStart(const char* what, std::string* problem) {
   return false;
 }
 
-// A worker that reads or sends would notice the end of the command by itself, but not one whose read of a file stalls.
+// A worker that reads or sends notices the end of the command by itself, but not one whose read of a file stalls.
 void EndWith([[maybe_unused]] pid_t command) {
 #ifdef PR_SET_PDEATHSIG
   (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (::getppid() != command) EndWorker();  // It ended before that was set.
+  if (::getppid() != command) EndWorker();  // The command ended before the call.
 #endif
 }
 
@@ -71,13 +71,13 @@ void BecomeWorkerIfStartedAsOne() {}
 
 // --- in the command ------------------------------------------------------------------------------------------------
 
-// The process of a slot is in `children`.
+// The process ids are in `children`.
 struct WorkerProcesses::System {
   const Options& options;
   const bool withStandardInput;
   Place* places = nullptr;
   int sockets[kMostProcesses];
-  pollfd polled[kMostProcesses + 1];  // By slot, up to `used`; then the list's.
+  pollfd polled[kMostProcesses + 1];  // By slot, up to `used`; then the list.
   std::size_t used = 0;
   std::string block;
 
@@ -107,7 +107,7 @@ bool WorkerProcesses::Start(std::size_t* slot, std::string* problem) {
   *slot = 0;
   while (system_->sockets[*slot] >= 0) ++*slot;
   Place* place = new (&system_->places[*slot]) Place{};
-  // No signal may come until the process is entered, and in the new process until its handlers are gone.
+  // Signals are blocked until the process is entered, and in the new process until its handlers are removed.
   sigset_t all, before;
   (void)::sigfillset(&all);
   (void)::sigprocmask(SIG_SETMASK, &all, &before);
@@ -115,7 +115,7 @@ bool WorkerProcesses::Start(std::size_t* slot, std::string* problem) {
   const pid_t id = ::fork();
   if (id == 0) {
     ForgetEndingSignals();
-    // The command is interrupted, and ends its workers.
+    // The command gets the interrupt and ends its workers.
     (void)::signal(SIGINT, SIG_IGN);
     EndWith(command);
     (void)::sigprocmask(SIG_SETMASK, &before, nullptr);

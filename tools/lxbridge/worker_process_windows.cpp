@@ -1,8 +1,9 @@
-// Worker processes on Windows: the command's own image started again. A worker finds in its environment which handles
-// it has been given, and in the shared memory what to do; it does not read its command line.
+// Worker processes on Windows: the command's own image, started again. A worker gets its handles from an environment
+// variable and its options from the shared memory, not from its command line.
 //
-// A channel is two named pipes, since anonymous ones cannot be read without waiting. The command reads and writes with
-// completion routines, which run while it waits: so one wait of its only thread is for any number of workers, for the
+// A channel is two named pipes, since anonymous ones do not support overlapped reads. The command reads and writes with
+// completion routines, which run while it waits. So its only thread can wait for any number of workers, the list and a
+// time at once; waiting for handles is limited to 64 of them.
 // list and for a time, where a wait for handles would end at 64 of them.
 #include "tools/lxbridge/worker_process.h"
 
@@ -29,17 +30,17 @@ constexpr DWORD kPipeBuffer = 64 * 1024;
 constexpr wchar_t kHandlesVariable[] = L"LXBRIDGE_WORKER";  // Jobs, results, shared memory, slot; decimal.
 constexpr DWORD kFirstExceptionCode = 0x80000000;
 
-// The memory that all processes of a call share. The words of the command line follow it, each with a zero byte.
+// The memory shared by all processes of a call. It is followed by the words of the command line, each with a zero byte.
 struct Shared {
   Place places[kMostProcesses];
-  // What depends on the command's own terminals.
+  // Options that depend on the command's own terminals.
   bool progress;
   bool colouredResults;
   bool namedPackets;
   std::size_t words;
 };
 
-// Handles are numbers of 32 bits also where pointers are longer.
+// Handles are 32-bit numbers even where pointers are longer.
 HANDLE AsHandle(std::intptr_t number) {
   return reinterpret_cast<HANDLE>(number);  // NOLINT(performance-no-int-to-ptr)
 }
@@ -61,7 +62,7 @@ BOOL WINAPI LeaveEventsToTheCommand(DWORD) {
   return TRUE;
 }
 
-// At once, with no window that asks what to do and no debugger that is started.
+// Ends at once, without an error window or a debugger.
 LONG WINAPI EndAtException(EXCEPTION_POINTERS* exception) {
   (void)TerminateProcess(GetCurrentProcess(), exception->ExceptionRecord->ExceptionCode);
   return EXCEPTION_EXECUTE_HANDLER;
@@ -89,7 +90,7 @@ void SendResults(const WorkerSide& side, std::string_view bytes) {
   }
 }
 
-// Not ExitProcess: nothing of this process is to run any more, as other threads' detaching would.
+// Not ExitProcess, which would still run code of this process, such as the detaching of other threads.
 void EndWorker(int status) {
   (void)TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
   for (;;) Sleep(INFINITE);
@@ -100,7 +101,7 @@ void BecomeWorkerIfStartedAsOne() {
   const DWORD length = GetEnvironmentVariableW(kHandlesVariable, text, static_cast<DWORD>(std::size(text)));
   if (length == 0 || length >= std::size(text)) return;
   (void)SetEnvironmentVariableW(kHandlesVariable, nullptr);
-  // The command is interrupted, and ends its workers.
+  // The command gets the interrupt and ends its workers.
   (void)SetConsoleCtrlHandler(LeaveEventsToTheCommand, TRUE);
   (void)SetUnhandledExceptionFilter(EndAtException);
 
@@ -117,7 +118,7 @@ void BecomeWorkerIfStartedAsOne() {
     word += std::strlen(word) + 1;
   }
   Options options;
-  std::string error;  // There is none: the command has parsed the same words.
+  std::string error;  // Stays empty: the command has parsed the same words.
   if (!ParseOptions(static_cast<int>(words.size()), words.data(), &options, &error)) ExitProcess(1);
   options.progress = shared->progress;
   options.colouredResults = shared->colouredResults;
@@ -130,8 +131,8 @@ void BecomeWorkerIfStartedAsOne() {
 
 namespace {
 
-// The command's side of a worker: its process and the command's ends of the pipes. Does not move while one of them is
-// read or written.
+// The command's side of a worker: its process and the command's ends of the pipes. Must not move during an overlapped
+// operation.
 struct Process {
   HANDLE process = nullptr;
   HANDLE jobs = nullptr;
@@ -140,12 +141,12 @@ struct Process {
   OVERLAPPED write = {};
   bool reads = false;
   bool writes = false;
-  bool ended = false;  // Nothing more comes.
+  bool ended = false;  // No more data comes.
   bool receivesWatched = false;
   bool sendsWatched = false;
-  std::string sent;  // Being written.
+  std::string sent;  // The bytes being written.
   std::string block;
-  std::size_t received = 0;  // So many bytes of the block; it is read into again when they have been taken.
+  std::size_t received = 0;  // Bytes of the block that hold data; it is reused when they have been taken.
 
   bool MaySend() const { return sendsWatched && !writes; }
   bool MayReceive() const { return receivesWatched && (received != 0 || ended); }
@@ -165,7 +166,7 @@ struct Process {
   void Read() {
     block.resize(kBlock);
     read = {};
-    read.hEvent = this;  // Not looked at by the system where a routine is called.
+    read.hEvent = this;  // Ignored by the system when there is a completion routine.
     reads = ReadFileEx(results, block.data(), static_cast<DWORD>(block.size()), &read, HasRead) != 0;
     ended = !reads;
   }
@@ -203,12 +204,12 @@ struct WorkerProcesses::System {
   HANDLE nothing = INVALID_HANDLE_VALUE;
   HANDLE input = nullptr;
   HANDLE errors = nullptr;
-  unsigned pipes = 0;  // Made so far.
+  unsigned pipes = 0;  // Number created so far.
   std::unique_ptr<Process> processes[kMostProcesses];
   std::size_t used = 0;
 
   System(const Options& options, bool withStandardInput) {
-    // What is wrong with a file or a drive is for a message, and nobody may be there to close a window.
+    // Problems with a file or a drive are reported by a message; nobody may be there to close a window.
     (void)SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     image.resize(32 * 1024);
     image.resize(GetModuleFileNameW(nullptr, image.data(), static_cast<DWORD>(image.size())));
@@ -233,8 +234,8 @@ struct WorkerProcesses::System {
   System(const System&) = delete;
   System& operator=(const System&) = delete;
 
-  // Whatever ends the command closes the job, and that ends the workers. Without one, as where the command is itself in
-  // a job that allows none within, a worker that has lost its command ends after its file.
+  // A job object: whatever ends the command closes the job, which ends the workers. Without one (the command may itself
+  // be in a job that allows no nested jobs), a worker without a command ends after its file.
   void MakeJob() {
     job = CreateJobObjectW(nullptr, nullptr);
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
@@ -266,7 +267,7 @@ struct WorkerProcesses::System {
     return copy;
   }
 
-  // A pipe with the command's end and the one that a worker inherits.
+  // Creates a pipe with the command's end and the end that a worker inherits.
   bool MakePipe(bool toWorker, HANDLE* own, HANDLE* workers) {
     const std::wstring name =
         L"\\\\.\\pipe\\lxbridge." + std::to_wstring(GetCurrentProcessId()) + L'.' + std::to_wstring(pipes++);
@@ -281,7 +282,7 @@ struct WorkerProcesses::System {
     return IsOpen(*workers);
   }
 
-  // With these handles and no others of the command's.
+  // Passes these handles and no others of the command's.
   bool StartImage(HANDLE jobs, HANDLE results, std::size_t slot, HANDLE* process) {
     HANDLE handles[6] = {jobs, results, memory, nothing};
     std::size_t count = 4;
@@ -306,7 +307,7 @@ struct WorkerProcesses::System {
     std::wstring numbers = std::to_wstring(slot);
     for (const HANDLE handle : {memory, results, jobs}) numbers.insert(0, std::to_wstring(AsNumber(handle)) + L' ');
     (void)SetEnvironmentVariableW(kHandlesVariable, numbers.c_str());
-    std::wstring line = GetCommandLineW();  // For who looks at the list of processes.
+    std::wstring line = GetCommandLineW();  // Shown in lists of processes.
     PROCESS_INFORMATION started = {};
     const bool done = CreateProcessW(image.c_str(), line.data(), nullptr, nullptr, TRUE, EXTENDED_STARTUPINFO_PRESENT,
                                      nullptr, nullptr, &start.StartupInfo, &started) != 0;

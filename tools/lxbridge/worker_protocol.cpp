@@ -1,4 +1,4 @@
-// Jobs and results as bytes.
+// Encoding of jobs and results.
 #include "tools/lxbridge/worker_protocol.h"
 
 #include <cstdint>
@@ -18,7 +18,7 @@ constexpr std::uint8_t kPassedOver = 2;
 constexpr std::uint8_t kFault = 4;
 
 struct ResultHeader {
-  std::uint32_t magic;  // Memory that was written over does not look like a header by chance.
+  std::uint32_t magic;  // Overwritten memory is unlikely to match it.
   std::uint16_t statusLength;
   std::uint8_t kind;
   std::uint8_t flags;

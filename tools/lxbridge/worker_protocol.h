@@ -1,6 +1,6 @@
-// What the command and its worker processes say to each other: jobs one way, results the other, in the same order.
-// Both ends are one program on one machine, so numbers are as they are in memory; a worker that has read a hostile
-// file may still say nonsense.
+// The protocol between the command and its worker processes: jobs in one direction, results in the other, in the same
+// order. Both sides are the same program on the same machine, so numbers are sent as they are in memory. A worker that
+// has read a hostile file may still send garbage.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_WORKER_PROTOCOL_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_WORKER_PROTOCOL_H_
 
@@ -15,14 +15,14 @@ namespace lxbridge::command {
 
 void AppendJob(const Input& input, std::string* bytes);
 void AppendResult(const FileResult& result, std::string* bytes);
-// In place of all results: the worker cannot work at all.
+// Instead of results: the worker cannot work at all.
 void AppendFault(std::string_view what, std::string* bytes);
 
-enum class Taken { kNothing, kOne, kFault, kNonsense };  // Nothing: not all of it is there yet.
+enum class Taken { kNothing, kOne, kFault, kNonsense };  // kNothing: it has not arrived completely.
 
-// The job or result at *at, which moves behind it.
+// Takes the job or result at *at and moves *at past it.
 [[nodiscard]] Taken TakeJob(std::string_view bytes, std::size_t* at, Input* input);
-// A fault's text is in the result's messages.
+// The text of a fault is in the result's messages.
 [[nodiscard]] Taken TakeResult(std::string_view bytes, std::size_t* at, FileResult* result);
 
 }  // namespace lxbridge::command

@@ -1,9 +1,9 @@
-// Worker processes: each is given some jobs ahead and answers in their order, several results in one write if they come
-// fast. A few words of shared memory tell which file it is working on. When it dies, that file is reported, and the
-// others that it has not answered are done again by another worker.
+// Worker processes. Each gets some jobs in advance and answers in order, several results in one write if they are fast.
+// A few words of shared memory tell which file a worker is reading. If it dies, that file is reported, and its other
+// unanswered files are given to another worker.
 //
-// A job may also be lost between its end and the arrival of its result. Nobody can tell whether it was the cause, so it
-// is tried once more, alone in a worker; if it is lost again, its file is reported.
+// A job may also be lost between its end and the arrival of its result. Its file may or may not be the cause, so it is
+// tried again, alone in a worker; if it is lost again, its file is reported.
 #include "tools/lxbridge/workers.h"
 
 #include <algorithm>
@@ -26,26 +26,26 @@ namespace lxbridge::command {
 
 namespace {
 
-// A worker is given further jobs when it has no more left than it does in this time, and as many at once; at most this
-// many. So quick files cost few calls of the system, and slow ones do not wait in one worker's queue while another is
-// idle.
+// A worker gets further jobs when its remaining ones would take less than this time, and then gets as many as fit this
+// time; at most kJobsAtOnce. So fast files need few system calls, and slow ones do not wait in one worker's queue while
+// another worker is idle.
 constexpr std::int64_t kJobsAtOnceNs = 5'000'000;
 constexpr std::size_t kJobsAtOnce = 64;
-// The limits of results that wait for an earlier file, in files and in bytes. Beyond them, only the worker that has the
+// The limits on results that wait for an earlier file, in files and in bytes. Beyond them, only the worker with the
 // earliest file is read from.
 constexpr std::uint64_t kMostAhead = 8192;
 constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
-constexpr std::size_t kReceivedKept = 512 * 1024;  // Memory kept for a worker's received bytes when they are few.
+constexpr std::size_t kReceivedKept = 512 * 1024;  // Buffer memory kept for a worker when little is received.
 constexpr std::size_t kJobBlock = 16 * 1024;
 constexpr std::size_t kResultBlock = 64 * 1024;
-// Results are gathered until this long after the first, looked at after each file; the first few go at once.
+// Results are gathered for this long, checked after each file; the first few are sent immediately.
 constexpr std::int64_t kResultDelayNs = 10'000'000;
 constexpr int kResultsAtOnce = 16;
 constexpr std::int64_t kWakeNs = 200'000'000;  // For progress and time limits.
-// The command wakes up more often than this. If it did not, it was stopped, as by Ctrl-Z, or held up by a write; the
-// workers are not charged for the time beyond it.
+// The command wakes up more often than this. A longer step means that it was stopped, as by Ctrl-Z, or blocked in a
+// write; the time beyond this is not charged to the workers.
 constexpr std::int64_t kLongestStepNs = 500'000'000;
-// A worker that is still stopped this long after the command has seen it was not stopped together with the command.
+// A worker that is still stopped this long after the command noticed it was not stopped together with the command.
 constexpr std::int64_t kStoppedNs = 3'000'000'000;
 constexpr int kDeathsAtStart = 3;
 constexpr int kTries = 2;
@@ -119,12 +119,12 @@ void DoJob(FileWork* work, const Input& input, FileResult* result) {
 struct Job {
   std::uint64_t number;
   Input input;
-  int lost = 0;  // Workers that died after they had begun it.
+  int lost = 0;  // Number of workers that died after starting it.
 };
 
 struct Worker {
   std::size_t slot = 0;  // Of its process.
-  std::deque<Job> jobs;  // Given and not answered.
+  std::deque<Job> jobs;  // Given and not yet answered.
   bool alone = false;    // Its only job was lost before; it gets no other until that is answered.
   std::uint64_t answered = 0;
   std::int64_t startedNs = NowNs();
@@ -138,10 +138,10 @@ struct Worker {
   std::int64_t stoppedFrom = 0;
 
   std::uint64_t killedIn = 0;  // It was killed because this file, counted from 1, took too long.
-  bool givenUp = false;        // It was killed because somebody had stopped it.
+  bool givenUp = false;        // It was killed because it was stopped from outside.
 };
 
-// The time in which the command could run.
+// The time during which the command could run.
 class RunClock {
  public:
   void Step() {
@@ -151,8 +151,8 @@ class RunClock {
     now_ += step_;
   }
   [[nodiscard]] std::int64_t now() const { return now_; }
-  [[nodiscard]] std::int64_t step() const { return step_; }  // The length of the last one.
-  // When that was; the earliest answer is the last step's beginning.
+  [[nodiscard]] std::int64_t step() const { return step_; }  // Length of the last step.
+  // The time of a system time, no earlier than the start of the last step.
   [[nodiscard]] std::int64_t TimeOf(std::int64_t systemNs) const {
     return now_ - std::clamp<std::int64_t>(systemNow_ - systemNs, 0, step_);
   }
@@ -181,7 +181,7 @@ class Pool {
 
   void Run() {
     if (!processes_.CanStart()) return Stop("no memory to share with workers");
-    stopped_ = true;  // Until the end is reached, leaving means to stop.
+    stopped_ = true;  // Until the end is reached, leaving means stopping.
     for (;;) {
       GiveJobs();
       if (failed_ || !report_.Flush()) return;
@@ -210,7 +210,7 @@ class Pool {
   void GiveJobs() {
     waitsForList_ = false;
     while (!failed_ && !again_.empty()) {
-      // All results may wait for it, so it is given at once.
+      // All results may wait for it, so it is assigned at once.
       const bool alone = again_.front().lost != 0;
       Worker* worker = StartOrFind(alone ? Needed::kIdle : Needed::kAny);
       if (worker == nullptr) break;
@@ -257,7 +257,7 @@ class Pool {
     }
     Worker* taker = worker;
     if (input.name == "-") {
-      // All workers share the position of standard input, so only one of them at a time reads it.
+      // All workers share the position of standard input, so only one at a time reads it.
       for (Worker& other : workers_) {
         if (std::any_of(other.jobs.begin(), other.jobs.end(), [](const Job& job) { return job.input.name == "-"; })) {
           taker = &other;
@@ -279,7 +279,7 @@ class Pool {
 
   enum class Needed { kIdle, kNotBusy, kAny };
 
-  // The worker with the fewest jobs, or a new one if all have some. Null: there is none such as is needed.
+  // The worker with the fewest jobs, or a new one if all have some. Null: none is suitable.
   Worker* StartOrFind(Needed needed) {
     Worker* least = nullptr;
     for (Worker& worker : workers_) {
@@ -312,7 +312,7 @@ class Pool {
     if (workers_.empty()) {
       Stop(problem);
     } else {
-      count_ = workers_.size();  // The others do it.
+      count_ = workers_.size();  // Continue with the others.
     }
     return nullptr;
   }
@@ -341,8 +341,8 @@ class Pool {
     }
   }
 
-  // Kills workers whose file has taken too long or that somebody has stopped. Returns the milliseconds until the next
-  // may have to be killed.
+  // Kills workers whose file took too long or that were stopped from outside. Returns the time in milliseconds until
+  // this must be called again.
   int EndLate() {
     clock_.Step();
     const bool looks = clock_.now() >= nextLook_;
@@ -374,7 +374,7 @@ class Pool {
     return clock_.now() - worker->stoppedFrom >= kStoppedNs;
   }
 
-  // How long a worker may still take for its file.
+  // The time that a worker has left for its file.
   std::int64_t TimeLeft(Worker* worker) {
     const Place& place = processes_.PlaceOf(worker->slot);
     const std::uint64_t begun = place.begun.load(std::memory_order_acquire);
@@ -388,7 +388,7 @@ class Pool {
     return worker->watchedFrom + static_cast<std::int64_t>(options_.timeoutSeconds * 1e9) - clock_.now();
   }
 
-  // False: it has ended.
+  // False: the worker has ended.
   bool Receive(Worker* worker) {
     if (!processes_.Receive(worker->slot, &worker->received)) return false;
     std::size_t at = 0;
@@ -418,8 +418,8 @@ class Pool {
     return true;
   }
 
-  // A worker has ended. The file that it was working on is reported, unless it was killed for another reason than that
-  // file; what it had not answered is done again.
+  // Handles the end of a worker. The file that it was reading is reported, unless it was killed for another reason; its
+  // unanswered jobs are given to others.
   void Bury(Worker* worker) {
     const Place& place = processes_.PlaceOf(worker->slot);
     const std::uint32_t ending = processes_.End(worker->slot);
@@ -429,11 +429,12 @@ class Pool {
     if (begun == 0 && !jobs.empty()) {
       if (++deathsAtStart_ == kDeathsAtStart) Stop("workers do not start: " + WorkerProcesses::CauseOf(ending));
     } else {
-      // Of the jobs left, those that it had begun; the first in any case, so that no job is tried for ever.
+      // Among the remaining jobs, those that it had started; always at least the first, so that no job is retried
+      // forever.
       const std::uint64_t left = begun > worker->answered ? begun - worker->answered : 0;
       const auto tried = static_cast<std::size_t>(std::clamp<std::uint64_t>(left, jobs.empty() ? 0 : 1, jobs.size()));
       for (std::size_t i = 0; i < tried; ++i) ++jobs[i].lost;
-      // Killed in one file, it may have come to the next one by then, which has done nothing wrong.
+      // It was killed for one file but may have reached the next, which is not to blame.
       const bool blamed = within && !worker->givenUp && (worker->killedIn == 0 || worker->killedIn == begun);
       if (blamed && tried != 0) jobs[tried - 1].lost = kTries;
     }
@@ -468,11 +469,11 @@ class Pool {
   std::deque<Worker> workers_;
   RunClock clock_;
   std::int64_t nextLook_ = 0;
-  std::deque<Job> again_;     // Of workers that have died, by number.
+  std::deque<Job> again_;     // From dead workers, by number.
   std::uint64_t number_ = 0;  // Of the next input.
-  bool ended_ = false;        // The source has.
+  bool ended_ = false;        // The source has ended.
   bool waitsForList_ = false;
-  bool failed_ = false;  // All is to end.
+  bool failed_ = false;  // The run must end.
   bool stopped_ = false;
   int deathsAtStart_ = 0;
 };

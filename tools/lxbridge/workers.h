@@ -1,4 +1,4 @@
-// Working on the files in several processes.
+// Reads the files in several processes.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_WORKERS_H_
 
@@ -8,8 +8,8 @@
 
 namespace lxbridge::command {
 
-// Does all of the source's files in up to `count` processes; their results go to the report. Requires: the library has
-// not been started, since each worker starts it for itself.
+// Reads all files of the source in up to `count` processes, and passes the results to the report. Requires: the library
+// is not started, since each worker starts it.
 void RunInWorkers(const Options& options, int count, InputSource* source, Report* report);
 
 }  // namespace lxbridge::command

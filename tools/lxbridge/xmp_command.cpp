@@ -1,5 +1,5 @@
-// `lxbridge xmp` and `lxbridge fields`: each file's metadata as XMP, through the five exported functions and the host's
-// library, as any other host would get it. The kit serves only for the kinds of files and other facts.
+// `lxbridge xmp` and `lxbridge fields`: each file's metadata as XMP, through the five exported functions and LxHost,
+// like any other host. The kit is used only for the file kind and other facts.
 #include <cstdint>
 #include <exception>
 #include <stdexcept>
@@ -24,7 +24,7 @@ namespace lxbridge::command {
 
 namespace {
 
-// "<!-- photo.jpg -->", in which two hyphens must not stand together.
+// "<!-- photo.jpg -->", in which two hyphens must not be adjacent.
 void AppendComment(std::string_view file, std::string* out) {
   out->append("<!-- ");
   char before = ' ';
@@ -59,7 +59,7 @@ class XmpWork : public FileWork {
         static_assert(LX_XMP_READ_NO_MEMORY == -kLxReadNoMemory && LX_XMP_READ_BROKEN == -kLxReadBroken);
         const auto failure = static_cast<LxReadFailure>(-reading);
         result->Fail(input.name, MessageOf(failure, systemError));
-        if (failure < kLxReadBroken || options_.sideCars) return;  // Not opened; else there is what was read.
+        if (failure < kLxReadBroken || options_.sideCars) return;  // Not opened; else print what was read.
       } else if (input.walked && !IsTaken(reading, path, result)) {
         result->passedOver = true;
         return;
@@ -79,7 +79,7 @@ class XmpWork : public FileWork {
   }
 
  private:
-  // Faults of the packet, which cost no more than what they stand in and are no failures.
+  // Faults in the packet lose only the part that contains them and are not failures.
   static void AddWarnings(const std::string& file, const XmpView& xmp, FileResult* result) {
     std::uint32_t kept = 0, total = 0;
     CheckXmp(LxXmpCountWarnings(xmp.object(), &kept, &total));
@@ -91,13 +91,13 @@ class XmpWork : public FileWork {
     if (total > kept) result->messages.append(FileMessage(file, std::to_string(total - kept) + " more warnings"));
   }
 
-  // Whether a reader takes the file. Only files without metadata leave a question about their kind.
+  // Whether the file has a reader. Only for files without metadata is the kind in question.
   static bool IsTaken(LxXmpReading reading, const char* path, FileResult* result) {
     if (reading == LX_XMP_READ_NO_METADATA) return HasReader(path, &result->kind);
     return reading != LX_XMP_READ_NO_IMAGE;
   }
 
-  // Whether the file gets a side-car. Side-cars that a walk finds get none of their own.
+  // Whether the file gets a side-car. Side-cars found in a folder get none.
   bool TakesSideCar(const Input& input, const char* path, FileResult* result) const {
     if (input.walked && (input.name.ends_with(".xmp") || !HasReader(path, &result->kind))) {
       result->passedOver = true;

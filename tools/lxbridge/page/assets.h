@@ -1,5 +1,5 @@
-// The script, style and body of the page that `lxbridge pool --format html` prints, as the build has taken them from
-// page.js, page.css and page.html.
+// The script, style and body of the page printed by `lxbridge pool --format html`, embedded by the build from page.js,
+// page.css and page.html.
 #ifndef LXBRIDGE_TOOLS_LXBRIDGE_PAGE_ASSETS_H_
 #define LXBRIDGE_TOOLS_LXBRIDGE_PAGE_ASSETS_H_
 
@@ -8,7 +8,7 @@
 namespace lxbridge::command {
 
 extern const std::string_view kPageScript;
-extern const std::string_view kPageScriptHash;  // As a Content-Security-Policy names it.
+extern const std::string_view kPageScriptHash;  // In the form used by Content-Security-Policy.
 extern const std::string_view kPageStyle;
 extern const std::string_view kPageStyleHash;
 extern const std::string_view kPageBody;

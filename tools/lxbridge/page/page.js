@@ -1,6 +1,6 @@
 'use strict';
-// The page of one file: the tree of items, the bytes that they come from, and the XMP properties. All texts of the file
-// are put in as texts, never as markup. Only the rows that are seen are in the document, so that size costs nothing.
+// The page of one file: the tree of items, their bytes, and the XMP properties. Texts of the file are always inserted
+// as text, never as markup. Only visible rows are in the document, so large files stay fast.
 (() => {
   const ROW = 20;  // Pixels, as in the style.
   const data = JSON.parse(document.getElementById('data').textContent);
@@ -16,7 +16,7 @@
       .replace(controls, (c) => '\\u' + c.charCodeAt(0).toString(16).padStart(4, '0'));
   const hex = (number, digits) => number.toString(16).padStart(digits, '0');
 
-  // A list of rows of equal height in a box that scrolls.
+  // A scrolling list of rows of equal height.
   class List {
     constructor(box, make) {
       this.box = box;
@@ -55,7 +55,7 @@
 
   let selected = -1;
   const folded = new Set();
-  let visible = [];  // Numbers of the items in the tree's rows.
+  let visible = [];  // Indexes of the items in the tree's rows.
   let filter = '';
 
   const parents = [];
@@ -66,7 +66,7 @@
   });
   const hasChildren = (i) => i + 1 < items.length && items[i + 1].depth > items[i].depth;
 
-  // --- bytes: for each the item that it belongs to most closely, and as what
+  // --- bytes: for each, the innermost item that it belongs to, and its role there
 
   const regions = data.regions.map((region) => {
     const text = atob(region.bytes);
@@ -89,7 +89,8 @@
     if (item.entry) ranges.push([item.entry[0], item.entry[1], i, 2]);
     if (item.offset !== null && item.length > 0) ranges.push([item.offset, item.length, i, 3]);
   });
-  // Wide ranges first, so that what lies within them stays on top; a value beats an entry of the same length.
+  // Wide ranges first, so that ranges inside them stay on top; a value takes precedence over an entry of the same
+  // length.
   ranges.sort((a, b) => b[1] - a[1] || a[3] - b[3]);
   for (const [offset, length, owner, kind] of ranges) {
     const region = regionAt(offset);
@@ -126,7 +127,7 @@
     }
     const [region, begin] = hexRows[i];
     row.append(hex(region.offset + begin, 8) + '  ');
-    // Neighbours that belong to the same item as the same kind of bytes are one element.
+    // Adjacent bytes of the same item and role are one element.
     const end = Math.min(begin + 16, region.bytes.length);
     for (const text of [false, true]) {
       for (let at = begin; at < end;) {
@@ -212,7 +213,7 @@
     if (item.label) add('label', item.label);
     if (item.valueLabel) add('value label', item.valueLabel);
   };
-  // Selects an item and shows it on both sides, but not where the click was.
+  // Selects an item and shows it in both views, except in the one that was clicked.
   const select = (number, from) => {
     selected = number;
     if (number >= 0) {
