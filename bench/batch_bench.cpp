@@ -1,17 +1,17 @@
-// What does the command cost over many files, and for one? In one run, repetitions interleaved, of the same files:
-//   two workers beside one          files a second
-//   one worker beside the library   the library: LxInterchangeNew to LxInterchangeDelete, once bare and once with the
-//                                   packet that the command prints. Each time in a process of its own, as the worker
-//                                   is: a process's first thousand files cost it a tenth more each than the later ones
-//   memory                          the largest process of the command, over ten times the files too
-//   a folder of small files         the walk of it with two workers beside read_folder with two processes
-//   start-up                        the whole process for one file of 2 kB beside open_read's
-// Ratios are of medians; minima are printed beside them, since other work on the machine only ever adds.
+// Measures the command over many files and over one. All in one run, with interleaved repetitions over the same files:
+//   two workers against one          files per second
+//   one worker against the library   the library: LxInterchangeNew to LxInterchangeDelete, once alone and once with the
+//                                    packet that the command prints. Each time in a new process, like the worker: a
+//                                    process's first thousand files take a tenth longer than later ones
+//   memory                           the largest process of the command, also over ten times the files
+//   a folder of small files          the walk with two workers against read_folder with two processes
+//   start-up                         the whole process for a file of 2 kB against open_read's
+// Ratios are of medians; minima are printed as well, since other work on the machine can only add time.
 //
-//   batch_bench [FOLDER [FILES [REPETITIONS]]]        with LXBRIDGE=PATH: of another build of the command
+//   batch_bench [FOLDER [FILES [REPETITIONS]]]        LXBRIDGE=PATH: another build of the command
 //
-// FOLDER (../shared/corpus beside the tree) holds the files that are linked, FILES (16000) times in all, into a
-// temporary folder.
+// Links to the files of FOLDER (../shared/corpus next to the tree), FILES (16000) in total, are made in a temporary
+// folder.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -45,8 +45,8 @@ double SecondsOf(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-// Runs a program with its output thrown away: its seconds, the memory of its largest process in kB, and the seconds of
-// processors that it and its children took.
+// Runs a program and discards its output. Returns the seconds that it took; also the memory of its largest process in
+// kB, and the processor seconds of it and its children.
 double Run(std::vector<std::string> words, long* memory = nullptr, double* processors = nullptr) {
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
@@ -175,10 +175,10 @@ int main(int argc, char** argv) {
   const double perSecond = static_cast<double>(count);
   std::printf("%zu files: one worker %.0f files/s, two %.0f, library bare %.0f, with packets %.0f (of minima)\n", count,
               perSecond / one.Least(), perSecond / two.Least(), perSecond / bare.Least(), perSecond / packets.Least());
-  Print("files a second, two workers / one", &one, &two, "at least 1.9");
-  // Where other work takes a part of the two processors, what it would be without: all the time of processors that two
-  // workers and the command took, on two.
-  Print("the same by time of processors", &one, &halves, "at least 1.9");
+  Print("files per second, two workers / one", &one, &two, "at least 1.9");
+  // If other work uses a part of the two processors, this is the result without it: the processor time of two workers
+  // and the command, spread over two.
+  Print("the same by processor time", &one, &halves, "at least 1.9");
   Print("time, one worker / library bare", &one, &bare, "at most 1.3");
   Print("time, one worker / library with packets", &one, &packets, "at most 1.1");
   Print("time, 100,000 small files / read_folder", &walk, &readFolder, "at most 1.25");

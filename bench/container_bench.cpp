@@ -1,11 +1,11 @@
-// What does a file of today cost, beside the camera JPEG that holds the same blocks? For each camera JPEG of a folder
-// the bench builds a PNG, a WebP, a HEIC and an AVIF file with its TIFF structure and packet, and as many bytes of
-// image data (in PNG in chunks of 64 KiB), and imports all of them, from LxInterchangeNew to LxInterchangeDelete. Warm
-// cache, one thread, repetitions of the kinds interleaved; the medians and their ratios to JPEG are printed last.
+// Compares PNG, WebP, HEIC and AVIF files with the camera JPEG that holds the same blocks. For each camera JPEG of a
+// folder, the benchmark builds such files with its TIFF structure, its packet and as many bytes of image data (in PNG
+// in chunks of 64 KiB), and imports all of them, from LxInterchangeNew to LxInterchangeDelete. Warm cache, one thread,
+// repetitions interleaved; prints the medians and their ratios to JPEG.
 //
 //   container_bench [--files=FOLDER] [Google Benchmark's options]
 //
-// FOLDER is ../shared/corpus beside the tree unless it is given.
+// FOLDER defaults to ../shared/corpus next to the tree.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -32,7 +32,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kIdat = 64 * 1024;
 
-// What a JPEG file holds in its segments, and how many bytes follow them.
+// The blocks of a JPEG file, and the number of bytes after its segments.
 struct Picture {
   Bytes tiff;
   Bytes packet;

@@ -1,5 +1,5 @@
-// What the benchmarks share: many short repetitions in random order, so that all see the machine in the same state,
-// and the medians' ratios, which are what is asked for.
+// Shared by the benchmarks: many short repetitions in random order, so that all run under the same conditions, and the
+// ratios of medians, which are the results.
 #ifndef LXBRIDGE_BENCH_MEDIANS_H_
 #define LXBRIDGE_BENCH_MEDIANS_H_
 
@@ -12,7 +12,7 @@
 
 namespace lxbench {
 
-// The command line with the repetitions in front, so that options given on it win.
+// The command line with the repetitions first, so that options given on it take precedence.
 inline std::vector<char*> WithRepetitions(int argc, char** argv) {
   static char repetitions[] = "--benchmark_repetitions=21";
   static char interleaving[] = "--benchmark_enable_random_interleaving=true";
@@ -23,7 +23,7 @@ inline std::vector<char*> WithRepetitions(int argc, char** argv) {
   return arguments;
 }
 
-// The console's table, and the medians kept for the ratios.
+// The console's table; keeps the medians for the ratios.
 class MedianReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
@@ -41,7 +41,7 @@ class MedianReporter : public benchmark::ConsoleReporter {
     return found == medians_.end() ? 0 : found->second;
   }
 
-  // `perIteration`: how many things one iteration handles.
+  // `perIteration`: the number of operations in an iteration.
   void PrintRatio(const std::string& name, const std::string& base, const char* unit, double perIteration) const {
     const auto measured = medians_.find(name), against = medians_.find(base);
     if (measured == medians_.end() || against == medians_.end() || against->second <= 0) return;

@@ -1,4 +1,4 @@
-/* The least that a program can do with a file: what starting a process costs, for batch_bench to compare with. */
+/* The minimum work with a file, as a measure of the cost of starting a process. For batch_bench. */
 #include <fcntl.h>
 #include <unistd.h>
 

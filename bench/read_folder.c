@@ -1,5 +1,5 @@
-/* The least that reading a folder of files can cost, for batch_bench to compare with: walks a folder, opens each
- * regular file and reads its first 64 KiB, in several processes.
+/* The minimum cost of reading a folder of files, for batch_bench: walks a folder, opens each regular file and reads its
+ * first 64 KiB, in several processes.
  *
  *   read_folder FOLDER PROCESSES
  *

@@ -1,15 +1,15 @@
-// What does a file's metadata cost, beside opening and reading the file? For the camera JPEGs of a folder, in one run:
+// Compares importing files with opening and reading them. For the camera JPEGs of a folder, in one run:
 //   Road      LxInterchangeNew to LxInterchangeDelete, one file after the other
 //   OpenRead  open, fstat, one pread of the first 64 KiB, close, of the same files
 // With --threads=N also
-//   Threads   the same files by N threads at once, each of which reads them all
-// All with a warm cache, repetitions interleaved; the medians and their ratios are printed last. With threads, their
-// files a second against those of one thread are printed, too.
+//   Threads   N threads at once, each of which reads all the files
+// Warm cache, repetitions interleaved; prints the medians and their ratios, and with threads, their files per second
+// against those of one thread.
 //
 //   road_bench [--files=FOLDER-OR-FILE] [--threads=N] [Google Benchmark's options]
 //
-// FOLDER is ../shared/corpus beside the tree unless it is given. A camera JPEG is a JPEG file whose first 64 KiB hold
-// an EXIF segment.
+// FOLDER defaults to ../shared/corpus next to the tree. A camera JPEG is a JPEG file with an EXIF segment in its first
+// 64 KiB.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -70,7 +70,7 @@ void Road(benchmark::State& state, const std::vector<std::string>& files) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(files.size()));
 }
 
-// An iteration is long enough for the starting of threads not to count.
+// An iteration is long enough that starting threads does not matter.
 void Threads(benchmark::State& state, const std::vector<std::string>& files, int threads) {
   constexpr int kPasses = 50;
   for (auto _ : state) {

@@ -1,12 +1,12 @@
-// What does the XMP toolkit cost, beside the XML parser under it and as an object grows? In one run:
+// Compares the XMP toolkit with the XML parser that it uses, and measures how it scales with the object. In one run:
 //   Parse            a packet of about 10 KB into a new object
 //   BareExpat        the same bytes through expat with empty handlers
 //   SetFindDelete/N  one property set, found and deleted in an object of N properties
-// Repetitions are interleaved; the medians and their ratios are printed last.
+// Repetitions are interleaved; prints the medians and their ratios.
 //
 //   toolkit_bench [Google Benchmark's options]
 //
-// The toolkit is reached through its boundary, as its clients reach it.
+// The toolkit is called through its boundary, as by its clients.
 #include <benchmark/benchmark.h>
 #include <expat.h>
 
@@ -24,7 +24,7 @@ namespace {
 
 constexpr char kSchema[] = "http://ns.adobe.com/exif/1.0/";
 
-// A packet as an editor writes it: simple properties, language alternatives, bags, a history of structs.
+// A typical packet of an editor: simple properties, language alternatives, bags, a history of structs.
 std::string TypicalPacket() {
   std::string packet =
       "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?><x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"

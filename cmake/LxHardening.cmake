@@ -1,5 +1,5 @@
-# The distribution's hardening flags: stack protector, checked C library calls, read-only relocations, immediate binding.
-# The level of optimisation stays that of the build type.
+# The distribution's hardening flags: stack protector, checked C library calls, read-only relocations, immediate
+# binding. The optimisation level stays that of the build type.
 find_program(LXBRIDGE_BUILDFLAGS dpkg-buildflags)
 mark_as_advanced(LXBRIDGE_BUILDFLAGS)
 if(NOT LXBRIDGE_BUILDFLAGS)
@@ -18,7 +18,7 @@ foreach(kind CPPFLAGS CXXFLAGS LDFLAGS)
     add_compile_options(${flags})
   endif()
 endforeach()
-# Newer versions of dpkg-buildflags give this one themselves.
+# Newer versions of dpkg-buildflags include this one.
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i.86)$")
   add_compile_options(-fcf-protection)
 endif()

@@ -1,19 +1,19 @@
-# Names of the shared libraries, and the places of installed files. An installed tree can be moved: its files find each other
-# relative to their own place. Components: library (needed to run a program), development, command, python.
+# Names of the shared libraries, and the places of installed files. An installed tree can be moved: its files refer to
+# each other by relative paths. Components: library (needed to run a program), development, command, python.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(lx_libraries LxBridge)
 if(TARGET LxHost)
   list(APPEND lx_libraries LxHost)
-  # Its functions take the objects of that library.
+  # Its functions take objects of that library.
   target_link_libraries(LxHost INTERFACE LxBridge)
 endif()
 list(APPEND lx_libraries VeltoXMP TAL)
 foreach(library ${lx_libraries})
-  # On Windows the names stay as they are: hosts load the libraries by them.
+  # On Windows the names have no version: hosts load the libraries by name.
   set_target_properties(${library} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-  # The name that an installed package has, so that programs can take either.
+  # The name in an installed package, so that programs can use either.
   add_library(LxBridge::${library} ALIAS ${library})
 endforeach()
 
@@ -21,7 +21,7 @@ if(NOT LXBRIDGE_INSTALL)
   return()
 endif()
 
-# Debian has places of its own for some files of packages.
+# Debian has different places for some files.
 set(lx_debian OFF)
 if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS "/etc/debian_version")
   set(lx_debian ON)
@@ -32,9 +32,9 @@ install(TARGETS ${lx_libraries} EXPORT LxBridgeTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-# lx_search_path(TARGET PATH): where the loader looks for the libraries of an installed target; a package's are in the
-# system's own folder. The path is that of the built tree too, which has the same layout: one that is changed on installing
-# is first linked with padding after it, which the loader would take for the current folder.
+# lx_search_path(TARGET PATH): where the loader searches for the libraries of an installed target; in packages, they are
+# in the system's own folder. The built tree has the same layout and uses the same path: a path that is changed on
+# installation is linked with padding, which the loader would take for the current folder.
 function(lx_search_path target path)
   if(NOT lx_debian)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "${path}")
@@ -72,7 +72,7 @@ function(lx_pkg_config name library requires description)
   string(REGEX REPLACE "/$" "" up "${up}")
   set(prefix "\${pcfiledir}/${up}")
   foreach(folder INCLUDEDIR LIBDIR)
-    cmake_path(APPEND prefix "${CMAKE_INSTALL_${folder}}" OUTPUT_VARIABLE ${folder})  # An absolute folder stays alone.
+    cmake_path(APPEND prefix "${CMAKE_INSTALL_${folder}}" OUTPUT_VARIABLE ${folder})  # Absolute folders stay.
   endforeach()
   configure_file("${PROJECT_SOURCE_DIR}/cmake/package.pc.in" "${PROJECT_BINARY_DIR}/${name}.pc" @ONLY)
   install(FILES "${PROJECT_BINARY_DIR}/${name}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
@@ -94,7 +94,7 @@ if(TARGET lxbridge)
   endif()
   install(TARGETS lxbridge RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT command)
 
-  # Where each shell looks.
+  # The folder that each shell searches.
   if(lx_debian)
     set(zsh vendor-completions)
   else()
@@ -133,14 +133,14 @@ if(TARGET lxbridge_python)
   set(LXBRIDGE_PYTHON_DIR "${modules}" CACHE STRING "Where the Python module is installed")
   cmake_path(ABSOLUTE_PATH LXBRIDGE_PYTHON_DIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}" OUTPUT_VARIABLE modules)
   file(RELATIVE_PATH to_libraries "${modules}/lxbridge" "${CMAKE_INSTALL_FULL_LIBDIR}")
-  string(REGEX REPLACE "/$" "" to_libraries "$ORIGIN/${to_libraries}")  # A wheel has them beside it.
+  string(REGEX REPLACE "/$" "" to_libraries "$ORIGIN/${to_libraries}")  # In a wheel they are in the same folder.
   lx_search_path(lxbridge_python "${to_libraries}")
   install(TARGETS lxbridge_python LIBRARY DESTINATION "${LXBRIDGE_PYTHON_DIR}/lxbridge" COMPONENT python)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/lxbridge" DESTINATION "${LXBRIDGE_PYTHON_DIR}" COMPONENT python
     FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN py.typed)
 endif()
 
-# Documents. Packages have the change log and the licence under names of their own.
+# Documents. Packages name the change log and the licence differently.
 set(documents README.md SECURITY.md docs/install.md docs/versions.md)
 if(NOT lx_debian)
   list(APPEND documents CHANGELOG.md LICENSE)

@@ -1,5 +1,5 @@
-# Debian packages, one for each component (preset package); with any other prefix than /usr, one archive. A library of the next
-# major version can be installed beside this one, hence the number in its package's name.
+# Debian packages, one for each component (preset package); with any prefix other than /usr, an archive. A library of
+# the next major version can be installed in parallel, hence the number in its package's name.
 set(CPACK_PACKAGE_NAME lxbridge)
 set(CPACK_PACKAGE_VENDOR "${LXBRIDGE_AUTHORS}")
 set(CPACK_PACKAGE_HOMEPAGE_URL "${PROJECT_HOMEPAGE_URL}")
@@ -7,7 +7,7 @@ set(CPACK_PACKAGE_CONTACT "${LXBRIDGE_MAINTAINER}")
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
-# Whatever the umask of who packs.
+# Independent of the umask.
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 if(WIN32)
@@ -35,7 +35,7 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(lx_version "${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}")
-string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # SOURCE_DATE_EPOCH, where it is set.
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # Of SOURCE_DATE_EPOCH, if set.
 set(lx_papers "${PROJECT_BINARY_DIR}/papers")
 file(WRITE "${lx_papers}/changelog.Debian" "lxbridge (${lx_version}) unstable; urgency=medium
 
@@ -76,7 +76,7 @@ lx_debian_package(library ${lx_library_package} libs ""
 (EXIF, GPS, IPTC, maker notes, XMP packets) and gives it to a program as one
 XMP object. It reads JPEG, TIFF, PSD, PNG, WebP, HEIF, AVIF, JPEG XL, JPEG 2000
 and GIF files, and XMP side-cars.")
-# Programs that others build against the libraries need at least this version.
+# The minimum version for programs that are built against the libraries.
 set(lx_shlibs "")
 foreach(library ${lx_libraries})
   string(APPEND lx_shlibs "lib${library} ${PROJECT_VERSION_MAJOR} ${lx_library_package} (>= ${PROJECT_VERSION})\n")
@@ -105,7 +105,7 @@ of JSON or a row of a table, for single files or whole folders, with several
 processes.")
 endif()
 if(TARGET lxbridge_python)
-  # The extension fits one version.
+  # The extension works with one version only.
   string(REGEX MATCH "^([0-9]+)\\.([0-9]+)" version "${LX_PYTHON_VERSION}")
   math(EXPR next "${CMAKE_MATCH_2} + 1")
   set(next "${CMAKE_MATCH_1}.${next}")
@@ -114,7 +114,7 @@ if(TARGET lxbridge_python)
     "metadata of image files as XMP objects (Python)"
     "The module lxbridge reads the metadata of image files and gives it to Python as
 one XMP object, which can be changed and saved as a side-car.")
-  # Compiled files are made on installing and removed with the package.
+  # Compiled files are created when the package is installed, and removed with it.
   set(scripts "${PROJECT_BINARY_DIR}/python-scripts")
   file(WRITE "${scripts}/postinst" "#!/bin/sh
 set -e

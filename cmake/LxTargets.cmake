@@ -1,5 +1,5 @@
-# Settings that all targets of the tree share (language level, warnings, sanitizers), and functions that add a folder's library
-# and its test program.
+# Settings shared by all targets (language level, warnings, sanitizers), and functions that add a folder's library and
+# its test program.
 
 add_library(lx_options INTERFACE)
 target_compile_features(lx_options INTERFACE cxx_std_20)

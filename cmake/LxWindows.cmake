@@ -1,5 +1,5 @@
-# What the files of a Windows build have besides code: version resources, the command's manifest, and the compiler's runtime
-# beside them.
+# Additional files of a Windows build: version resources, the command's manifest, and the compiler's runtime next to
+# them.
 enable_language(RC)
 
 # lx_windows_resources(TARGET DESCRIPTION [MANIFEST]): the version resource of a library or program, and a manifest.
@@ -19,7 +19,7 @@ function(lx_windows_resources target description)
   endif()
   set(resources "${PROJECT_BINARY_DIR}/resources/${target}.rc")
   configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${resources}" @ONLY)
-  # An object library: the target's own options are those of a C++ compiler.
+  # An object library, since the target's own options are for a C++ compiler.
   add_library(lx_resources_${target} OBJECT "${resources}")
   target_sources(${target} PRIVATE $<TARGET_OBJECTS:lx_resources_${target}>)
 endfunction()
@@ -32,7 +32,7 @@ if(TARGET lxbridge)
   lx_windows_resources(lxbridge "Prints the metadata of image files" "${PROJECT_SOURCE_DIR}/cmake/lxbridge.manifest")
 endif()
 
-# The runtime that exceptions cross libraries with; all of a process have to share it.
+# The runtime for exceptions that cross libraries; all libraries of a process must share it.
 if(MINGW)
   foreach(name libgcc_s_dw2-1.dll libstdc++-6.dll libwinpthread-1.dll)
     execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${name} OUTPUT_VARIABLE file

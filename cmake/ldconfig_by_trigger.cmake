@@ -1,5 +1,5 @@
-# CPack gives a package with shared libraries scripts that call ldconfig. Debian's way is the trigger that this package has,
-# so the scripts go again.
+# CPack gives a package with shared libraries scripts that call ldconfig. Debian uses a trigger instead, which this
+# package has, so the scripts are removed.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
   if(package MATCHES "/liblxbridge[0-9]+_[^/]*\\.deb$")
     set(unpacked "${package}.unpacked")

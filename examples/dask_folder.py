@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Reads all files below a folder on many machines with Dask, and writes a line of JSON for each, in the order of their names.
+"""Reads all files in a folder on many machines with Dask, and writes a line of JSON for each, in the order of their names.
 
     dask_folder.py FOLDER OUT.ndjson                                  two processes on this machine
     dask_folder.py FOLDER OUT.ndjson --scheduler tcp://10.0.0.1:8786  the workers of that scheduler
 
-Every machine has the module lxbridge and the folder under the same name. A file that cannot be read, or that ends the process
-that reads it, is a line with "error" in place of "properties"; the others are not touched by it.
+Every machine needs the module lxbridge and the folder under the same name. A file that cannot be read, or that crashes its
+process, gives a line with "error" instead of "properties"; other files are not affected.
 """
 import argparse
 import collections
@@ -54,7 +54,7 @@ def lines_of(client, names, read=read_files, chunk=CHUNK):
         part, future = pending.popleft()
         try:
             yield from future.result()
-        except distributed.KilledWorker:  # Blames all that was on the worker when it died.
+        except distributed.KilledWorker:  # Raised for all files of the dead worker.
             distributed.wait([other for _, other in pending])
             yield from one_by_one(client, part, read)
 

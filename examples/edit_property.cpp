@@ -1,4 +1,4 @@
-// Reads an image file's XMP object, sets the rating in it and prints it as a packet. The file itself stays as it is.
+// Reads an image file's XMP object, sets the rating in it and prints it as a packet. The file itself does not change.
 //
 //   edit_property photo.jpg 5
 #include <exception>

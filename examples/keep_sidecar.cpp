@@ -1,5 +1,5 @@
 // Keeps a photograph's changes in its side-car file: reads the photograph, merges photo.jpg.xmp if there is one, adds a
-// keyword and a title in one language, and writes the side-car back. The photograph itself stays as it is.
+// keyword and a title in one language, and writes the side-car back. The photograph itself does not change.
 //
 //   keep_sidecar photo.jpg harbour de "Der Hafen"
 #include <exception>
@@ -13,13 +13,13 @@
 
 namespace {
 
-// "" where there is no such file.
+// "" if the file does not exist.
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-// Writes the whole file or, on failure, leaves the one that is there.
+// Writes the whole file, or on failure keeps the existing one.
 void WriteFile(const std::filesystem::path& path, const std::string& text) {
   std::filesystem::path scratch = path;
   scratch += ".new";
@@ -53,7 +53,7 @@ int main(int argc, char** argv) {
     if (!packet.empty()) {
       const lxbridge::XmpObject kept;
       kept.Xmp().Parse(packet);
-      xmp.Merge(kept.Xmp(), LX_XMP_REPLACE);  // The side-car is the newer one.
+      xmp.Merge(kept.Xmp(), LX_XMP_REPLACE);  // The side-car is newer.
     }
 
     if (!HasItem(xmp, LX_XMP_NS_DC, "subject", argv[2])) xmp.Append(LX_XMP_NS_DC, "subject", LX_XMP_ARRAY, argv[2]);

@@ -2,7 +2,7 @@
 """keep_sidecar.py FILE KEYWORD LANGUAGE TITLE: keeps a photograph's changes in its side-car file.
 
 Reads the photograph, merges photo.jpg.xmp if there is one, adds a keyword and a title in one language, and writes the side-car
-back. The photograph itself stays as it is.
+back. The photograph itself does not change.
 """
 import datetime
 import sys

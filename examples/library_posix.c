@@ -1,4 +1,4 @@
-/* Loading libraries on POSIX systems. Touches nothing of the tree. */
+/* Loading libraries on POSIX systems. */
 #include <dlfcn.h>
 #include <stdio.h>
 #include <string.h>
@@ -22,7 +22,7 @@ Procedure FindProcedure(Library* library, const char* name, int ordinal) {
   void* address = dlsym(library, name);
   if (address == NULL) fprintf(stderr, "%s\n", dlerror());
   Procedure procedure;
-  memcpy(&procedure, &address, sizeof procedure); /* C has no cast from an object's address to a function's. */
+  memcpy(&procedure, &address, sizeof procedure); /* C cannot cast an object pointer to a function pointer. */
   return procedure;
 }
 

@@ -1,4 +1,4 @@
-/* Loading libraries on Windows. Touches nothing of the tree. */
+/* Loading libraries on Windows. */
 #include <stdio.h>
 #include <stdlib.h>
 #include <windows.h>

@@ -6,7 +6,7 @@
 #include <lxbridge/xmp.h>
 #include <stdio.h>
 
-/* A line for each node, indented by its depth; what a terminal would obey in a value is printed as a space. */
+/* Prints a line for each node, indented by its depth; control characters in values are printed as spaces. */
 static LxXmpNext list_node(void* user, const LxXmpNode* node) {
   size_t i;
   ++*(int*)user;

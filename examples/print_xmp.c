@@ -2,8 +2,8 @@
  *
  *   print_xmp photo.jpg
  *
- * The XMP object is the XMP toolkit's, and its procedures are found by name through the interface broker. So a host
- * that reads it loads the broker (TAL) as well; the toolkit is there as long as LxBridge is. */
+ * The XMP object belongs to the XMP toolkit, whose procedures are found by name through the interface broker. So a host
+ * that reads it also loads the broker (TAL); the toolkit stays loaded as long as LxBridge. */
 #include <stdbool.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -54,7 +54,7 @@ static Procedure FindMethod(Lookup lookup, Object* object, const char* shortName
   Atom* qualifiedAtom = newAtom(qualifiedName);
   Procedure method = NULL;
   if (shortAtom != NULL && qualifiedAtom != NULL) {
-    (void)getMethod(&method, object, shortAtom, qualifiedAtom, 1); /* Not required: null, and no error. */
+    (void)getMethod(&method, object, shortAtom, qualifiedAtom, 1); /* If it is missing: null, not an error. */
   }
   if (shortAtom != NULL) deleteAtom(shortAtom);
   if (qualifiedAtom != NULL) deleteAtom(qualifiedAtom);
@@ -80,7 +80,7 @@ static int Print(Lookup lookup, const CXMPMeta* xmp) {
   }
   fwrite(packet.bytes, 1, packet.length, stdout);
   putchar('\n');
-  (void)unlock(object, 0); /* The packet was the toolkit's; it is gone now. */
+  (void)unlock(object, 0); /* The toolkit frees the packet. */
   return 0;
 }
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""thread_folder.py FOLDER [THREADS]: the XMP of every JPEG file below a folder, as lines of JSON, by several threads.
+"""thread_folder.py FOLDER [THREADS]: prints the XMP of every JPEG file in a folder as lines of JSON, using several threads.
 
 The module releases the interpreter's lock while it reads a file, so threads use several cores; building the dicts needs that lock.
-For many files of many machines see dask_folder.py.
+For many machines see dask_folder.py.
 """
 import concurrent.futures
 import json
@@ -13,7 +13,7 @@ from typing import Any, Dict, Iterator, List, Union
 
 import lxbridge
 
-CHUNK = 64  # Files of one task: enough that handing a task over costs little.
+CHUNK = 64  # Files per task: enough to make the overhead of a task small.
 
 
 def read(files: List[pathlib.Path]) -> List[Union[lxbridge.types.Xmp, Dict[str, Any]]]:

@@ -1,4 +1,4 @@
-// How calls and forks of the process keep out of each other's way.
+// Keeps calls and forks of the process apart.
 #ifndef LXBRIDGE_PYTHON_GATE_H_
 #define LXBRIDGE_PYTHON_GATE_H_
 
@@ -8,9 +8,9 @@
 
 namespace lxpython {
 
-// Any number of threads may be inside at once, but none while the process forks: the child has the forking thread only,
-// and what another thread had begun or locked would stay so for ever. Never waited for with the interpreter's lock
-// held.
+// Any number of threads may be inside at once, but none while the process forks: the child has only the forking thread,
+// so the unfinished work and locks of other threads would stay forever. Never waited for while holding the
+// interpreter's lock.
 class Gate {
  public:
   void Enter() {
@@ -23,7 +23,7 @@ class Gate {
     if (--inside_ == 0 && isForking_) changed_.notify_all();
   }
 
-  // The mutex stays locked until AfterFork, so that the child finds it in the forking thread's hands.
+  // The mutex stays locked until AfterFork, so that in the child the forking thread owns it.
   void BeforeFork() {
     std::unique_lock<std::mutex> lock(mutex_);
     changed_.wait(lock, [&] { return !isForking_; });
@@ -36,7 +36,7 @@ class Gate {
     mutex_.unlock();
     changed_.notify_all();
   }
-  // The threads that wait here are not in the child, which starts anew.
+  // The threads waiting here do not exist in the child, which starts afresh.
   void AfterForkInChild() { ::new (this) Gate; }
 
  private:

@@ -1,7 +1,8 @@
-// The extension behind the Python module `lxbridge`: files and XMP objects for the Python files of the package, which
-// make an interface for people of it (lxbridge/_lxbridge.pyi lists what is here).
+// The extension of the Python module `lxbridge`: files and XMP objects, for the package's Python files, which build the
+// public interface (lxbridge/_lxbridge.pyi lists the contents).
 //
-// The interpreter's lock is released for all work of the libraries and never waited for while one of ours is held.
+// The interpreter's lock is released during all work of the libraries, and never waited for while holding a lock of
+// this module.
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
@@ -34,11 +35,11 @@ using lxbridge::Interchange;
 using lxbridge::XmpObject;
 using lxbridge::XmpView;
 
-// Both live until the process ends: threads may be at work when the interpreter stops.
+// Both live until the process ends: threads may still be running when the interpreter stops.
 lxpython::Gate& gate = *new lxpython::Gate;
 const lxbridge::Library* library = nullptr;
 
-// Starts the libraries, once.
+// Starts the libraries once.
 void Start() {
   static std::mutex& starting = *new std::mutex;
   const std::lock_guard<std::mutex> lock(starting);
@@ -47,7 +48,7 @@ void Start() {
   library = new lxbridge::Library();
 }
 
-// The work, without the interpreter's lock and with the libraries started.
+// Runs the work with the libraries started and without the interpreter's lock.
 template <typename Work>
 auto Unlocked(Work work) {
   const py::gil_scoped_release released;
@@ -64,7 +65,7 @@ py::str Decoded(const std::string& text) {
       PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()), nullptr));
 }
 
-// A text for a C interface.
+// A text as a C string.
 const char* Text(const std::string& text) {
   if (text.find('\0') != std::string::npos) throw py::value_error("embedded null character");
   return text.c_str();
@@ -73,7 +74,7 @@ const char* Text(const std::optional<std::string>& text) {
   return text ? Text(*text) : nullptr;
 }
 
-// The bytes of an object with the buffer protocol, which stay where they are as long as this lives.
+// The bytes of an object with the buffer protocol; they do not move while this object lives.
 class Bytes {
  public:
   explicit Bytes(const py::object& object) {
@@ -90,7 +91,7 @@ class Bytes {
   Py_buffer view_{};
 };
 
-// A file: by its path, or in memory, where its bytes stay as they are as long as this lives.
+// A file, by its path or in memory; its bytes do not change while this object lives.
 class Source {
  public:
   Source(const py::object& file, bool isInMemory) {
@@ -113,7 +114,7 @@ class Source {
   std::optional<Bytes> bytes_;
 };
 
-// Below 0: why a file could not be read (LxXmpReading). Then the system's error, or 0.
+// Below 0: the reason why a file could not be read (LxXmpReading). Then the system's error, or 0.
 using Reading = std::tuple<int, int>;
 
 Reading ReadingOf(const Interchange& file) {
@@ -122,7 +123,7 @@ Reading ReadingOf(const Interchange& file) {
   return {reading, error};
 }
 
-// An XMP object: of a file, or by itself. Python threads that share one take turns, call by call.
+// An XMP object, of a file or standalone. Calls of Python threads that share one are serialised.
 class Object {
  private:
   explicit Object(XmpObject&& xmp) : xmp_(std::move(xmp)) {}
@@ -208,7 +209,7 @@ class Object {
   }
   void Merge(const Object& source, bool replace) {
     if (&source == this) return;
-    // Of two objects the source is copied first, so that nobody waits for one while he holds the other.
+    // The source is copied first, so that no thread waits for one object while holding the other.
     const std::unique_ptr<Object> copy = source.Copy();
     Change([&](XmpView xmp) { xmp.Merge(copy->View(), replace ? std::uint32_t{LX_XMP_REPLACE} : 0U); });
   }
@@ -226,8 +227,8 @@ class Object {
       return xmp.GetLocalizedText(uri, at, Text(generic), Text(specific));
     });
   }
-  // The name, with its prefix, and the value of each node right below one, or of each of its qualifiers; of all
-  // properties where there is no path.
+  // The name with its prefix, and the value, of each child of a node or of each of its qualifiers; without a path, of
+  // all properties.
   std::vector<std::tuple<std::string, std::string>> Below(const std::optional<std::string>& ns,
                                                           const std::optional<std::string>& path,
                                                           bool qualifiers) const {
@@ -275,11 +276,11 @@ class Object {
 
  private:
   mutable std::mutex mutex_;
-  std::optional<Source> source_;  // Outlives the import of it.
+  std::optional<Source> source_;  // Outlives its import.
   std::variant<XmpObject, Interchange> xmp_;
 };
 
-// The line of JSON, a packet, and how reading went.
+// The line of JSON or the packet, and the outcome of reading.
 using Answer = std::tuple<Reading, py::str>;
 
 template <typename Write>

@@ -1,10 +1,9 @@
-"""Runs clang-tidy over the tree, on every core. scripts/tidy makes ready what it reads: build/tidy/native/compile_commands.json
-and, where the cross compiler is, build/tidy/win32/compile_commands.json.
+"""Runs clang-tidy over the tree, on every core. scripts/tidy prepares its input: build/tidy/native/compile_commands.json and, if
+the cross compiler is installed, build/tidy/win32/compile_commands.json.
 
-Most of the time goes into the same headers again and again. So the tests of one program, whose headers are the largest, are
-included in one generated file (a unit) and looked at together. Those that cannot stand beside each other, because each has a
-helper of the same name, are looked at one by one. The analyzer looks into no included file: the code it is wanted for, all but
-the tests, is looked at file by file.
+Most of the time goes into reading the same headers. So the tests of a program, which have the largest headers, are included
+in one generated file (a unit) and checked together; tests that have helpers of the same name are checked separately. The
+analyzer skips included files: everything but the tests, for which it is meant, is checked file by file.
 """
 
 import concurrent.futures
@@ -23,10 +22,10 @@ BUILD = ROOT / "build/tidy"
 UNITS = BUILD / "units"
 CLEAN = BUILD / "clean.json"
 CROSS = "i686-w64-mingw32"
-# The analyzer gives a function up after this many steps, 225000 if it is let. A quarter of the time finds nearly all.
+# The analyzer's limit of steps per function, 225000 by default. A quarter of the time finds nearly everything.
 ANALYZER_STEPS = 50000
 NOT_CLANGS = {"-fno-keep-inline-dllexport"}  # Options that only GCC has.
-# Constants by the thousand and no code.
+# Thousands of constants and no code.
 TABLES = re.compile(r"kit/model/tables/.*|.*_table\.cpp")
 
 
@@ -79,7 +78,8 @@ def make_jobs(files):
         else:
             jobs.append(Job(file, command))
     UNITS.mkdir(parents=True, exist_ok=True)
-    # A unit's checks are those of the tests; clang-tidy looks for them beside it, and for the tree's above.
+    # A unit's checks are those of the tests; clang-tidy looks for them next to the unit, and for the tree's in the
+    # folders above.
     (UNITS / ".clang-tidy").write_text((ROOT / "tests/.clang-tidy").read_text())
     for (folder, command), members in together.items():
         if len(members) == 1:
@@ -129,7 +129,7 @@ class Hashes:
 
 
 def run(job, options):
-    extra = ["--checks=-bugprone-suspicious-include"] if job.members else []  # Of files that are no headers.
+    extra = ["--checks=-bugprone-suspicious-include"] if job.members else []  # The members are not headers.
     done = subprocess.run([TIDY, "--quiet", "-p", str(UNITS), *options, *extra, str(job.path)], capture_output=True, text=True)
     return done.returncode == 0, done.stdout or done.stderr
 
@@ -193,7 +193,7 @@ def main(arguments):
     known = json.loads(CLEAN.read_text()) if CLEAN.exists() else {}
     digests = {job.name: hashes.of(job) for job in jobs}
     pending = [job for job in jobs if known.get(job.name) != digests[job.name]]
-    # The longest first, so that no core is left with one at the end.
+    # Longest first, so that no core has a long one left at the end.
     pending.sort(key=lambda job: (len(job.members), job.path.stat().st_size), reverse=True)
     clean_all = True
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as executor:

@@ -1,4 +1,4 @@
-/* The same with libexif: the file's EXIF data, and a text of each of its entries.
+/* The counterpart of lxbridge_files for libexif: reads each file's EXIF data and formats every entry.
  *
  * libexif_files REPETITIONS FILE... */
 #include <libexif/exif-data.h>

@@ -1,5 +1,5 @@
-/* Reads each file as often as asked and makes an XMP packet of it, in one process: one line a reading,
- * "file-number nanoseconds properties bytes". Only reading and packet are timed. Touches the public headers only.
+/* Reads each file the given number of times and serialises its XMP, in one process. Prints a line for each reading,
+ * "file-number nanoseconds properties bytes". Times only reading and serialising. Uses only the public headers.
  *
  * lxbridge_files REPETITIONS FILE... */
 #include <lxbridge/lxbridge.h>

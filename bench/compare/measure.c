@@ -1,5 +1,5 @@
-/* Runs a program from its start to its end with its output thrown away, and prints what it took: "nanoseconds
- * kilobytes" on standard output. A process of its own, because a child's memory is counted from what its parent had.
+/* Runs a program, discards its output, and prints its time and memory, "nanoseconds kilobytes". This is a separate
+ * program because the memory of a child is counted from its parent's.
  *
  * measure PROGRAM [ARGUMENT...] */
 #define _GNU_SOURCE

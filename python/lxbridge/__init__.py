@@ -1,4 +1,4 @@
-"""The metadata of an image file, as XMP and as the readers saw it.
+"""The metadata of an image file, as XMP and as a tree of items.
 
     >>> import lxbridge
     >>> photo = lxbridge.open("photo.jpg")
@@ -8,19 +8,20 @@
     >>> photo.save_sidecar()
     'photo.jpg.xmp'
 
-open() gives an object to be read and changed (class Photo). xmp(), packet() and pool() give a file's metadata in one call:
+open() returns an object that can be read and changed (class Photo). xmp(), packet() and pool() return a file's metadata in one
+call:
 
     >>> [p["value"] for p in lxbridge.xmp("photo.jpg")["properties"] if p["name"] == "Make"]
     ['Example Cameras']
 
-A file is given by its path (str or os.PathLike), as its contents (bytes, memoryview, mmap: anything with the buffer protocol; not
-copied) or as a file object that is open for reading bytes, which is read from its position to its end. The result is the same.
+A file is given by its path (str or os.PathLike), by its contents (bytes, memoryview, mmap: anything with the buffer protocol; not
+copied) or by a file object open for reading bytes, which is read from its position to its end. The result is the same.
 
-The dicts are the lines of JSON that the command prints (lxbridge xmp --format json, lxbridge pool --format json), with the
-same keys in the same order; json.dumps gives the line again. Only "file" is not a part of JSON: it is the path as os.fsdecode
-gives it, so that a name that is not UTF-8 can be opened again; "" for bytes in memory. lxbridge.types describes the dicts for type checkers.
+The dicts have the contents of the command's JSON (lxbridge xmp --format json, lxbridge pool --format json), with the same keys in
+the same order; json.dumps gives the same line. Only "file" may differ: it is the path as decoded by os.fsdecode, so that a name
+that is not UTF-8 can be opened again; "" for bytes in memory. lxbridge.types describes the dicts for type checkers.
 
-A damaged file is no error: what could be read of it is there. A file that the system does not give, or not whole, is one:
+A damaged file is not an error: the result has everything that could be read. A file that cannot be read, or not to its end, is:
 
     Error                            everything of this module
         ReadError(OSError)           the file cannot be read
@@ -29,13 +30,12 @@ A damaged file is no error: what could be read of it is there. A file that the s
             DeniedError(PermissionError)
         ToolkitError(RuntimeError)   the XMP toolkit or the broker refused or did not start
 
-besides MemoryError, and TypeError and ValueError for what is no file.
+in addition to MemoryError, and TypeError and ValueError for arguments that are not files.
 
 Threads. Any number of threads may call at once; the interpreter's lock is released while a file is read and while an object is
-worked on, so threads use several cores (packet() gains most, since the dicts of xmp() and pool() are built under that lock).
-Threads may share a Photo, whose calls then take turns. Forking is safe at any time, also while another thread is in a call: the
-fork waits for the calls that are at work, and the child can go on. The libraries start with the first call and stay until the
-process ends.
+used, so threads use several cores (packet() gains most, since the dicts of xmp() and pool() are built under that lock). Threads
+may share a Photo, whose calls are then serialised. Forking is safe at any time, even while another thread is in a call: the fork
+waits for running calls, and the child can continue. The libraries start with the first call and stay until the process ends.
 """
 import json as _json
 import os as _os
@@ -99,19 +99,19 @@ def packet(file: _source.Source) -> str:
 
 
 def pool(file: _source.Source) -> types.Pool:
-    """What the readers saw in the file, before any conversion:
+    """The items that the readers found in the file, before any conversion:
 
         {"file": str, "status": int, "statusName": str, "attributes": {"width": int, ...}, "items": [ITEM, ...]}
 
-    A "status" below 0 says what stopped the readers ("statusName": "BadReadFormat"); what they had until then is there. An ITEM
+    A "status" below 0 is the reason why the readers stopped ("statusName": "BadReadFormat"); earlier items are included. An ITEM
     is
 
         {"namespace": str, "name": str, "label": str or None, "tag": int, "type": str or None, "typeCode": int, "flags": int,
          "length": int, "value": str or None, "offset": int or None, "display": str, "valueLabel": str or None,
          "children": [ITEM, ...]}
 
-    where "value" has the value's bytes in hexadecimal digits (bytes.fromhex gives them), "offset" is their place in the file, and
-    "children" is left out where there are none. A text of the file that is not UTF-8 is {"hex": "..."} in place of a str.
+    where "value" has the value's bytes in hexadecimal (for bytes.fromhex), "offset" is their place in the file, and "children" is
+    missing if there are none. A text of the file that is not UTF-8 is {"hex": "..."} instead of a str.
     """
     return _cast(types.Pool, _told(_lxbridge.pool_json, file))
 

@@ -3,7 +3,7 @@ from typing import List, Optional, Tuple, overload
 
 version: str
 
-# How reading went: below 0 the file could not be read, and why; then the system's error, or 0.
+# The outcome of reading: below 0 the reason why the file could not be read; then the system's error, or 0.
 _Reading = Tuple[int, int]
 
 def reading_text(reading: int) -> str: ...

@@ -113,8 +113,8 @@ def _is_language_alternative(uri: str, path: str) -> bool:
 
 
 class Array(_Node, MutableSequence[Any]):
-    """An array, as a list of its items: texts, or the views of this module. An array that is not there is empty, and is made when
-    it gets an item."""
+    """An array, as a list of its items: texts, or views of this module. A missing array is empty, and is created when it gets an
+    item."""
 
     def __len__(self) -> int:
         return self._xmp.count(self._uri, self._path)
@@ -226,8 +226,8 @@ class Structure(_Node, MutableMapping[str, Any]):
 
 
 class Languages(_Node, MutableMapping[str, str]):
-    """A text in several languages, as a dict from languages ("en", "de-AT", "x-default"; RFC 5646) to texts. One that is not there
-    is empty, and is made when it gets a text."""
+    """A text in several languages, as a dict from languages ("en", "de-AT", "x-default"; RFC 5646) to texts. A missing one is
+    empty, and is created when it gets a text."""
 
     def _find(self, language: str) -> Optional[Tuple[int, str]]:
         for index, (_, text) in enumerate(self._xmp.below(self._uri, self._path, False), 1):
@@ -275,7 +275,7 @@ def _copied(value: Any) -> Any:
 
 
 class Photo(MutableMapping[str, Any]):
-    """The XMP object of a file, to be read and changed; the file itself is never written.
+    """The XMP object of a file, for reading and changing; the file itself is never written.
 
         >>> photo = lxbridge.open("photo.jpg")
         >>> photo["tiff:Make"]
@@ -288,13 +288,13 @@ class Photo(MutableMapping[str, Any]):
 
     A dict from the names of properties to values. A name has the prefix of its namespace, among those that the toolkit knows
     and those of this object (`namespaces`). A value is a str, an Array (a list), a Structure (a dict), or Languages (a dict
-    from languages to texts); the last three are views: changing one changes the object. Properties that the XMP standard has
-    as arrays are there to be filled even where the object has none: photo["dc:subject"] is then an empty Array.
+    from languages to texts); the last three are views: changing one changes the object. For a missing property that is an
+    array in the XMP standard, such as photo["dc:subject"], the value is an empty Array to which items can be added.
 
-    Numbers, dates and truth values are texts in XMP: fractions.Fraction(photo["exif:FNumber"]) reads a rational. A value to be
-    set can be a str, bool, int, float, Fraction, date or datetime; a list makes an array, a dict a structure.
+    Numbers, dates and truth values are texts in XMP: fractions.Fraction(photo["exif:FNumber"]) reads a rational. A value can
+    be set to a str, bool, int, float, Fraction, date or datetime; a list becomes an array, a dict a structure.
 
-    Threads may share a Photo: its calls take turns.
+    Threads may share a Photo: its calls are serialised.
     """
 
     def __init__(self, packet: Union[str, bytes, None] = None) -> None:
@@ -419,8 +419,8 @@ class Photo(MutableMapping[str, Any]):
     def packet(self, *, compact: bool = False, wrapper: bool = True, read_only: bool = False, padding: int = 0) -> str:
         """The object as an XMP packet.
 
-        compact: simple properties as attributes. wrapper: with <?xpacket?> around it. read_only: the wrapper says so. padding:
-        spaces at the end, for editing in place."""
+        compact: simple properties as attributes. wrapper: with <?xpacket?> around it. read_only: marked as such in the wrapper.
+        padding: spaces at the end, for editing in place."""
         options = (_COMPACT if compact else 0) | (0 if wrapper else _OMIT_WRAPPER) | (_READ_ONLY if read_only else 0)
         return self._xmp.packet(options, padding)
 
@@ -445,9 +445,9 @@ class Photo(MutableMapping[str, Any]):
         return True
 
     def save_sidecar(self, path: Optional[_Path] = None, *, overwrite: bool = False) -> str:
-        """Writes the object beside the file, as "photo.jpg.xmp", or to a path; returns the path.
+        """Writes the object next to the file, as "photo.jpg.xmp", or to a path; returns the path.
 
-        The file is written whole or not at all. FileExistsError: there is one already and `overwrite` is not given."""
+        The file is written completely or not at all. FileExistsError: it exists and `overwrite` is not given."""
         target = self._sidecar(path)
         scratch = target.with_name(f".{target.name[:100]}.{secrets.token_hex(8)}")
         file = os.open(scratch, os.O_CREAT | os.O_EXCL | os.O_WRONLY | getattr(os, "O_CLOEXEC", 0), 0o666)
@@ -467,8 +467,8 @@ class Photo(MutableMapping[str, Any]):
 
 
 def register_namespace(uri: str, prefix: str) -> str:
-    """Makes a namespace known, so that its properties can be set. Returns its prefix: another than the one given where that is
-    taken. It is known to the whole process."""
+    """Registers a namespace in the whole process, so that its properties can be set. Returns its prefix, which differs from the
+    given one if that is taken."""
     if not uri:
         raise ToolkitError("a namespace has a URI")
     return _lxbridge.register_namespace(uri, prefix)

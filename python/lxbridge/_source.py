@@ -14,7 +14,7 @@ Source = Union[Path, bytes, bytearray, memoryview, mmap.mmap, BinaryIO]
 
 _KINDS: Dict[int, Type[ReadError]] = {errno.ENOENT: NotFoundError, errno.EACCES: DeniedError, errno.EPERM: DeniedError,
                                       errno.EISDIR: DirectoryError}
-# The errors of readings for which the system gave none (lxbridge/xmp.h).
+# errno values for readings without a system error (lxbridge/xmp.h).
 _ERRORS = {-1: errno.ENOENT, -2: errno.EACCES, -3: errno.EISDIR, -4: errno.EINVAL, -5: errno.EMFILE, -7: errno.EIO}
 _NO_MEMORY = -8
 
@@ -29,10 +29,10 @@ def resolve(source: Source) -> Tuple[object, bool, str]:
             raise NotFoundError(errno.ENOENT, os.strerror(errno.ENOENT), source)
         return path, False, os.fsdecode(path)
     if not hasattr(source, "read") or isinstance(source, mmap.mmap):
-        return memoryview(cast(bytes, source)), True, ""  # TypeError for what has no bytes.
+        return memoryview(cast(bytes, source)), True, ""  # TypeError for other objects.
     file = cast(BinaryIO, source)
     name = getattr(file, "name", None)
-    if isinstance(file, io.BytesIO):  # No need to copy these.
+    if isinstance(file, io.BytesIO):  # Its buffer is used without copying.
         contents: object = file.getbuffer()[file.tell():]
         file.seek(0, os.SEEK_END)
     else:

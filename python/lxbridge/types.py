@@ -1,7 +1,7 @@
-"""The dicts that lxbridge.xmp and lxbridge.pool return and the values that a Photo takes, for type checkers.
+"""The dicts returned by lxbridge.xmp and lxbridge.pool, and the values of a Photo, for type checkers.
 
-A Node is a str, or a dict with one key that says its form: "bag", "seq" and "alt" are arrays, "struct" is a structure. A node
-with qualifiers is a dict of "value" and "qualifiers".
+A Node is a str, or a dict whose only key is its form: "bag", "seq" and "alt" are arrays, "struct" is a structure. A node with
+qualifiers is a dict of "value" and "qualifiers".
 """
 import datetime
 import fractions
@@ -84,7 +84,7 @@ class Attributes(TypedDict):
     compression: Optional[str]
 
 
-# A text of the file; {"hex": "..."} where it is not UTF-8.
+# A text of the file; {"hex": "..."} if it is not UTF-8.
 Text = Union[str, Dict[str, str]]
 
 
@@ -104,8 +104,8 @@ class _ItemWithoutChildren(TypedDict):
 
 
 class Item(_ItemWithoutChildren, total=False):
-    """An entry that the readers saw. "value" has its bytes in hexadecimal digits, "offset" their place in
-    the file or None, "children" is left out where there are none."""
+    """An item that the readers found. "value" has its bytes in hexadecimal, "offset" their place in the file or None; "children"
+    is missing if there are none."""
 
     children: "List[Item]"
 
@@ -120,5 +120,5 @@ class Pool(TypedDict):
     items: List[Item]
 
 
-# What becomes a simple value; a datetime is a date.
+# Values that become a simple value; a datetime becomes a date.
 Simple = Union[str, bool, int, float, fractions.Fraction, datetime.date]
