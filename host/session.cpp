@@ -7,8 +7,10 @@
 #include <cstddef>
 #include <exception>
 #include <mutex>
+#include <string_view>
 
 #include "clients/broker/broker_client.h"
+#include "kit/base/utf8.h"
 
 namespace lxhost {
 namespace {
@@ -27,43 +29,22 @@ struct LastFailure {
 };
 constinit thread_local LastFailure lastFailure = {LX_XMP_OK, ""};
 
-bool IsContinuation(char c) noexcept {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
-// The length of the character that starts a text; 0 if that is not UTF-8 (RFC 3629).
-std::size_t CharacterLength(const char* text) noexcept {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  if (lead < 0x80) return 1;
-  const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if (!IsContinuation(text[i])) return 0;  // The text may also end here.
-  }
-  return length;
-}
-
-// Whether a character could control a terminal, or show the text after it in another order: control characters, line
-// and paragraph separators, and Unicode's bidirectional controls (UAX #9).
-bool IsControl(const char* character, std::size_t length) noexcept {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(character[i]); };
-  if (length == 1) return byte(0) < 0x20 || byte(0) == 0x7F;
-  if (length == 2) return (byte(0) == 0xC2 && byte(1) < 0xA0) || (byte(0) == 0xD8 && byte(1) == 0x9C);
-  if (length != 3 || byte(0) != 0xE2) return false;
-  if (byte(1) == 0x80) return byte(2) == 0x8E || byte(2) == 0x8F || (byte(2) >= 0xA8 && byte(2) <= 0xAE);
-  return byte(1) == 0x81 && byte(2) >= 0xA6 && byte(2) <= 0xA9;
-}
-
-void KeepMessage(const char* message) noexcept {
+// Control characters become blanks, bytes that are not UTF-8 question marks.
+void KeepMessage(std::string_view message) noexcept {
   std::size_t length = 0;
-  while (*message != '\0') {
-    const std::size_t taken = CharacterLength(message);
-    const bool isPlain = taken != 0 && !IsControl(message, taken);
+  for (std::size_t at = 0; at < message.size();) {
+    char32_t character = 0;
+    const std::size_t taken = LxDecodeUtf8(message, at, &character);
+    const bool isPlain = taken != 0 && !LxIsTerminalControl(character);
     const std::size_t put = isPlain ? taken : 1;
     if (length + put >= sizeof lastFailure.message) break;
-    for (std::size_t i = 0; i < put; ++i)
-      lastFailure.message[length + i] = isPlain ? message[i] : taken != 0 ? ' ' : '?';
+    if (isPlain) {
+      message.copy(lastFailure.message + length, put, at);
+    } else {
+      lastFailure.message[length] = taken != 0 ? ' ' : '?';
+    }
     length += put;
-    message += taken != 0 ? taken : 1;
+    at += taken != 0 ? taken : 1;
   }
   lastFailure.message[length] = '\0';
 }

@@ -6,6 +6,7 @@
 
 #include "kit/base/byte_order.h"
 #include "kit/base/memory.h"
+#include "kit/base/utf8.h"
 #include "kit/model/text_scan.h"
 
 namespace {
@@ -24,7 +25,7 @@ std::size_t FollowingBytes(std::uint8_t lead) noexcept {
 }
 
 constexpr bool IsFollowingByte(std::uint8_t byte) noexcept {
-  return (byte & 0xC0) == 0x80;
+  return LxIsUtf8Continuation(static_cast<char>(byte));
 }
 
 // ---- Error scores: how many bytes of a value are invalid if it has that encoding. The scan covers [0, end) and stops
@@ -179,28 +180,9 @@ struct Utf8Sink {
   std::uint64_t length;
 };
 
-void PutByte(Utf8Sink* sink, std::uint32_t byte) noexcept {
-  if (sink->out != nullptr) sink->out[sink->length] = static_cast<char>(byte);
-  ++sink->length;
-}
-
 void PutCharacter(Utf8Sink* sink, char32_t c) noexcept {
-  if (c < 0x80) {
-    PutByte(sink, c);
-    return;
-  }
-  if (c < 0x800) {
-    PutByte(sink, 0xC0 | (c >> 6));
-  } else {
-    if (c < 0x10000) {
-      PutByte(sink, 0xE0 | (c >> 12));
-    } else {
-      PutByte(sink, 0xF0 | (c >> 18));
-      PutByte(sink, 0x80 | ((c >> 12) & 0x3F));
-    }
-    PutByte(sink, 0x80 | ((c >> 6) & 0x3F));
-  }
-  PutByte(sink, 0x80 | (c & 0x3F));
+  char counted[kLxUtf8Most];
+  sink->length += LxEncodeUtf8(c, sink->out != nullptr ? sink->out + sink->length : counted);
 }
 
 // No bytes, or a negative length: an empty text.
@@ -229,7 +211,7 @@ void WalkShiftJis(const std::uint8_t* bytes, std::size_t length, Utf8Sink* sink)
   while (at < length) {
     const std::uint8_t byte = bytes[at++];
     if (byte < 0x80) {
-      PutByte(sink, byte);
+      PutCharacter(sink, byte);
     } else if (IsBetween(byte, 0xA0, 0xDF)) {
       PutCharacter(sink, byte == 0xA0 ? 0xA0u : 0xFF61u + (byte - 0xA1u));  // Half-width katakana.
     } else {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "kit/base/utf8.h"
 #include "outside/xmp/text.h"
 
 namespace velto {
@@ -58,7 +59,7 @@ std::size_t skipPlain(std::string_view text, std::size_t at) noexcept {
 // Whether text[at] starts a surrogate encoded as a character: ED A0 80 to ED BF BF.
 bool isEncodedSurrogate(std::string_view text, std::size_t at, std::uint8_t low, std::uint8_t high) noexcept {
   return text.size() - at >= 3 && byteAt(text, at) == 0xED && byteAt(text, at + 1) >= low &&
-         byteAt(text, at + 1) <= high && (byteAt(text, at + 2) & 0xC0) == 0x80;
+         byteAt(text, at + 1) <= high && LxIsUtf8Continuation(text[at + 2]);
 }
 
 // The number of bytes at text[at], which cannot be decoded, that repairText replaces as one.
@@ -358,7 +359,7 @@ std::string_view PacketDecoder::dropBeforeStart(std::string_view text) noexcept 
     if (text[at] == '\n') {
       droppedLines_++;
       droppedColumns_ = 0;
-    } else if ((byteAt(text, at) & 0xC0) != 0x80 && text.substr(at, 3) != kByteOrderMark) {
+    } else if (!LxIsUtf8Continuation(text[at]) && text.substr(at, 3) != kByteOrderMark) {
       droppedColumns_++;
     }
   }

@@ -24,6 +24,7 @@
 #include <utility>
 #include <vector>
 
+#include "kit/base/utf8.h"
 #include "outside/xmp/packet_encoding.h"
 #include "outside/xmp/packet_prefixes.h"
 #include "outside/xmp/rdf.h"
@@ -103,9 +104,7 @@ bool isBlank(std::string_view text) noexcept {
 std::string shown(std::string_view text) {
   constexpr std::size_t kLongest = 60;
   if (text.size() <= kLongest) return std::string(text);
-  std::size_t end = kLongest;
-  while (end > 0 && (static_cast<std::uint8_t>(text[end]) & 0xC0) == 0x80) end--;
-  return std::string(text.substr(0, end)) + "...";
+  return std::string(text.substr(0, LxUtf8PrefixLength(text, kLongest))) + "...";
 }
 
 // --- the state of a packet -------------------------------------------------------------------------------------------

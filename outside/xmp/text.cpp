@@ -9,6 +9,7 @@
 #include <cstring>
 #include <memory>
 
+#include "kit/base/utf8.h"
 #include "outside/xmp/errors.h"
 
 namespace velto {
@@ -27,22 +28,11 @@ std::uint8_t byteAt(std::string_view text, std::size_t at) noexcept {
   return static_cast<std::uint8_t>(text[at]);
 }
 
-bool isContinuation(std::string_view text, std::size_t at) noexcept {
-  return at < text.size() && (byteAt(text, at) & 0xC0) == 0x80;
-}
-
 bool isHighSurrogate(std::uint32_t unit) noexcept {
   return unit >= 0xD800 && unit <= 0xDBFF;
 }
 bool isLowSurrogate(std::uint32_t unit) noexcept {
   return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
-// DEL and C1 control characters, line and paragraph separators, bidirectional controls (Unicode Standard Annex 9).
-// Terminals and editors act on them, so a packet must not contain them literally.
-bool isObeyed(std::uint32_t c) noexcept {
-  return (c >= 0x7F && c < 0xA0) || c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
-         (c >= 0x2066 && c <= 0x2069);
 }
 
 void appendReference(std::uint32_t codePoint, std::string& text) {
@@ -66,7 +56,7 @@ bool arePlain(const char* bytes) noexcept {
 // A surrogate written in three bytes, as some writers do that take UTF-16 units for code points. 0: there is none.
 std::uint32_t encodedSurrogate(std::string_view text, std::size_t at) noexcept {
   if (at + 2 >= text.size() || byteAt(text, at) != 0xED || byteAt(text, at + 1) < 0xA0) return 0;
-  if (!isContinuation(text, at + 1) || !isContinuation(text, at + 2)) return 0;
+  if (!LxIsUtf8Continuation(text[at + 1]) || !LxIsUtf8Continuation(text[at + 2])) return 0;
   return 0xD000u | ((byteAt(text, at + 1) & 0x3Fu) << 6) | (byteAt(text, at + 2) & 0x3Fu);
 }
 
@@ -112,61 +102,18 @@ constexpr std::array<std::int8_t, 256> kBase64Values = makeBase64Values();
 }  // namespace
 
 bool decodeUTF8(std::string_view text, std::size_t& at, std::uint32_t& codePoint) noexcept {
-  const std::uint8_t first = byteAt(text, at);
-  if (first < 0x80) {
-    codePoint = first;
-    ++at;
-    return true;
-  }
-  if (first < 0xC2 || first > 0xF4 || !isContinuation(text, at + 1)) return false;
-  const std::uint32_t second = byteAt(text, at + 1);
-  if (first < 0xE0) {
-    codePoint = ((first & 0x1Fu) << 6) | (second & 0x3F);
-    at += 2;
-    return true;
-  }
-  if (!isContinuation(text, at + 2)) return false;
-  const std::uint32_t third = byteAt(text, at + 2);
-  if (first < 0xF0) {
-    if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F)) return false;
-    codePoint = ((first & 0x0Fu) << 12) | ((second & 0x3F) << 6) | (third & 0x3F);
-    at += 3;
-    return true;
-  }
-  if ((first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F) || !isContinuation(text, at + 3))
-    return false;
-  codePoint =
-      ((first & 0x07u) << 18) | ((second & 0x3F) << 12) | ((third & 0x3F) << 6) | (byteAt(text, at + 3) & 0x3Fu);
-  at += 4;
+  char32_t character = 0;
+  const std::size_t length = LxDecodeUtf8(text, at, &character);
+  if (length == 0) return false;
+  codePoint = character;
+  at += length;
   return true;
 }
 
 void appendUTF8(std::string& text, std::uint32_t codePoint) {
   if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF)) codePoint = kReplacement;
-  if (codePoint < 0x80) {
-    text += static_cast<char>(codePoint);
-    return;
-  }
-  if (codePoint < 0x800) {
-    text += static_cast<char>(0xC0 | (codePoint >> 6));
-  } else {
-    if (codePoint < 0x10000) {
-      text += static_cast<char>(0xE0 | (codePoint >> 12));
-    } else {
-      text += static_cast<char>(0xF0 | (codePoint >> 18));
-      text += static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
-    }
-    text += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-  }
-  text += static_cast<char>(0x80 | (codePoint & 0x3F));
-}
-
-bool isUTF8(std::string_view text) noexcept {
-  std::uint32_t codePoint = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    if (!decodeUTF8(text, at, codePoint)) return false;
-  }
-  return true;
+  char bytes[kLxUtf8Most];
+  text.append(bytes, LxEncodeUtf8(codePoint, bytes));
 }
 
 std::uint32_t fromWindows1252(std::uint8_t byte) noexcept {
@@ -236,7 +183,7 @@ bool isXMLName(std::string_view text) noexcept {
     if (static_cast<std::uint8_t>(c) < 0x80) return false;
     ascii = false;
   }
-  return ascii || (isUTF8(text) && isNameForReader(text));
+  return ascii || (LxIsUtf8(text) && isNameForReader(text));
 }
 
 bool isLanguageTag(std::string_view text) noexcept {
@@ -302,7 +249,7 @@ std::string escapeXML(std::string_view text) {
         escaped += "&#xD;";
         break;
       default:
-        if (isObeyed(codePoint)) {
+        if (LxIsTerminalControl(codePoint)) {
           appendReference(codePoint, escaped);
         } else {
           escaped += text.substr(from, at - from);

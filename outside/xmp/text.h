@@ -14,7 +14,6 @@ namespace velto {
 bool decodeUTF8(std::string_view text, std::size_t& at, std::uint32_t& codePoint) noexcept;
 // Appends U+FFFD for a number that is not a code point (a surrogate, above U+10FFFF).
 void appendUTF8(std::string& text, std::uint32_t codePoint);
-bool isUTF8(std::string_view text) noexcept;
 // The code point of a Windows-1252 byte; the five undefined bytes become the C1 controls of the same number.
 std::uint32_t fromWindows1252(std::uint8_t byte) noexcept;
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <charconv>
 
-#include "tools/json/utf8.h"
+#include "kit/base/utf8.h"
 
 namespace lxbridge::json {
 
@@ -21,16 +21,6 @@ constexpr std::array<bool, 256> kMayNeedEscape = [] {
 }();
 
 }  // namespace
-
-bool IsValidUtf8(std::string_view text) {
-  char32_t character = 0;
-  while (!text.empty()) {
-    const std::size_t length = DecodeUtf8(text, &character);
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
-}
 
 void JsonWriter::NewLine() {
   out_->push_back('\n');
@@ -68,7 +58,7 @@ void JsonWriter::Close(char bracket) {
 void JsonWriter::Key(std::string_view key) {
   Separate();
   // A name that is not UTF-8 must still be a string, since JSON allows no other keys.
-  if (IsValidUtf8(key)) {
+  if (LxIsUtf8(key)) {
     Quoted(key);
   } else {
     out_->append("\"hex:");
@@ -80,7 +70,7 @@ void JsonWriter::Key(std::string_view key) {
 }
 
 void JsonWriter::String(std::string_view text) {
-  if (!IsValidUtf8(text)) {
+  if (!LxIsUtf8(text)) {
     BeginObject();
     Key("hex");
     HexOrNull(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
@@ -135,8 +125,8 @@ void JsonWriter::Quoted(std::string_view text) {
     if (!kMayNeedEscape[c]) continue;
     if (c >= 0x80) {
       char32_t character = 0;
-      const std::size_t length = DecodeUtf8(text.substr(i), &character);
-      if (IsTerminalControl(character)) {
+      const std::size_t length = LxDecodeUtf8(text, i, &character);
+      if (LxIsTerminalControl(character)) {
         out_->append(text.substr(from, i - from));
         from = i + length;
         AppendEscape(character);

@@ -48,9 +48,6 @@ class JsonWriter {
   bool keyed_ = false;  // A key has no value yet.
 };
 
-// RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF.
-[[nodiscard]] bool IsValidUtf8(std::string_view text);
-
 }  // namespace lxbridge::json
 
 #endif  // LXBRIDGE_TOOLS_JSON_JSON_WRITER_H_

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "tools/json/utf8.h"
+#include "kit/base/utf8.h"
 
 namespace lxbridge::command {
 
@@ -16,7 +16,7 @@ constexpr char32_t kByte = 0x110000;
 
 char32_t Take(std::string_view* text) {
   char32_t c = 0;
-  std::size_t length = json::DecodeUtf8(*text, &c);
+  std::size_t length = LxDecodeUtf8(*text, 0, &c);
   if (length == 0) {
     length = 1;
     c = kByte + static_cast<unsigned char>((*text)[0]);

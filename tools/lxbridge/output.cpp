@@ -10,7 +10,7 @@
 #include <string>
 
 #include "kit/base/platform.h"
-#include "tools/json/utf8.h"
+#include "kit/base/utf8.h"
 #include "tools/lxbridge/system.h"
 
 namespace lxbridge::command {
@@ -56,13 +56,13 @@ template <typename Append>
 void ForOneLine(std::string_view text, bool isName, Append append) {
   while (!text.empty()) {
     char32_t c = 0;
-    std::size_t length = json::DecodeUtf8(text, &c);
+    std::size_t length = LxDecodeUtf8(text, 0, &c);
     if (length == 0) {  // A terminal not in UTF-8 mode acts on such a byte like on the character.
       length = 1;
       c = static_cast<unsigned char>(text[0]);
       if (c >= 0xA0) c = '?';
     }
-    if (json::IsTerminalControl(c) || (isName && c == '\\')) {
+    if (LxIsTerminalControl(c) || (isName && c == '\\')) {
       const Escape escape = EscapeOf(c);
       append(std::string_view(escape.text, escape.length));
     } else {

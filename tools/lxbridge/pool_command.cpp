@@ -9,12 +9,12 @@
 #include "host/include/lxbridge/xmp.hpp"
 #include "kit/base/memory.h"
 #include "kit/base/result.h"
+#include "kit/base/utf8.h"
 #include "kit/model/pool_owner.h"
 #include "kit/readers/file_kind.h"
 #include "kit/readers/read_file.h"
 #include "tools/json/json_writer.h"
 #include "tools/json/pool_json.h"
-#include "tools/json/utf8.h"
 #include "tools/lxbridge/file_work.h"
 #include "tools/lxbridge/output.h"
 #include "tools/lxbridge/pool_page.h"
@@ -44,18 +44,14 @@ void PadTo(std::size_t column, std::string* line) {
 // not UTF-8, cut to a line or two. The JSON form has the complete text.
 void AppendForPerson(std::string* out, std::string_view text) {
   const bool shortened = text.size() > kShownDisplay;
-  if (shortened) {
-    std::size_t end = kShownDisplay;  // Not within a character, which has at most three more bytes.
-    while (end > kShownDisplay - 3 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-    text = text.substr(0, end);
-  }
+  text = text.substr(0, LxUtf8PrefixLength(text, kShownDisplay));
   while (!text.empty()) {
     char32_t c = 0;
-    std::size_t length = json::DecodeUtf8(text, &c);
+    std::size_t length = LxDecodeUtf8(text, 0, &c);
     if (length == 0) {
       out->push_back('?');
       length = 1;
-    } else if (json::IsTerminalControl(c)) {
+    } else if (LxIsTerminalControl(c)) {
       out->push_back(' ');
     } else {
       out->append(text.substr(0, length));

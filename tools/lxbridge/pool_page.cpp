@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "kit/base/utf8.h"
 #include "tools/json/file_offsets.h"
 #include "tools/json/json_writer.h"
 #include "tools/json/known_fields.h"
@@ -206,8 +207,8 @@ class Page {
     json->Key("name");
     json->String(TextOrEmpty(item.name));
     json->Key("display");
-    json->String(json::IsValidUtf8(TextOrEmpty(item.displayText)) ? Front(TextOrEmpty(item.displayText))
-                                                                  : TextOrEmpty(item.displayText).substr(0, kMostText));
+    json->String(LxIsUtf8(TextOrEmpty(item.displayText)) ? Front(TextOrEmpty(item.displayText))
+                                                         : TextOrEmpty(item.displayText).substr(0, kMostText));
     json->Key("tag");
     json->Integer(item.tagId);
     json->Key("type");
@@ -240,12 +241,7 @@ class Page {
   }
 
   // The beginning of a text, not cut within a character.
-  static std::string_view Front(std::string_view text) {
-    if (text.size() <= kMostText) return text;
-    std::size_t end = kMostText;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-    return text.substr(0, end);
-  }
+  static std::string_view Front(std::string_view text) { return text.substr(0, LxUtf8PrefixLength(text, kMostText)); }
 
   // The bytes that items point to, in whole rows of the page. True: something was cut.
   bool WriteRegions(json::JsonWriter* json) const {

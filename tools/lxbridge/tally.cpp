@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include "kit/base/utf8.h"
 #include "tools/json/json_writer.h"
 #include "tools/json/known_fields.h"
 #include "tools/lxbridge/field_listing.h"
@@ -99,13 +100,8 @@ class FieldTally : public Tally {
 };
 
 void AppendPart(std::string_view text, std::size_t longest, std::string* part) {
-  if (text.size() > longest) {
-    std::size_t end = longest;  // Not within a character.
-    while (end > longest - 3 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-    part->append(text.substr(0, end)).append("…");
-  } else {
-    part->append(text);
-  }
+  part->append(text.substr(0, LxUtf8PrefixLength(text, longest)));
+  if (text.size() > longest) part->append("…");
   part->push_back('\0');
 }
 
