@@ -35,19 +35,19 @@ if(LXBRIDGE_FUZZ)
   target_link_options(lx_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# The shared libraries are optimised across files in release builds: reading a file takes some microseconds, and calls between
-# small functions are a good part of them. The objects contain ordinary code too, for programs that link the static libraries.
+# The shared libraries are optimised across files in release builds: reading a file takes microseconds, of which calls between
+# small functions are a large part. The objects also contain ordinary code, for programs that link the static libraries.
 option(LXBRIDGE_LTO "Optimise the shared libraries across files in release builds" ON)
 if(LXBRIDGE_LTO AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32 AND NOT LXBRIDGE_SANITIZE AND NOT LXBRIDGE_TSAN)
   set(LX_LTO_COMPILE "$<$<CONFIG:Release>:-flto=auto;-ffat-lto-objects>")
   set(LX_LTO_LINK "$<$<CONFIG:Release>:-flto=auto;-O2>")
-  # Without this the linker would optimise every test program so.
+  # Otherwise the linker would optimise every test program like this.
   target_link_options(lx_options INTERFACE
     $<$<AND:$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>,$<NOT:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>>>:-fno-lto>)
 endif()
 
-# LxBridge and the two outside libraries for programs of the tree: the shared libraries, or their static parts for a target with
-# the property LX_IN_ONE_FILE.
+# LxBridge and the two outside libraries for programs of the tree: the shared libraries, or for a target with the property
+# LX_IN_ONE_FILE the static ones.
 add_library(lx_library INTERFACE)
 target_include_directories(lx_library INTERFACE "${PROJECT_SOURCE_DIR}/api/include")
 target_link_libraries(lx_library INTERFACE $<IF:$<BOOL:$<TARGET_PROPERTY:LX_IN_ONE_FILE>>,lx_api,LxBridge>)

@@ -20,10 +20,10 @@ constexpr std::int64_t kPageSize = 4096;
 constexpr std::int64_t kLoadedPerFileByte = 4;
 constexpr std::int64_t kLoadedAtLeast = 1 << 20;
 
-// A file that is not longer is read whole: one read of it costs less than several of its pages.
+// Files up to this length are read completely: one read costs less than several reads of pages.
 constexpr std::int32_t kReadWhole = 16 << 10;
 
-// From this many blocks on they are found by page. Photographs have fewer.
+// From this number of blocks on, blocks are found by page. Photographs have fewer.
 constexpr std::int32_t kBlocksWithoutPages = 16;
 
 std::int64_t BlockEnd(const LxBlock* block) noexcept {
@@ -78,7 +78,7 @@ LxResult LoadBlock(LxBlockCache* cache, std::int64_t offset, std::int64_t end) n
   const bool isWhole = cache->blocks == nullptr && cache->fileSize <= kReadWhole;
   const std::int64_t start = isWhole ? 0 : offset / kPageSize * kPageSize;
   const std::int64_t pagesEnd = ((isWhole ? cache->fileSize : end) + kPageSize - 1) / kPageSize * kPageSize;
-  // Nothing is asked for behind the file's end, so the last page is read only as far as the file goes.
+  // The last page is read only up to the end of the file.
   const std::int64_t size = std::min<std::int64_t>(pagesEnd, cache->fileSize) - start;
   if (size > cache->loadBudget) return kLxOutOfMemory;
   if (cache->blockCount >= kBlocksWithoutPages && cache->pages == nullptr && !MakePages(cache)) return kLxOutOfMemory;

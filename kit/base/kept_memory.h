@@ -22,10 +22,10 @@ void LxReleaseThreadMemory() noexcept;
 enum LxAlignment { kLxUnaligned, kLxPageAligned };
 [[nodiscard]] void* LxAllocKept(LxMemProcs* procs, std::size_t size, LxAlignment alignment) noexcept;
 
-// Whether memory of these procedures is kept. Where it is not, each request and each release is to be seen.
+// Whether memory of these procedures is kept. If not, the procedures must see each request and each release.
 [[nodiscard]] bool LxKeepsMemoryOf(const LxMemProcs* procs) noexcept;
 
-// Before memory that begins at a page there is room for a record of its owner's, of up to so many bytes.
+// Page-aligned memory has room before it for a record of its owner, up to this many bytes.
 inline constexpr std::size_t kLxKeptFront = 128;
 [[nodiscard]] void* LxFrontOfKept(void* memory) noexcept;
 

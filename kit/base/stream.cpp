@@ -32,7 +32,7 @@ void NoteReadError(LxStream* stream, std::int32_t error) noexcept {
   if (stream->systemError == 0) stream->systemError = error;
 }
 
-// Nothing is asked for after the file's end: to hear that nothing follows takes a call of its own.
+// Never reads past the end of the file: finding out that nothing follows would take another call.
 std::size_t ReadAt(LxStream* stream, void* buffer, std::size_t length, std::int64_t position) noexcept {
   const std::int64_t left = stream->fileLength - position;
   if (left > 0 && static_cast<std::uint64_t>(left) < length) length = static_cast<std::size_t>(left);

@@ -39,7 +39,7 @@ std::uint32_t Scaled(std::uint64_t bits, int digits) noexcept {
 void LxAppendFixed(LxDisplayBuffer* out, double value, int digits) noexcept {
   char* at = out->bytes + out->length;
   const auto bits = std::bit_cast<std::uint64_t>(value);
-  // Nearly all of them are small, and std::to_chars costs ten times as much: it has to be ready for any number.
+  // Nearly all values are small; std::to_chars, which handles any number, costs ten times as much.
   if (bits < std::bit_cast<std::uint64_t>(double{1 << 20}) && kLxDisplayBufferSize - out->length >= 16) {
     std::uint32_t scaled = Scaled(bits, digits);
     const std::uint32_t unit = digits == 1 ? 10 : digits == 2 ? 100 : 1000;

@@ -72,7 +72,8 @@ void LxAppendFixed(LxDisplayBuffer* out, double value, int digits) noexcept;
 
 // Sets the item's own display text to a copy of the buffer. Without memory the display text does not change.
 void LxShowBuffer(LxMetadataItem* item, const LxDisplayBuffer& buffer) noexcept;
-// Gives the item a text from LxNewItemText or LxAlloc, which becomes its own; null (no memory) changes nothing.
+// Sets the item's own display text to a text from LxNewItemText or LxAlloc, which the item then owns; null (no memory)
+// changes nothing.
 void LxShowOwned(LxMetadataItem* item, char* text) noexcept;
 // Sets the item's own display text to a copy of the bytes up to the first zero byte.
 void LxShowCopy(LxMetadataItem* item, const std::uint8_t* bytes, std::size_t length) noexcept;

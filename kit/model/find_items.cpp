@@ -13,7 +13,7 @@ std::uint16_t FirstLetters(const char* name) noexcept {
   return static_cast<std::uint16_t>(first << 8 | second);
 }
 
-// A bit for each two letters: a set of them tells for most items at once that nobody looks for them.
+// A bit for each pair of letters: a set of bits tells for most items immediately that they are not wanted.
 std::uint64_t BitOf(std::uint16_t letters) noexcept {
   return std::uint64_t{1} << ((letters * 0x61C9u >> 9) & 63);
 }

@@ -19,7 +19,7 @@ bool IsInSlab(const LxItemSlab* slab, const char* text) noexcept {
          reinterpret_cast<std::uintptr_t>(text) - reinterpret_cast<std::uintptr_t>(slab->texts) < sizeof slab->texts;
 }
 
-// A text that the item owns. One that lies in the item's slab goes with that.
+// Frees a text that the item owns. A text in the item's slab is freed with the slab.
 void FreeOwnText(const LxMetadataItem* item, const char* text) noexcept {
   if (!IsInSlab(item->slab, text)) FreeText(text);
 }

@@ -149,15 +149,15 @@ struct LxMetadataPool {
 // Frees the texts and the value that the item owns, and clears the ownership flags.
 void LxReleaseOwned(LxMetadataItem* item) noexcept;
 
-// Records in blocks, with most of the texts made for them: a file has a hundred items and more, all freed together, and
-// making each by itself costs as much as reading it. A block goes when its last item does.
+// Items are allocated in slabs, with most of their texts: a file has a hundred items or more, all freed together, and
+// separate allocations would cost as much as reading the file. A slab is freed with its last item.
 inline constexpr std::int32_t kLxItemsPerSlab = 64;
 inline constexpr std::uint32_t kLxSlabTextBytes = 2032;
 struct LxItemSlab {
   std::int32_t used;           // Items handed out, from the front.
-  std::int32_t live;           // Of these, not freed yet.
+  std::int32_t live;           // Of these, not yet freed.
   std::uint32_t textsUsed;     // Bytes, from the front.
-  std::uint32_t textsOffered;  // 0 where each text has to be a request for memory of its own.
+  std::uint32_t textsOffered;  // 0: each text must be a separate request for memory.
   LxMetadataItem items[kLxItemsPerSlab];
   char texts[kLxSlabTextBytes];
 };
@@ -169,12 +169,12 @@ static_assert(sizeof(LxItemSlab) <= 8192);
                                             std::uint32_t flags, std::uint16_t tagId, std::uint16_t typeCode,
                                             std::int32_t valueLength, const std::uint8_t* value) noexcept;
 
-// Memory for a name or display text that the item is going to own: of its slab while there is some, else from LxAlloc.
-// Null: no memory.
+// Memory for a name or display text that the item will own: from its slab if there is space, else from LxAlloc. Null:
+// no memory.
 [[nodiscard]] char* LxNewItemText(LxMetadataItem* item, std::size_t size) noexcept;
 
-// Frees the item, its following siblings, everything below them and what they own. Takes null. Needs no stack in
-// proportion to the tree's depth.
+// Frees the item, its following siblings, all their descendants and everything these own. Takes null. The stack used
+// does not depend on the depth of the tree.
 void LxFreeMetadataItems(LxMetadataItem* item) noexcept;
 
 // A zero-filled pool record, or null: no memory. LxDeletePool frees its contents and the record; it takes null.

@@ -87,7 +87,7 @@ LxResult LxNextDisplayItem(LxPoolIterator* iterator, LxMetadataItem** out) noexc
     LxMetadataItem* item = Current(iterator);
     *out = nullptr;
     if (item == nullptr) return kLxEnd;
-    // Within a list, by far the most steps.
+    // Most steps are within a list.
     LxMetadataItem* next = item->next;
     if (item->firstChild == nullptr && next != nullptr && (item->flags & kLxEndOfRun) == 0 &&
         (next->flags & kLxDeleted) == 0) {

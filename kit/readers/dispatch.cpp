@@ -25,7 +25,7 @@ void RememberThumbnailLength(LxBlockCache* cache, LxParseContext* context) noexc
   LxJoinPendingThumbnail(cache, context);
 }
 
-// " %04x" or " %d" of the tag id. Without memory the name stays.
+// " %04x" or " %d" of the tag id. Without memory the name does not change.
 void GiveGeneratedName(LxMetadataItem* item, bool decimal) noexcept {
   constexpr std::size_t kSize = 8;
   char* name = LxNewItemText(item, kSize);

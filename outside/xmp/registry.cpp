@@ -29,8 +29,8 @@ struct HashKeys {
   std::uint64_t second;
 };
 
-// std::random_device asks the processor what it can do first, which costs as much as reading a file where a hypervisor
-// answers for it; Linux is asked directly.
+// std::random_device first queries the processor's features, which under a hypervisor costs as much as reading a file;
+// on Linux the system call is used directly.
 std::uint64_t randomNumber() {
 #ifdef __linux__
   std::uint64_t number;

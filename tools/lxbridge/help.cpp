@@ -15,12 +15,12 @@ constexpr std::string_view kGeneral = R"help(Usage: lxbridge [OPTIONS] FILE...  
        lxbridge fields [OPTIONS] [FILE...]
        lxbridge help   [COMMAND]
 
-Reads the metadata of image files and prints it. Files are never changed.
+Reads the metadata of image files and prints it. Image files are never changed.
 
 Commands:
   xmp     the metadata as XMP: a packet, JSON, or a row of a table
-  pool    the items that the readers found, before they are converted
-  fields  the properties that a file can have, or that the given files have
+  pool    the items read from a file, before they are converted to XMP
+  fields  the known properties, or those of the given files
   help    the options of a command
 
 Common options:
@@ -45,7 +45,7 @@ Exit status:
   0  all files were read
   1  the output is complete, but at least one file was not read
   2  the command line is wrong; nothing was done
-  3  the run was cut off: the output is not complete
+  3  the run was cut off; the output is not complete
 )help";
 
 constexpr std::string_view kXmp = R"help(Usage: lxbridge [xmp] [OPTIONS] FILE...
@@ -61,51 +61,51 @@ Formats:
   --pretty             json, flat: indent the JSON
 
 Properties:
-  --fields LIST        csv, tsv, flat: these properties only, in this order. A
-                       list such as tiff:Make,exif:Flash/exif:Fired. exif:* is
-                       all known properties of a schema, all is all of them.
-                       Facts of the file: file:size, file:modified, file:kind,
-                       image:width, image:height, image:orientation
-  --namespace P=URI    let the prefix P in --fields stand for the namespace URI
-  --decimal            csv, tsv, flat: rationals as decimal numbers, GPS
-                       coordinates as signed degrees, integers and booleans as
-                       such. Dates stay ISO 8601 texts
-  --facts              flat: add all facts of the file
-  --qualifiers         flat: {"value": ..., "qualifiers": {...}} for a value
-                       that has qualifiers
-  --warnings           report what of a packet was skipped, and where
+  --fields LIST        csv, tsv, flat: only these properties, in this order,
+                       such as tiff:Make,exif:Flash/exif:Fired. exif:* means
+                       all known properties of a schema, all means all known
+                       properties. Facts about the file: file:size,
+                       file:modified, file:kind, image:width, image:height,
+                       image:orientation
+  --namespace P=URI    use the prefix P in --fields for the namespace URI
+  --decimal            csv, tsv, flat: print rationals as decimal numbers, GPS
+                       coordinates as signed degrees, and integers and booleans
+                       as JSON values. Dates stay ISO 8601 texts
+  --facts              flat: add all facts about the file
+  --qualifiers         flat: print {"value": ..., "qualifiers": {...}} for
+                       values with qualifiers
+  --warnings           report the parts of packets that were skipped
   --separator TEXT     csv, tsv: the text between the items of an array ("; ")
   --header             csv, tsv: print the names of the columns first
-                       Cells are quoted by RFC 4180, but their text is printed
-                       as it is in the file: a spreadsheet may take a cell that
-                       begins with = + - or @ for a formula
+                       Cells are quoted as in RFC 4180, but their text is not
+                       changed: a spreadsheet may take a cell that begins with
+                       = + - or @ for a formula
 
 Side-cars:
   --sidecar            write each packet to FILE.xmp instead
-  --output FOLDER      write it below FOLDER, under the path of the file
-  --overwrite          replace files that exist
+  --output FOLDER      write it to FOLDER/FILE.xmp instead
+  --overwrite          replace existing files
 )help";
 
 constexpr std::string_view kPool = R"help(Usage: lxbridge pool [OPTIONS] FILE...
 
-Prints the items that the readers found in each file, before they are
-converted to XMP.
+Prints the items read from each file, before they are converted to XMP.
 
 Formats:
   --format text        a tree, with one line per item (default)
   --format json        one line of JSON per file
-  --format html        one page that shows items, bytes and XMP side by side;
-                       it needs no other file and no network
+  --format html        a self-contained page that shows items, bytes and XMP
+                       side by side
   --all                text: show deleted items too
   --pretty             json: indent the JSON
 )help";
 
 constexpr std::string_view kFields = R"help(Usage: lxbridge fields [OPTIONS] [FILE...]
 
-Without FILE, lists all properties that LxBridge knows by name: type, source
-(the tag or dataset, or the XMP packet) and an example.
-With FILE, lists the properties that these files have: the number of files
-with the property, and an example.
+Without FILE, lists all known properties with type, source (the tag or dataset,
+or the XMP packet) and an example.
+With FILE, lists the properties of these files, with the number of files that
+have them and an example.
 
 Formats:
   --format text        columns (default)
@@ -116,12 +116,12 @@ Formats:
 constexpr std::string_view kFiles = R"help(
 Files:
   -r, --recursive      read all files in folders. Hidden files are included,
-                       links are not followed, files of other kinds are ignored
-  --sort               with -r: in the byte order of the paths
-  --ext LIST           with -r: files with these extensions only (jpg,tif)
-  --include GLOB       with -r: files whose name matches only; may be repeated
-  --exclude GLOB       with -r: not files or folders whose name matches. A GLOB
-                       with a slash is matched with the whole path; ** there
+                       links are not followed, other kinds of files are ignored
+  --sort               with -r: read files in the byte order of their paths
+  --ext LIST           with -r: only files with these extensions (jpg,tif)
+  --include GLOB       with -r: only files whose name matches; may be repeated
+  --exclude GLOB       with -r: no files or folders whose name matches. A GLOB
+                       with a slash is matched with the whole path, in which **
                        matches any number of folders
   --files-from LIST    read more file names from LIST, one per line; "-" is
                        standard input
@@ -130,7 +130,7 @@ Files:
 Run:
   -j, --jobs N         use N processes (1 to 256). Default: one per processor
                        for folders, lists and more than 16 files
-  --timeout SECONDS    give up on a file that takes longer
+  --timeout SECONDS    give up on files that take longer
   --progress           report progress on standard error
   --summary            report the number of files of each status and kind
   --color WHEN         auto (default), always or never; auto is for terminals
@@ -138,9 +138,9 @@ Run:
 )help";
 
 // For the commands that print a result for each file.
-constexpr std::string_view kResults = R"help(  --unordered          print results as soon as they are there
-  --errors             JSON: print {"file": ..., "error": ...} in place of a
-                       result that is missing
+constexpr std::string_view kResults = R"help(  --unordered          print results as soon as they are ready
+  --errors             JSON: print {"file": ..., "error": ...} for each file
+                       without a result
 )help";
 
 }  // namespace
