@@ -1,7 +1,7 @@
-// What of a file lands in XMP, told by the library itself: for each tag of the dictionaries a file is built that holds
-// it with an example value, and read through the exported functions. One line a tag, on standard output, its fields
-// between tabs:
-//   block, tag id, name, the value in the file, property, the value in XMP     (the last two empty: nothing lands)
+// Examples of the conversion, made by the library itself: for each tag of the dictionaries, a file with an example
+// value is built and read through the exported functions. Prints a line for each tag, with its fields separated by
+// tabs:
+//   block, tag id, name, the value in the file, property, the value in XMP     (the last two empty: not converted)
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
@@ -51,7 +51,7 @@ Example Figures(std::uint16_t tag, std::uint16_t type, const std::vector<std::in
   return {name + Joined(numbers, halves ? 2 : 1), Numbers(tag, type, numbers)};
 }
 
-// Bytes that are a text are shown as one.
+// Bytes that are a text are shown as text.
 Example Opaque(std::uint16_t tag, const Bytes& bytes) {
   std::string shown;
   for (const std::uint8_t byte : bytes) {
@@ -66,8 +66,8 @@ Example Opaque(std::uint16_t tag, const Bytes& bytes) {
   return {"UNDEFINED \"" + shown + "\"", Undef(tag, bytes)};
 }
 
-// Values that a camera or a converter would write, for tags where any value of a fitting type would not do or would
-// say little. In the order of the tags.
+// Values that a camera or a converter would write, for tags where an arbitrary value of the type is invalid or a bad
+// example. In the order of the tags.
 std::vector<Example> ChosenExamples(const std::string& block, std::uint16_t tag) {
   const Bytes zero = Filled(1);
   if (block == "tiff") {
@@ -228,7 +228,7 @@ std::vector<Example> ChosenExamples(const std::string& block, std::uint16_t tag)
   }
 }
 
-// One of each kind of value that a rule can ask for, so that no tag stays without for want of a fitting one.
+// One of each kind of value that a rule may require, so that every tag has a suitable one.
 std::vector<Example> AnyExamples(std::uint16_t tag) {
   return {
       Words(tag, "2024:06:21 18:30:05"),
@@ -252,7 +252,7 @@ class Reader {
   explicit Reader(const char* scratchFile) : path_(scratchFile) {}
 
   std::vector<lxbridge::XmpNode> Properties(const Bytes& file) const {
-    (void)std::remove(path_);  // Some file systems write a file out that is emptied and filled again.
+    (void)std::remove(path_);  // Some file systems write a file to disk when it is truncated and written again.
     std::ofstream out(path_, std::ios::binary);
     out.write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
     out.close();
@@ -277,7 +277,7 @@ void Print(const char* block, const LxTagRecord& record, std::string_view value,
   std::printf("%s:%s\t%s\n", first.prefix.c_str(), first.name.c_str(), NodeText(first).c_str());
 }
 
-// The entry in its directory, with the neighbours that rules look up and that land nowhere themselves.
+// The entry in its directory, with entries that rules look up and that are not converted themselves.
 Bytes FileWith(const std::string& block, const Example& example) {
   if (block == "tiff") return JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({example.entry}));
   if (block == "exif") {
@@ -296,7 +296,7 @@ void PrintTags(const Reader& reader, const char* block, const LxTagRecord* dicti
   for (const LxTagRecord* record = dictionary; record->name != nullptr; ++record) {
     std::vector<Example> examples = ChosenExamples(block, record->id);
     for (Example& example : AnyExamples(record->id)) examples.push_back(std::move(example));
-    // The type that the dictionary has for it first.
+    // The dictionary's type first.
     if (ChosenExamples(block, record->id).empty()) {
       std::stable_partition(examples.begin(), examples.end(),
                             [&](const Example& example) { return example.entry.type == record->typeCode; });

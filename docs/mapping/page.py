@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Makes docs/mapping.md, or says where it differs from what it should be.
+"""Generates docs/mapping.md, or shows where it is out of date.
 
 page.py PROGRAM [--write]
 
-PROGRAM is the built lx_mapping_examples: it says for each tag of the dictionaries what the library makes of it. The rules
-are taken from the tables of xmpconv/. Both have to name the same tags, so no row can be missing here and none be wrong.
+PROGRAM is lx_mapping_examples, which prints the library's result for each tag of the dictionaries. The rules are read from the
+tables of xmpconv/. Both must have the same tags, so no row can be missing or wrong.
 """
 import difflib
 import os
@@ -17,36 +17,36 @@ import tempfile
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 PAGE = ROOT / "docs" / "mapping.md"
 
-# What each rule does, by the name of its function; a rule without a line here stops the page.
+# A description of each rule, by the name of its function. It is an error if one is missing.
 RULES = {
-    "MapText": "ASCII that has a zero byte: the text before it. Without one nothing is written",
-    "MapLangAlt": "ASCII as a language alternative with the one item `x-default`; without a zero byte, all of it",
-    "MapInteger": "one number of an integer type (BYTE, SHORT, LONG or their signed kin), in decimal; no other count",
+    "MapText": "ASCII with a zero byte: the text before it. Without one, nothing is written",
+    "MapLangAlt": "ASCII, as a language alternative with the single item `x-default`; without a zero byte, the whole value",
+    "MapInteger": "a single number of an integer type (BYTE, SHORT, LONG, SBYTE, SSHORT, SLONG), in decimal",
     "MapIntegerSeq": "any number of integers, as a `seq`",
-    "MapRational": "one RATIONAL or SRATIONAL, as `numerator/denominator`, not reduced; no other count",
+    "MapRational": "a single RATIONAL or SRATIONAL, as `numerator/denominator`, not reduced",
     "MapRationalSeq": "any number of rationals, as a `seq`",
-    "MapDateTime": "ASCII of 20 bytes, `YYYY:MM:DD HH:MM:SS`, as an ISO 8601 date with the zone that OffsetTime, "
-                   "OffsetTimeOriginal or OffsetTimeDigitized (Exif 2.31) says, else that of the machine, and the fraction of the "
-                   "partner tag; a date that names no instant is not written",
-    "LxMapGPSCoordinate": "three RATIONALs and the letter of the partner tag: `DDD,MM,SSk` when all denominators are 1, else "
-                          "`DDD,MM.mmk` with as many digits as the largest denominator tells apart",
-    "LxMapGPSTimeStamp": "three RATIONALs and the partner's date, as an ISO 8601 date in UTC; without the date nothing",
-    "MapGpsVersion": "four bytes, as four numbers between dots",
-    "MapDisplayText": "the item's display text, as `lxbridge pool` shows it",
-    "MapFourCharacters": "the four bytes as a text",
+    "MapDateTime": "ASCII of 20 bytes, `YYYY:MM:DD HH:MM:SS`, as an ISO 8601 date with the zone of OffsetTime, OffsetTimeOriginal or "
+                   "OffsetTimeDigitized (Exif 2.31), else the machine's, and the fraction of the partner tag; a date that denotes no "
+                   "instant is not written",
+    "LxMapGPSCoordinate": "three RATIONALs and the letter of the partner tag: `DDD,MM,SSk` if all denominators are 1, else `DDD,MM.mmk` "
+                          "with the number of digits that the largest denominator can resolve",
+    "LxMapGPSTimeStamp": "three RATIONALs and the partner's date, as an ISO 8601 date in UTC; without the date, nothing",
+    "MapGpsVersion": "four bytes, as four numbers separated by dots",
+    "MapDisplayText": "the item's display text, as shown by `lxbridge pool`",
+    "MapFourCharacters": "the four bytes, as a text",
     "MapFirstByte": "the first byte, as a number",
     "MapComponents": "four bytes, as a `seq` of numbers",
-    "MapFlash": "the bits of a SHORT as the fields of a struct",
-    "MapNamedTable": "a record of columns, rows, the columns' names and the values, as a struct of these; OECF is signed",
-    "MapCfaPattern": "a record of columns, rows and bytes, as a struct of these",
-    "MapDeviceSettings": "a record of columns, rows and UTF-16 texts (least significant byte first), as a struct of these",
-    "LxSetXMPLangAlt": "the display text (its encoding is told by the value's first eight bytes) as a language alternative",
-    "LxSetXMPPrefixedText": "ASCII that begins with the row's label: what follows the label. Any other text changes nothing",
-    "kText": "the dataset's text, in UTF-8; of several datasets the last",
-    "kDate": "`CCYYMMDD` as `CCYY-MM-DD`; a text that is no such date as it is",
-    "kBagItem": "each dataset an item of the bag, each text once",
+    "MapFlash": "the bits of a SHORT, as the fields of a struct",
+    "MapNamedTable": "a record of columns, rows, the columns' names and the values, as a struct with these fields; OECF is signed",
+    "MapCfaPattern": "a record of columns, rows and bytes, as a struct with these fields",
+    "MapDeviceSettings": "a record of columns, rows and little-endian UTF-16 texts, as a struct with these fields",
+    "LxSetXMPLangAlt": "the display text, as a language alternative; the first eight bytes of the value name its encoding",
+    "LxSetXMPPrefixedText": "ASCII that begins with the row's label: the text after the label. Other texts change nothing",
+    "kText": "the dataset's text, in UTF-8; of several datasets, the last",
+    "kDate": "`CCYYMMDD`, as `CCYY-MM-DD`; other texts unchanged",
+    "kBagItem": "each dataset, as an item of a bag without duplicates",
 }
-# Rows for tags that their block's dictionary does not name: an item with a generated name becomes no property.
+# Rows for tags that are not in the dictionary of their block: items with generated names are not converted.
 UNNAMED = {("exif", 0x9214)}
 PARTNERS = {
     "kSubSecTime": "SubSecTime",
@@ -69,7 +69,7 @@ def source(name):
 
 
 def table(text, name):
-    """The rows of a constant table, as lines; every row of it has to be understood by the caller."""
+    """The rows of a constant table, as lines; the caller must parse every row."""
     found = re.search(r"\b" + name + r"\[\] = \{.*?\n(.*?)\n\};", text, re.DOTALL)
     if not found:
         fail(f"no table {name}")
@@ -156,11 +156,11 @@ def check(rules, examples):
     landing = {key for key, example in examples.items() if example[2]}
     for key in UNNAMED:
         if key in examples or key not in rules:
-            fail(f"{key[0]} 0x{key[1]:04X} is named now, or has no rule any more")
+            fail(f"{key[0]} 0x{key[1]:04X} is now in the dictionary, or no longer has a rule")
         del rules[key]
     for key in sorted(landing ^ set(rules)):
-        where = "lands in XMP, and no table of xmpconv/ has it" if key in landing else \
-            "is in a table of xmpconv/, and no example of it lands in XMP"
+        where = "becomes a property, but is in no table of xmpconv/" if key in landing else \
+            "is in a table of xmpconv/, but no example of it becomes a property"
         fail(f"{key[0]} 0x{key[1]:04X} {where}")
     for key, (_, _, name) in rules.items():
         if name and name != examples[key][0]:
@@ -206,54 +206,53 @@ def unmapped(block, examples):
     return lines + [line]
 
 
-HEAD = """# What lands in XMP
+HEAD = """# Mapping of tags to XMP properties
 
-<!-- Made by docs/mapping/page.py; `scripts/docs mapping` writes it anew. A test compares it with the code. -->
+<!-- Made by docs/mapping/page.py; `scripts/docs mapping` updates it. A test compares it with the code. -->
 
-Every tag that becomes an XMP property, with an example that the library itself has converted: a file with that value was
-built, read by `LxInterchangeNew`, and the object's property printed. Arrays are shown as `seq[…]`, `bag[…]` and `alt[…]`
-(with the language), structs as `{field=value, …}`. Dates were made on a machine in the zone of Berlin:
-a time for which the camera says no zone takes that of the machine, so it is another instant on a machine elsewhere.
+Every tag that becomes an XMP property, with an example converted by the library itself: a file with the value was built and
+read by `LxInterchangeNew`, and the object's property printed. Arrays are shown as `seq[…]`, `bag[…]` and `alt[…]` (with the
+language), structs as `{field=value, …}`. The dates are from a machine in the zone of Berlin: a time without a zone takes the
+machine's, so it is a different instant on machines elsewhere.
 
-Of the TIFF directories of a file the first one is converted, with the EXIF and GPS directories below it: sub-IFDs, IFD1 (the
-thumbnail), further directories of a chain and a second Exif block are read into the pool only. Of entries with the same tag
-the last one stays. An entry with no values removes the packet's property of its name; what a rule refuses writes nothing.
-PNG, WebP, GIF, HEIF, AVIF, JPEG XL and JPEG 2000 files and side-cars give the XMP object of a JPEG file that holds the same blocks.
-All arrays of a file together have at most 4 · 65536 items ([limits.md](limits.md)).
+Of a file's TIFF directories, the first one is converted, with its EXIF and GPS directories. Sub-IFDs, IFD1 (the thumbnail),
+further directories of a chain and a second Exif block are only read into the pool. Of entries with the same tag, the last one
+counts. An entry without values removes the packet's property of its name; a value that a rule refuses writes nothing. PNG, WebP,
+GIF, HEIF, AVIF, JPEG XL and JPEG 2000 files and side-cars give the XMP object of a JPEG file with the same blocks. All arrays of a
+file together have at most 4 · 65536 items ([limits.md](limits.md)).
 
-Order of the sources: the XMP packet is parsed first, and the properties of an extended packet that it lacks are
-added; then, if the IPTC datasets win ([formats/iptc.md](formats/iptc.md)), all `picturist:` properties are replaced; then each
-TIFF, EXIF and GPS tag replaces the property of its name."""
+Order of the sources: the XMP packet is parsed first, and the properties that only an extended packet has are added. Then, if the
+IPTC datasets have precedence ([formats/iptc.md](formats/iptc.md)), all `picturist:` properties are replaced. Then each TIFF, EXIF
+and GPS tag replaces the property of its name."""
 
-MAKER_NOTES = """The note as a whole is `exif:MakerNote`: its display text, which is a text when the note is one and else its first 24 bytes in
-decimal. Its entries are items of the pool (`lxbridge pool`), and none of them is a property. One is heard all the same:
-NikonRotate becomes the Orientation ([formats/maker-notes.md](formats/maker-notes.md))."""
+MAKER_NOTES = """The whole note becomes `exif:MakerNote`: its display text, which is the note itself if it is a text, else its first 24 bytes in
+decimal. Its entries are items of the pool (`lxbridge pool`) but not converted, with one exception: NikonRotate sets the
+Orientation ([formats/maker-notes.md](formats/maker-notes.md))."""
 
 COLUMNS = "| tag | name | rule | property | in the file | in XMP |\n|---|---|---|---|---|---|"
 
 
 def make_page(rules, examples):
-    page = [HEAD, "", "## Rules", "", "The name is the function's (without `Map`, `LxMap`, `LxSetXMP`); of the IPTC table, its form's.", "",
-            "| rule | file | what it writes |", "|---|---|---|"]
+    page = [HEAD, "", "## Rules", "", "The name is the function's (without `Map`, `LxMap`, `LxSetXMP`), or for IPTC that of the form in the table.", "",
+            "| rule | file | input and property |", "|---|---|---|"]
     for rule, text in RULES.items():
         if any(used == rule for used, _, _ in rules.values()):
             page.append(f"| {rule_cell(rule, None)} | `xmpconv/{rule_file(rule)}` | {text} |")
-    page += ["", "`Rule + Tag`: the rule looks the second tag up, and writes nothing where that is missing or odd (a missing fraction of "
-             "a second is no fault).", ""]
-    page += ["## IFD0 (TIFF 6.0)", "", "ImageDescription is converted only where no IPTC block and no newer packet says it better "
+    page += ["", "`Rule + Tag`: the rule looks up the second tag, and writes nothing if that is missing or invalid (the fraction of a second "
+             "may be missing).", ""]
+    page += ["## IFD0 (TIFF 6.0)", "", "ImageDescription is converted only if there is no better caption in an IPTC block or a newer packet "
              "([formats/iptc.md](formats/iptc.md)).", "", COLUMNS, *mapped("tiff", rules, examples), ""]
     page += ["## EXIF IFD (Exif 2.2, tables 4 and 5)", "",
-             "SubjectArea (0x9214) has a rule, and no name in the EXIF dictionary: an entry without a name becomes no property.",
+             "SubjectArea (0x9214) has a rule but no name in the EXIF dictionary, and entries without a name are not converted.",
              "", COLUMNS, *mapped("exif", rules, examples, 0x100, 0xFDE7), ""]
     page += ["## Raw-converter and aux tags (in the EXIF IFD)", "",
-             "Tags in which a raw converter notes its settings as texts with a label.", "", COLUMNS,
+             "Tags in which a raw converter stores its settings, as texts with a label.", "", COLUMNS,
              *mapped("exif", rules, examples, 0xFDE8), ""]
     page += ["## GPS IFD (Exif 2.2, table 12)", "", COLUMNS, *mapped("gps", rules, examples), ""]
-    page += ["## IPTC-IIM, record 2", "", "Only where the datasets win over the packet. Texts come out of whatever encoding they are in as "
-             "UTF-8; empty ones are passed over.", "", COLUMNS, *mapped("iptc", rules, examples), ""]
+    page += ["## IPTC-IIM, record 2", "", "Only if the datasets take precedence over the packet. Texts are converted to UTF-8 from any encoding; "
+             "empty ones are skipped.", "", COLUMNS, *mapped("iptc", rules, examples), ""]
     page += ["## Maker notes", "", MAKER_NOTES, ""]
-    page += ["## Read, named, and not converted", "", "Shown by `lxbridge pool`. SubSecTime…, the GPS reference letters and GPSDateStamp are used by the rules "
-             "above.", ""]
+    page += ["## Tags that are read but not converted", "", "Shown by `lxbridge pool`. The rules above use SubSecTime…, the GPS reference letters and GPSDateStamp.", ""]
     for block, title in (("tiff", "TIFF"), ("exif", "EXIF"), ("gps", "GPS"), ("iptc", "IPTC")):
         lines = unmapped(block, examples)
         page += [f"**{title}**: " + lines[0], *lines[1:], ""]
@@ -271,10 +270,10 @@ def main():
         PAGE.write_text(page, encoding="utf-8")
         return 0
     old = PAGE.read_text(encoding="utf-8") if PAGE.is_file() else ""
-    for line in difflib.unified_diff(old.splitlines(), page.splitlines(), "docs/mapping.md", "made now", lineterm="", n=1):
+    for line in difflib.unified_diff(old.splitlines(), page.splitlines(), "docs/mapping.md", "generated", lineterm="", n=1):
         print(line)
     if old != page:
-        print("docs/mapping.md is not what it should be; `scripts/docs mapping` writes it anew")
+        print("docs/mapping.md is out of date; `scripts/docs mapping` updates it")
     return 0 if old == page else 1
 
 
