@@ -29,8 +29,6 @@ class LxInterchange {
   [[nodiscard]] LxImportOutcome Outcome() const noexcept;
   [[nodiscard]] LxMetadataPool* Pool() noexcept { return pool_.get(); }
   [[nodiscard]] XMPMetaHolder& Xmp() noexcept { return xmp_; }
-  // Whether the file has an XMP packet that was parsed without error.
-  [[nodiscard]] bool HasNativeXMP() const noexcept { return hasNativeXmp_; }
 
  private:
   // `read` fills the pool and returns the reader's status.

@@ -34,15 +34,6 @@ LxXmpStatus Get(CXMPMeta* xmp, bool argumentsThere, LxXmpText* value, std::uint3
   });
 }
 
-// Calls change(methods, object), which returns the toolkit's error or null.
-template <typename Changer>
-LxXmpStatus Change(CXMPMeta* xmp, bool argumentsThere, Changer change) noexcept {
-  return OnObject(xmp, argumentsThere, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
-    ThrowIfError(change(methods, object));
-    return LX_XMP_OK;
-  });
-}
-
 // Without a value, the options must name a form that needs none.
 bool IsSettable(const char* value, std::uint32_t options) noexcept {
   constexpr std::uint32_t kForms = LX_XMP_STRUCT | LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE | LX_XMP_ALT_TEXT;

@@ -56,6 +56,15 @@ LxXmpStatus OnObject(const CXMPMeta* xmp, bool argumentsThere, Work&& work) noex
   });
 }
 
+// Calls change(methods, object), which returns the toolkit's error or null.
+template <typename Changer>
+LxXmpStatus Change(CXMPMeta* xmp, bool argumentsThere, Changer change) noexcept {
+  return OnObject(xmp, argumentsThere, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
+    TAL_T_NMT::ThrowIfError(change(methods, object));
+    return LX_XMP_OK;
+  });
+}
+
 // Copies the toolkit's text for the host and unlocks it. `place` is an index of the thread's texts.
 template <typename Unlock>
 void Give(std::string GivenTexts::*place, const XMPTextOut& text, LxXmpText* out, Unlock unlock) {

@@ -42,14 +42,6 @@ LxXmpStatus Get(CXMPMeta* xmp, bool argumentsThere, Getter get, Giver give) noex
   });
 }
 
-template <typename Setter>
-LxXmpStatus Set(CXMPMeta* xmp, bool argumentsThere, Setter set) noexcept {
-  return OnObject(xmp, argumentsThere, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
-    ThrowIfError(set(methods, object));
-    return LX_XMP_OK;
-  });
-}
-
 // Whether a text is a rational in the form of EXIF properties (CIPA DC-010): two integers separated by a slash.
 bool ReadRational(std::string_view text, double* value) noexcept {
   const char* const end = text.data() + text.size();
@@ -112,29 +104,32 @@ LxXmpStatus LxXmpGetDate(CXMPMeta* xmp, const char* namespaceUri, const char* pa
 }
 
 LxXmpStatus LxXmpSetBool(CXMPMeta* xmp, const char* namespaceUri, const char* path, int value) {
-  return Set(xmp, namespaceUri != nullptr && path != nullptr, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
-    return methods.setPropertyBool(object, namespaceUri, path, value != 0 ? 1 : 0, 0);
-  });
+  return Change(xmp, namespaceUri != nullptr && path != nullptr,
+                [&](const XMPMetaMethods& methods, XMPObjectRef object) {
+                  return methods.setPropertyBool(object, namespaceUri, path, value != 0 ? 1 : 0, 0);
+                });
 }
 
 LxXmpStatus LxXmpSetInteger(CXMPMeta* xmp, const char* namespaceUri, const char* path, std::int64_t value) {
-  return Set(xmp, namespaceUri != nullptr && path != nullptr, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
-    return methods.setPropertyInt64(object, namespaceUri, path, value, 0);
-  });
+  return Change(xmp, namespaceUri != nullptr && path != nullptr,
+                [&](const XMPMetaMethods& methods, XMPObjectRef object) {
+                  return methods.setPropertyInt64(object, namespaceUri, path, value, 0);
+                });
 }
 
 LxXmpStatus LxXmpSetReal(CXMPMeta* xmp, const char* namespaceUri, const char* path, double value) {
-  return Set(xmp, namespaceUri != nullptr && path != nullptr, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
-    return methods.setPropertyFloat(object, namespaceUri, path, value, 0);
-  });
+  return Change(xmp, namespaceUri != nullptr && path != nullptr,
+                [&](const XMPMetaMethods& methods, XMPObjectRef object) {
+                  return methods.setPropertyFloat(object, namespaceUri, path, value, 0);
+                });
 }
 
 LxXmpStatus LxXmpSetDate(CXMPMeta* xmp, const char* namespaceUri, const char* path, const LxXmpDate* value) {
-  return Set(xmp, namespaceUri != nullptr && path != nullptr && value != nullptr,
-             [&](const XMPMetaMethods& methods, XMPObjectRef object) {
-               const XMPDateTime date = ToolkitDate(*value);
-               return methods.setPropertyDate(object, namespaceUri, path, &date, 0);
-             });
+  return Change(xmp, namespaceUri != nullptr && path != nullptr && value != nullptr,
+                [&](const XMPMetaMethods& methods, XMPObjectRef object) {
+                  const XMPDateTime date = ToolkitDate(*value);
+                  return methods.setPropertyDate(object, namespaceUri, path, &date, 0);
+                });
 }
 
 LxXmpStatus LxXmpNow(LxXmpDate* now) {

@@ -119,12 +119,12 @@ struct LxMetadataPool {
   std::int32_t colourModel;  // LxColourModel
   std::int32_t mcuWidth;     // JPEG only: 8, 16 or 32.
   std::int32_t mcuHeight;
-  std::int32_t hasLayers;    // 0 or 1.
-  std::int32_t hasMetadata;  // 0 or 1: at least one display item exists.
-  std::int32_t orientation;  // LxOrientation
-  std::int32_t fileKind;     // LxFileKind
-  std::int32_t compression;  // LxCompression
-  std::int32_t furtherAttributes[3];
+  std::int32_t hasLayers;             // 0 or 1.
+  std::int32_t hasMetadata;           // 0 or 1: at least one display item exists.
+  std::int32_t orientation;           // LxOrientation
+  std::int32_t fileKind;              // LxFileKind
+  std::int32_t compression;           // LxCompression
+  std::int32_t furtherAttributes[3];  // Reserved, like the next one: they keep the layout.
   std::int32_t readerOption;
   LxBlockCache* blocks;   // Owned; null when nothing of the file is mapped.
   LxMetadataItem* root;   // First of the top-level list.

@@ -4,7 +4,6 @@
 #include <expat.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstring>
 #include <memory>
@@ -86,18 +85,6 @@ bool isNameForReader(std::string_view text) noexcept {
          XML_Parse(parser.get(), text.data(), static_cast<int>(text.size()), 0) == XML_STATUS_OK &&
          XML_Parse(parser.get(), "/>", 2, 1) == XML_STATUS_OK;
 }
-
-constexpr char kBase64Digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-constexpr std::array<std::int8_t, 256> makeBase64Values() {
-  std::array<std::int8_t, 256> values{};
-  for (std::int8_t& value : values) value = -1;
-  for (std::size_t i = 0; i < 64; ++i) {
-    values[static_cast<std::uint8_t>(kBase64Digits[i])] = static_cast<std::int8_t>(i);
-  }
-  return values;
-}
-constexpr std::array<std::int8_t, 256> kBase64Values = makeBase64Values();
 
 }  // namespace
 

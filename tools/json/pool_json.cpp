@@ -63,7 +63,15 @@ std::string PoolStatusName(LxResult status) {
   return name != nullptr ? name : std::to_string(status);
 }
 
-void WritePoolAttributes(JsonWriter* json, const LxMetadataPool& pool) {
+void BeginPool(JsonWriter* json, std::string_view file, LxResult status, const LxMetadataPool& pool) {
+  json->BeginObject();
+  json->Key("file");
+  json->String(file);
+  json->Key("status");
+  json->Integer(status);
+  json->Key("statusName");
+  json->String(PoolStatusName(status));
+  json->Key("attributes");
   json->BeginObject();
   json->Key("width");
   json->Integer(pool.width);
@@ -95,15 +103,7 @@ void WritePoolAttributes(JsonWriter* json, const LxMetadataPool& pool) {
 void WritePoolJson(std::string* out, std::string_view file, LxResult status, const LxMetadataPool& pool,
                    Layout layout) {
   JsonWriter json(out, layout);
-  json.BeginObject();
-  json.Key("file");
-  json.String(file);
-  json.Key("status");
-  json.Integer(status);
-  json.Key("statusName");
-  json.String(PoolStatusName(status));
-  json.Key("attributes");
-  WritePoolAttributes(&json, pool);
+  BeginPool(&json, file, status, pool);
   json.Key("items");
   WriteItems(&json, pool.root, FileOffsets(pool));
   json.EndObject();

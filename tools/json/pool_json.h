@@ -14,8 +14,8 @@ namespace lxbridge::json {
 // The kit's name of a reader's result; the number if it has no name.
 [[nodiscard]] std::string PoolStatusName(LxResult status);
 
-// Writes the value of "attributes".
-void WritePoolAttributes(JsonWriter* json, const LxMetadataPool& pool);
+// Begins the object with all members before "items": "file", "status", "statusName", "attributes".
+void BeginPool(JsonWriter* json, std::string_view file, LxResult status, const LxMetadataPool& pool);
 
 // Appends the object and a line end. `file` is the file name to write.
 void WritePoolJson(std::string* out, std::string_view file, LxResult status, const LxMetadataPool& pool,

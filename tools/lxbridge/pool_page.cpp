@@ -76,15 +76,7 @@ class Page {
   std::string Data(std::string_view file, LxResult status) {
     std::string out;
     json::JsonWriter json(&out);
-    json.BeginObject();
-    json.Key("file");
-    json.String(file);
-    json.Key("status");
-    json.Integer(status);
-    json.Key("statusName");
-    json.String(json::PoolStatusName(status));
-    json.Key("attributes");
-    json::WritePoolAttributes(&json, pool_);
+    json::BeginPool(&json, file, status, pool_);
     json.Key("items");
     json.BeginArray();
     for (const Row& row : rows_) WriteItem(row, &json);

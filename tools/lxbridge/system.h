@@ -50,6 +50,11 @@ class StandardInput {
 
  private:
   std::string CopyAll() const;
+  // At least a byte of the source; 0 at the end; -1: see errno.
+  std::ptrdiff_t ReadSource(char* buffer, std::size_t length) const;
+  // Appends to the temporary file, or moves to its beginning. False: see errno.
+  static bool WriteCopy(std::string_view bytes);
+  static bool RewindCopy();
 
   int source_ = -1;  // The original standard input; -1: it can seek.
   int problem_ = 0;  // errno, if the temporary file could not be created.

@@ -25,8 +25,6 @@ namespace lxbridge::command {
 
 namespace {
 
-constexpr std::int64_t kLongestStandardInput = std::int64_t{4} << 30;
-constexpr std::size_t kCopyBlock = 64 * 1024;
 constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 volatile sig_atomic_t writing = 0;
@@ -190,31 +188,16 @@ void StandardInput::Prepare() {
   (void)::close(file);
 }
 
-const std::string& StandardInput::Fill() {
-  if (!filled_) {
-    filled_ = true;
-    if (problem_ != 0) {
-      failure_ = std::strerror(problem_);
-    } else if (source_ >= 0) {
-      failure_ = CopyAll();
-    }
-  }
-  return failure_;
+std::ptrdiff_t StandardInput::ReadSource(char* buffer, std::size_t length) const {
+  return ReadSome(source_, buffer, length);
 }
 
-std::string StandardInput::CopyAll() const {
-  char block[kCopyBlock];
-  for (std::int64_t copied = 0;;) {
-    const std::ptrdiff_t got = ReadSome(source_, block, kCopyBlock);
-    if (got < 0) return std::strerror(errno);
-    if (got == 0) break;
-    copied += got;
-    if (copied > kLongestStandardInput) return "longer than 4 GiB";
-    if (!WriteAll(STDIN_FILENO, std::string_view(block, static_cast<std::size_t>(got)))) {
-      return std::strerror(errno);
-    }
-  }
-  return ::lseek(STDIN_FILENO, 0, SEEK_SET) == 0 ? std::string() : std::strerror(errno);
+bool StandardInput::WriteCopy(std::string_view bytes) {
+  return WriteAll(STDIN_FILENO, bytes);
+}
+
+bool StandardInput::RewindCopy() {
+  return ::lseek(STDIN_FILENO, 0, SEEK_SET) == 0;
 }
 
 struct FolderReader::State {

@@ -18,8 +18,6 @@ namespace lxbridge::command {
 
 namespace {
 
-constexpr std::int64_t kLongestStandardInput = std::int64_t{4} << 30;
-constexpr std::size_t kCopyBlock = 64 * 1024;
 // Longer paths need the extended-length form; folder names leave space for a name of 8.3.
 constexpr std::size_t kLongestPlainPath = 247;
 
@@ -167,29 +165,16 @@ void StandardInput::Prepare() {
   (void)SetStdHandle(STD_INPUT_HANDLE, HandleOf(0));
 }
 
-const std::string& StandardInput::Fill() {
-  if (!filled_) {
-    filled_ = true;
-    if (problem_ != 0) {
-      failure_ = std::strerror(problem_);
-    } else if (source_ >= 0) {
-      failure_ = CopyAll();
-    }
-  }
-  return failure_;
+std::ptrdiff_t StandardInput::ReadSource(char* buffer, std::size_t length) const {
+  return _read(source_, buffer, static_cast<unsigned>(length));
 }
 
-std::string StandardInput::CopyAll() const {
-  char block[kCopyBlock];
-  for (std::int64_t copied = 0;;) {
-    const int got = _read(source_, block, sizeof block);
-    if (got < 0) return std::strerror(errno);
-    if (got == 0) break;
-    copied += got;
-    if (copied > kLongestStandardInput) return "longer than 4 GiB";
-    if (_write(0, block, static_cast<unsigned>(got)) != got) return std::strerror(errno);
-  }
-  return _lseeki64(0, 0, SEEK_SET) == 0 ? std::string() : std::strerror(errno);
+bool StandardInput::WriteCopy(std::string_view bytes) {
+  return _write(0, bytes.data(), static_cast<unsigned>(bytes.size())) == static_cast<int>(bytes.size());
+}
+
+bool StandardInput::RewindCopy() {
+  return _lseeki64(0, 0, SEEK_SET) == 0;
 }
 
 struct FolderReader::State {
