@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
-"""Shows Doxygen the comments of a header as documentation: the headers are written for readers, without marks of any tool.
+"""Converts the comments of a header to Doxygen's, since the headers have no markup for tools.
 
-A comment directly in front of a declaration documents that; one that stands alone (the head of the file, a section's) goes to
-the page of the file. Indented lines are shown as they are.
+A comment directly before a declaration documents it; a separate comment (at the top of the file or of a section) goes to the
+page of the file. Indented lines are shown verbatim.
 """
 import re
 import sys
 
 
 def blocks(lines):
-    """The file as (comment text lines, None) and (None, code line), in order. A comment behind code stays with its line."""
+    """The file as (comment text lines, None) and (None, code line), in order. A comment after code stays with its line."""
     at = 0
     while at < len(lines):
         line = lines[at]
@@ -41,7 +41,7 @@ def shown(text):
         if indented != inside and (indented or line):
             lines.append("@verbatim" if indented else "@endverbatim")
             inside = indented
-        # What is no HTML and no link is not to be taken for one.
+        # Escaped, so that nothing is taken for HTML or a link.
         lines.append(line if inside else re.sub(r"([<>#@\\%])", r"\\\1", line))
     if inside:
         lines.append("@endverbatim")
@@ -49,7 +49,7 @@ def shown(text):
 
 
 class Braces:
-    """Where the code is: at a place where declarations stand, or within the body of a function."""
+    """Tracks whether the code is between declarations or within the body of a function."""
 
     def __init__(self):
         self.stack, self.statement = [], ""
@@ -80,7 +80,7 @@ class Braces:
 
 
 def declares_several(parts, at):
-    """Whether several declarations of a line each, or without bodies, stand directly behind a comment: it is about all."""
+    """Whether a comment is directly followed by several declarations of one line, or without bodies: it documents all of them."""
     braces, ends = Braces(), 0
     for text, code in parts[at:]:
         if text is not None or not code.strip() or not braces.stack and re.match(r"\s*(\}|#(?!define))", code):
@@ -102,7 +102,7 @@ def main():
             grouped = False
         if text is None:
             braces.read(code)
-            # A remark behind a field or an enumerator.
+            # A comment after a field or an enumerator.
             if not braces.in_body() and not code.startswith("#"):
                 code = re.sub(r"(\S)\s+//(?![/!<]) ?(.*)$", r"\1  ///< \2", code)
                 code = re.sub(r"(\S)\s+/\*(?![*!]) ?", r"\1  /**< ", code)

@@ -97,7 +97,7 @@ LxXmpStatus LxXmpOpenMemory(const void* bytes, std::size_t length, LxInterchange
     const std::int32_t result = procs.newFromMemory(bytes, length, &opened);
     if (result == kNoMemory) return Fail(LX_XMP_NO_MEMORY, "out of memory");
     if (result != 0 || opened == nullptr) {
-      return Fail(LX_XMP_UNAVAILABLE, "LxBridge's broker or XMP toolkit refused to make an object");
+      return Fail(LX_XMP_UNAVAILABLE, "LxBridge's broker or XMP toolkit refused to create an object");
     }
     *file = opened;
     return LX_XMP_OK;

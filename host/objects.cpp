@@ -22,7 +22,7 @@ static_assert(LX_XMP_OMIT_WRAPPER == kXMPSerializeOmitWrapper && LX_XMP_READ_ONL
 template <typename Work>
 LxXmpStatus OnTwo(const CXMPMeta* left, const CXMPMeta* right, bool argumentsThere, Work work) noexcept {
   return OnObject(left, argumentsThere && right != nullptr, [&](const XMPMetaMethods&, XMPObjectRef object) {
-    if (right->Object() == nullptr) return Fail(LX_XMP_BAD_ARGUMENT, "the XMP object holds nothing of the toolkit");
+    if (right->Object() == nullptr) return Fail(LX_XMP_BAD_ARGUMENT, "the XMP object has no toolkit object");
     work(object, right->Object());
     return LX_XMP_OK;
   });

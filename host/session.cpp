@@ -51,7 +51,7 @@ void KeepMessage(std::string_view message) noexcept {
 
 LxXmpStatus FailBy(const CTALError& error) noexcept {
   const TALErrorProcs* procs = TAL_T_NMT::ErrorProcs();
-  if (procs == nullptr) return Fail(LX_XMP_UNAVAILABLE, "the interface broker has no errors any more");
+  if (procs == nullptr) return Fail(LX_XMP_UNAVAILABLE, "the interface broker is stopped");
   if (error.Reference() == procs->getCoreError(0)) return Fail(LX_XMP_NO_MEMORY, error.what());
   // This is how the clients report a missing procedure; a missing method has a text but no component.
   if (*error.what() == '\0') return Fail(LX_XMP_UNAVAILABLE, "the broker or the XMP toolkit lacks a procedure");
@@ -93,7 +93,7 @@ LxXmpStatus StartClients() noexcept {
       status = Fail(LX_XMP_UNAVAILABLE, "the XMP toolkit did not start");
     } else if (pthread_key_create(&textsKey, DropTexts) != 0) {
       StopXMPClient();
-      status = Fail(LX_XMP_NO_MEMORY, "the system has no more places for the data of threads");
+      status = Fail(LX_XMP_NO_MEMORY, "the system has no thread-specific keys left");
     }
   } catch (const std::bad_alloc&) {
     status = Fail(LX_XMP_NO_MEMORY, "out of memory");

@@ -51,7 +51,7 @@ LxXmpStatus OnObject(const CXMPMeta* xmp, bool argumentsThere, Work&& work) noex
   return Guarded([&] {
     if (xmp == nullptr || !argumentsThere) return NullArgument();
     const XMPObjectRef object = xmp->Object();
-    if (object == nullptr) return Fail(LX_XMP_BAD_ARGUMENT, "the XMP object holds nothing of the toolkit");
+    if (object == nullptr) return Fail(LX_XMP_BAD_ARGUMENT, "the XMP object has no toolkit object");
     return work(XMPMethodsOf(object), object);
   });
 }

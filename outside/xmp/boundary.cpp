@@ -201,7 +201,7 @@ std::string_view requiredBytes(const char* bytes, std::uint32_t length) {
 }
 
 void requireNoOptions(std::uint32_t options) {
-  if (options != 0) throw ToolkitError(ErrorId::kBadOptions, "there are no options here");
+  if (options != 0) throw ToolkitError(ErrorId::kBadOptions, "the procedure has no options");
 }
 
 }  // namespace velto

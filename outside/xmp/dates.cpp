@@ -169,7 +169,7 @@ class DateReader {
 
 void checkDate(const XMPDateTime& date) {
   if (const char* fault = faultOf(date)) {
-    throw ToolkitError(ErrorId::kBadDate, std::string("the date names no instant: its ") + fault + " is out of range");
+    throw ToolkitError(ErrorId::kBadDate, std::string("the date is invalid: its ") + fault + " is out of range");
   }
 }
 
@@ -216,7 +216,7 @@ XMPDateTime parseDate(std::string_view text) {
   date.day = 1;
   DateReader reader(text);
   if (!reader.takeDate(date) || !reader.atEnd() || faultOf(date) != nullptr) {
-    throw ToolkitError(ErrorId::kBadDate, "'" + repairText(text) + "' is no date");
+    throw ToolkitError(ErrorId::kBadDate, "'" + repairText(text) + "' is not a date");
   }
   return date;
 }

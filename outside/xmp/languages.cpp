@@ -72,7 +72,7 @@ NodePtr makeLocalized(Object& object, std::string_view language, std::string_vie
 
 void requireAltText(const Path& path, const Node* array) {
   if ((array->options & kXMPPropIsAlternate) == 0 || (!array->children.empty() && !isAltText(array))) {
-    raiseAt(ErrorId::kBadForm, path, "is no language alternative");
+    raiseAt(ErrorId::kBadForm, path, "is not a language alternative");
   }
 }
 
@@ -80,7 +80,7 @@ void requireAltText(const Path& path, const Node* array) {
 
 Node* chooseLocalized(const Path& path, const Node* array, std::string_view generic, std::string_view specific) {
   const Languages languages(generic, specific);
-  if ((array->options & kXMPPropIsAlternate) == 0) raiseAt(ErrorId::kBadForm, path, "is no language alternative");
+  if ((array->options & kXMPPropIsAlternate) == 0) raiseAt(ErrorId::kBadForm, path, "is not a language alternative");
   const Choice choice = lookUp(array, languages);
   if (choice.specific != nullptr) return choice.specific;
   if (choice.generic != nullptr) return choice.generic;

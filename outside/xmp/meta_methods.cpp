@@ -257,7 +257,8 @@ TALErrorRef getTyped(XMPObjectRef self, const char* schema, const char* name, Va
     Value parsed{};
     if (node != nullptr) {
       if (!node->isSimple()) {
-        throw ToolkitError(ErrorId::kBadForm, "'" + std::string(name) + "' is an array or a struct, no simple value");
+        throw ToolkitError(ErrorId::kBadForm,
+                           "'" + std::string(name) + "' is an array or a struct, not a simple value");
       }
       parsed = parse(node->value());
     }
@@ -421,7 +422,7 @@ TALErrorRef getWarning(XMPObjectRef self, std::uint32_t index, std::uint32_t* li
   return guarded([&] {
     Instance& instance = instanceOf(self);
     const std::vector<Warning>& kept = instance.object.warnings.kept();
-    if (index >= kept.size()) throw ToolkitError(ErrorId::kBadIndex, "there are not so many warnings");
+    if (index >= kept.size()) throw ToolkitError(ErrorId::kBadIndex, "there are fewer warnings");
     give(line, kept[index].line);
     give(column, kept[index].column);
     giveText(instance.texts, text, kept[index].text);

@@ -13,7 +13,7 @@ constinit thread_local ThreadTexts texts;
 
 TALErrorRef newWithBuffer(const char* bytes, std::uint32_t length, XMPObjectRef* result) {
   return guarded([&] {
-    *required(result, "there is no place for the new object") = nullptr;
+    *required(result, "the result pointer is null") = nullptr;
     const std::string_view packet = requiredBytes(bytes, length);
     auto instance = std::make_unique<Instance>();
     if (!packet.empty()) {
@@ -26,7 +26,7 @@ TALErrorRef newWithBuffer(const char* bytes, std::uint32_t length, XMPObjectRef*
 
 TALErrorRef newCopy(XMPObjectRef source, XMPObjectRef* result) {
   return guarded([&] {
-    *required(result, "there is no place for the new object") = nullptr;
+    *required(result, "the result pointer is null") = nullptr;
     const Instance& original = instanceOf(source);
     auto instance = std::make_unique<Instance>();
     instance->object.copyFrom(original.object);

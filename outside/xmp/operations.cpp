@@ -43,7 +43,7 @@ std::uint32_t checkedLeafForm(const char* text, std::uint32_t options) {
   if (text != nullptr && options == 0) return 0;
   const std::uint32_t form = checkedForm(options);
   if (text != nullptr && (form & kContainerBits) != 0) {
-    throw ToolkitError(ErrorId::kBadOptions, "an array or a struct has no text of its own");
+    throw ToolkitError(ErrorId::kBadOptions, "an array or a struct has no text");
   }
   if (text == nullptr && (form & kContainerBits) == 0) {
     throw ToolkitError(ErrorId::kBadParameter, "a simple value needs a text");
@@ -53,11 +53,11 @@ std::uint32_t checkedLeafForm(const char* text, std::uint32_t options) {
 
 void assignLeaf(const Path& path, Node* node, const StoredText& text, std::uint32_t form) {
   if (!text.isThere()) {
-    if ((node->options & kFormBits) != form) raiseAt(ErrorId::kBadForm, path, "is of another form already");
+    if ((node->options & kFormBits) != form) raiseAt(ErrorId::kBadForm, path, "already has another form");
     node->children.clear();
     return;
   }
-  if (!node->isSimple()) raiseAt(ErrorId::kBadForm, path, "is an array or a struct, which no text can be set to");
+  if (!node->isSimple()) raiseAt(ErrorId::kBadForm, path, "is an array or a struct and cannot have a text");
   node->setValue(text.get());
   node->options = form;
 }
@@ -91,14 +91,14 @@ std::uint32_t checkedForm(std::uint32_t options) {
     throw ToolkitError(ErrorId::kBadOptions, "a property is an array or a struct, not both");
   }
   if ((form & kXMPPropValueIsURI) != 0 && (form & kContainerBits) != 0) {
-    throw ToolkitError(ErrorId::kBadOptions, "an array or a struct is no URI");
+    throw ToolkitError(ErrorId::kBadOptions, "an array or a struct is not a URI");
   }
   return form & ~kXMPPropIsAltText;  // The items determine it.
 }
 
 std::uint32_t checkedArrayForm(std::uint32_t options) {
   const std::uint32_t form = checkedForm(options);
-  if ((form & kXMPPropIsArray) == 0) throw ToolkitError(ErrorId::kBadOptions, "the options name no form of array");
+  if ((form & kXMPPropIsArray) == 0) throw ToolkitError(ErrorId::kBadOptions, "the options have no array form");
   return form;
 }
 
@@ -107,7 +107,7 @@ Node* setNode(Object& object, const Path& path, const char* text, std::uint32_t 
   if (path.steps.empty()) return setProperty(object, path, StoredText(text), form);
   std::string language;
   if (isLanguagePath(path)) {
-    if (form != 0) raiseAt(ErrorId::kBadOptions, path, "is a language, so a simple value");
+    if (form != 0) raiseAt(ErrorId::kBadOptions, path, "is a language and must be a simple value");
     language = checkedLanguage(text);
     text = language.c_str();
   }
@@ -127,7 +127,7 @@ Node* setNode(Object& object, const Path& path, const char* text, std::uint32_t 
 
 Node* findArray(const Object& object, const Path& path) {
   Node* node = findNode(object, path);
-  if (node != nullptr && !node->isArray()) raiseAt(ErrorId::kBadForm, path, "is no array");
+  if (node != nullptr && !node->isArray()) raiseAt(ErrorId::kBadForm, path, "is not an array");
   return node;
 }
 
@@ -138,13 +138,13 @@ Node* appendItem(Object& object, const Path& array, std::uint32_t arrayOptions, 
   checkDepth(array, 2);
   const Place place = locate(object, array);
   if (place.missing == 0) {
-    if (!place.node->isArray()) raiseAt(ErrorId::kBadForm, array, "is no array");
+    if (!place.node->isArray()) raiseAt(ErrorId::kBadForm, array, "is not an array");
     if (form != 0 && place.node->options != form) raiseAt(ErrorId::kBadForm, array, "is an array of another form");
     return appendChild(place.node, std::move(item));
   }
   if ((form & kXMPPropIsArray) == 0) {
     raiseAt(form == 0 ? ErrorId::kNotThere : ErrorId::kBadOptions, array,
-            "is not there, and the options name no form of array");
+            "does not exist, and the options have no array form");
   }
   NodePtr fresh = makeLeaf(object, array, form);
   Node* result = appendChild(fresh.get(), std::move(item));
@@ -156,7 +156,7 @@ Node* insertItem(Object& object, const Path& array, std::int32_t index, const ch
   NodePtr item = makeItemOf(object, text, options);
   checkDepth(array, 2);
   Node* node = findArray(object, array);
-  if (node == nullptr) raiseAt(ErrorId::kNotThere, array, "is not there");
+  if (node == nullptr) raiseAt(ErrorId::kNotThere, array, "does not exist");
   Node* before = node->children.last();
   if (index != kXMPLastItem) {
     const std::size_t count = node->children.size();

@@ -13,13 +13,13 @@ namespace {
 constexpr PathProblem kUnknownSchema = {ErrorId::kBadSchema, "the schema is not a registered namespace"};
 constexpr PathProblem kForeignPrefix = {ErrorId::kBadSchema, "the first name's prefix is not that of the schema"};
 constexpr PathProblem kUnknownPrefix = {ErrorId::kBadSchema, "a prefix is not registered"};
-constexpr PathProblem kNotAName = {ErrorId::kBadName, "a name is no XML name"};
+constexpr PathProblem kNotAName = {ErrorId::kBadName, "a name is not an XML name"};
 constexpr PathProblem kNoPrefix = {ErrorId::kBadPath, "the name of a field or qualifier needs a prefix"};
-constexpr PathProblem kNoStep = {ErrorId::kBadPath, "a name can be followed by '/' or '[' only"};
-constexpr PathProblem kBadSelector = {ErrorId::kBadPath, "in '[]' stands an index, last() or a name with its value"};
-constexpr PathProblem kOutsideArray = {ErrorId::kBadIndex, "an array index is 1 to 2147483647"};
-constexpr PathProblem kNotALanguage = {ErrorId::kBadLanguage, "the value of xml:lang is no language tag"};
-constexpr PathProblem kBelowLimit = {ErrorId::kTooDeep, "the path leads too deep"};
+constexpr PathProblem kNoStep = {ErrorId::kBadPath, "a name can only be followed by '/' or '['"};
+constexpr PathProblem kBadSelector = {ErrorId::kBadPath, "'[]' must contain an index, last() or a name with a value"};
+constexpr PathProblem kOutsideArray = {ErrorId::kBadIndex, "an array index must be 1 to 2147483647"};
+constexpr PathProblem kNotALanguage = {ErrorId::kBadLanguage, "the value of xml:lang is not a language tag"};
+constexpr PathProblem kBelowLimit = {ErrorId::kTooDeep, "the path is too deep"};
 
 // The ASCII bytes of names: 1 for those that may start a name, 2 for the others.
 constexpr std::array<std::uint8_t, 256> makeNameBytes() {

@@ -20,18 +20,19 @@ void checkUsableName(const Path& path, const Step* step) {
   const Namespace* ns = step != nullptr ? step->ns : path.schema();
   const bool isQualifier = step != nullptr && step->kind == Step::Kind::kQualifier;
   if (ns == wellKnown().xml && !(isQualifier && step->name == "lang")) {
-    raiseAt(ErrorId::kBadName, path, "cannot be set: of the namespace xml only the qualifier lang can");
+    raiseAt(ErrorId::kBadName, path, "cannot be set: in the namespace xml, only the qualifier lang can");
   }
   if (ns == wellKnown().rdf && !(isQualifier && step->name == "type")) {
-    raiseAt(ErrorId::kBadName, path, "cannot be set: of the namespace rdf only the qualifier type can");
+    raiseAt(ErrorId::kBadName, path, "cannot be set: in the namespace rdf, only the qualifier type can");
   }
 }
 
 void requireForm(const Path& path, const Node* node, const Step& step) {
   if (step.kind == Step::Kind::kField && !node->isStruct()) {
-    raiseAt(ErrorId::kBadForm, path, "leads to a field of what is no struct");
+    raiseAt(ErrorId::kBadForm, path, "leads to a field, but the node is not a struct");
   }
-  if (isItemStep(step) && !node->isArray()) raiseAt(ErrorId::kBadForm, path, "leads to an item of what is no array");
+  if (isItemStep(step) && !node->isArray())
+    raiseAt(ErrorId::kBadForm, path, "leads to an item, but the node is not an array");
   // It is an attribute in RDF/XML.
   if (node->ns == wellKnown().xml) raiseAt(ErrorId::kBadForm, path, "gives a qualifier to a language");
 }
@@ -40,14 +41,14 @@ void requireForm(const Path& path, const Node* node, const Step& step) {
 void requireAddable(const Path& path, const Node* node, const Step& step) {
   switch (step.kind) {
     case Step::Kind::kItem:
-      if (step.index != node->children.size() + 1) raiseAt(ErrorId::kBadIndex, path, "leads behind the array's end");
+      if (step.index != node->children.size() + 1) raiseAt(ErrorId::kBadIndex, path, "leads past the end of the array");
       break;
     case Step::Kind::kByField:
       raiseAt(ErrorId::kNotThere, path, "selects no item");
     case Step::Kind::kByQualifier:
       if (!isLanguageSelector(step)) raiseAt(ErrorId::kNotThere, path, "selects no item");
       if ((node->options & kXMPPropIsAlternate) == 0) {
-        raiseAt(ErrorId::kBadForm, path, "selects by language in what is no language alternative");
+        raiseAt(ErrorId::kBadForm, path, "selects by language, but the array is not a language alternative");
       }
       break;
     case Step::Kind::kField:
@@ -63,7 +64,7 @@ std::uint32_t impliedForm(const Path& path, std::size_t level, const Step& next)
   if (isLanguageSelector(next)) return checkedForm(kXMPPropIsAltText);
   const bool isFirstItem = next.kind == Step::Kind::kLastItem || (next.kind == Step::Kind::kItem && next.index == 1);
   const std::uint32_t form = level == 0 && isFirstItem ? standardForm(path.schema(), path.name()) : 0;
-  if (form == 0) raiseAt(ErrorId::kNotThere, path, "cannot be made: what it belongs to is not there");
+  if (form == 0) raiseAt(ErrorId::kNotThere, path, "cannot be created: its parent does not exist");
   return form & ~kXMPPropIsAltText;
 }
 
@@ -98,12 +99,12 @@ void raiseAt(ErrorId id, const Path& path, const char* what) {
 }
 
 void checkDepth(const Path& path, std::uint32_t height) {
-  if (path.steps.size() + height > kDepthLimit) raiseAt(ErrorId::kTooDeep, path, "would nest too deep");
+  if (path.steps.size() + height > kDepthLimit) raiseAt(ErrorId::kTooDeep, path, "would be nested too deep");
 }
 
 std::string checkedLanguage(std::string_view language) {
   if (!isLanguageTag(language)) {
-    throw ToolkitError(ErrorId::kBadLanguage, "'" + repairText(language) + "' is no language tag");
+    throw ToolkitError(ErrorId::kBadLanguage, "'" + repairText(language) + "' is not a language tag");
   }
   return normalizeLanguage(language);
 }

@@ -179,7 +179,7 @@ struct PacketParser::State {
   }
   static void XMLCALL onDoctype(void* user, const XML_Char*, const XML_Char*, const XML_Char*, int hasSubset) noexcept {
     if (hasSubset == 0) return;
-    guarded(user, [](State& state) { state.fail(ErrorId::kBadXML, "the document type declares something"); });
+    guarded(user, [](State& state) { state.fail(ErrorId::kBadXML, "the document type has declarations"); });
   }
   static void XMLCALL onSkippedEntity(void* user, const XML_Char* name, int) noexcept {
     guarded(user, [&](State& state) { state.skipEntity(name); });
@@ -308,7 +308,7 @@ void PacketParser::State::feed(std::string_view bytes, bool last) {
 }
 
 void PacketParser::State::parse(std::string_view clean, bool last) {
-  if (last && !decoder.hasStarted()) fail(ErrorId::kBadXML, "no packet: nothing in it starts an element");
+  if (last && !decoder.hasStarted()) fail(ErrorId::kBadXML, "not a packet: it has no element");
   constexpr std::size_t kLongest = std::size_t{1} << 30;
   static_assert(kLongest <= INT_MAX);
   do {
@@ -337,7 +337,7 @@ void PacketParser::State::fail(ErrorId id, const std::string& what) {
   std::uint32_t line = 1;
   std::uint32_t column = 1;
   place(line, column);
-  object->warnings.addLast({line, column, what + "; what follows is lost"});
+  object->warnings.addLast({line, column, what + "; the rest is lost"});
   throw ToolkitError(id, "line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + what);
 }
 
@@ -380,7 +380,7 @@ bool PacketParser::State::resolve(std::string_view qualified, bool isAttribute, 
   const std::string_view prefix = hasPrefix ? qualified.substr(0, colon) : std::string_view();
   // Expat has accepted the whole as a name; both parts must be names.
   if (hasPrefix && (prefix.empty() || name.local.find(':') != std::string_view::npos || !startsAsName(name.local))) {
-    return warn("", qualified, " is no name with a prefix");
+    return warn("", qualified, " is not a name with a prefix");
   }
   PrefixBinding* const binding = prefixes.find(prefix);
   if (binding == nullptr || binding->uri.empty()) {
@@ -418,7 +418,7 @@ void PacketParser::State::addProperty(NodePtr node) {
   if (schema->children.find(node->ns, node->name()) == nullptr) {
     appendChild(schema, std::move(node));
   } else {
-    warn("the property ", node->name(), " is there already");
+    warn("the property ", node->name(), " occurs twice");
   }
 }
 
@@ -428,7 +428,7 @@ bool PacketParser::State::addField(Frame& frame, NodePtr node) {
   if (parent->children.find(node->ns, node->name()) == nullptr) {
     appendChild(parent, std::move(node));
   } else {
-    warn("the field ", node->name(), " is there already");
+    warn("the field ", node->name(), " occurs twice");
   }
   return true;
 }
@@ -437,7 +437,7 @@ void PacketParser::State::addQualifierOnce(Node* node, NodePtr qualifier) {
   if (node->qualifiers.find(qualifier->ns, qualifier->name()) == nullptr) {
     addQualifier(node, std::move(qualifier));
   } else {
-    warn("the qualifier ", qualifier->name(), " is there already");
+    warn("the qualifier ", qualifier->name(), " occurs twice");
   }
 }
 
@@ -640,7 +640,7 @@ bool PacketParser::State::startProperty(std::string_view qualified, const Name& 
 bool PacketParser::State::startItem(std::string_view qualified, const Name& name, Attributes attributes, Frame frame) {
   const bool isItem = name.ns == known.rdf && (name.local == "li" || (name.local.size() > 1 && name.local[0] == '_' &&
                                                                       name.local[1] >= '0' && name.local[1] <= '9'));
-  if (!isItem) return warn("an array has the element ", qualified, " where items are");
+  if (!isItem) return warn("an array has the element ", qualified, " instead of an item");
   frame.depth = frames.back().depth + 1;
   if (!checkDepth(frame.depth)) return false;
   frame.owned = makeItem(object->storage, 0);
@@ -786,7 +786,7 @@ void PacketParser::State::addText(std::string_view piece) {
   }
   if (isBlank(piece)) return;
   // A text may arrive in several pieces.
-  if (!hasWarnedOfText) warn("text stands where only elements may");
+  if (!hasWarnedOfText) warn("text is not allowed between these elements");
   hasWarnedOfText = true;
   if (isInProperty()) dropProperty(0);
 }

@@ -389,7 +389,7 @@ void serializeObject(const Object& object, const SerializeOptions& options, std:
     text.put(trailer);
   }
   if (text.length() > std::numeric_limits<std::uint32_t>::max()) {
-    throw ToolkitError(ErrorId::kTooLong, "the packet is longer than 32 bits can say");
+    throw ToolkitError(ErrorId::kTooLong, "the packet is longer than 4 GiB");
   }
   packet = text.take();
 }

@@ -20,7 +20,7 @@ class TextStore {
  public:
   // A copy with a terminating zero byte.
   XMPTextOut keep(std::string_view text) {
-    if (text.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long to be handed out");
+    if (text.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long");
     char* place = take(text.size() + 1);
     if (!text.empty()) std::memcpy(place, text.data(), text.size());
     place[text.size()] = '\0';
@@ -74,7 +74,7 @@ class TextStore {
 class ThreadTexts {
  public:
   XMPTextOut keep(std::string_view text) {
-    if (text.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long to be handed out");
+    if (text.size() >= UINT32_MAX) throw ToolkitError(ErrorId::kTooLong, "the text is too long");
     char* place = first_ + used_;
     if (text.size() < sizeof first_ - used_) {
       used_ += text.size() + 1;

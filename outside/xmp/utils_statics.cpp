@@ -28,7 +28,7 @@ TALErrorRef composeStructFieldPath(const char* schema, const char* structName, c
 }
 
 TALErrorRef currentDateTime(XMPDateTime* value) {
-  return guarded([&] { *required(value, "there is no place for the date") = currentDate(); });
+  return guarded([&] { *required(value, "the result pointer is null") = currentDate(); });
 }
 
 TALErrorRef setTimeZone(XMPDateTime* value) {

@@ -18,7 +18,7 @@ std::string_view trimmed(std::string_view text) noexcept {
 }
 
 [[noreturn]] void refuse(std::string_view text, const char* type) {
-  throw ToolkitError(ErrorId::kBadValue, "'" + repairText(text) + "' is no " + type);
+  throw ToolkitError(ErrorId::kBadValue, "'" + repairText(text) + "' is not a " + type);
 }
 
 bool equalsLower(std::string_view text, std::string_view lowerCase) noexcept {
@@ -52,7 +52,7 @@ std::string formatInt(std::int64_t value) {
 }
 
 std::string formatFloat(double value) {
-  if (!std::isfinite(value)) throw ToolkitError(ErrorId::kBadValue, "an infinite number, or none, has no text");
+  if (!std::isfinite(value)) throw ToolkitError(ErrorId::kBadValue, "an infinite number or NaN has no text");
   char text[400];  // The smallest number has 324 decimals, the largest 309 digits.
   const auto result = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed);
   return std::string(text, result.ptr);
@@ -66,7 +66,7 @@ bool parseBool(std::string_view text) {
 }
 
 std::int64_t parseInt64(std::string_view text) {
-  return parseNumber<std::int64_t>(text, "integer of 64 bits");
+  return parseNumber<std::int64_t>(text, "64-bit integer");
 }
 
 double parseFloat(std::string_view text) {

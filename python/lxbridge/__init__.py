@@ -69,7 +69,7 @@ def _told(call: _Callable[[object, bool], _Tuple[_Tuple[int, int], str]], file: 
 
 
 def open(file: _source.Source) -> Photo:
-    """The XMP object of the file, to be read and changed."""
+    """The XMP object of the file, for reading and changing."""
     contents, in_memory, name = _source.resolve(file)
     xmp = _lxbridge.Object(contents, in_memory)
     _source.check(xmp.reading(), file)
@@ -94,7 +94,7 @@ def xmp(file: _source.Source) -> types.Xmp:
 
 
 def packet(file: _source.Source) -> str:
-    """The file's XMP object as a serialised packet, as lxbridge xmp prints it, without a line end after it."""
+    """The file's XMP object as a serialised packet, as printed by lxbridge xmp, without the final line end."""
     return _read(_lxbridge.packet, file)[0]
 
 

@@ -1,24 +1,24 @@
-"""The errors of the package, which shows them as its own."""
+"""The exceptions of the package."""
 
 
 class Error(Exception):
-    """What every error of this module is."""
+    """The base class of all errors of this module."""
 
 
 class ReadError(Error, OSError):
-    """The file cannot be read; errno, strerror and filename say why."""
+    """The file cannot be read; see errno, strerror and filename."""
 
 
 class NotFoundError(ReadError, FileNotFoundError):
-    """There is no such file."""
+    """The file does not exist."""
 
 
 class DirectoryError(ReadError, IsADirectoryError):
-    """The path is that of a directory."""
+    """The path is a directory."""
 
 
 class DeniedError(ReadError, PermissionError):
-    """The file may not be read."""
+    """The system does not allow the file to be read."""
 
 
 class ToolkitError(Error, RuntimeError):

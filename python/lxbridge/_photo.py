@@ -20,7 +20,7 @@ _Path = Union[str, "os.PathLike[str]", "os.PathLike[bytes]"]
 
 
 def _text(value: Simple) -> str:
-    """The value as XMP writes it (ISO 16684-1, 8.2.1)."""
+    """The text of a value in XMP (ISO 16684-1, 8.2.1)."""
     if isinstance(value, str):
         return value
     if isinstance(value, bool):
@@ -35,11 +35,11 @@ def _text(value: Simple) -> str:
         return value.isoformat()
     if isinstance(value, int):
         return str(value)
-    raise TypeError(f"{type(value).__name__} is no value of XMP")
+    raise TypeError(f"{type(value).__name__} cannot be an XMP value")
 
 
 class _Node:
-    """A place in an object: what stands there is asked for anew with each use."""
+    """A place in an object. Each use reads its current value."""
 
     def __init__(self, xmp: _lxbridge.Object, uri: str, path: str, form: int) -> None:
         self._xmp, self._uri, self._path, self._form = xmp, uri, path, form
@@ -60,7 +60,7 @@ class _Node:
         return text
 
     def _write(self, path: str, value: Any, form: int = 0) -> None:
-        """Puts the value in the place of what is at the path. `form`: that of the array, if it is to be one."""
+        """Replaces the node at the path by the value. `form`: the form of the array, if the value is a list."""
         plain = _plain(value)
         options = self._xmp.get(self._uri, path)
         if isinstance(plain, str):
@@ -100,7 +100,7 @@ class _Node:
 
 
 def _plain(value: Any) -> Any:
-    """The value as texts, lists and dicts; TypeError for what cannot be one, before anything is changed."""
+    """The value as texts, lists and dicts. TypeError if that is not possible; then nothing has been changed."""
     if isinstance(value, Mapping):
         return {str(key): _plain(field) for key, field in value.items()}
     if isinstance(value, Iterable) and not isinstance(value, (str, bytes, bytearray, memoryview)):
@@ -158,7 +158,7 @@ class Array(_Node, MutableSequence[Any]):
             self._xmp.delete(self._uri, f"{self._path}[{place}]")
 
     def insert(self, index: int, value: Any) -> None:
-        """Puts an item in front of the one of that index."""
+        """Inserts an item before the one at that index."""
         size = len(self)
         index = min(max(index + size if index < 0 else index, 0), size)
         plain = _plain(value)
@@ -183,7 +183,7 @@ class Array(_Node, MutableSequence[Any]):
 
     @property
     def is_ordered(self) -> bool:
-        """Whether the order of the items has a meaning."""
+        """Whether the order of the items is significant."""
         return bool(self._form & _ORDERED)
 
     def qualifiers(self, index: int) -> "Structure":
@@ -192,7 +192,7 @@ class Array(_Node, MutableSequence[Any]):
 
 
 class Structure(_Node, MutableMapping[str, Any]):
-    """A structure as a dict of its fields, or the qualifiers of a node; the names are such as "exif:Fired"."""
+    """A structure as a dict of its fields, or the qualifiers of a node, with names such as "exif:Fired"."""
 
     def __init__(self, xmp: _lxbridge.Object, uri: str, path: str, form: int, mark: str = "") -> None:
         super().__init__(xmp, uri, path, form)
@@ -264,7 +264,7 @@ class Languages(_Node, MutableMapping[str, str]):
         return repr(dict(self))
 
     def best(self, language: str, generic: str = "") -> Optional[str]:
-        """The text that fits best: that of the language, of the generic one ("de" for "de-AT"), the default, or the first."""
+        """The best match: the text of the language, of the generic one ("de" for "de-AT"), the default, or the first."""
         return self._xmp.localized(self._uri, self._path, generic, language)
 
 
@@ -298,10 +298,10 @@ class Photo(MutableMapping[str, Any]):
     """
 
     def __init__(self, packet: Union[str, bytes, None] = None) -> None:
-        """An object of its own: empty, or that of an XMP packet."""
+        """A standalone object: empty, or with the contents of an XMP packet."""
         self._xmp = _lxbridge.Object()
         self.path: Optional[str] = None
-        """The file that it was read from, if that has a name."""
+        """The path of the file that it was read from, if it has one."""
         if packet is not None:
             self._parse(packet)
 
@@ -372,11 +372,11 @@ class Photo(MutableMapping[str, Any]):
         """A simple value, or None; TypeError for an array or a structure."""
         value = self.get(name)
         if value is not None and not isinstance(value, str):
-            raise TypeError(f"{name} is no simple value")
+            raise TypeError(f"{name} is not a simple value")
         return value
 
     def array(self, name: str) -> Array:
-        """An array; one that is not there is unordered unless the standard says otherwise."""
+        """An array; a new one is unordered unless the standard orders it."""
         return cast(Array, self._formed(name, Array, _ARRAY))
 
     def languages(self, name: str) -> Languages:
@@ -384,7 +384,7 @@ class Photo(MutableMapping[str, Any]):
         return cast(Languages, self._formed(name, Languages, _ARRAY | _ORDERED | _ALTERNATIVE | _ALT_TEXT))
 
     def structure(self, name: str) -> Structure:
-        """A structure; one that is not there is made when it gets a field."""
+        """A structure; a missing one is created when it gets a field."""
         return cast(Structure, self._formed(name, Structure, _STRUCT))
 
     def _formed(self, name: str, kind: Any, form: int) -> Any:
@@ -404,12 +404,12 @@ class Photo(MutableMapping[str, Any]):
 
     @property
     def namespaces(self) -> Dict[str, str]:
-        """The URI of each prefix that is in the object."""
+        """The URI of each prefix in the object."""
         return dict(self._xmp.namespaces())
 
     @property
     def warnings(self) -> List[Tuple[int, int, str]]:
-        """What was skipped in the packets that were read: line, column and what it was. Only the first ones are kept."""
+        """The skipped parts of the packets: line, column and description. Only the first ones are kept."""
         return self._xmp.warnings()
 
     def copy(self) -> "Photo":
@@ -425,13 +425,13 @@ class Photo(MutableMapping[str, Any]):
         return self._xmp.packet(options, padding)
 
     def merge(self, source: "Union[Photo, str, bytes]", *, replace: bool = True) -> None:
-        """Adds the properties of another object or packet. replace: those that both have become the source's."""
+        """Adds the properties of another object or packet. replace: properties of both objects are replaced by the source's."""
         self._xmp.merge((source if isinstance(source, Photo) else Photo(source))._xmp, replace)
 
     def _sidecar(self, path: Optional[_Path]) -> pathlib.Path:
         if path is None:
             if self.path is None:
-                raise ValueError("an object that comes from no file has no side-car: give a path")
+                raise ValueError("the object is not from a file: give the path of the side-car")
             return pathlib.Path(self.path + ".xmp")
         return pathlib.Path(os.fsdecode(path))
 

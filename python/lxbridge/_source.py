@@ -1,4 +1,4 @@
-"""Where the bytes of a file come from: a path, bytes in memory, or a file object; and errors when they cannot be read."""
+"""The source of a file: a path, bytes in memory, or a file object; and the errors if it cannot be read."""
 import errno
 import io
 import mmap
@@ -10,7 +10,7 @@ from ._errors import DeniedError, DirectoryError, NotFoundError, ReadError
 
 Path = Union[str, "os.PathLike[str]", "os.PathLike[bytes]"]
 Source = Union[Path, bytes, bytearray, memoryview, mmap.mmap, BinaryIO]
-"""A path; or the contents of a file, as anything with the buffer protocol or as a file object that is open for reading bytes."""
+"""A path, or the contents of a file: an object with the buffer protocol or a file object open for reading bytes."""
 
 _KINDS: Dict[int, Type[ReadError]] = {errno.ENOENT: NotFoundError, errno.EACCES: DeniedError, errno.EPERM: DeniedError,
                                       errno.EISDIR: DirectoryError}
@@ -20,7 +20,7 @@ _NO_MEMORY = -8
 
 
 def resolve(source: Source) -> Tuple[object, bool, str]:
-    """What the extension takes: the path's bytes or the contents, and whether it is contents; and the name of the file."""
+    """The arguments for the extension: the path's bytes or the contents, and whether it is contents; and the name of the file."""
     if isinstance(source, (str, os.PathLike)):
         path = os.fsencode(source)
         if b"\0" in path:
@@ -43,7 +43,7 @@ def resolve(source: Source) -> Tuple[object, bool, str]:
 
 
 def check(reading: Tuple[int, int], source: Source) -> None:
-    """Raises what kept the file from being read."""
+    """Raises the error that prevented the file from being read."""
     kind, number = reading
     if kind >= 0:
         return

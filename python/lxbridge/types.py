@@ -68,7 +68,7 @@ class Xmp(TypedDict):
 
 
 class Attributes(TypedDict):
-    """What the readers found out about the image."""
+    """The attributes of the image."""
 
     width: int
     height: int
@@ -111,7 +111,7 @@ class Item(_ItemWithoutChildren, total=False):
 
 
 class Pool(TypedDict):
-    """What the readers saw in a file. A "status" below 0 says what stopped them."""
+    """The items of a file. A "status" below 0 is the reason why reading stopped."""
 
     file: str
     status: int

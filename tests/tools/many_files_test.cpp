@@ -202,7 +202,7 @@ TEST(ManyFiles, AListHoldsNamesOfAnyBytesAndEntriesThatAreNoNamesHaveALine) {
             "lxbridge: standard input: line 2 is empty\n"
             "lxbridge: missing.jpg: NotFound\n"
             "lxbridge: standard input: line 4 is too long for a name\n"
-            "lxbridge: -: standard input holds the list\n");
+            "lxbridge: -: standard input is the list\n");
   const Outcome zeros = Lxbridge(With(kMakes, {"-0", "--files-from", "zeros"}), {.folder = folder.path()});
   EXPECT_EQ(zeros.out, "\"two\nlines \xE9.jpg\",B\r\na.jpg,A\r\n");
   EXPECT_EQ(zeros.err, "lxbridge: zeros: entry 2 is empty\n");

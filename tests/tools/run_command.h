@@ -43,7 +43,7 @@ struct Surroundings {
 
 // Said at the end when the packets of several files have been printed.
 inline constexpr const char* kSeveralPackets =
-    "lxbridge: packets of several files; --sidecar and --format json tell them apart\n";
+    "lxbridge: printing packets of several files; use --sidecar or --format json to tell them apart\n";
 // The messages without that.
 [[nodiscard]] std::string WithoutPacketNote(std::string messages);
 

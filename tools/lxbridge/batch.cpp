@@ -96,7 +96,7 @@ int RunFiles(const Options& options) {
   }
   if (tally != nullptr && report.exitStatus() != kExitCutOff && !tally->End()) return kExitCutOff;
   if (options.format == Format::kRdf && report.printed() > 1) {
-    ReportLines("packets of several files; --sidecar and --format json tell them apart");
+    ReportLines("printing packets of several files; use --sidecar or --format json to tell them apart");
   }
   report.End(source.passedOver());
   return report.exitStatus();

@@ -68,7 +68,7 @@ bool InputSource::EntersFolder(Input* input) {
 
 bool InputSource::OpensFolder(Input* input) {
   if (folders_.size() == kDeepestFolder) {
-    input->problem = "too deep a folder";
+    input->problem = "folders are nested too deep";
     return false;
   }
   FolderReader entries;
@@ -176,14 +176,14 @@ InputSource::Next InputSource::TakeEntry(Input* input) {
   } else if (input->name.empty()) {
     problem = " is empty";
   } else if (input->name.find('\0') != std::string::npos) {
-    problem = " holds a zero byte (see -0)";
+    problem = " contains a zero byte (see -0)";
   }
   tooLong_ = false;
   if (problem != nullptr) {
     input->name = ReadsStandardInput() ? "standard input" : options_.filesFrom;
     input->problem = (options_.zeroEnds ? "entry " : "line ") + std::to_string(entry_) + problem;
   } else if (ReadsStandardInput() && input->name == "-") {
-    input->problem = "standard input holds the list";
+    input->problem = "standard input is the list";
   }
   return Next::kInput;
 }

@@ -300,7 +300,7 @@ class Parser {
         return TakeFormat(value);
       case Value::kFilesFrom:
         options_.filesFrom = value;
-        return *value != '\0' || Say("empty name of a list");
+        return *value != '\0' || Say("empty list name");
       case Value::kJobs:
         if (ParseNumber(std::string_view(value), &options_.workers) && options_.workers >= 1 &&
             options_.workers <= kMostWorkers) {
@@ -341,7 +341,7 @@ class Parser {
       case Value::kOutput:
         options_.outputFolder = value;
         options_.sideCars = true;
-        return *value != '\0' || Say("empty name of a folder");
+        return *value != '\0' || Say("empty folder name");
     }
     return false;
   }
@@ -374,7 +374,7 @@ class Parser {
       return Fail(error_, "not PREFIX=URI:", text);
     }
     const std::string_view prefix = text.substr(0, equals);
-    if (prefix == "file" || prefix == "image") return Fail(error_, "a prefix of the facts of files:", prefix);
+    if (prefix == "file" || prefix == "image") return Fail(error_, "a prefix of file facts:", prefix);
     options_.namespaces.push_back({prefix, text.substr(equals + 1)});
     return true;
   }
@@ -406,7 +406,7 @@ class Parser {
 
   bool FormatFits() {
     const bool flat = options_.format == Format::kFlat;
-    if (options_.format == Format::kHtml && options_.MayBeMany()) return Say("a page is of one FILE");
+    if (options_.format == Format::kHtml && options_.MayBeMany()) return Say("--format html takes one FILE");
     if (options_.IsTable() && options_.fields.empty()) return Say("a table needs '--fields'");
     if (!options_.IsTable() && (options_.header || separated_)) {
       return Say("'--separator' and '--header' need '--format csv' or 'tsv'");
@@ -418,7 +418,7 @@ class Parser {
     if (!flat && (options_.qualifiers || options_.facts))
       return Say("'--qualifiers' and '--facts' need '--format flat'");
     if (!options_.IsJson() && (options_.errors || options_.pretty)) {
-      return Say("'--errors' and '--pretty' need a format of JSON");
+      return Say("'--errors' and '--pretty' need a JSON format");
     }
     return true;
   }

@@ -76,7 +76,7 @@ class FieldTally : public Tally {
       const json::KnownField* known = json::FindKnownField(name);
       list.push_back({name, known == nullptr ? "" : json::FieldTypeName(known->type), "", field.example, field.files});
     }
-    if (leftOut_) ReportLines("more than " + std::to_string(kMostFields) + " names; the rest is left out");
+    if (leftOut_) ReportLines("more than " + std::to_string(kMostFields) + " names; the rest are omitted");
     return WriteResult(FieldListing(list, options_));
   }
 

@@ -217,7 +217,7 @@ LxXmpStatus LxXmpGetField(CXMPMeta* xmp, const char* namespaceUri, const char* s
 LxXmpStatus LxXmpGetQualifier(CXMPMeta* xmp, const char* namespaceUri, const char* path, const char* qualifierNamespace,
                               const char* qualifier, LxXmpText* value, uint32_t* options);
 
-/* The number of items of an array; 0 if there is no array.
+/* The number of items of an array; 0 if there is not an array.
  * LX_XMP_REFUSED: the node is not an array. */
 LxXmpStatus LxXmpCountItems(CXMPMeta* xmp, const char* namespaceUri, const char* arrayPath, uint32_t* count);
 

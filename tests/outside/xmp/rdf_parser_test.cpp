@@ -101,7 +101,7 @@ TEST(RDFParser, FirstNonEmptyAboutNamesTheObject) {
 TEST(RDFParser, ADocumentTypeThatDeclaresSomethingIsAnError) {
   EXPECT_EQ(failureOf("<!DOCTYPE x [<!ENTITY a 'aaaa'><!ENTITY b '&a;&a;&a;'>]>\n" +
                       inDescription("<dc:format>&b;</dc:format>")),
-            "14 line 1, column 13: the document type declares something");
+            "14 line 1, column 13: the document type has declarations");
 }
 
 TEST(RDFParser, WarningsAreBoundedAndTheFailureIsKept) {
