@@ -1,5 +1,5 @@
-// The walk over boxes of HEIF, JPEG XL and JPEG 2000 files, and bare codestreams. The first byte chooses the kind and
-// the rest follows a beginning that is right, so that no input is lost for its first bytes.
+// Walks over boxes of HEIF, JPEG XL and JPEG 2000 files, and over bare codestreams. The first byte selects the kind;
+// the rest follows a valid beginning, so that no input is wasted on its first bytes.
 #include <cstring>
 
 #include "fuzz/fuzz_target.h"
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   lxfuzz::Require(status == kLxOk, "a good header");
   lxfuzz::RequireWellFormed(*pool);
   const bool isBare = file[0] == 0xFF;
-  // A bare codestream's first bytes are so few that the type of a film's box may follow them.
+  // The first bytes of a bare codestream are so few that the type of a film's box may follow them.
   lxfuzz::Require(pool->fileKind == kKinds[kind] || file.size() < 16 || (isBare && pool->fileKind == kLxFileMov),
                   "the kind of the header");
   lxfuzz::Require((pool->root == nullptr) == (pool->blocks == nullptr), "no blocks without items");

@@ -1,5 +1,5 @@
-// The walks over chunks and blocks of PNG, WebP and GIF files, and side-cars. The first byte chooses the kind and the
-// rest follows a header that is right, so that no input is lost for its first bytes.
+// Walks over chunks and blocks of PNG, WebP and GIF files, and side-cars. The first byte selects the kind; the rest
+// follows a valid header, so that no input is wasted on its first bytes.
 #include <cstring>
 
 #include "fuzz/fuzz_target.h"
@@ -21,13 +21,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   lxfuzz::Require(pool->fileKind == kKinds[kind] || file.size() < 16, "the kind of the header");
   lxfuzz::Require((pool->root == nullptr) == (pool->blocks == nullptr), "no blocks without items");
   if (pool->root == nullptr) return 0;
-  // At most one block of each sort, whatever the file repeats: a TIFF structure, a packet, then resources and datasets.
+  // At most one block of each kind, whatever the file repeats: a TIFF structure, a packet, then resources and datasets.
   int last = -1;
   int count = 0;
   for (const LxMetadataItem* block = pool->root->firstChild; block != nullptr; block = block->next) {
     lxfuzz::Require(++count <= 4, "a block of each sort");
     const LxMetadataItem* item = kind == 3 ? block : block->firstChild;
-    if (item == nullptr) continue;  // A block that its reader has made nothing of.
+    if (item == nullptr) continue;  // A block in which its reader found nothing.
     const int sort = std::strcmp(item->nameSpace, "tiffh") == 0 ? 0 : std::strcmp(item->nameSpace, "xmp") == 0 ? 1 : 2;
     lxfuzz::Require(sort > last || sort == 2, "the blocks in their order");
     last = sort;

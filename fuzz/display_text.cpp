@@ -1,5 +1,5 @@
-// A value to its display text, and its bytes through every encoding. The input: flags and type of the item, the record
-// whose display descriptor is taken (two bytes), then the value.
+// Formats a value as display text, and converts its bytes from every encoding. The input: flags and type of the item,
+// the record whose display descriptor is used (two bytes), then the value.
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -14,7 +14,7 @@
 
 namespace {
 
-// Of what is shown element by element, each of 256 elements may have a name.
+// Each of 256 elements may have a name.
 constexpr std::size_t kLongestShown = 256 * 128;
 
 struct Tag {
@@ -62,7 +62,7 @@ bool IsUtf8(const char* text) {
   return true;
 }
 
-// What the converters of one encoding give is UTF-8, whatever they were given.
+// The converters must produce UTF-8 from any input.
 void RequireUtf8(const Text& text, const char* what) {
   lxfuzz::Require(text != nullptr, "there is memory");
   lxfuzz::Require(IsUtf8(text.get()), what);
@@ -101,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto type = static_cast<std::uint16_t>(in.Byte() % (kLxTypeCount + 1));
   const std::size_t page = in.Byte();
   const Tag& tag = kTags[(page << 8 | in.Byte()) % kTags.size()];
-  // Bytes of exactly the value's length, so that AddressSanitizer sees a read behind it.
+  // A buffer of exactly the value's length, so that AddressSanitizer detects a read past its end.
   const lxtest::Bytes rest = in.Rest();
   const std::unique_ptr<std::uint8_t[]> value(new std::uint8_t[rest.size()]);
   std::copy(rest.begin(), rest.end(), value.get());

@@ -1,14 +1,15 @@
-// A file's bytes to its pool: well-formed, within the file's budget, findable what the walks give out.
+// Reads a file's bytes into a pool, which must be well-formed and within the file's budget; searches must find the
+// items of walks.
 #include "fuzz/fuzz_target.h"
 #include "kit/model/pool_walk.h"
 #include "kit/readers/dispatch.h"
 
 namespace {
 
-// Items beyond the readers' budget: a file's own header, and what post-processing may add for an orientation.
+// Items beyond the readers' budget: the file's header, and those added by post-processing for an orientation.
 constexpr std::size_t kItemsBesideBudget = 64;
 
-// A search by what a walked item says of itself finds something that says the same.
+// A search for a walked item's namespace, name and text must find an equal item.
 void RequireFindable(const LxMetadataPool& pool) {
   LxPoolIterator walk;
   LxStartPoolWalk(&walk, &pool);

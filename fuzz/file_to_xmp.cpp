@@ -1,4 +1,4 @@
-// A file's bytes to its XMP object and back from its packet: the whole road.
+// Reads a file's bytes into an XMP object and parses its packet again: the whole pipeline.
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-// A file without a place in any folder; opened by its path, as every file is.
+// A file outside of any folder, opened by its path like every file.
 class MemoryFile {
  public:
   MemoryFile() : descriptor_(memfd_create("input", 0)), path_("/proc/self/fd/" + std::to_string(descriptor_)) {

@@ -1,7 +1,7 @@
-// What the fuzz targets share: the entry point, a check that ends the process with a message, and taking an input
-// apart.
+// Shared by the fuzz targets: the entry point, a check that ends the process with a message, and reading parts of an
+// input.
 //
-// Each <target>.cpp is linked twice over: with libFuzzer (preset `fuzz`), and with replay_main.cpp elsewhere, where
+// Each <target>.cpp is linked in two ways: with libFuzzer (preset `fuzz`), and otherwise with replay_main.cpp, where
 // every seed and every regression file is a test.
 #ifndef LXBRIDGE_FUZZ_FUZZ_TARGET_H_
 #define LXBRIDGE_FUZZ_FUZZ_TARGET_H_
@@ -38,7 +38,7 @@ inline void InstallMemory() {
   if (LxInstalledMemProcs() == nullptr) LxInstallMemProcs(LxRuntimeMemProcs());
 }
 
-// An input taken apart from its front; what is missing is zero or empty.
+// Reads parts of an input from its front; missing bytes are zero, missing texts empty.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : at_(data), left_(size) {}

@@ -1,4 +1,4 @@
-// Image resource blocks and all that stands in them: datasets, Exif blocks, thumbnails, packets.
+// Image resource blocks and their contents: datasets, Exif blocks, thumbnails, packets.
 #include "fuzz/fuzz_target.h"
 #include "kit/model/tables/tables.h"
 

@@ -1,5 +1,5 @@
-// A maker note in its Exif file. The input's first byte gives the byte order (top bit) and the maker; in front of the
-// note, a model that the maker's rows name, or 255: two texts, each with its length in front.
+// Reads a maker note in an Exif file. The input's first byte has the byte order (top bit) and the maker. The note is
+// preceded by the index of a model in the maker's rows, or by 255 and two texts, each after its length.
 #include <array>
 #include <string_view>
 #include <vector>
@@ -15,7 +15,7 @@ struct Camera {
   std::string model;
 };
 
-// Every row of the selectors, by which each dictionary is reached.
+// Every row of the selectors, so that each dictionary is reached.
 std::vector<Camera> AllCameras() {
   std::vector<Camera> cameras;
   for (const LxTagRecord* make = kLxMakerSelector; make->name != nullptr; ++make) {

@@ -1,5 +1,5 @@
-// Values from text, and the pool's editing operations as a sequence of commands on an empty pool or a rich file's. A
-// command is a byte that names it, then its arguments: a byte for each name, a text with its length in front.
+// Parses values from text, and runs a sequence of editing operations on an empty pool or on that of a rich file. An
+// operation is a byte for its kind, then its arguments: a byte for each name, a text after its length.
 #include <array>
 #include <vector>
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-// The names outlive every pool: items keep them as they are given.
+// The names outlive every pool: items store the pointers.
 constexpr std::array<const char*, 16> kSpaces = {"tiff", "exif", "gps",  "interop", "iptc",  "ir",   "jpeg", "jfif",
                                                  "icc",  "xmp",  "psdh", "jpegt",   "tiffh", "nope", "",     nullptr};
 constexpr std::array<const char*, 8> kOtherNames = {"",    nullptr,     "no such tag", " 0007",

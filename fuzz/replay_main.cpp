@@ -1,5 +1,5 @@
-// Runs a fuzz target over files and folders of files: seeds and regressions as tests, without libFuzzer. With --if-any,
-// a folder may be missing or empty.
+// Runs a fuzz target on files and on folders of files: seeds and regressions as tests, without libFuzzer. With
+// --if-any, a folder may be missing or empty.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
       return 1;
     }
     for (const std::string& file : files) {
-      // Before it runs, so that the last line names the input that broke something.
+      // Printed before it runs, so that the last line names the input that failed.
       std::printf("%s\n", file.c_str());
       std::fflush(stdout);
       const lxtest::Bytes bytes = lxtest::ReadWholeFile(file);

@@ -1,4 +1,4 @@
-// Writes the seeds of all fuzz targets from the tests' own builders: lx_fuzz_seeds FOLDER makes FOLDER/<target>/<name>.
+// Writes the seeds of all fuzz targets using the tests' builders: lx_fuzz_seeds FOLDER creates FOLDER/<target>/<name>.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -45,7 +45,7 @@ void Files(const char* target) {
   Seed(target, "image.bmp", Text("BM") + Filled(8) + Hex("36000000 28000000 40000000 30000000 0100 1800") + Filled(24));
 }
 
-// Each kind's chunks with all blocks that it can hold, from behind the header on.
+// For each kind, the chunks with all possible blocks, from the end of the header on.
 void ChunkedFiles() {
   const Bytes exif = RichExif(kLittle);
   const Bytes packet = Text(RichPacket());
@@ -75,7 +75,7 @@ void ChunkedFiles() {
   Seed("chunked_file", "rich.xmp", Bytes({3}) + packet);
 }
 
-// The first byte as the target takes it: the kind, and whether the rest follows a good beginning.
+// The first byte for the target: the kind, and whether the rest follows a valid beginning.
 void BoxFiles() {
   const Bytes tiff = TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "A")});
   const auto of = [](std::uint8_t kind, const Bytes& file) { return Bytes({kind}) + file; };
@@ -102,7 +102,7 @@ void BoxFiles() {
 void MakerNotes() {
   const TiffEntries entries = {Short(1, {92, 2, 0}), Ascii(7, "Firmware 1.00"), Long(8, 100), Ratl(0x0E, 1, 3),
                                Undef(0x10, Filled(20, 3))};
-  // The note stands behind IFD0 and the Exif IFD; editors move it, so that any origin is a seed.
+  // The note follows IFD0 and the Exif IFD; editors move notes, so any origin is a valid seed.
   for (std::uint8_t camera = 0; camera < 20; ++camera) {
     for (const Order order : {kLittle, kBig}) {
       const Bytes first = {static_cast<std::uint8_t>(camera | (order == kBig ? 0x80 : 0))};
@@ -139,7 +139,7 @@ void DisplayTexts() {
   }
 }
 
-// Each with the byte of options behind it.
+// Each followed by the byte of options.
 void Packets() {
   const Bytes packet = Text(RichPacket());
   Bytes wide;
@@ -152,7 +152,7 @@ void Packets() {
   Seed("xmp_packet", "no-packet", Text("plain text") + Bytes({0}));
 }
 
-// A text argument with its length in front.
+// A text argument after its length.
 Bytes Argument(std::string_view text) {
   return Bytes({static_cast<std::uint8_t>(text.size())}) + Text(text);
 }

@@ -1,5 +1,5 @@
-// What the targets that make XMP objects share: the toolkit for the length of one input, and what every object keeps
-// to.
+// Shared by the targets that create XMP objects: the toolkit for the duration of one input, and the invariants of every
+// object.
 #ifndef LXBRIDGE_FUZZ_TOOLKIT_CHECKS_H_
 #define LXBRIDGE_FUZZ_TOOLKIT_CHECKS_H_
 
@@ -13,7 +13,7 @@
 
 namespace lxfuzz {
 
-// The deepest node that any object may have, a schema being 0. The data model's own limit lies below it.
+// The maximum depth of a node of any object; a schema has depth 0. The data model's own limit is lower.
 inline constexpr std::uint32_t kDeepestNode = 64;
 
 inline const BrokerProcs& Broker() {
@@ -21,8 +21,8 @@ inline const BrokerProcs& Broker() {
   return broker;
 }
 
-// Starts the broker client and the toolkit, stops them at its end, and requires that nothing is left in the broker.
-// Anew for each input, so that one start in a thousand is tried too.
+// Starts the broker client and the toolkit, stops them in its destructor, and requires that nothing is left in the
+// broker. Created for each input, so that starting is tested, too.
 class ToolkitSession {
  public:
   ToolkitSession() {
@@ -44,7 +44,7 @@ class ToolkitSession {
   std::uint32_t containers_;
 };
 
-// Whether the call succeeded; the error is given back.
+// Whether the call succeeded; the error is released.
 inline bool Succeeds(TALErrorRef error) {
   TAL_T_NMT::ReleaseError(error);
   return error == nullptr;
@@ -72,7 +72,7 @@ inline std::uint32_t VisitNode(void* user, const XMPVisitedNode* node) {
   return 0;
 }
 
-// The walk ends; the object reads back from its packet as what it was.
+// Checks that the walk ends, and that the object's packet reads back as an equal object.
 inline void RequireSound(const CXMPMeta& meta, std::uint32_t options) {
   std::size_t nodes = 0;
   RequireSuccess(meta.Methods().visitNodes(meta.Object(), nullptr, nullptr, VisitNode, &nodes), "a visit");

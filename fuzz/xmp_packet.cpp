@@ -1,5 +1,5 @@
-// An XMP packet into an object, whole or in two pieces, and back. The input's last byte gives the serialiser's options
-// and where the packet is cut.
+// Parses an XMP packet, whole or in two pieces, and serialises the object. The input's last byte has the serialiser's
+// options and the place of the cut.
 #include "fuzz/toolkit_checks.h"
 
 namespace {
@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const lxfuzz::ToolkitSession session;
   const std::uint8_t how = size != 0 ? data[--size] : 0;
   const std::size_t cut = (how & 0x80) != 0 ? size * (how & 0x1F) / 32 : size;
-  // A copy that ends with the last byte, so that AddressSanitizer sees a read past it.
+  // A copy that ends with the last byte, so that AddressSanitizer detects a read past it.
   const lxtest::Bytes packet(data, data + size);
   const char* bytes = reinterpret_cast<const char*>(packet.data());
 
@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     (void)lxfuzz::Succeeds(
         methods.parseFromBuffer(meta.Object(), bytes + cut, static_cast<std::uint32_t>(size - cut), 0));
   }
-  // An object that a bad packet was read into is an object like any other.
+  // An object is sound even after reading a bad packet.
   lxfuzz::RequireSound(meta, kOptions[how >> 5 & 3]);
   return 0;
 }

@@ -7,6 +7,7 @@
 
 namespace {
 
+using lxhost::Change;
 using lxhost::Give;
 using lxhost::GivenTexts;
 using lxhost::OnObject;

@@ -60,7 +60,7 @@ LxXmpStatus OnObject(const CXMPMeta* xmp, bool argumentsThere, Work&& work) noex
 template <typename Changer>
 LxXmpStatus Change(CXMPMeta* xmp, bool argumentsThere, Changer change) noexcept {
   return OnObject(xmp, argumentsThere, [&](const XMPMetaMethods& methods, XMPObjectRef object) {
-    TAL_T_NMT::ThrowIfError(change(methods, object));
+    ThrowIfError(change(methods, object));
     return LX_XMP_OK;
   });
 }

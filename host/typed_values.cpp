@@ -9,6 +9,7 @@
 
 namespace {
 
+using lxhost::Change;
 using lxhost::OnObject;
 using lxhost::ThrowIfError;
 
