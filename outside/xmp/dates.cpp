@@ -8,7 +8,7 @@
 #include <cstdlib>
 
 #include "outside/xmp/errors.h"
-#include "outside/xmp/machine_zone.h"
+#include "outside/xmp/machine.h"
 #include "outside/xmp/text.h"
 
 namespace velto {

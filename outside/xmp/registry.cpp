@@ -1,10 +1,6 @@
 // The namespaces shared by the whole process.
 #include "outside/xmp/registry.h"
 
-#ifdef __linux__
-#include <sys/random.h>
-#endif
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -14,11 +10,11 @@
 #include <iterator>
 #include <memory>
 #include <mutex>
-#include <random>
 #include <shared_mutex>
 #include <unordered_map>
 
 #include "outside/xmp/errors.h"
+#include "outside/xmp/machine.h"
 #include "outside/xmp/text.h"
 
 namespace velto {
@@ -29,21 +25,10 @@ struct HashKeys {
   std::uint64_t second;
 };
 
-// std::random_device first queries the processor's features, which under a hypervisor costs as much as reading a file;
-// on Linux the system call is used directly.
-std::uint64_t randomNumber() {
-#ifdef __linux__
-  std::uint64_t number;
-  if (getrandom(&number, sizeof(number), GRND_NONBLOCK) == sizeof(number)) return number;
-#endif
-  std::random_device device;
-  return (std::uint64_t{device()} << 32) | device();
-}
-
 HashKeys makeHashKeys() noexcept {
   std::uint64_t seed = 0;
   try {
-    seed = randomNumber();
+    seed = machineRandom();
   } catch (...) {
     seed = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
   }

@@ -1,10 +1,11 @@
-// The machine's zone on Windows: the zone of the system settings with the rules of the year. The C runtime knows
-// neither the rules of other years nor instants before 1970.
+// The machine's zone and random numbers on Windows. The zone is that of the system settings with the rules of the year.
+// The C runtime knows neither the rules of other years nor instants before 1970.
 #include <windows.h>
 
 #include <algorithm>
+#include <random>
 
-#include "outside/xmp/machine_zone.h"
+#include "outside/xmp/machine.h"
 
 namespace velto {
 
@@ -37,6 +38,11 @@ std::int64_t machineOffset(std::int64_t instant) noexcept {
     return 0;
   }
   return Seconds(local) - seconds;
+}
+
+std::uint64_t machineRandom() {
+  std::random_device device;
+  return (std::uint64_t{device()} << 32) | device();
 }
 
 }  // namespace velto
