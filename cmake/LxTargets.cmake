@@ -66,11 +66,10 @@ function(lx_static_library name)
   target_compile_options(${name} PRIVATE ${LX_LTO_COMPILE})
 endfunction()
 
-# Each shared library that is loaded with LxBridge costs its host about a tenth of what the C++ runtime costs.
+# Loading another shared library with LxBridge costs a host about a tenth of the time for the C++ runtime.
 option(LXBRIDGE_STATIC_DEPENDENCIES "Link expat, zlib and Brotli's decoder into the libraries where their archives are there" ON)
 
-# lx_takes_in(TARGET): the shared library contains the outside libraries of which only it makes use. None of their names is
-# exported.
+# lx_takes_in(TARGET): links the libraries that only this shared library uses statically into it. Their names are not exported.
 function(lx_takes_in target)
   if(UNIX AND LXBRIDGE_STATIC_DEPENDENCIES AND NOT LXBRIDGE_SANITIZE AND NOT LXBRIDGE_TSAN AND NOT LXBRIDGE_FUZZ)
     set_target_properties(${target} PROPERTIES LX_TAKES_IN ON)
@@ -106,7 +105,7 @@ function(lx_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} $<BUILD_INTERFACE:lx_options> GTest::gtest_main)
-  # Tests are compiled more often than they run: what they call is optimised, they themselves hardly.
+  # Tests are compiled more often than they run, so they are hardly optimised themselves.
   target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1> $<$<BOOL:${LXBRIDGE_SANITIZE}>:-O0>)
   if(NOT name STREQUAL "lx_test_headers")
     target_precompile_headers(${name} REUSE_FROM lx_test_headers)

@@ -93,7 +93,7 @@ def make_jobs(files):
 
 
 class Hashes:
-    """What the findings of a job depend on: the files of the tree that it reads, its command and the checks."""
+    """The inputs of a job's findings: the files of the tree that it reads, its command and the checks."""
 
     INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*["<]([^">]+)[">]', re.MULTILINE)
 

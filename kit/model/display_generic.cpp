@@ -226,7 +226,7 @@ void LxFormatNamedValue(int order, LxMetadataItem* item, const LxValueName* name
     LxShowCopy(item, reinterpret_cast<const std::uint8_t*>(element.text), element.length);
     return;
   }
-  // Names have any length, so the text is measured before it is written.
+  // Names can have any length, so the text is measured before it is written.
   std::size_t total = 0;
   for (std::int32_t at = 0; shown - at >= size; at += size) {
     NameElement(LowBits(item->value + at, size, order), names, &element);

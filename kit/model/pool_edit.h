@@ -26,7 +26,7 @@
 [[nodiscard]] LxResult LxMakeNamespaceContainer(LxMetadataPool* pool, const char* nameSpace,
                                                 LxMetadataItem** out) noexcept;
 
-// What LxPutMetadata does with an existing item of the namespace and name.
+// How LxPutMetadata treats an existing item of the namespace and name.
 enum LxPutMode : std::int32_t {
   kLxPutAlways = 1,        // Adds an item, whether or not one exists.
   kLxPutReplaceOnly = 2,   // Changes the existing item; kLxNotFound without one.

@@ -47,7 +47,7 @@ bool areLettersOrDigits(const char* bytes) noexcept {
   return ((letters | digits) & kTop) == kTop;
 }
 
-// The length of a text that is a name of ASCII and nothing else; 0 for any other.
+// The length of a text that is an ASCII name; else 0.
 std::size_t plainNameLength(const char* text) noexcept {
   const auto kindOf = [](char c) { return kNameBytes[static_cast<std::uint8_t>(c)]; };
   if (kindOf(*text) != 1) return 0;

@@ -52,7 +52,7 @@ bool arePlain(const char* bytes) noexcept {
   return (word & 0x80 * kEach) == 0 && ((word + (0x80 - ' ') * kEach) & 0x80 * kEach) == 0x80 * kEach;
 }
 
-// A surrogate written in three bytes, as some writers do that take UTF-16 units for code points. 0: there is none.
+// A surrogate encoded in three bytes, as written by programs that take UTF-16 units for code points. 0: there is none.
 std::uint32_t encodedSurrogate(std::string_view text, std::size_t at) noexcept {
   if (at + 2 >= text.size() || byteAt(text, at) != 0xED || byteAt(text, at + 1) < 0xA0) return 0;
   if (!LxIsUtf8Continuation(text[at + 1]) || !LxIsUtf8Continuation(text[at + 2])) return 0;

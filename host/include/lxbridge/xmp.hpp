@@ -185,7 +185,7 @@ class XmpView {
   [[nodiscard]] bool Has(const char* namespaceUri, const char* path) const {
     return CheckXmp(LxXmpGet(xmp_, namespaceUri, path, nullptr, nullptr));
   }
-  // The number of items of an array; 0 where there is none.
+  // The number of items of an array; 0 if there is no array.
   [[nodiscard]] std::uint32_t CountItems(const char* namespaceUri, const char* arrayPath) const {
     std::uint32_t count = 0;
     CheckXmp(LxXmpCountItems(xmp_, namespaceUri, arrayPath, &count));

@@ -85,7 +85,7 @@ static_assert(std::size(kLxJpegMarkers) == 64 + 1 + 1 && IsDictionary(kLxJpegMar
 
 namespace {
 
-// What the segments hold; the namespaces name only these descriptors. Variant 6: the length of "Exif" and its two zero bytes.
+// The contents of segments. Variant 6: the length of "Exif" and two zero bytes.
 constexpr LxNamespaceDescriptor kJfifSegment          = {"jpegappjfif", kLxReadJfifSegment,     nullptr, 0};
 constexpr LxNamespaceDescriptor kExifSegment          = {"jpegappexif", kLxReadExifSegment,     nullptr, 6};
 constexpr LxNamespaceDescriptor kXmpSegment           = {"jpegappXmp",  kLxReadXmpSegment,      nullptr, 0};

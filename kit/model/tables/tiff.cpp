@@ -173,7 +173,7 @@ constexpr LxTagRecord kLxTiffTags[] = {
   {0x9C9E, kPlain,  "XPKeywords",                  kShort,   0, &kLxCommentText,                    nullptr,                  "$$$/Exif/XPKeywords=XP Keywords"},
   {0x9C9F, kPlain,  "XPSubject",                   kShort,   0, &kLxCommentText,                    nullptr,                  "$$$/Exif/XPSubject=XP Subject"},
 
-  // What other programs embed
+  // Embedded by other programs
   {0x02BC, kHidden, "XMPMetadata",                 kByte,    0, nullptr,                            &kLxXmpSpace,             "$$$/Exif/XMPMetadata=XMP Metadata"},
   {0x8649, kHidden, "PicturistMetadata",           kUndef,   0, nullptr,                            &kLxImageResourceSpace,   "$$$/Exif/PicturistMetadata=Picturist Metadata"},
   {0x935C, kHidden, "PicturistLayers",             kUndef,   0, nullptr,                            nullptr,                  "$$$/Exif/PicturistLayers=Picturist Layers"},
