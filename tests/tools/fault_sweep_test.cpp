@@ -14,7 +14,7 @@
 namespace lxtest {
 namespace {
 
-constexpr int kSample = 60;
+constexpr int kSample = 40;
 constexpr int kFarBeyond = 1'000'000'000;
 
 // The output by file, which is cut where the next file's begins.

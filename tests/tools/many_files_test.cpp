@@ -253,7 +253,7 @@ TEST(ManyFiles, ATerminalHasProgressAndItsInterruptEndsAll) {
     for (std::size_t at = 0; (at = seen.find(text, at)) != std::string::npos; at += text.size()) ++times;
     return times;
   };
-  EXPECT_GE(count(" files, "), 5);
+  EXPECT_GE(count(" files, "), 3);
   EXPECT_LE(count("\r\x1B[K"), 1) << "the line stands until the end";
 }
 
@@ -277,7 +277,8 @@ TEST(ManyFiles, StoppedProcessesCostNoFileAndNoWorkerOutlivesTheCommand) {
     run() { setsid "$0" -j2 --timeout $1 --format csv --fields tiff:Make --files-from names >out 2>err & p=$!; }
     mkfifo names; exec 3<>names; : >out; run 1.5; cat list >&3; until [ $(wc -l <out) -ge 10 ]; do sleep 0.05; done
     echo stalls >&3; sleep 0.3; kill -STOP -$p; sleep 2; kill -CONT -$p; sleep 0.3; grep stalls err; sleep 1; grep stalls err
-    w=$(cat /proc/$p/task/$p/children); kill -STOP $w; cat list >&3; sleep 4.5; wc -l <out; kill -KILL $p
+    w=$(cat /proc/$p/task/$p/children); kill -STOP $w; cat list >&3
+    for i in $(seq 150); do [ $(wc -l <out) -lt 70 ] && sleep 0.05; done; wc -l <out; kill -KILL $p
     run 100; echo stalls >&3; sleep 0.3; w=$(cat /proc/$p/task/$p/children); kill -KILL $p; sleep 0.3
     for w in $w; do ! [ -e /proc/$w/exe ] || echo "left: $w"; done)sh");
   EXPECT_EQ(outcome.out, "lxbridge: stalls: timed out\n70\n");

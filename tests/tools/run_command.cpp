@@ -46,6 +46,7 @@ namespace {
   }
   become(::open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
   ::signal(SIGPIPE, surroundings.ignoresBrokenPipe ? SIG_IGN : SIG_DFL);
+  ::signal(SIGINT, SIG_DFL);  // Which is ignored where the tests run in the background.
   if (!surroundings.folder.empty() && ::chdir(surroundings.folder.c_str()) != 0) ::_exit(126);
   ::setenv("TZ", "Asia/Kolkata", 1);
   for (const std::string& variable : surroundings.environment) ::putenv(const_cast<char*>(variable.c_str()));

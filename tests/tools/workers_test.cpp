@@ -203,8 +203,8 @@ TEST(Workers, TheFileThatTookTooLongIsGivenUpAndNotTheOneThatFollowed) {
 }
 
 TEST(Workers, TimeInWhichNothingCouldRunIsNotCharged) {
-  sleepMs = 2500;  // The command has slept, as one that was stopped.
-  EXPECT_EQ(Outputs({{"b", {Fate::kAnswersLater}}}, 1, 1.5), kAll);
+  sleepMs = 1000;  // The command has slept, as one that was stopped.
+  EXPECT_EQ(Outputs({{"b", {Fate::kAnswersLater}}}, 1, 0.75), kAll);
   EXPECT_EQ(lives, 1);
   sleepMs = 100;  // A worker that stays stopped is given up, and its file tried again; --timeout does not blame it.
   EXPECT_EQ(Outputs({{"b", {Fate::kIsStopped}}}, 2, 1), kAll);

@@ -8,18 +8,12 @@
 #include "clients/broker/broker_abi.h"
 #include "outside/broker/memory.h"
 #include "tests/support/broker_procs.h"
+#include "tests/support/failing_memory.h"
 
 namespace {
 
-int allocations = 0;
-int failAt = 0;       // 0: never.
-bool failOn = false;  // And all after that one.
+lxtest::AllocationCount allocations = {0, lxtest::Failing::kOnce};
 int liveBlocks = 0;
-
-bool MustFail() {
-  ++allocations;
-  return failAt && (failOn ? allocations >= failAt : allocations == failAt);
-}
 
 void* Counted(void* block) {
   if (block) ++liveBlocks;
@@ -86,13 +80,13 @@ bool UseEverything(const BrokerProcs& broker) {
 }  // namespace
 
 void* BrokerAlloc(std::size_t size) noexcept {
-  return MustFail() ? nullptr : Counted(std::malloc(size));
+  return allocations.Fails() ? nullptr : Counted(std::malloc(size));
 }
 void* BrokerAllocZeroed(std::size_t count, std::size_t size) noexcept {
-  return MustFail() ? nullptr : Counted(std::calloc(count, size));
+  return allocations.Fails() ? nullptr : Counted(std::calloc(count, size));
 }
 void* BrokerRealloc(void* block, std::size_t size) noexcept {
-  return MustFail() ? nullptr : std::realloc(block, size);
+  return allocations.Fails() ? nullptr : std::realloc(block, size);
 }
 void BrokerFree(void* block) noexcept {
   if (block) --liveBlocks;
@@ -104,32 +98,30 @@ namespace {
 
 TEST(BrokerMemory, EveryFailedAllocationIsAnErrorAndLosesNothing) {
   // The entry point gives no lookup procedure until the broker could register itself, and goes on where it stopped.
-  int failures = 0;
+  int nth = 0;
   TALLookupProc lookUp = nullptr;
-  for (failAt = 1; !lookUp; ++failAt) {
-    allocations = 0;
+  while (!lookUp) {
+    ASSERT_LT(nth, 1000);
+    allocations = {++nth, lxtest::Failing::kOnce};
     lookUp = TALOrdinal5();
-    failures += lookUp ? 0 : 1;
-    ASSERT_LT(failAt, 1000);
   }
-  EXPECT_GT(failures, 1);
+  EXPECT_GT(nth, 2);
 
   const BrokerProcs broker(lookUp);
-  for (const bool failOnwards : {false, true}) {
-    failOn = failOnwards;
-    failAt = 0;
+  for (const lxtest::Failing failing : {lxtest::Failing::kOnce, lxtest::Failing::kFromThenOn}) {
+    allocations = {0, failing};
     ASSERT_TRUE(UseEverything(broker));  // The tables' buckets are there now, and stay.
     const int before = liveBlocks;
-    for (failAt = 1;; ++failAt) {
-      allocations = 0;
+    nth = 0;
+    do {
+      allocations = {++nth, failing};
       const bool whole = UseEverything(broker);
-      EXPECT_EQ(liveBlocks, before) << "allocation " << failAt;
-      EXPECT_EQ(broker.errors.getLiveCount(), 0u) << "allocation " << failAt;
-      EXPECT_EQ(whole, allocations < failAt) << "allocation " << failAt;
-      if (allocations < failAt) break;
-    }
-    EXPECT_GT(failAt, 8);
-    failAt = 0;
+      EXPECT_EQ(whole, !allocations.hasFailed) << "allocation " << nth;
+      EXPECT_EQ(liveBlocks, before) << "allocation " << nth;
+      EXPECT_EQ(broker.errors.getLiveCount(), 0u) << "allocation " << nth;
+    } while (allocations.hasFailed);
+    EXPECT_GT(nth, 8);
+    allocations = {0, failing};
   }
 }
 
