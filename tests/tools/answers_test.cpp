@@ -122,6 +122,7 @@ TEST(PlainValue, TextsThatAreNoSuchValueStay) {
       {FieldType::kCoordinate, "1,2.1234567899N", "1.0353909464833333"},
       {FieldType::kCoordinate, "12,60.0N", ""},
       {FieldType::kCoordinate, "12,3,60N", ""},
+      {FieldType::kCoordinate, "12,60,0N", ""},
       {FieldType::kCoordinate, "12,3,4", ""},
       {FieldType::kCoordinate, "12N", ""},
       {FieldType::kCoordinate, "12,nanN", ""},

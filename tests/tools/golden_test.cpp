@@ -74,6 +74,7 @@ TEST(Golden, EachValueOfAPoolStandsUnderItsName) {
   LxMetadataItem child = {};
   child.nameSpace = "n2";
   child.displayText = "d\xFF";
+  child.value = value + 3;  // Empty, but of a place.
   LxMetadataItem item = {"n1",   "name", "label", "type", "display", "valueLabel", nullptr,
                          &child, 7,      11,      13,     3,         value,        nullptr};
   LxBlock block = {nullptr, 4096, 100, value};
@@ -103,7 +104,7 @@ TEST(Golden, EachValueOfAPoolStandsUnderItsName) {
       R"({"namespace": "n1", "name": "name", "label": "label", "tag": 11, "type": "type", "typeCode": 13, "flags": 7, )"
       R"("length": 3, "value": "01fa03", "offset": 4096, "display": "display", "valueLabel": "valueLabel", "children": [)"
       R"({"namespace": "n2", "name": "", "label": null, "tag": 0, "type": null, "typeCode": 0, "flags": 0, "length": 0, )"
-      R"("value": null, "offset": null, "display": {"hex": "64ff"}, "valueLabel": null}]}]})"
+      R"("value": "", "offset": 4099, "display": {"hex": "64ff"}, "valueLabel": null}]}]})"
       "\n");
 }
 

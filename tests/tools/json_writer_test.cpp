@@ -58,32 +58,17 @@ TEST(JsonWriter, BytesThatAreNotUtf8BecomeHex) {
   }
 }
 
-TEST(JsonWriter, CommasAndColonsStandWhereTheyBelong) {
+TEST(JsonWriter, NamesThatAreNotUtf8AndTheLeastIntegerAreWhole) {
   std::string out;
   JsonWriter writer(&out);
   writer.BeginObject();
-  writer.Key("empty");
+  writer.Key("\xFF");
   writer.BeginArray();
   writer.EndArray();
-  writer.Key("nested");
-  writer.BeginArray();
-  writer.BeginObject();
-  writer.EndObject();
-  writer.String("\xFF");
-  writer.BeginObject();
   writer.Key("a");
   writer.Integer(-9223372036854775807 - 1);
-  writer.Key("\xFF");
-  writer.Null();
   writer.EndObject();
-  writer.StringOrNull(nullptr);
-  writer.HexOrNull(reinterpret_cast<const std::uint8_t*>("\x01\xfa"), 2);
-  writer.EndArray();
-  writer.Key("last");
-  writer.HexOrNull(nullptr, 4);
-  writer.EndObject();
-  EXPECT_EQ(out, R"({"empty": [], "nested": [{}, {"hex": "ff"}, {"a": -9223372036854775808, "hex:ff": null}, null, )"
-                 R"("01fa"], "last": null})");
+  EXPECT_EQ(out, R"({"hex:ff": [], "a": -9223372036854775808})");
 }
 
 }  // namespace

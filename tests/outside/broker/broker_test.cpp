@@ -92,17 +92,6 @@ TEST_F(Broker, RegistryGrowsAndShrinksWithoutLosingAProcedure) {
   }
 }
 
-TEST_F(Broker, OwnInterfacesAreLikeAnyOther) {
-  EXPECT_EQ(Unregister(kTALMemoryInterface), "");
-  EXPECT_EQ(TALOrdinal5()(kTALMemoryInterface, "Alloc", "TALMemory_Alloc"), nullptr);
-  TALProc slots[std::size(kTALMemoryProcNames)];
-  std::memcpy(slots, &broker.memory, sizeof slots);
-  for (std::size_t i = 0; i < std::size(slots); ++i) {
-    const TALProcName& name = kTALMemoryProcNames[i];
-    EXPECT_EQ(Register(kTALMemoryInterface, name.shortName, name.qualifiedName, slots[i]), "");
-  }
-}
-
 TEST_F(Broker, EqualTextsAreOneAtomWhileOneOfThemLives) {
   // All lengths around the eight bytes that are hashed at a time, each with a twin that differs in its last byte.
   const auto& strings = broker.strings;
