@@ -30,11 +30,6 @@ std::int64_t BlockEnd(const LxBlock* block) noexcept {
   return std::int64_t{block->start} + block->length;
 }
 
-bool CurrentCovers(const LxBlockCache* cache, std::int64_t offset, std::int64_t end) noexcept {
-  return cache->current != nullptr && cache->currentStart <= offset &&
-         end <= std::int64_t{cache->currentStart} + cache->currentLength;
-}
-
 void MakeCurrent(LxBlockCache* cache, LxBlock* block) noexcept {
   cache->current = block;
   cache->currentStart = block->start;
@@ -161,7 +156,7 @@ LxResult LxLoadRange(LxBlockCache* cache, std::int32_t offset, std::int32_t leng
     return kLxBadParameter;
   }
   const std::int64_t end = std::int64_t{offset} + length;
-  if (CurrentCovers(cache, offset, end)) return kLxOk;
+  if (LxCurrentBlockCovers(cache, offset, length)) return kLxOk;
   if (end <= cache->highWater) {
     if (LxBlock* block = FindBlock(cache, offset, end)) {
       MakeCurrent(cache, block);
@@ -171,17 +166,12 @@ LxResult LxLoadRange(LxBlockCache* cache, std::int32_t offset, std::int32_t leng
   return LoadBlock(cache, offset, end);
 }
 
-const std::uint8_t* LxMapRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept {
+const std::uint8_t* LxLoadAndMapRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept {
   if (LxLoadRange(cache, offset, length) != kLxOk) return nullptr;
   // A range that has just been loaded may still be uncovered if the file was shorter than it promised. No other block
   // can cover it then, or nothing would have been loaded.
-  if (!CurrentCovers(cache, offset, std::int64_t{offset} + length)) return nullptr;
+  if (!LxCurrentBlockCovers(cache, offset, length)) return nullptr;
   return cache->current->data + (offset - cache->currentStart);
-}
-
-const std::uint8_t* LxMapFileRange(LxBlockCache* cache, std::uint64_t offset, std::uint64_t length) noexcept {
-  if (offset > INT32_MAX || length > INT32_MAX) return nullptr;
-  return LxMapRange(cache, static_cast<std::int32_t>(offset), static_cast<std::int32_t>(length));
 }
 
 void LxFreeBlockCache(LxBlockCache* cache) noexcept {

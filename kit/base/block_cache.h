@@ -56,14 +56,29 @@ void LxFreeDetachedBlock(LxBlockCache* cache, LxBlock* block) noexcept;  // Take
 // Loads the range: kLxOk; kLxBadParameter if it is outside the file; kLxOutOfMemory; kLxReadError.
 [[nodiscard]] LxResult LxLoadRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept;
 
+[[nodiscard]] inline bool LxCurrentBlockCovers(const LxBlockCache* cache, std::int32_t offset,
+                                               std::int32_t length) noexcept {
+  return cache->current != nullptr && length >= 0 && cache->currentStart <= offset &&
+         std::int64_t{offset} + length <= std::int64_t{cache->currentStart} + cache->currentLength;
+}
+
 // The first byte of [offset, offset + length), or null: the range is outside the file, there is no memory, or the file
 // is shorter than it promised. A non-null result is followed by at least `length` readable bytes.
-[[nodiscard]] const std::uint8_t* LxMapRange(LxBlockCache* cache, std::int32_t offset, std::int32_t length) noexcept;
+[[nodiscard]] const std::uint8_t* LxLoadAndMapRange(LxBlockCache* cache, std::int32_t offset,
+                                                    std::int32_t length) noexcept;
+[[nodiscard]] inline const std::uint8_t* LxMapRange(LxBlockCache* cache, std::int32_t offset,
+                                                    std::int32_t length) noexcept {
+  if (LxCurrentBlockCovers(cache, offset, length)) return cache->current->data + (offset - cache->currentStart);
+  return LxLoadAndMapRange(cache, offset, length);
+}
 
 // The same for the unsigned 32-bit offsets and 64-bit lengths found in files: values that do not fit are outside the
 // file.
-[[nodiscard]] const std::uint8_t* LxMapFileRange(LxBlockCache* cache, std::uint64_t offset,
-                                                 std::uint64_t length) noexcept;
+[[nodiscard]] inline const std::uint8_t* LxMapFileRange(LxBlockCache* cache, std::uint64_t offset,
+                                                        std::uint64_t length) noexcept {
+  if (offset > INT32_MAX || length > INT32_MAX) return nullptr;
+  return LxMapRange(cache, static_cast<std::int32_t>(offset), static_cast<std::int32_t>(length));
+}
 
 // Frees the blocks and clears the record. The owner frees the record itself with LxFree. Takes null.
 void LxFreeBlockCache(LxBlockCache* cache) noexcept;

@@ -152,6 +152,10 @@ bool IsBlankText(const LxMetadataItem* item) noexcept {
   return length <= kCharacterCode || LxIsBlank(item->value + kCharacterCode, length - kCharacterCode);
 }
 
+bool MayBeText(const LxMetadataItem* item) noexcept {
+  return item->typeCode == kLxTypeAscii || item->typeCode == kLxTypeUndefined;
+}
+
 }  // namespace
 
 LxResult LxSetMetadataFromText(LxMetadataItem* item, const char* nameSpace, const char* name, const char* typeName,
@@ -296,9 +300,29 @@ void LxDeleteLargeUnnamed(LxMetadataItem* first, std::int32_t limit) noexcept {
 }
 
 void LxDeleteBlankText(LxMetadataPool* pool) noexcept {
-  LxPoolIterator iterator;
-  LxStartPoolWalk(&iterator, pool);
-  for (LxMetadataItem* item = nullptr; LxNextDisplayItem(&iterator, &item) == kLxOk;) {
-    if (IsBlankText(item)) item->flags |= kLxDeleted;
+  // The display walk, which is asked last what it would give out: most items are numbers.
+  LxMetadataItem* parents[kLxMaxWalkDepth];
+  int depth = 0;
+  for (LxMetadataItem* item = pool->root;;) {
+    while (item == nullptr) {
+      if (depth == 0) return;
+      item = LxNextInRun(parents[--depth]);
+    }
+    if ((item->flags & kLxDeleted) != 0) {
+      item = item->next;
+    } else if (item->firstChild != nullptr && (item->flags & kLxClosed) == 0) {
+      LxMetadataItem* child = item->firstChild;
+      while (child != nullptr && (child->flags & kLxDeleted) != 0) child = child->next;
+      if (child == nullptr) {
+        item = LxNextInRun(item);
+        continue;
+      }
+      if (depth + 1 >= kLxMaxWalkDepth) return;
+      parents[depth++] = item;
+      item = child;
+    } else {
+      if (MayBeText(item) && LxIsDisplayItem(item) && IsBlankText(item)) item->flags |= kLxDeleted;
+      item = LxNextInRun(item);
+    }
   }
 }

@@ -48,11 +48,6 @@ LxResult Advance(LxPoolIterator* iterator, bool display) noexcept {
   return kLxOk;
 }
 
-bool IsDisplayItem(const LxMetadataItem* item) noexcept {
-  return item->firstChild == nullptr && (item->flags & kLxHidden) == 0 && item->name != nullptr &&
-         item->name[0] != ' ' && item->displayText != nullptr && item->displayText[0] != 0;
-}
-
 }  // namespace
 
 void LxStartPoolWalk(LxPoolIterator* iterator, const LxMetadataPool* pool) noexcept {
@@ -87,17 +82,9 @@ LxResult LxNextDisplayItem(LxPoolIterator* iterator, LxMetadataItem** out) noexc
     LxMetadataItem* item = Current(iterator);
     *out = nullptr;
     if (item == nullptr) return kLxEnd;
-    // Most steps are within a list.
-    LxMetadataItem* next = item->next;
-    if (item->firstChild == nullptr && next != nullptr && (item->flags & kLxEndOfRun) == 0 &&
-        (next->flags & kLxDeleted) == 0) {
-      iterator->stack[iterator->depth] = next;
-      iterator->wentDown = false;
-    } else {
-      const LxResult result = Advance(iterator, /*display=*/true);
-      if (result != kLxOk) return result;
-    }
-    if (!IsDisplayItem(item)) continue;
+    const LxResult result = Advance(iterator, /*display=*/true);
+    if (result != kLxOk) return result;
+    if (!LxIsDisplayItem(item)) continue;
     *out = item;
     return kLxOk;
   }

@@ -196,7 +196,15 @@ void NodeList::dropIndex() const noexcept {
 }
 
 Node* NodeList::find(const NameKey& key) const noexcept {
-  if (size_ <= kWalkedSize || !ensureNames()) {
+  if (size_ > kWalkedSize) return findInIndex(key);
+  for (Node* node = first_; node != nullptr; node = node->next) {
+    if (node->hash == key.hash && hasName(node, key.ns, key.name)) return node;
+  }
+  return nullptr;
+}
+
+Node* NodeList::findInIndex(const NameKey& key) const noexcept {
+  if ((index_ == nullptr || index_->names == nullptr) && !ensureNames()) {
     for (Node* node = first_; node != nullptr; node = node->next) {
       if (node->hash == key.hash && hasName(node, key.ns, key.name)) return node;
     }
@@ -225,6 +233,17 @@ Node* NodeList::at(std::size_t position) const noexcept {
   return node;
 }
 
+Node* NodeList::append(Node* owner, NodePtr fresh) noexcept {
+  Node* node = fresh.release();
+  node->parent = owner;
+  node->previous = last_;
+  (last_ != nullptr ? last_->next : first_) = node;
+  last_ = node;
+  ++size_;
+  if (index_ != nullptr || node->ns == nullptr) noteInserted(node, nullptr);
+  return node;
+}
+
 Node* NodeList::insert(Node* owner, NodePtr fresh, Node* before) noexcept {
   Node* node = fresh.release();
   node->parent = owner;
@@ -233,9 +252,14 @@ Node* NodeList::insert(Node* owner, NodePtr fresh, Node* before) noexcept {
   (node->previous != nullptr ? node->previous->next : first_) = node;
   (before != nullptr ? before->previous : last_) = node;
   ++size_;
+  noteInserted(node, before);
+  return node;
+}
+
+void NodeList::noteInserted(Node* node, Node* before) noexcept {
   const bool hasLanguage = isLocalized(node);
   if (hasLanguage) ++languages_;
-  if (index_ == nullptr) return node;
+  if (index_ == nullptr) return;
   if (hasLanguage && index_->languages != nullptr) {
     // An item inserted before others may become the first of its language.
     if (before != nullptr) {
@@ -262,7 +286,6 @@ Node* NodeList::insert(Node* owner, NodePtr fresh, Node* before) noexcept {
     }
     index_->positions[position] = node;
   }
-  return node;
 }
 
 NodePtr NodeList::remove(Node* node) noexcept {

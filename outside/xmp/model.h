@@ -52,6 +52,7 @@ class NodeList {
   std::size_t languageCount() const noexcept { return languages_; }
 
   // Takes the node. A null `before` appends. REQUIRES: the node is in no list, and belongs to the object of `owner`.
+  Node* append(Node* owner, NodePtr node) noexcept;
   Node* insert(Node* owner, NodePtr node, Node* before) noexcept;
   // Returns the node to the caller. REQUIRES: the node is in this list.
   NodePtr remove(Node* node) noexcept;
@@ -65,6 +66,8 @@ class NodeList {
  private:
   struct Index;
 
+  Node* findInIndex(const NameKey& key) const noexcept;
+  void noteInserted(Node* node, Node* before) noexcept;
   Index* index() const noexcept;
   bool ensureNames() const noexcept;
   bool ensurePositions() const noexcept;
@@ -130,7 +133,7 @@ inline NodePtr makeItem(Storage& storage, std::uint32_t options, std::string_vie
 }
 
 inline Node* appendChild(Node* parent, NodePtr node) noexcept {
-  return parent->children.insert(parent, std::move(node), nullptr);
+  return parent->children.append(parent, std::move(node));
 }
 // xml:lang is put first, other qualifiers last.
 Node* addQualifier(Node* owner, NodePtr qualifier) noexcept;

@@ -53,12 +53,13 @@ class Namespaces {
     const Namespace* known = findStandard(other->uri);
     return known != nullptr && known == variant_ ? known : findOwn(other->uri);
   }
-  // The key of a simple name in the namespace, if it is the one remembered last: clients often get a property and then
-  // set it. Null: another name.
-  const NameKey* remembered(const Namespace* ns, const char* name) const noexcept {
-    return ns == lastKey_.ns && *name == *lastName_ && std::strcmp(name, lastName_) == 0 ? &lastKey_ : nullptr;
+  // Whether this is the simple name remembered last: clients often get a property and then set it.
+  bool isRemembered(const char* schema, const char* name) const noexcept {
+    return lastKey_.ns != nullptr && *name == *lastName_ && std::strcmp(name, lastName_) == 0 &&
+           std::strcmp(schema, lastKey_.ns->uri.data()) == 0;
   }
-  // Long names are not remembered. The key then refers to the caller's text.
+  const NameKey& remembered() const noexcept { return lastKey_; }
+  // Long names are not remembered.
   void remember(const NameKey& key) noexcept {
     if (key.name.size() >= sizeof lastName_) return;
     std::memcpy(lastName_, key.name.data(), key.name.size());

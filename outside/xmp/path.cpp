@@ -207,15 +207,10 @@ bool isLanguageSelector(const Step& step) noexcept {
   return step.kind == Step::Kind::kByQualifier && step.ns == wellKnown().xml && step.name == "lang";
 }
 
-const PathProblem* parsePath(Namespaces& namespaces, const char* schema, const char* text, Path& path) {
+const PathProblem* parseOtherPath(Namespaces& namespaces, const char* schema, const char* text, Path& path) {
   requireTexts(schema, text);
   const Namespace* ns = namespaces.find(schema);
   if (ns == nullptr) return &kUnknownSchema;
-  if (const NameKey* known = namespaces.remembered(ns, text)) {
-    path.top = *known;
-    path.top.name = {text, known->name.size()};
-    return nullptr;
-  }
   const std::size_t plainLength = plainNameLength(text);
   if (plainLength == 0) return parseSteps(namespaces, ns, text, path);
   path.top = NameKey(ns, {text, plainLength});
@@ -245,12 +240,8 @@ void raiseProblem(const PathProblem& problem, std::string_view text) {
   throw ToolkitError(problem.id, "'" + repairText(text) + "': " + problem.reason);
 }
 
-Path requirePath(Namespaces& namespaces, const char* schema, const char* text) {
-  Path path;
-  if (const PathProblem* problem = parsePath(namespaces, schema, text, path)) {
-    raiseProblem(*problem, problem == &kUnknownSchema ? schema : text);
-  }
-  return path;
+void raisePathProblem(const PathProblem& problem, const char* schema, const char* text) {
+  raiseProblem(problem, &problem == &kUnknownSchema ? schema : text);
 }
 
 Node* followStep(const Node* node, const Step& step) noexcept {

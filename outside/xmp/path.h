@@ -38,10 +38,21 @@ struct PathProblem {
   const char* reason;
 };
 
+// parsePath for all names but the one remembered last.
+const PathProblem* parseOtherPath(Namespaces& namespaces, const char* schema, const char* text, Path& path);
+[[noreturn]] void raisePathProblem(const PathProblem& problem, const char* schema, const char* text);
+
 // Null, or the problem: asking for a property that cannot exist is not an error, so nothing is raised and no message is
 // built. Raises kBadParameter for null texts. The path borrows the texts' bytes. Prefixes and schemas are looked up in
 // `namespaces`.
-const PathProblem* parsePath(Namespaces& namespaces, const char* schema, const char* text, Path& path);
+inline const PathProblem* parsePath(Namespaces& namespaces, const char* schema, const char* text, Path& path) {
+  if (schema != nullptr && text != nullptr && namespaces.isRemembered(schema, text)) {
+    path.top = namespaces.remembered();
+    path.top.name = {text, path.top.name.size()};
+    return nullptr;
+  }
+  return parseOtherPath(namespaces, schema, text, path);
+}
 // Appends a step to a field or qualifier whose name is given separately.
 const PathProblem* addFieldStep(Namespaces& namespaces, const char* schema, const char* name, Path& path);
 const PathProblem* addQualifierStep(Namespaces& namespaces, const char* schema, const char* name, Path& path);
@@ -49,7 +60,11 @@ const PathProblem* addQualifierStep(Namespaces& namespaces, const char* schema, 
 const PathProblem* addItemStep(std::int32_t index, Path& path);
 
 // The same, but raises the problem.
-Path requirePath(Namespaces& namespaces, const char* schema, const char* text);
+inline Path requirePath(Namespaces& namespaces, const char* schema, const char* text) {
+  Path path;
+  if (const PathProblem* problem = parsePath(namespaces, schema, text, path)) raisePathProblem(*problem, schema, text);
+  return path;
+}
 [[noreturn]] void raiseProblem(const PathProblem& problem, std::string_view text);
 
 // The node at the path, or null.

@@ -141,7 +141,9 @@ Place locate(const Object& object, const Path& path) {
 }
 
 NodePtr makeLeaf(Object& object, const Path& path, std::uint32_t form, std::string_view value) {
-  return makeAt(object.storage, path, path.steps.size(), form, value);
+  if (!path.steps.empty()) return makeAt(object.storage, path, path.steps.size(), form, value);
+  checkUsableName(path, nullptr);
+  return makeNode(object.storage, path.top, form, value);
 }
 
 Node* attach(Object& object, const Path& path, const Place& place, NodePtr leaf) {
