@@ -1,5 +1,5 @@
-// Formats a value as display text, and converts its bytes from every encoding. The input: flags and type of the item,
-// the record whose display descriptor is used (two bytes), then the value.
+// A value to its display text, with and without memory, and its bytes through every encoding. The input: flags and type
+// of the item, the record whose display descriptor is taken (two bytes), then the value.
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -11,6 +11,7 @@
 #include "kit/model/tables/tables.h"
 #include "kit/model/text_encoding.h"
 #include "kit/model/value.h"
+#include "tests/support/failing_memory.h"
 
 namespace {
 
@@ -101,7 +102,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto type = static_cast<std::uint16_t>(in.Byte() % (kLxTypeCount + 1));
   const std::size_t page = in.Byte();
   const Tag& tag = kTags[(page << 8 | in.Byte()) % kTags.size()];
-  // A buffer of exactly the value's length, so that AddressSanitizer detects a read past its end.
+  // Bytes of exactly the value's length, so that AddressSanitizer sees a read past it.
   const lxtest::Bytes rest = in.Rest();
   const std::unique_ptr<std::uint8_t[]> value(new std::uint8_t[rest.size()]);
   std::copy(rest.begin(), rest.end(), value.get());
@@ -110,6 +111,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   LxMetadataItem* item =
       LxNewMetadataItem(tag.nameSpace, tag.record->name, (how & 1) != 0 ? kLxBigEndianValue : 0, tag.record->id,
                         (how & 2) != 0 ? tag.record->typeCode : type, length, value.get());
+  LxSetDisplayText(item, "before", false);
+  {
+    const lxtest::FailingMemory none(1, lxtest::Failing::kFromThenOn);
+    LxFormatTaggedValue(how & 1, item, tag.record->display);
+    const auto* text = reinterpret_cast<const std::uint8_t*>(item->displayText);
+    lxfuzz::Require((text >= value.get() && text < value.get() + rest.size()) || *text == 0 ||
+                        std::strcmp(item->displayText, "before") == 0,
+                    "without memory, the text from before or one in the value");
+  }
   LxFormatValue(how & 1, item);
   const std::size_t plain = std::strlen(item->displayText);
   LxFormatTaggedValue(how & 1, item, tag.record->display);

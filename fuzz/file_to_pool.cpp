@@ -1,5 +1,7 @@
-// Reads a file's bytes into a pool, which must be well-formed and within the file's budget; searches must find the
-// items of walks.
+// A file's bytes to its pool: well-formed, within the file's budget; searches find what the walks give out, and a
+// container has one block of each kind.
+#include <string_view>
+
 #include "fuzz/fuzz_target.h"
 #include "kit/model/pool_walk.h"
 #include "kit/readers/dispatch.h"
@@ -22,6 +24,24 @@ void RequireFindable(const LxMetadataPool& pool) {
   }
 }
 
+// PNG, WebP, GIF, HEIF, JPEG XL and JPEG 2000 files: at most a TIFF structure, a packet, resources and datasets, in
+// this order, whatever the file repeats.
+void RequireOneBlockOfEachKind(const LxMetadataPool& pool) {
+  constexpr std::string_view kContainers = "pngh webph gifh heifh jxlh jp2h";
+  if (kContainers.find(pool.root->nameSpace) == std::string_view::npos) return;
+  const bool areNegative = pool.width < 0 || pool.height < 0 || pool.samples < 0 || pool.bits < 0;
+  lxfuzz::Require(!areNegative || pool.fileKind == kLxFilePng, "sizes");
+  int last = -1, count = 0;
+  for (const LxMetadataItem* block = pool.root->firstChild; block != nullptr; block = block->next) {
+    lxfuzz::Require(++count <= 4, "a block of each kind");
+    if (block->firstChild == nullptr) continue;  // Its reader has found nothing in it.
+    const std::string_view found = block->firstChild->nameSpace;
+    const int kind = found == "tiffh" ? 0 : found == "xmp" ? 1 : 2;
+    lxfuzz::Require(kind > last || kind == 2, "blocks in their order");
+    last = kind;
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -32,6 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t items = lxtest::AllItems(*pool).size();
   lxfuzz::Require(items <= size / kLxFileBytesPerItem + kLxItemsAtLeast + kItemsBesideBudget,
                   "items within the budget");
+  lxfuzz::Require((pool->root == nullptr) == (pool->blocks == nullptr), "no blocks without items");
+  if (pool->root != nullptr) RequireOneBlockOfEachKind(*pool);
   RequireFindable(*pool);
   return 0;
 }

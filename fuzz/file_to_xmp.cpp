@@ -1,4 +1,4 @@
-// Reads a file's bytes into an XMP object and parses its packet again: the whole pipeline.
+// A file's bytes to its XMP object and back from its packet: the whole pipeline.
 #include <sys/mman.h>
 #include <unistd.h>
 

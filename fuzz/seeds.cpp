@@ -23,86 +23,39 @@ void Seed(const char* target, const char* name, const Bytes& bytes) {
 }
 
 void Files(const char* target) {
-  Seed(target, "rich-big.jpg", RichJpeg(kBig));
-  Seed(target, "rich-little.jpg", RichJpeg(kLittle));
-  Seed(target, "rich-big.tif", RichTiff(kBig));
-  Seed(target, "rich-little.tif", RichTiff(kLittle));
-  Seed(target, "rich.psd", RichPsd());
-  Seed(target, "plain.jpg", JpegBuilder().App0Jfif().Sof2());
-  Seed(target, "exif.jpg",
-       JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Short(0x0112, 6)}).Exif({Ratl(0x829A, 1, 250)})));
-  Seed(target, "gps.tif", TiffBuilder(kLittle).Gps({Ascii(1, "N"), Ratl(2, {1, 1, 2, 1, 3, 1})}));
-  Seed(target, "image.png", Hex("89504E470D0A1A0A 0000000D 49484452 00000040 00000030 08 02 00 00 00 00000000"));
-  Seed(target, "image.gif", Text("GIF89a") + Hex("4000 3000 F7 00 00") + Filled(16));
-  Seed(target, "extended.jpg", ExtendedJpeg());
-  Seed(target, "rich.png",
-       PngBuilder().Chunk("eXIf", RichExif(kBig)).International("XML:com.adobe.xmp", Text(RichPacket())));
-  Seed(target, "rich.heic", RichHeif());
-  Seed(target, "rich.jxl", RichJxl());
-  Seed(target, "rich.jp2", RichJp2());
-  Seed(target, "rich.gif", GifBuilder().Image().Packet(RichPacket()));
-  Seed(target, "rich.xmp", Text(RichPacket()));
-  Seed(target, "image.bmp", Text("BM") + Filled(8) + Hex("36000000 28000000 40000000 30000000 0100 1800") + Filled(24));
-}
-
-// For each kind, the chunks with all possible blocks, from the end of the header on.
-void ChunkedFiles() {
-  const Bytes exif = RichExif(kLittle);
-  const Bytes packet = Text(RichPacket());
-  const auto png = [](const PngBuilder& builder) {
-    const Bytes file = builder;
-    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(PngBuilder().Bare().size()), file.end());
-  };
   const auto raw = [](const char* name, const Bytes& bytes) {
     return PngBuilder().Latin(std::string("Raw profile type ") + name, RawProfile(name, bytes));
   };
-  Seed("chunked_file", "own.png",
-       Bytes({0}) + png(PngBuilder().Chunk("eXIf", exif).International("XML:com.adobe.xmp", packet)));
-  Seed("chunked_file", "compressed.png",
-       Bytes({0}) + png(PngBuilder()
-                            .International("XML:com.adobe.xmp", Zlib(packet), 1)
-                            .Compressed("Raw profile type exif", Zlib(RawProfile("exif", exif)))));
-  Seed("chunked_file", "segment.png", Bytes({0}) + png(raw("APP1", Text("Exif") + Filled(2) + exif)));
-  Seed("chunked_file", "datasets.png", Bytes({0}) + png(raw("iptc", RichIptc())));
-  Seed("chunked_file", "resources.png", Bytes({0}) + png(raw("8bim", RichResources(kBig))));
-  Seed("chunked_file", "packet.png", Bytes({0}) + png(raw("xmp", packet)));
-  Seed("chunked_file", "blocks.webp",
-       Bytes({1}) + Text("VP8X") + Hex("0A000000 10000000 3F0000 2F0000") + Text("EXIF") + Put32(exif.size(), kLittle) +
-           exif + Text("XMP ") + Put32(packet.size(), kLittle) + packet);
-  Seed("chunked_file", "lossless.webp", Bytes({1}) + Text("VP8L") + Hex("05000000 2F 3FC00B10 00"));
-  Seed("chunked_file", "packet.gif", Bytes({2}) + GifBuilder().Image().Packet(RichPacket()).Blocks());
-  Seed("chunked_file", "cut.gif", Bytes({2}) + GifBuilder().Packet("<rdf:RDF/>", false).Blocks());
-  Seed("chunked_file", "rich.xmp", Bytes({3}) + packet);
-}
-
-// The first byte for the target: the kind, and whether the rest follows a valid beginning.
-void BoxFiles() {
-  const Bytes tiff = TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "A")});
-  const auto of = [](std::uint8_t kind, const Bytes& file) { return Bytes({kind}) + file; };
-  const auto boxes = [](std::uint8_t kind, const Bytes& file, const Bytes& head) {
-    return Bytes({kind}) + Bytes(file.begin() + static_cast<std::ptrdiff_t>(head.size()), file.end());
-  };
-  HeifBuilder heif = HeifBuilder().Exif(2, tiff).Packet(3, "<x:xmpmeta/>");
-  const Bytes head = Box("ftyp", Text("mif1") + Filled(4) + Text("miaf"));
-  Seed("box_file", "items.heic", boxes(0, heif, head));
+  HeifBuilder heif = HeifBuilder().Exif(2, TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "A")})).Packet(3, "<x:xmpmeta/>");
   heif.locationVersion = 2;
   heif.itemVersion = 3;
   heif.referenceVersion = 1;
   heif.offsetSize = heif.lengthSize = heif.baseSize = heif.indexSize = 8;
   heif.items[0].inIdat = heif.items[0].toTheEnd = true;
   heif.items[1].describes = {1, 9};
-  Seed("box_file", "long.heic", boxes(0, heif, head));
-  Seed("box_file", "rich.heic", boxes(0, RichHeif(), head));
-  Seed("box_file", "rich.jxl", boxes(1, RichJxl(), Jxl({})));
-  Seed("box_file", "bare.jxl", of(2, Hex("CB 00 00")));
-  Seed("box_file", "rich.jp2", boxes(3, RichJp2(), Jp2({})));
-  Seed("box_file", "bare.jp2", boxes(4, Jp2Codestream(), Filled(4)));
+  for (const NamedFile& file : RichFiles()) Seed(target, file.name, file.bytes);
+  for (const NamedFile& file : std::initializer_list<NamedFile>{
+           {"little.jpg", RichJpeg(kLittle)},
+           {"big.tif", RichTiff(kBig)},
+           {"plain.jpg", JpegBuilder().App0Jfif().Sof2()},
+           {"chunk.png", PngBuilder().Chunk("eXIf", RichExif(kBig))},
+           {"segment.png", raw("APP1", Text("Exif") + Filled(2) + RichExif(kLittle))},
+           {"datasets.png", raw("iptc", RichIptc())},
+           {"packet.png", raw("xmp", Text(RichPacket()))},
+           {"lossless.webp", WebpBuilder().Chunk("VP8L", Hex("2F 3FC00B10"))},
+           {"long.heic", heif},
+           {"bare.jxl", Hex("FF0A CB 00 00") + Filled(16)},
+           {"bare.jp2", Jp2Codestream()},
+           {"cut.gif", GifBuilder().Packet("<rdf:RDF/>", false)},
+           {"image.bmp", Text("BM") + Filled(8) + Hex("36000000 28000000 40000000 30000000 0100 1800") + Filled(24)}}) {
+    Seed(target, file.name, file.bytes);
+  }
 }
 
 void MakerNotes() {
   const TiffEntries entries = {Short(1, {92, 2, 0}), Ascii(7, "Firmware 1.00"), Long(8, 100), Ratl(0x0E, 1, 3),
                                Undef(0x10, Filled(20, 3))};
-  // The note follows IFD0 and the Exif IFD; editors move notes, so any origin is a valid seed.
+  // The note follows IFD0 and the Exif IFD; editors move it, so that any origin is a seed.
   for (std::uint8_t camera = 0; camera < 20; ++camera) {
     for (const Order order : {kLittle, kBig}) {
       const Bytes first = {static_cast<std::uint8_t>(camera | (order == kBig ? 0x80 : 0))};
@@ -139,7 +92,7 @@ void DisplayTexts() {
   }
 }
 
-// Each followed by the byte of options.
+// Each with the byte of options after it.
 void Packets() {
   const Bytes packet = Text(RichPacket());
   Bytes wide;
@@ -185,12 +138,9 @@ int main(int argc, char** argv) {
   Files("file_to_pool");
   Files("file_to_xmp");
   Packets();
-  Seed("iptc_block", "rich", RichIptc());
-  Seed("iptc_block", "two", IptcBuilder().Add(25, "a").Add(120, ""));
-  Seed("image_resources", "rich-big", RichResources(kBig));
-  Seed("image_resources", "rich-little", RichResources(kLittle));
-  ChunkedFiles();
-  BoxFiles();
+  Seed("resource_blocks", "datasets", Bytes({1}) + Bytes(RichIptc()));
+  Seed("resource_blocks", "big", Bytes({0}) + Bytes(RichResources(kBig)));
+  Seed("resource_blocks", "little", Bytes({0}) + Bytes(RichResources(kLittle)));
   MakerNotes();
   DisplayTexts();
   Commands();

@@ -6,36 +6,15 @@
 #include <new>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "api/interchange.h"
 #include "clients/broker/broker_client.h"
 #include "clients/xmp/xmp_client.h"
 #include "kit/base/memory.h"
 #include "tests/support/broker_procs.h"
-#include "tests/support/bytes.h"
-#include "tests/support/chunk_builders.h"
 #include "tests/support/rich_files.h"
 
 namespace lxtest {
-
-struct NamedFile {
-  const char* name;
-  Bytes bytes;
-};
-inline std::vector<NamedFile> RichFiles(std::size_t gap = 0) {
-  return {{"JPEG", RichJpeg(kBig, gap)},
-          {"TIFF", RichTiff(kLittle, gap)},
-          {"PSD", RichPsd(gap)},
-          {"PNG", RichPng(gap)},
-          {"WebP", RichWebp(gap)},
-          {"HEIF", RichHeif(gap)},
-          {"JPEG XL", RichJxl(gap)},
-          {"JPEG 2000", RichJp2(gap)},
-          {"GIF", GifBuilder().Image().Packet(RichPacket())},
-          {"side-car", Text(RichPacket())},
-          {"extended packet", ExtendedJpeg()}};
-}
 
 inline const BrokerProcs& RealBroker() {
   static const BrokerProcs broker(TALOrdinal5());

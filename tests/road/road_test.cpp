@@ -224,18 +224,6 @@ TEST_F(RoadTest, WhatIsNoPictureGivesAnEmptyObject) {
   EXPECT_EQ(Import(Text("a plain text, longer than any signature")), "");
 }
 
-TEST_F(RoadTest, EveryPrefixAndManyBentBytesOfAPictureEndWell) {
-  const Bytes whole =
-      JpegBuilder()
-          .App1Exif(Camera(kBig))
-          .App1Xmp(Packet("xmp:Rating='3'"))
-          .App13(ResourceBuilder().Iptc(IptcBuilder().Add(25, "sky").Add(25, "sea")).Block(0x0425, Filled(16)));
-  for (std::size_t length = 0; length < whole.size(); length += 7) (void)Import(Truncated(whole, length));
-  for (std::size_t at = 0; at < whole.size(); at += 3) {
-    for (const int value : {0x00, 0x7F, 0xFF}) (void)Import(WithByte(whole, at, static_cast<std::uint8_t>(value)));
-  }
-}
-
 // Entries that name the same bytes again and again, as arrays and as tables.
 TEST_F(RoadTest, AFileOf64KilobytesIsConvertedInATenthOfASecond) {
   TiffEntries entries;

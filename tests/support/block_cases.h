@@ -2,6 +2,7 @@
 #ifndef LXBRIDGE_TESTS_SUPPORT_BLOCK_CASES_H_
 #define LXBRIDGE_TESTS_SUPPORT_BLOCK_CASES_H_
 
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,7 +13,21 @@ namespace lxtest {
 
 // "pngh PNG: eXIf=A, iTXt XML:com.adobe.xmp=B, tEXt ...=IptcNaa": the blocks' items, with what is in them: of a TIFF
 // structure the camera's make, of a packet its text, else the first item's name.
-[[nodiscard]] std::string ShownBlocks(const LxMetadataPool& pool);
+inline std::string ShownBlocks(const LxMetadataPool& pool) {
+  if (pool.root == nullptr) return pool.blocks == nullptr ? "nothing" : "a cache without items";
+  std::string text = std::string(pool.root->nameSpace) + " " + pool.root->name + ":";
+  for (const LxMetadataItem* block = pool.root->firstChild; block != nullptr; block = block->next) {
+    const LxMetadataItem* item = std::strcmp(block->nameSpace, "xmp") == 0 ? block : block->firstChild;
+    text += std::string(" ") + block->name + (block->displayText[0] != 0 ? " " : "") + block->displayText + "=";
+    if (item == nullptr) continue;
+    const LxMetadataItem* make = Find(pool, "tiff", "Make");
+    const Bytes value = ValueOf(*item);
+    text += std::strcmp(item->nameSpace, "tiffh") == 0 && make != nullptr ? make->displayText
+            : std::strcmp(item->nameSpace, "xmp") == 0                    ? std::string(value.begin(), value.end())
+                                                                          : std::string(item->name);
+  }
+  return text;
+}
 
 struct BlockCase {
   const char* what;
@@ -21,7 +36,16 @@ struct BlockCase {
 };
 
 // Reads each file and compares its blocks, and its image's size ("64x48").
-void CheckBlocks(const std::vector<BlockCase>& cases, std::string_view prefix, const char* size);
+inline void CheckBlocks(const std::vector<BlockCase>& cases, std::string_view prefix, const char* size) {
+  for (const BlockCase& c : cases) {
+    LxResult status = -1;
+    const PoolPtr pool = ReadPool(c.file, &status);
+    EXPECT_EQ(status, kLxOk) << c.what;
+    EXPECT_EQ(ShownBlocks(*pool), c.shown == "nothing" ? c.shown : std::string(prefix) + c.shown) << c.what;
+    EXPECT_EQ(std::to_string(pool->width) + "x" + std::to_string(pool->height), size) << c.what;
+    EXPECT_TRUE(IsWellFormed(*pool)) << c.what;
+  }
+}
 
 }  // namespace lxtest
 

@@ -4,19 +4,6 @@
 
 namespace lxtest {
 
-Bytes Box(std::string_view type, const Bytes& payload) {
-  return Put32(payload.size() + 8) + Text(type) + payload;
-}
-Bytes FullBox(std::string_view type, int version, std::uint32_t flags, const Bytes& payload) {
-  return Box(type, Put32(static_cast<std::uint32_t>(version) << 24 | flags) + payload);
-}
-Bytes LongBox(std::string_view type, const Bytes& payload) {
-  return Put32(1) + Text(type) + Put32(0) + Put32(payload.size() + 16) + payload;
-}
-Bytes OpenBox(std::string_view type, const Bytes& payload) {
-  return Put32(0) + Text(type) + payload;
-}
-
 HeifItem PacketItem(std::uint32_t id, const Bytes& packet, std::string_view encoding) {
   HeifItem item;
   item.id = id;
@@ -96,20 +83,6 @@ Bytes Brotli(const Bytes& bytes) {
   // Window of 16 bits; a block that is not the last, stored; the last block, empty.
   const auto header = static_cast<std::uint32_t>((bytes.size() - 1) << 4 | 1u << 20);
   return Truncated(Put32(header, kLittle), 3) + bytes + Hex("03");
-}
-
-Bytes Jxl(const Bytes& boxes) {
-  return Box("JXL ", Hex("0D0A870A")) + Box("ftyp", Text("jxl ") + Filled(4) + Text("jxl ")) + boxes;
-}
-Bytes Jp2(const Bytes& boxes) {
-  return Box("jP  ", Hex("0D0A870A")) + Box("ftyp", Text("jp2 ") + Filled(4) + Text("jp2 ")) + boxes;
-}
-Bytes Jp2Header() {
-  return Box("jp2h", Box("ihdr", Put32(48) + Put32(64) + Put16(3) + Hex("07 07 00 00")));
-}
-Bytes Jp2Codestream() {
-  return Hex("FF4F FF51 002F 0000") + Put32(66) + Put32(51) + Put32(2) + Put32(3) + Filled(16) + Put16(3) +
-         Hex("07 0101 07 0101 07 0101");
 }
 
 }  // namespace lxtest

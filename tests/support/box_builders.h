@@ -10,11 +10,20 @@
 
 namespace lxtest {
 
-[[nodiscard]] Bytes Box(std::string_view type, const Bytes& payload);
-[[nodiscard]] Bytes FullBox(std::string_view type, int version, std::uint32_t flags, const Bytes& payload);
-// With its size in 64 bits, or with size 0: to the end.
-[[nodiscard]] Bytes LongBox(std::string_view type, const Bytes& payload);
-[[nodiscard]] Bytes OpenBox(std::string_view type, const Bytes& payload);
+inline Bytes Box(std::string_view type, const Bytes& payload) {
+  return Put32(payload.size() + 8) + Text(type) + payload;
+}
+inline Bytes FullBox(std::string_view type, int version, std::uint32_t flags, const Bytes& payload) {
+  return Box(type, Put32(static_cast<std::uint32_t>(version) << 24 | flags) + payload);
+}
+// With its size in 64 bits.
+inline Bytes LongBox(std::string_view type, const Bytes& payload) {
+  return Put32(1) + Text(type) + Put32(0) + Put32(payload.size() + 16) + payload;
+}
+// With size 0: to the end.
+inline Bytes OpenBox(std::string_view type, const Bytes& payload) {
+  return Put32(0) + Text(type) + payload;
+}
 
 struct HeifItem {
   std::uint32_t id = 0;
@@ -58,12 +67,21 @@ struct HeifBuilder {
 [[nodiscard]] Bytes Brotli(const Bytes& bytes);
 
 // The signature box and a file type box, then these boxes.
-[[nodiscard]] Bytes Jxl(const Bytes& boxes);
-[[nodiscard]] Bytes Jp2(const Bytes& boxes);
+inline Bytes Jxl(const Bytes& boxes) {
+  return Box("JXL ", Hex("0D0A870A")) + Box("ftyp", Text("jxl ") + Filled(4) + Text("jxl ")) + boxes;
+}
+inline Bytes Jp2(const Bytes& boxes) {
+  return Box("jP  ", Hex("0D0A870A")) + Box("ftyp", Text("jp2 ") + Filled(4) + Text("jp2 ")) + boxes;
+}
 // A box of image header, 64 x 48, 3 x 8 bits.
-[[nodiscard]] Bytes Jp2Header();
+inline Bytes Jp2Header() {
+  return Box("jp2h", Box("ihdr", Put32(48) + Put32(64) + Put16(3) + Hex("07 07 00 00")));
+}
 // The first markers of a codestream of that size.
-[[nodiscard]] Bytes Jp2Codestream();
+inline Bytes Jp2Codestream() {
+  return Hex("FF4F FF51 002F 0000") + Put32(66) + Put32(51) + Put32(2) + Put32(3) + Filled(16) + Put16(3) +
+         Hex("07 0101 07 0101 07 0101");
+}
 
 }  // namespace lxtest
 

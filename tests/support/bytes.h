@@ -25,6 +25,22 @@ inline Bytes operator+(Bytes left, const Bytes& right) {
   return left;
 }
 
+// What builders share: bytes that grow by calls in a row. A builder stands for its bytes.
+template <typename Builder>
+class ByteBuilder {
+ public:
+  // Bytes as they are, where the next part would stand.
+  Builder& Raw(const Bytes& bytes) {
+    body_ += bytes;
+    return static_cast<Builder&>(*this);
+  }
+  [[nodiscard]] Bytes Build() const { return body_; }
+  operator Bytes() const { return static_cast<const Builder&>(*this).Build(); }  // NOLINT: meant to be implicit.
+
+ protected:
+  Bytes body_;
+};
+
 // The characters of a text, without a terminating zero.
 [[nodiscard]] Bytes Text(std::string_view text);
 // Hex digits in pairs; spaces are passed over: Hex("FF D8").

@@ -53,52 +53,10 @@ Bytes RawProfile(std::string_view name, const Bytes& bytes, int more) {
   return text + Text("\n");
 }
 
-PngBuilder& PngBuilder::Chunk(std::string_view type, const Bytes& data) {
-  body_ += Put32(data.size()) + Text(type) + data + Text("CRC?");
-  return *this;
-}
-
-PngBuilder& PngBuilder::Latin(std::string_view keyword, const Bytes& text) {
-  return Chunk("tEXt", Text(keyword) + Filled(1) + text);
-}
-
-PngBuilder& PngBuilder::Compressed(std::string_view keyword, const Bytes& stream, std::uint8_t method) {
-  return Chunk("zTXt", Text(keyword) + Bytes({0, method}) + stream);
-}
-
-PngBuilder& PngBuilder::International(std::string_view keyword, const Bytes& text, std::uint8_t flag,
-                                      std::uint8_t method) {
-  return Chunk("iTXt",
-               Text(keyword) + Bytes({0, flag, method}) + Text("de") + Filled(1) + Text("Paket") + Filled(1) + text);
-}
-
-WebpBuilder& WebpBuilder::Chunk(std::string_view type, const Bytes& data) {
-  body_ += Text(type) + Put32(data.size(), kLittle) + data + Filled(data.size() % 2);
-  return *this;
-}
-
-GifBuilder& GifBuilder::Raw(const Bytes& bytes) {
-  body_ += bytes;
-  return *this;
-}
-
-GifBuilder& GifBuilder::Image() {
-  return Raw(Hex("2C 0000 0000 4000 3000 81") + Filled(12, 0x21) + Hex("02 03 21FF0B 02 3B2C 00"));
-}
-
 GifBuilder& GifBuilder::Packet(std::string_view packet, bool trailer) {
-  Raw(Hex("21 FF 0B") + Text("XMP DataXMP"));
-  if (trailer) {
-    Raw(Text(packet) + Hex("01"));
-    for (int byte = 255; byte >= 0; --byte) body_.push_back(static_cast<std::uint8_t>(byte));
-  } else {
-    Raw(Bytes({static_cast<std::uint8_t>(packet.size())}) + Text(packet));
-  }
-  return Raw({0});
-}
-
-Bytes GifBuilder::Bare() const {
-  return Text("GIF89a") + Put16(64, kLittle) + Put16(48, kLittle) + Hex("80 0000") + Filled(6, 0x3B) + body_;
+  Bytes data = trailer ? Text(packet) + Hex("01") : Bytes({static_cast<std::uint8_t>(packet.size())}) + Text(packet);
+  for (int byte = trailer ? 255 : -1; byte >= 0; --byte) data.push_back(static_cast<std::uint8_t>(byte));
+  return Raw(Hex("21 FF 0B") + Text("XMP DataXMP") + data + Filled(1));
 }
 
 }  // namespace lxtest

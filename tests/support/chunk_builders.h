@@ -17,43 +17,49 @@ namespace lxtest {
 [[nodiscard]] Bytes RawProfile(std::string_view name, const Bytes& bytes, int more = 0);
 
 // IHDR of 64 x 48, 3 x 8 bits first. Build adds IEND.
-class PngBuilder {
+class PngBuilder : public ByteBuilder<PngBuilder> {
  public:
   PngBuilder() { Chunk("IHDR", Put32(64) + Put32(48) + Hex("08 02 000000")); }
-  PngBuilder& Chunk(std::string_view type, const Bytes& data);
-  PngBuilder& Latin(std::string_view keyword, const Bytes& text);
-  PngBuilder& Compressed(std::string_view keyword, const Bytes& stream, std::uint8_t method = 0);
+  PngBuilder& Chunk(std::string_view type, const Bytes& data) {
+    return Raw(Put32(data.size()) + Text(type) + data + Text("CRC?"));
+  }
+  PngBuilder& Latin(std::string_view keyword, const Bytes& text) {
+    return Chunk("tEXt", Text(keyword) + Filled(1) + text);
+  }
+  PngBuilder& Compressed(std::string_view keyword, const Bytes& stream, std::uint8_t method = 0) {
+    return Chunk("zTXt", Text(keyword) + Bytes({0, method}) + stream);
+  }
   PngBuilder& International(std::string_view keyword, const Bytes& text, std::uint8_t flag = 0,
-                            std::uint8_t method = 0);
+                            std::uint8_t method = 0) {
+    return Chunk("iTXt",
+                 Text(keyword) + Bytes({0, flag, method}) + Text("de") + Filled(1) + Text("Paket") + Filled(1) + text);
+  }
   [[nodiscard]] Bytes Bare() const { return Hex("89 504E470D0A1A0A") + body_; }
   [[nodiscard]] Bytes Build() const { return PngBuilder(*this).Chunk("IEND", {}).Bare(); }
-  operator Bytes() const { return Build(); }  // NOLINT: a builder stands for its bytes.
-
- private:
-  Bytes body_;
 };
 
-class WebpBuilder {
+class WebpBuilder : public ByteBuilder<WebpBuilder> {
  public:
-  WebpBuilder& Chunk(std::string_view type, const Bytes& data);
-  operator Bytes() const { return Text("RIFF") + Put32(0) + Text("WEBP") + body_; }  // NOLINT
-
- private:
-  Bytes body_;
+  WebpBuilder& Chunk(std::string_view type, const Bytes& data) {
+    return Raw(Text(type) + Put32(data.size(), kLittle) + data + Filled(data.size() % 2));
+  }
+  [[nodiscard]] Bytes Build() const { return Text("RIFF") + Put32(0) + Text("WEBP") + body_; }
 };
 
-// A screen of 64 x 48 with a colour table of two colours. The trailer is added.
-class GifBuilder {
+// A screen of 64 x 48 with a colour table of two colours. Build adds the trailer.
+class GifBuilder : public ByteBuilder<GifBuilder> {
  public:
-  GifBuilder& Raw(const Bytes& bytes);
-  GifBuilder& Image();                                               // With a colour table of its own.
-  GifBuilder& Packet(std::string_view packet, bool trailer = true);  // As it is, or cut into sub-blocks.
+  // With a colour table of its own.
+  GifBuilder& Image() {
+    return Raw(Hex("2C 0000 0000 4000 3000 81") + Filled(12, 0x21) + Hex("02 03 21FF0B 02 3B2C 00"));
+  }
+  // As it is, or cut into sub-blocks.
+  GifBuilder& Packet(std::string_view packet, bool trailer = true);
   [[nodiscard]] const Bytes& Blocks() const { return body_; }
-  [[nodiscard]] Bytes Bare() const;
-  operator Bytes() const { return Bare() + Hex("3B"); }  // NOLINT
-
- private:
-  Bytes body_;
+  [[nodiscard]] Bytes Bare() const {
+    return Text("GIF89a") + Put16(64, kLittle) + Put16(48, kLittle) + Hex("80 0000") + Filled(6, 0x3B) + body_;
+  }
+  [[nodiscard]] Bytes Build() const { return Bare() + Hex("3B"); }
 };
 
 }  // namespace lxtest

@@ -8,50 +8,53 @@
 #include <cstdint>
 #include <string_view>
 
+#include "kit/model/tables/tables.h"
 #include "tests/support/bytes.h"
 #include "tests/support/tiff_builder.h"
 
 namespace lxtest {
 
-// Segments in the order of the calls, behind SOI. Build adds what makes a whole picture of them where it is missing:
+// Segments in the order of the calls, after SOI. Build adds what makes a whole picture of them where it is missing:
 // DQT, SOF0 (3 components, 4:2:0, 64 x 48), DHT, SOS with a little entropy-coded data, EOI. Bare adds nothing.
-class JpegBuilder {
+class JpegBuilder : public ByteBuilder<JpegBuilder> {
  public:
-  JpegBuilder& App0Jfif();
+  // JFIF 1.02: version, density in dots per inch, no thumbnail.
+  JpegBuilder& App0Jfif() { return App(0, "JFIF", Hex("01 02 01 00 48 00 48 00 00")); }
   JpegBuilder& App1Exif(const Bytes& tiff) { return Segment(0xE1, Text("Exif") + Filled(2) + tiff); }
-  JpegBuilder& App1Xmp(std::string_view packet);
-  JpegBuilder& App2Icc(const Bytes& profile, std::uint8_t chunk = 1, std::uint8_t chunks = 1);
+  JpegBuilder& App1Xmp(std::string_view packet) { return App(1, kLxXmpSegmentId, Text(packet)); }
+  JpegBuilder& App2Icc(const Bytes& profile, std::uint8_t chunk = 1, std::uint8_t chunks = 1) {
+    return App(2, "ICC_PROFILE", Bytes({chunk, chunks}) + profile);
+  }
   JpegBuilder& App2FlashPix(const Bytes& data) { return App(2, "FPXR", data); }
   JpegBuilder& App13(const Bytes& resources) { return App(13, "Picturist 3.0", resources); }
   // An APPn segment: the identifier, its zero byte, the data.
-  JpegBuilder& App(int n, std::string_view identifier, const Bytes& data);
+  JpegBuilder& App(int n, std::string_view identifier, const Bytes& data) {
+    return Segment(0xE0 | n, Text(identifier) + Filled(1) + data);
+  }
   JpegBuilder& Comment(std::string_view text) { return Segment(0xFE, Text(text)); }
   // Any segment by the low byte of its marker; the length field counts itself and the payload.
-  JpegBuilder& Segment(std::uint8_t marker, const Bytes& payload);
-  // Bytes as they are, where a marker would stand.
-  JpegBuilder& Raw(const Bytes& bytes);
+  JpegBuilder& Segment(int marker, const Bytes& payload);
 
   // A quantisation table: its first and its 64th entry tell the quality. `destination` 0 is luminance; 0x10 has 16
   // bits.
   JpegBuilder& Dqt(std::uint8_t first = 16, std::uint8_t last = 20, std::uint8_t destination = 0);
-  JpegBuilder& Sof(std::uint8_t marker, int width, int height, const Bytes& samplingFactors);
-  JpegBuilder& Sof0(int width = 64, int height = 48) { return Sof(0xC0, width, height, {0x22, 0x11, 0x11}); }
-  JpegBuilder& Sof2(int width = 64, int height = 48) { return Sof(0xC2, width, height, {0x22, 0x11, 0x11}); }
-  JpegBuilder& Dht();
-  JpegBuilder& Sos();
+  JpegBuilder& Sof(int marker, std::uint32_t width, std::uint32_t height, const Bytes& samplingFactors);
+  JpegBuilder& Sof0(std::uint32_t width = 64, std::uint32_t height = 48) {
+    return Sof(0xC0, width, height, {0x22, 0x11, 0x11});
+  }
+  JpegBuilder& Sof2() { return Sof(0xC2, 64, 48, {0x22, 0x11, 0x11}); }
+  JpegBuilder& Sos() { return Segment(0xDA, Hex("01 01 00 00 3F 00")); }
   JpegBuilder& Eoi() { return Raw({0xFF, 0xD9}); }
 
   [[nodiscard]] Bytes Build() const;
   [[nodiscard]] Bytes Bare() const { return Bytes({0xFF, 0xD8}) + body_; }
-  operator Bytes() const { return Build(); }  // NOLINT: a builder stands for its bytes.
 
  private:
-  Bytes body_;
   bool hasDqt_ = false, hasSof_ = false, hasDht_ = false, hasSos_ = false;
 };
 
 // Image resource blocks, each padded to an even length.
-class ResourceBuilder {
+class ResourceBuilder : public ByteBuilder<ResourceBuilder> {
  public:
   ResourceBuilder& Block(std::uint16_t id, const Bytes& data, std::string_view name = "");
   ResourceBuilder& Iptc(const Bytes& datasets) { return Block(0x0404, datasets); }
@@ -59,32 +62,19 @@ class ResourceBuilder {
   ResourceBuilder& Xmp(std::string_view packet) { return Block(0x0424, Text(packet)); }
   // The 28 bytes of the thumbnail resource's own header stand before the JPEG stream.
   ResourceBuilder& Thumbnail(const Bytes& jpeg) { return Block(0x040C, Filled(28) + jpeg); }
-  ResourceBuilder& Raw(const Bytes& bytes);
-
-  [[nodiscard]] const Bytes& Build() const { return body_; }
-  operator Bytes() const { return body_; }  // NOLINT: a builder stands for its bytes.
-
- private:
-  Bytes body_;
 };
 
 // IPTC-IIM datasets (IPTC-IIM 4, 1.5) of the standard form.
-class IptcBuilder {
+class IptcBuilder : public ByteBuilder<IptcBuilder> {
  public:
-  IptcBuilder& DataSet(std::uint8_t record, std::uint8_t number, const Bytes& data);
+  IptcBuilder& DataSet(std::uint8_t record, std::uint8_t number, const Bytes& data) {
+    return Raw(Bytes({0x1C, record, number}) + Put16(static_cast<std::uint32_t>(data.size())) + data);
+  }
   IptcBuilder& Add(std::uint8_t number, std::string_view text) { return DataSet(2, number, Text(text)); }
-  IptcBuilder& Raw(const Bytes& bytes);
-
-  [[nodiscard]] const Bytes& Build() const { return body_; }
-  operator Bytes() const { return body_; }  // NOLINT: a builder stands for its bytes.
-
- private:
-  Bytes body_;
 };
 
 // A PSD file: header, colour mode data, image resources, layers. Public fields: a test bends the one that it is about.
 struct PsdBuilder {
-  std::uint16_t version = 1;
   std::uint16_t channels = 3;
   std::uint32_t height = 48;
   std::uint32_t width = 64;

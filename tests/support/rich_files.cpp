@@ -212,4 +212,18 @@ Bytes RichPsd(std::size_t gap) {
   return psd.Resources(RichResources(kBig, gap));
 }
 
+std::vector<NamedFile> RichFiles(std::size_t gap) {
+  return {{"JPEG", RichJpeg(kBig, gap)},
+          {"TIFF", RichTiff(kLittle, gap)},
+          {"PSD", RichPsd(gap)},
+          {"PNG", RichPng(gap)},
+          {"WebP", RichWebp(gap)},
+          {"HEIF", RichHeif(gap)},
+          {"JPEG XL", RichJxl(gap)},
+          {"JPEG 2000", RichJp2(gap)},
+          {"GIF", GifBuilder().Image().Packet(RichPacket())},
+          {"side-car", Text(RichPacket())},
+          {"extended packet", ExtendedJpeg()}};
+}
+
 }  // namespace lxtest

@@ -4,6 +4,7 @@
 #define LXBRIDGE_TESTS_SUPPORT_RICH_FILES_H_
 
 #include <string_view>
+#include <vector>
 
 #include "tests/support/bytes.h"
 #include "tests/support/image_builders.h"
@@ -36,6 +37,13 @@ namespace lxtest {
 [[nodiscard]] Bytes RichJxl(std::size_t gap = 0);
 [[nodiscard]] Bytes RichJp2(std::size_t gap = 0);
 [[nodiscard]] Bytes RichPsd(std::size_t gap = 0);
+
+struct NamedFile {
+  const char* name;
+  Bytes bytes;
+};
+// One of each, and a GIF file and a side-car.
+[[nodiscard]] std::vector<NamedFile> RichFiles(std::size_t gap = 0);
 
 }  // namespace lxtest
 

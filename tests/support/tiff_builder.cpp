@@ -5,22 +5,10 @@
 namespace lxtest {
 namespace {
 
+// Of an element, of a rational or a double its half.
 std::uint32_t UnitSize(std::uint16_t type) {
-  switch (type) {
-    case 3:
-    case 8:
-      return 2;
-    case 4:
-    case 5:
-    case 9:
-    case 10:
-    case 11:
-    case 12:
-    case 13:
-      return 4;
-    default:
-      return 1;
-  }
+  constexpr std::uint32_t kSizes[] = {1, 1, 1, 2, 4, 4, 1, 1, 2, 4, 4, 4, 4, 4};
+  return type < std::size(kSizes) ? kSizes[type] : 1;
 }
 
 TiffEntry Opaque(std::uint16_t tag, std::uint16_t type, const Bytes& bytes) {
@@ -46,7 +34,7 @@ TiffEntry Undef(std::uint16_t tag, const Bytes& values) {
   return Opaque(tag, 7, values);
 }
 
-TiffEntry Numbers(std::uint16_t tag, std::uint16_t type, const std::vector<std::int64_t>& numbers) {
+TiffEntry Numbers(std::uint16_t tag, std::uint16_t type, const TiffNumbers& numbers) {
   const bool halves = type == 5 || type == 10 || type == 12;
   const auto count = static_cast<std::uint32_t>(halves ? numbers.size() / 2 : numbers.size());
   return {tag, type, count, [type, numbers](Order order, std::uint32_t) {
@@ -61,33 +49,6 @@ TiffEntry Numbers(std::uint16_t tag, std::uint16_t type, const std::vector<std::
           }};
 }
 
-TiffEntry Short(std::uint16_t tag, std::int64_t number) {
-  return Numbers(tag, 3, {number});
-}
-TiffEntry Short(std::uint16_t tag, const std::vector<std::int64_t>& numbers) {
-  return Numbers(tag, 3, numbers);
-}
-TiffEntry Long(std::uint16_t tag, std::int64_t number) {
-  return Numbers(tag, 4, {number});
-}
-TiffEntry Long(std::uint16_t tag, const std::vector<std::int64_t>& numbers) {
-  return Numbers(tag, 4, numbers);
-}
-TiffEntry SShort(std::uint16_t tag, std::int64_t number) {
-  return Numbers(tag, 8, {number});
-}
-TiffEntry SLong(std::uint16_t tag, std::int64_t number) {
-  return Numbers(tag, 9, {number});
-}
-TiffEntry Ratl(std::uint16_t tag, std::int64_t numerator, std::int64_t denominator) {
-  return Numbers(tag, 5, {numerator, denominator});
-}
-TiffEntry Ratl(std::uint16_t tag, const std::vector<std::int64_t>& halves) {
-  return Numbers(tag, 5, halves);
-}
-TiffEntry SRatl(std::uint16_t tag, std::int64_t numerator, std::int64_t denominator) {
-  return Numbers(tag, 10, {numerator, denominator});
-}
 TiffEntry Float(std::uint16_t tag, float number) {
   return Numbers(tag, 11, {std::bit_cast<std::uint32_t>(number)});
 }
@@ -110,7 +71,7 @@ TiffEntry SubIfd(std::uint16_t tag, const TiffEntries& entries) {
 
 TiffEntry SubIfds(std::uint16_t tag, const std::vector<TiffEntries>& ifds) {
   const auto count = static_cast<std::uint32_t>(ifds.size());
-  // The array of offsets and the IFDs behind it. A single offset goes into the entry itself: EncodeIfd takes the IFD
+  // The array of offsets and the IFDs after it. A single offset goes into the entry itself: EncodeIfd takes the IFD
   // out.
   return {tag, 4, count, [ifds, count](Order order, std::uint32_t at) {
             std::uint32_t position = at + (count > 1 ? 4 * count : 0);
@@ -133,10 +94,10 @@ TiffEntry UndefIfd(std::uint16_t tag, const Bytes& prefix, const TiffEntries& en
 
 Bytes EncodeIfd(Order order, const TiffEntries& entries, std::uint32_t at, std::uint32_t nextIfd) {
   const auto count = static_cast<std::uint32_t>(entries.size());
-  Bytes ifd = Put16(count, order), behind;
+  Bytes ifd = Put16(count, order), values;
   const std::uint32_t end = at + 12 * count + 6;
   for (const TiffEntry& entry : entries) {
-    const std::uint32_t place = end + Size(behind);
+    const std::uint32_t place = end + Size(values);
     Bytes value = entry.value(order, place);
     const std::uint64_t unit = UnitSize(entry.type) * (entry.type == 5 || entry.type == 10 || entry.type == 12 ? 2 : 1);
     const std::uint64_t length = unit * entry.count;
@@ -146,14 +107,14 @@ Bytes EncodeIfd(Order order, const TiffEntries& entries, std::uint32_t at, std::
       Bytes field = Truncated(value, 4);
       field.resize(4);
       ifd += field;
-      if (value.size() > 4) behind += Bytes(value.begin() + 4, value.end());
+      if (value.size() > 4) values += Bytes(value.begin() + 4, value.end());
     } else {
       ifd += Put32(place, order);
-      behind += value;
+      values += value;
     }
-    if (behind.size() % 2 != 0) behind.push_back(0);
+    if (values.size() % 2 != 0) values.push_back(0);
   }
-  return ifd + Put32(nextIfd, order) + behind;
+  return ifd + Put32(nextIfd, order) + values;
 }
 
 TiffBuilder& TiffBuilder::AddTo(std::size_t index, const TiffEntries& entries) {

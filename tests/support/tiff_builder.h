@@ -16,7 +16,7 @@
 
 namespace lxtest {
 
-// One entry. A value of more than 4 bytes stands behind its IFD, in the order of the entries, at an even offset.
+// One entry. A value of more than 4 bytes follows its IFD, in the order of the entries, at an even offset.
 struct TiffEntry {
   std::uint16_t tag;
   std::uint16_t type;
@@ -30,30 +30,41 @@ using TiffEntries = std::vector<TiffEntry>;
 [[nodiscard]] TiffEntry AsciiBytes(std::uint16_t tag, std::string_view text);  // Does not.
 [[nodiscard]] TiffEntry Byte(std::uint16_t tag, const Bytes& values);
 [[nodiscard]] TiffEntry Undef(std::uint16_t tag, const Bytes& values);
-// Numbers of any type of 1, 2 or 4 bytes; of a type of 8 bytes, their 32-bit halves.
-[[nodiscard]] TiffEntry Numbers(std::uint16_t tag, std::uint16_t type, const std::vector<std::int64_t>& numbers);
-[[nodiscard]] TiffEntry Short(std::uint16_t tag, std::int64_t number);
-[[nodiscard]] TiffEntry Short(std::uint16_t tag, const std::vector<std::int64_t>& numbers);
-[[nodiscard]] TiffEntry Long(std::uint16_t tag, std::int64_t number);
-[[nodiscard]] TiffEntry Long(std::uint16_t tag, const std::vector<std::int64_t>& numbers);
-[[nodiscard]] TiffEntry SShort(std::uint16_t tag, std::int64_t number);
-[[nodiscard]] TiffEntry SLong(std::uint16_t tag, std::int64_t number);
-[[nodiscard]] TiffEntry Ratl(std::uint16_t tag, std::int64_t numerator, std::int64_t denominator);
-[[nodiscard]] TiffEntry Ratl(std::uint16_t tag, const std::vector<std::int64_t>& halves);  // n1, d1, n2, d2, ...
-[[nodiscard]] TiffEntry SRatl(std::uint16_t tag, std::int64_t numerator, std::int64_t denominator);
+// One number, or several.
+struct TiffNumbers : std::vector<std::int64_t> {
+  using vector::vector;
+  TiffNumbers(std::int64_t number) : vector({number}) {}  // NOLINT: meant to be implicit.
+};
+// Numbers of any type of 1, 2 or 4 bytes; of a type of 8 bytes, their 32-bit halves: numerator, denominator, ...
+[[nodiscard]] TiffEntry Numbers(std::uint16_t tag, std::uint16_t type, const TiffNumbers& numbers);
+inline TiffEntry Short(std::uint16_t tag, const TiffNumbers& numbers) {
+  return Numbers(tag, 3, numbers);
+}
+inline TiffEntry Long(std::uint16_t tag, const TiffNumbers& numbers) {
+  return Numbers(tag, 4, numbers);
+}
+inline TiffEntry Ratl(std::uint16_t tag, const TiffNumbers& halves) {
+  return Numbers(tag, 5, halves);
+}
+inline TiffEntry Ratl(std::uint16_t tag, std::int64_t numerator, std::int64_t denominator) {
+  return Numbers(tag, 5, {numerator, denominator});
+}
+inline TiffEntry SRatl(std::uint16_t tag, std::int64_t numerator, std::int64_t denominator) {
+  return Numbers(tag, 10, {numerator, denominator});
+}
 [[nodiscard]] TiffEntry Float(std::uint16_t tag, float number);
 [[nodiscard]] TiffEntry Double(std::uint16_t tag, double number);
 
 // The bare fields of an entry, whatever they say: the value field as a number (an offset, or a value of 4 bytes).
 [[nodiscard]] TiffEntry Raw(std::uint16_t tag, std::uint16_t type, std::uint32_t count, std::uint32_t field);
-// A pointer to an IFD that stands behind the pointer's own IFD; with several, an array of offsets. Type LONG.
+// A pointer to an IFD that follows the pointer's own IFD; with several, an array of offsets. Type LONG.
 [[nodiscard]] TiffEntry SubIfd(std::uint16_t tag, const TiffEntries& entries);
 [[nodiscard]] TiffEntry SubIfds(std::uint16_t tag, const std::vector<TiffEntries>& ifds);
 // An opaque value (type UNDEFINED) of `prefix` and an IFD whose offsets count from the TIFF header, as most maker notes
 // are.
 [[nodiscard]] TiffEntry UndefIfd(std::uint16_t tag, const Bytes& prefix, const TiffEntries& entries);
 
-// An IFD and what stands behind it, for an IFD that begins `at` bytes behind the origin of its offsets.
+// An IFD and what follows it, for an IFD that begins `at` bytes after the origin of its offsets.
 [[nodiscard]] Bytes EncodeIfd(Order order, const TiffEntries& entries, std::uint32_t at, std::uint32_t nextIfd = 0);
 
 class TiffBuilder {
@@ -74,7 +85,7 @@ class TiffBuilder {
   TiffBuilder& LastNext(std::uint32_t offset);
 
   [[nodiscard]] Bytes Build() const;
-  operator Bytes() const { return Build(); }  // NOLINT: a builder stands for its bytes.
+  operator Bytes() const { return Build(); }  // NOLINT: meant to be implicit.
 
  private:
   TiffBuilder& AddTo(std::size_t index, const TiffEntries& entries);

@@ -1,4 +1,4 @@
-// Display texts: every format in both byte orders, numbers against printf, and values of any bytes.
+// Display texts: every format in both byte orders, and numbers against printf.
 #include "kit/model/display.h"
 
 #include <gtest/gtest.h>
@@ -17,15 +17,11 @@
 #include "kit/model/pool.h"
 #include "kit/model/tag_record.h"
 #include "kit/model/value.h"
-#include "tests/support/failing_memory.h"
 
 namespace {
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
-
-using lxtest::Failing;
-using lxtest::FailingMemory;
 
 using Random = std::independent_bits_engine<std::mt19937, 32, std::uint32_t>;
 
@@ -461,53 +457,6 @@ TEST_F(Display, ProfilesShowTheirDescription) {
     char* text = LxIccDescription(item.record().value, item.record().valueLength);
     EXPECT_STREQ(text, c.expected.empty() ? nullptr : c.expected.c_str());
     LxFree(text);
-  }
-}
-
-TEST_F(Display, AnyBytesInAnyFormatGiveATextOfTheirOwnOrOneWithinTheValueAndWithoutMemoryTheFormerStays) {
-  constexpr std::uint16_t kTags[] = {0x0002, 0x0004, 0x0006, 0x0007, 0x0084, 0x0E01, 0x829A, 0x829D,
-                                     0x9201, 0x9202, 0x9203, 0x9206, 0x920A, 0x9286, 0x9C9B, 0x1234};
-  constexpr std::string_view kStarts[] = {"", "ASCII\0\0\0"sv, "UNICODE\0"sv, "JIS\0\0\0\0\0"sv, "\0\0\0\1\1\0\0\0"sv};
-  const std::string profiles[] = {Profile(Localized({{"enUS", "one"}, {"frFR", "two"}})), Profile(TextTag(4, "sRGB"))};
-  Random random(std::mt19937(23));
-  for (int round = 0; round < 40000; ++round) {
-    std::string bytes;
-    if (random() % 4 == 0) {
-      bytes = profiles[random() % 2];
-      bytes.resize(128 + random() % (bytes.size() - 127));
-      for (int i = 0; i < 3; ++i) bytes[128 + random() % (bytes.size() - 127) - 1] = static_cast<char>(random() & 0xFF);
-      bytes.replace(36, 4, "acsp");
-    } else {
-      bytes = kStarts[random() % std::size(kStarts)];
-      const std::size_t more = random() % (random() % 8 == 0 ? 400 : 20);
-      const std::uint32_t kind = random() % 3;
-      for (std::size_t i = 0; i < more; ++i) {
-        const std::uint32_t pick = random();
-        bytes += kind == 0 ? static_cast<char>(pick & 0xFF) : static_cast<char>(kind == 1 ? pick % 3 : 32 + pick % 95);
-      }
-    }
-    const LxDisplayDescriptor descriptor = {random() % 12, random() % 2 == 0 ? kNameRows : nullptr};
-    const auto typeCode = static_cast<std::uint16_t>(random() % 18);
-    const std::uint16_t tagId = kTags[random() % std::size(kTags)];
-    SCOPED_TRACE(testing::Message() << "format " << descriptor.format << " type " << typeCode << " tag " << tagId
-                                    << " of " << testing::PrintToString(bytes));
-    Item item(typeCode, bytes, tagId, random() % 4 == 0 ? kLxHidden : 0);
-    const int order = static_cast<int>(random() % 2);
-    const LxDisplayDescriptor* const format = random() % 4 == 0 ? nullptr : &descriptor;
-    LxSetDisplayText(&item.record(), LxCopyText("before", 6), true);
-    {
-      const FailingMemory none(1, Failing::kFromThenOn);
-      const std::string text = item.Show(order, format);
-      EXPECT_TRUE(text == "before" ? item.owns() : text.empty() || item.place() >= 0) << text;
-      EXPECT_TRUE(text == "before" || !bytes.empty());
-    }
-    const std::string text = item.Show(order, format);
-    if (item.owns()) {
-      EXPECT_EQ(item.place(), -1);
-    } else {
-      EXPECT_TRUE(item.place() >= 0 || text.empty());
-      EXPECT_TRUE(item.place() < 0 || static_cast<std::size_t>(item.place()) + text.size() < bytes.size());
-    }
   }
 }
 

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -235,22 +234,6 @@ TEST_F(TextEncoding, TheByteOrderOfRealSentencesIsFound) {
   EXPECT_EQ(GuessOrder("\xFF\xFE\x4E\x6D"sv), 0);
   EXPECT_EQ(GuessOrder("\0"sv), 0);
   EXPECT_EQ(GuessOrder("\0\0\0\0"sv), 0);
-}
-
-TEST_F(TextEncoding, AnyBytesGiveTextsOfTheSizeThatIsReserved) {
-  std::mt19937 random(7);
-  // Bytes that matter more often than chance has it.
-  constexpr std::string_view kTelling = "\0\0\x1B$B(J@a \xC3\xE5\xF0\xFC\x81\x9F\xA0\xDF\xEF\x7F\xD8\xDC\xFF\xFE"sv;
-  for (int round = 0; round < 20000; ++round) {
-    std::string text(random() % 24, '\0');
-    for (char& c : text) {
-      c = random() % 2 == 0 ? static_cast<char>(random() & 0xFF) : kTelling[random() % kTelling.size()];
-    }
-    for (const Converter convert : {LxTextToUtf8, LxLatin1ToUtf8, LxShiftJisToUtf8}) {
-      EXPECT_LE(Converted(convert, text).size(), 3 * text.size() + 6) << testing::PrintToString(text);
-    }
-    EXPECT_LE(FromUtf16(text, GuessOrder(text)).size(), 3 * text.size() + 6) << testing::PrintToString(text);
-  }
 }
 
 }  // namespace

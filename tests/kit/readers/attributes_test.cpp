@@ -51,8 +51,7 @@ TEST(JpegAttributes, ComeFromTheFrameHeader) {
       {"four", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11, 0x11, 0x11}), 8, 8, "640x480 4x8 CMYK jpeg9"},
       {"more than bytes", JpegBuilder().Segment(0xC0, Hex("08 01E0 0280 FF 012200")), 16, 16,
        "640x480 255x8 unk jpeg9"},
-      {"baseline before progressive", JpegBuilder().Sof2(10, 10).Sof(0xC0, 640, 480, {0x11}), 8, 8,
-       "640x480 1x8 gray jpeg9"},
+      {"baseline before progressive", JpegBuilder().Sof2().Sof(0xC0, 640, 480, {0x11}), 8, 8, "640x480 1x8 gray jpeg9"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);

@@ -192,22 +192,4 @@ TEST(BoxFiles, NothingOfTheImageIsRead) {
   }
 }
 
-TEST(BoxFiles, EveryPrefixReadsIntoASoundPool) {
-  const Bytes a = Tiff("A");
-  HeifBuilder heif = HeifBuilder().Exif(2, a).Add(PacketItem(3, Zlib(Text("<P>")), "deflate"));
-  heif.items[0].pieces = 2;
-  heif.items[0].describes = {1};
-  for (const Bytes& file :
-       {heif.Build(), Jxl(Box("jxlc", Hex("FF0A CB 00 00")) + Box("brob", Text("Exif") + Brotli(a))),
-        Jp2(Jp2Header() + Box("uuid", Text("JpgTiffExif->JP2") + a)), Jp2Codestream()}) {
-    const std::string whole = ShownBlocks(*ParsePool(file));
-    for (std::size_t at = 0; at < file.size(); ++at) {
-      const PoolPtr cut = ParsePool(Truncated(file, at));
-      ASSERT_TRUE(IsWellFormed(*cut)) << "cut to " << at;
-      ASSERT_TRUE(ShownBlocks(*cut) == "nothing" || whole.starts_with(ShownBlocks(*cut))) << "cut to " << at;
-      ASSERT_TRUE(IsWellFormed(*ParsePool(WithByte(file, at, file[at] ^ 0x84)))) << "byte " << at;
-    }
-  }
-}
-
 }  // namespace

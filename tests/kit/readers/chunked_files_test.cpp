@@ -134,16 +134,4 @@ TEST(ChunkedFiles, ASidecarIsItsPacket) {
   CheckBlocks({{"whole", Text(packet), " XmpData=" + packet}}, "xmph XMP:", "0x0");
 }
 
-TEST(ChunkedFiles, EveryPrefixReadsIntoASoundPool) {
-  for (const Bytes& file :
-       {PngBuilder().Chunk("eXIf", Tiff("A")).International(kXmp, Zlib(Text("P")), 1).Build(),
-        Bytes(WebpBuilder().Chunk("VP8L", Hex("2F 3FC00B10")).Chunk("EXIF", Tiff("A")).Chunk("XMP ", Text("P"))),
-        Bytes(GifBuilder().Image().Packet("<P>")), Text("<?xml version='1.0'?><rdf:RDF></rdf:RDF>")}) {
-    for (std::size_t at = 0; at < file.size(); ++at) {
-      ASSERT_TRUE(IsWellFormed(*ParsePool(Truncated(file, at)))) << "cut to " << at;
-      ASSERT_TRUE(IsWellFormed(*ParsePool(WithByte(file, at, file[at] ^ 0x84)))) << "byte " << at;
-    }
-  }
-}
-
 }  // namespace

@@ -65,7 +65,7 @@ TEST_P(Tiff, ValuesOfEveryTypeAreTheFilesBytes) {
       {Long(kTag, {1, 0xFFFFFFFF}), 8, {1, 0xFFFFFFFF}},
       {Ratl(kTag, {1, 2, 3, 4}), 16, {1, 2, 3, 4}},
       {Numbers(kTag, 6, {-1, 5}), 2, {255, 5}},
-      {SShort(kTag, -2), 2, {0xFFFE}},
+      {Numbers(kTag, 8, {-2}), 2, {0xFFFE}},
       {SRatl(kTag, -1, 3), 8, {0xFFFFFFFF, 3}},
       {Float(kTag, 1.5f), 4, {0x3FC00000}},
       {Double(kTag, 1.5), 8, {}},
@@ -139,6 +139,15 @@ TEST_P(Tiff, AChainEndsAtItsEndMarkOrAfterEightIfds) {
     EXPECT_EQ(AllItems(opened.pool(), "tiffh", "IFD").size(), c.ifds) << c.what;
     EXPECT_EQ(AllItems(opened.pool(), "tiff").size(), c.ifds) << c.what;
   }
+}
+
+TEST_P(Tiff, AnIfdIsNotEnteredFromItselfAndReadTwiceWhereTwoPointersShareIt) {
+  const PoolPtr own = Read(Builder().Ifd0({Raw(0x014A, 4, 1, 8), Raw(0x8769, 4, 1, 8)}));
+  EXPECT_EQ(AllItems(*own, "tiff").size(), 2u);
+  EXPECT_EQ(AllItems(*own, "exif").size(), 0u);
+  const PoolPtr shared = Read(Builder().Ifd0({Raw(0x8769, 4, 1, 38), Raw(0x8825, 4, 1, 38)}).NextIfd({Short(1, 1)}));
+  EXPECT_EQ(AllItems(*shared, "exif").size(), 1u);
+  EXPECT_EQ(AllItems(*shared, "gps").size(), 1u);
 }
 
 TEST_P(Tiff, ABadHeaderGivesNothing) {

@@ -1,0 +1,29 @@
+// The refusals of the cursor over bytes.
+#include "kit/base/byte_cursor.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(ByteCursor, ATakeThatDoesNotFitMovesNothing) {
+  const std::uint8_t bytes[] = {1, 2, 3, 4, 5};
+  LxByteCursor in = {bytes, sizeof(bytes)};
+  std::uint8_t byte = 0;
+  std::uint16_t pair = 0;
+  std::uint32_t word = 0;
+  ASSERT_TRUE(LxTake16(&in, 1, &pair));
+  EXPECT_EQ(pair, 0x0102);
+  EXPECT_FALSE(LxTake32(&in, 1, &word));
+  EXPECT_FALSE(LxSkip(&in, 4));
+  EXPECT_FALSE(LxSkip(&in, SIZE_MAX));
+  EXPECT_EQ(LxTakeBytes(&in, 4), nullptr);
+  EXPECT_EQ(in.at, bytes + 2);
+  EXPECT_EQ(LxTakeBytes(&in, 2), bytes + 2);
+  EXPECT_FALSE(LxTake16(&in, 0, &pair));
+  ASSERT_TRUE(LxTake8(&in, &byte));
+  EXPECT_EQ(byte, 5);
+  EXPECT_FALSE(LxTake8(&in, &byte));
+  EXPECT_NE(LxTakeBytes(&in, 0), nullptr);
+}
+
+}  // namespace
