@@ -105,28 +105,6 @@ void Packets() {
   Seed("xmp_packet", "no-packet", Text("plain text") + Bytes({0}));
 }
 
-// A text argument after its length.
-Bytes Argument(std::string_view text) {
-  return Bytes({static_cast<std::uint8_t>(text.size())}) + Text(text);
-}
-
-void Commands() {
-  for (std::uint8_t file = 0; file < 4; ++file) {
-    Bytes puts = {file};
-    for (std::uint8_t space = 0; space < 14; ++space) {
-      for (const std::uint8_t type : Bytes({2, 3, 5})) puts += Bytes({1, space, 7, type, 3}) + Argument("12/5 7");
-    }
-    Seed("pool_editing", ("put-" + std::to_string(file)).c_str(), puts);
-    Seed("pool_editing", ("delete-" + std::to_string(file)).c_str(),
-         Bytes({file, 3, 0, 3}) + Argument("") + Bytes({4, 1, 5, 2, 6, 10, 7, 2, 4, 1, 2, 1}) + Argument("a text"));
-  }
-  std::uint8_t type = 0;
-  for (const char* text : {"1 2 3", "-1/3", "1.5", "0x1F", "text", "", "4294967296", "1/0 -2147483648/-1"}) {
-    Seed("pool_editing", ("value-" + std::to_string(type)).c_str(), Bytes({0, 0, type}) + Argument(text));
-    ++type;
-  }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -143,6 +121,5 @@ int main(int argc, char** argv) {
   Seed("resource_blocks", "little", Bytes({0}) + Bytes(RichResources(kLittle)));
   MakerNotes();
   DisplayTexts();
-  Commands();
   return 0;
 }

@@ -92,6 +92,19 @@ struct PsdBuilder {
   operator Bytes() const { return Build(); }  // NOLINT: a builder stands for its bytes.
 };
 
+// What holds image resources, with these blocks; a TIFF file in both byte orders, which the blocks' own does not
+// follow.
+struct Container {
+  const char* name;
+  Bytes (*around)(const Bytes& blocks);
+};
+inline constexpr Container kResourceContainers[] = {
+    {"a JPEG segment", [](const Bytes& blocks) { return JpegBuilder().App13(blocks).Build(); }},
+    {"a PSD file", [](const Bytes& blocks) { return PsdBuilder().Resources(blocks).Build(); }},
+    {"a TIFF tag, II", [](const Bytes& blocks) { return TiffBuilder(kLittle).Ifd0({Undef(0x8649, blocks)}).Build(); }},
+    {"a TIFF tag, MM", [](const Bytes& blocks) { return TiffBuilder(kBig).Ifd0({Undef(0x8649, blocks)}).Build(); }},
+};
+
 // An ICC profile (ICC.1, 7.2) that holds a description of that text, and nothing else.
 [[nodiscard]] Bytes IccProfile(std::string_view description);
 

@@ -37,13 +37,7 @@ void Visit(const LxMetadataPool& pool, const std::function<void(const LxMetadata
 
 std::string Shown(const char* text) {
   std::string out;
-  for (const char* c = text; c != nullptr && *c != '\0'; ++c) {
-    if (*c == '\n') {
-      out += "\\n";
-    } else {
-      out += *c;
-    }
-  }
+  for (const char* c = text; *c != '\0'; ++c) out += *c == '\n' ? "\\n" : std::string(1, *c);
   return out;
 }
 
@@ -61,11 +55,11 @@ class Blocks {
               [](const Range& a, const Range& b) { return std::less<>()(a.first, b.first); });
   }
   [[nodiscard]] bool Hold(const LxMetadataItem& item) const {
-    const auto behind = std::upper_bound(
+    const auto next = std::upper_bound(
         ranges_.begin(), ranges_.end(), item.value,
         [](const std::uint8_t* value, const Range& range) { return std::less<>()(value, range.first); });
-    if (behind == ranges_.begin()) return false;
-    const Range& range = *(behind - 1);
+    if (next == ranges_.begin()) return false;
+    const Range& range = *(next - 1);
     return !std::less<>()(range.second, item.value) && item.valueLength <= range.second - item.value;
   }
 
@@ -131,11 +125,6 @@ LxMetadataItem* OpenedFile::Keep(LxMetadataItem* list) {
   return pool_->root = list;
 }
 
-PoolPtr ReadPoolFromStandardInput(const std::string& path, LxResult* status) {
-  if (std::freopen(path.c_str(), "rb", stdin) == nullptr) ADD_FAILURE() << "cannot open " << path;
-  return ReadPoolFromPath("", status);
-}
-
 std::string DumpPool(const LxMetadataPool& pool, std::string_view nameSpace) {
   std::string out;
   Visit(pool, [&](const LxMetadataItem& item, std::size_t depth) {
@@ -178,19 +167,14 @@ testing::AssertionResult IsWellFormed(const LxMetadataPool& pool) {
   });
   if (!fault.empty()) return testing::AssertionFailure() << fault;
 
-  LxPoolIterator* iterator = LxNewPoolIterator(&pool);
-  if (iterator == nullptr) return testing::AssertionSuccess();  // No memory: nothing to tell.
-  LxMetadataItem* item = nullptr;
-  LxResult walk = kLxOk;
-  while (walk == kLxOk) walk = LxNextPoolItem(iterator, &item, false);
-  LxFreePoolIterator(iterator);
-  if (walk != kLxEnd) return testing::AssertionFailure() << "the walk ends with " << walk;
-
-  iterator = LxNewPoolIterator(&pool);
-  walk = iterator == nullptr ? kLxEnd : kLxOk;
-  while (walk == kLxOk) walk = LxNextDisplayItem(iterator, &item);
-  LxFreePoolIterator(iterator);
-  if (walk != kLxEnd) return testing::AssertionFailure() << "the display walk ends with " << walk;
+  for (const bool displayed : {false, true}) {
+    LxPoolIterator walk;
+    LxStartPoolWalk(&walk, &pool);
+    LxMetadataItem* item = nullptr;
+    LxResult result = kLxOk;
+    while (result == kLxOk) result = displayed ? LxNextDisplayItem(&walk, &item) : LxNextPoolItem(&walk, &item, false);
+    if (result != kLxEnd) return testing::AssertionFailure() << "a walk ends with " << result;
+  }
   return testing::AssertionSuccess();
 }
 
@@ -202,10 +186,6 @@ std::vector<std::string> CorpusFiles() {
   }
   std::sort(out.begin(), out.end());
   return out;
-}
-
-std::string CorpusFile(std::string_view name) {
-  return (std::filesystem::path(LX_CORPUS_DIR) / name).string();
 }
 
 }  // namespace lxtest

@@ -27,8 +27,6 @@ using PoolPtr = LxPoolPtr;
 // The pool of a file with these bytes or of that path. Never null; the status through `status`, which may be null.
 [[nodiscard]] PoolPtr ReadPool(const Bytes& file, LxResult* status = nullptr);
 [[nodiscard]] PoolPtr ReadPoolFromPath(const std::string& path, LxResult* status = nullptr);
-// The same through standard input, which is the file afterwards.
-[[nodiscard]] PoolPtr ReadPoolFromStandardInput(const std::string& path, LxResult* status = nullptr);
 
 // The same from memory, for sweeps over many files; the stream can fail.
 [[nodiscard]] PoolPtr ParsePool(const Bytes& file, LxResult* status = nullptr, const StreamFaults& faults = {});
@@ -56,7 +54,7 @@ class OpenedFile {
 };
 
 // The items in tree order, one a line: "namespace name type displaytext", indented by two spaces a level, with "
-// (deleted)" behind a deleted one. Of a namespace alone: without indentation. Line ends within texts are shown as "\n".
+// (deleted)" after a deleted one. Of a namespace alone: without indentation. Line ends within texts are shown as "\n".
 [[nodiscard]] std::string DumpPool(const LxMetadataPool& pool, std::string_view nameSpace = "");
 
 // The first live item that a search finds; null: none.
@@ -73,7 +71,6 @@ class OpenedFile {
 
 // The real photographs' paths, sorted; none where the folder is not there (such tests are skipped).
 [[nodiscard]] std::vector<std::string> CorpusFiles();
-[[nodiscard]] std::string CorpusFile(std::string_view name);
 
 }  // namespace lxtest
 

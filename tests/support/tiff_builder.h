@@ -33,7 +33,8 @@ using TiffEntries = std::vector<TiffEntry>;
 // One number, or several.
 struct TiffNumbers : std::vector<std::int64_t> {
   using vector::vector;
-  TiffNumbers(std::int64_t number) : vector({number}) {}  // NOLINT: meant to be implicit.
+  TiffNumbers(std::int64_t number) : vector({number}) {}       // NOLINT: meant to be implicit.
+  TiffNumbers(vector numbers) : vector(std::move(numbers)) {}  // NOLINT: meant to be implicit.
 };
 // Numbers of any type of 1, 2 or 4 bytes; of a type of 8 bytes, their 32-bit halves: numerator, denominator, ...
 [[nodiscard]] TiffEntry Numbers(std::uint16_t tag, std::uint16_t type, const TiffNumbers& numbers);

@@ -213,12 +213,9 @@ TEST_F(TextEncoding, TheByteOrderOfRealSentencesIsFound) {
     std::u16string_view text;
   } cases[] = {
       {"English", u"Sunrise over the harbour\r\n"sv},
-      {"Greek", u"Καλημέρα κόσμε"sv},
       {"Russian", u"Привет, мир"sv},
       {"Hindi", u"नमस्ते दुनिया"sv},
-      {"Vietnamese", u"Chào thế giới"sv},
       {"Japanese", u"東京タワーの写真を撮りました。"sv},
-      {"Korean", u"안녕하세요 세계"sv},
       {"emoji", u"\U0001F4F7 caf\u00E9 \U0001F600"sv},
   };
   for (const auto& c : cases) {

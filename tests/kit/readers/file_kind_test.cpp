@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -39,33 +41,34 @@ Bytes Wide(std::string_view text, std::size_t width, Order order) {
   return out;
 }
 
-TEST(FileKind, FollowsTheSignature) {
+TEST(FileKind, IsThatOfTheListedBeginning) {
+  std::ifstream list(LX_FILE_KINDS);
+  int count = 0;
+  for (std::string line, kind, part; std::getline(list, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    std::istringstream in(line);
+    in >> kind >> std::ws;
+    Bytes start;
+    for (; !in.eof(); in >> std::ws) {
+      const bool isText = in.peek() == '"';
+      if (isText) {
+        std::getline(in.ignore(), part, '"');
+      } else {
+        in >> part;
+      }
+      start += isText ? Text(part) : Hex(part);
+    }
+    EXPECT_EQ(LxFileKindName(KindOf(start)), kind) << line;
+    ++count;
+  }
+  EXPECT_GE(count, 38);
+}
+
+TEST(FileKind, IsThatOfABoxOrADocument) {
   const struct {
     const char* kind;
     Bytes start;
   } cases[] = {
-      {"jpeg", Hex("FFD8FFC0")},
-      {"jpeg", Hex("FFD8FFE1")},
-      {"unknown", Hex("FFD8FFBF")},
-      {"tiff", Hex("49492A00")},
-      {"tiff", Hex("4D4D002A")},
-      {"unknown", Hex("49494D00")},
-      {"png", Hex("89504E470D0A1A0A")},
-      {"unknown", Hex("89504E470D0A1A0B")},
-      {"psd", Text("8BPS") + Hex("0001")},
-      {"unknown", Text("8BPS") + Hex("0002")},
-      {"pdf", Text("%PDF-1.4")},
-      {"gif", Text("GIF8")},
-      {"avi", Text("RIFF????AVI LIST")},
-      {"wav", Text("RIFF????WAVEfmt ")},
-      {"mp3", Text("ID3") + Hex("03")},
-      {"unknown", Text("ID3") + Hex("04")},
-      {"bmp", Text("BM")},
-      {"mov", Text("????mdat")},
-      {"mov", Text("????free")},
-      {"mpeg", Hex("000001BA")},
-      {"wmv", Hex("3026B275")},
-      {"webp", Text("RIFF????WEBPVP8 ")},
       {"heif", Ftyp("heic", 24)},
       {"heif", Ftyp("avis", 8000)},
       {"heif", Ftyp("MSF1????iso8miaf", 24)},
@@ -75,12 +78,6 @@ TEST(FileKind, FollowsTheSignature) {
       {"unknown", Ftyp("abcd????" + std::string(4000, 'x') + "heic", 4016)},  // Follows the box.
       {"unknown", Ftyp("abcdheicabcd", 20)},                                  // A minor version.
       {"unknown", Ftyp("abcd????heic", 24)},                                  // A box that the file cuts.
-      {"jxl", Hex("0000000C4A584C200D0A870A")},
-      {"jxl", Hex("FF0A")},
-      {"jp2", Hex("0000000C6A5020200D0A870A")},
-      {"jp2", Hex("FF4FFF51")},
-      {"unknown", Hex("0000000C6A5020200D0A870D")},
-      {"xmp", Text("<x:xmpmeta xmlns")},
       {"xmp", Hex("EFBBBF") + Text(" \n<?xpacket begin=''?>")},
       {"xmp", Hex("FEFF") + Wide("<rdf:RDF>", 2, kBig)},
       {"xmp", Hex("FFFE") + Wide("<x:xapmeta/>", 2, kLittle)},
@@ -88,23 +85,9 @@ TEST(FileKind, FollowsTheSignature) {
       {"xmp", Hex("FFFE0000") + Wide("<?xml?><!--<a>--> <?a?><rdf:RDF>", 4, kLittle)},
       {"xmp", Text(std::string(1015, ' ') + "<rdf:RDF xmlns")},
       {"unknown", Text(std::string(1017, ' ') + "<rdf:RDF xmlns")},
-      {"unknown", Text("<!-- a --><rdf:RDF >")},  // No declaration in front.
-      {"unknown", Text("<?xml version='1.0'?><!DOCTYPE rdf:RDF><rdf:RDF>")},
-      {"unknown", Text("<?xml version='1.0'?><svg><rdf:RDF/></svg>")},
-      {"unknown", Text("<x:xmpmetadata>  ")},
       {"unknown", Wide("<rdf:RDF>", 2, kBig)},
   };
   for (const auto& c : cases) EXPECT_STREQ(LxFileKindName(KindOf(c.start)), c.kind) << testing::PrintToString(c.start);
-}
-
-TEST(FileKind, TheFirstTestThatHoldsDecides) {
-  // A RIFF file of another form is none, although later tests would hold; without RIFF the form says nothing.
-  EXPECT_EQ(KindOf(Text("RIFFmoovRMIDdata")), kLxFileUnknown);
-  EXPECT_EQ(KindOf(Text("RIFFmoovWEBPVP8 ")), kLxFileWebp);
-  EXPECT_EQ(KindOf(Hex("000001BA") + Text("ftypheicmif1")), kLxFileMpeg);
-  EXPECT_EQ(KindOf(Text("????moovWEBPVP8 ")), kLxFileMov);
-  EXPECT_EQ(KindOf(Text("RIFX????AVI ")), kLxFileUnknown);
-  EXPECT_EQ(KindOf(Text("BM??moov")), kLxFileBmp);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 
 #include "kit/model/tables/tables.h"
 #include "kit/model/value.h"
@@ -14,18 +13,6 @@
 using namespace lxtest;
 
 namespace {
-
-// The three things that hold resource blocks; the TIFF file in both byte orders, which the blocks' own does not follow.
-struct Container {
-  const char* name;
-  std::function<Bytes(const Bytes&)> around;
-};
-const Container kContainers[] = {
-    {"a JPEG segment", [](const Bytes& blocks) { return JpegBuilder().App13(blocks).Build(); }},
-    {"a PSD file", [](const Bytes& blocks) { return PsdBuilder().Resources(blocks).Build(); }},
-    {"a TIFF tag, II", [](const Bytes& blocks) { return TiffBuilder(kLittle).Ifd0({Undef(0x8649, blocks)}).Build(); }},
-    {"a TIFF tag, MM", [](const Bytes& blocks) { return TiffBuilder(kBig).Ifd0({Undef(0x8649, blocks)}).Build(); }},
-};
 
 std::string Resources(const Bytes& file) {
   const PoolPtr pool = ParsePool(file);
@@ -43,7 +30,7 @@ Bytes Thumbnail() {
 }
 
 TEST(ImageResources, NamesAndDataOfEveryParityArePaddedToEvenLengths) {
-  for (const Container& container : kContainers) {
+  for (const Container& container : kResourceContainers) {
     for (const std::size_t nameLength : {0u, 1u, 2u, 254u, 255u}) {
       for (const std::size_t dataLength : {0u, 1u, 2u, 5000u}) {
         SCOPED_TRACE(std::string(container.name) + " " + std::to_string(nameLength) + " " + std::to_string(dataLength));
@@ -68,7 +55,7 @@ TEST(ImageResources, NamesAndDataOfEveryParityArePaddedToEvenLengths) {
 
 TEST(ImageResources, ABlockIsReadWhileMoreThanTwelveBytesAreLeft) {
   const Bytes blocks = ResourceBuilder().Block(0x040A, {1}).Block(0x0FA0, {});
-  for (const Container& container : kContainers) {
+  for (const Container& container : kResourceContainers) {
     EXPECT_EQ(Resources(container.around(blocks)), "ir CopyrightFlag undef 1\n") << container.name;
     EXPECT_NE(Resources(container.around(blocks + Filled(1))).find(" 0fa0"), std::string::npos) << container.name;
   }
@@ -118,7 +105,7 @@ TEST(ImageResources, WhatABlockHoldsStandsBelowIt) {
                              .Xmp("<x/>")
                              .Thumbnail(Thumbnail())
                              .Block(0x0406, Hex("0006 0000 0000"));
-    for (const Container& container : kContainers) {
+    for (const Container& container : kResourceContainers) {
       SCOPED_TRACE(container.name);
       const PoolPtr pool = ParsePool(container.around(blocks));
       EXPECT_TRUE(IsWellFormed(*pool));
@@ -152,7 +139,7 @@ TEST(ImageResources, ABlockWithoutWhatItShouldHoldIsDeleted) {
       {"a thumbnail's header", 0x040C, Filled(28) + Thumbnail(), Filled(27)},
   };
   for (const auto& c : cases) {
-    for (const Container& container : kContainers) {
+    for (const Container& container : kResourceContainers) {
       SCOPED_TRACE(std::string(c.what) + " in " + container.name);
       const auto shape = [&](const Bytes& data) {
         const PoolPtr pool = ParsePool(container.around(ResourceBuilder().Block(c.id, data).Block(0x040A, {1})));

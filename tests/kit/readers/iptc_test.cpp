@@ -1,7 +1,8 @@
 // IPTC datasets: which become items, where the walk ends, and the same from a TIFF tag and from a resource.
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <utility>
+#include <vector>
 
 #include "kit/model/value.h"
 #include "tests/support/image_builders.h"
@@ -11,16 +12,15 @@ using namespace lxtest;
 
 namespace {
 
-struct IptcContainer {
-  const char* name;
-  std::function<Bytes(const Bytes&)> around;
-};
-const IptcContainer kIptcContainers[] = {
-    {"a JPEG segment", [](const Bytes& data) { return JpegBuilder().App13(ResourceBuilder().Iptc(data)).Build(); }},
-    {"a PSD file", [](const Bytes& data) { return PsdBuilder().Resources(ResourceBuilder().Iptc(data)).Build(); }},
-    {"a TIFF tag, II", [](const Bytes& data) { return TiffBuilder(kLittle).Ifd0({Undef(0x83BB, data)}).Build(); }},
-    {"a TIFF tag, MM", [](const Bytes& data) { return TiffBuilder(kBig).Ifd0({Undef(0x83BB, data)}).Build(); }},
-};
+// Datasets in resources of each container, and in a TIFF tag of their own.
+std::vector<Bytes> InEachContainer(const Bytes& datasets) {
+  std::vector<Bytes> files = {TiffBuilder(kLittle).Ifd0({Undef(0x83BB, datasets)}),
+                              TiffBuilder(kBig).Ifd0({Undef(0x83BB, datasets)})};
+  for (const Container& container : kResourceContainers) {
+    files.push_back(container.around(ResourceBuilder().Iptc(datasets)));
+  }
+  return files;
+}
 
 std::string Datasets(const Bytes& file) {
   const PoolPtr pool = ParsePool(file);
@@ -38,9 +38,8 @@ TEST(Iptc, DatasetsOfTheApplicationRecordAreItemsInFileOrder) {
                          .Add(25, "ship")
                          .DataSet(2, 221, {1, 2, 3})
                          .Add(120, std::string(0x7FFF, 'c'));
-  for (const IptcContainer& container : kIptcContainers) {
-    SCOPED_TRACE(container.name);
-    const PoolPtr pool = ParsePool(container.around(data));
+  for (const Bytes& file : InEachContainer(data)) {
+    const PoolPtr pool = ParsePool(file);
     EXPECT_TRUE(IsWellFormed(*pool));
     EXPECT_EQ(DumpPool(*pool, "iptc"),
               "iptc RecordVersion undef 0 4\n"
@@ -65,27 +64,27 @@ TEST(Iptc, TheWalkEndsAtWhatIsNoDataset) {
   const Bytes good = first + IptcBuilder().Add(25, "two").Add(25, "three").Build();
   const std::string one = "iptc Keywords ascii one\n";
   const std::string all = one + "iptc Keywords ascii two\niptc Keywords ascii three\n";
-  for (const IptcContainer& container : kIptcContainers) {
-    SCOPED_TRACE(container.name);
-    const auto datasets = [&](const Bytes& data) { return Datasets(container.around(data)); };
-    ASSERT_EQ(datasets(good), all);
-    EXPECT_EQ(datasets(good + Filled(7)), all);  // Padding.
-    EXPECT_EQ(datasets(WithByte(good, first.size(), 0x1D)), one);
-    // The top bit of the length: the length stands behind, in so many bytes.
-    EXPECT_EQ(datasets(WithBytes(good, first.size() + 3, Hex("8004 00000003"))), one);
-    EXPECT_EQ(datasets(WithBytes(good, first.size() + 3, Hex("7FFF"))), one);  // Beyond the file.
-    // An empty dataset needs a byte behind it.
-    EXPECT_EQ(datasets(first + IptcBuilder().Add(25, "").Build()), one);
-    EXPECT_EQ(datasets(first + IptcBuilder().Add(25, "").Build() + Filled(1)), one + "iptc Keywords ascii\n");
+  const std::pair<Bytes, std::string> cases[] = {
+      {good, all},
+      {good + Filled(7), all},  // Padding.
+      {WithByte(good, first.size(), 0x1D), one},
+      // With the top bit set, the length field tells how many bytes of length follow.
+      {WithBytes(good, first.size() + 3, Hex("8004 00000003")), one},
+      {WithBytes(good, first.size() + 3, Hex("7FFF")), one},  // Beyond the file.
+      // An empty dataset needs a byte after it.
+      {first + IptcBuilder().Add(25, "").Build() + Filled(1), one + "iptc Keywords ascii\n"},
+  };
+  for (const auto& [datasets, shown] : cases) {
+    for (const Bytes& file : InEachContainer(datasets)) EXPECT_EQ(Datasets(file), shown);
   }
 }
 
 TEST(Iptc, ADatasetBeyondItsRangeIsReadWhenTheFileHasIt) {
   const Bytes data = IptcBuilder().Add(25, "ones").Add(105, "head");
-  const Bytes behind = Text("line, and more of the file");
+  const Bytes more = Text("line, and more of the file");
   const auto files = {
-      std::pair("resource", PsdBuilder().Resources(ResourceBuilder().Iptc(data).Raw(behind)).Build()),
-      std::pair("TIFF tag", TiffBuilder(kBig).Ifd0({Undef(0x83BB, data)}).Build() + behind),
+      std::pair("resource", PsdBuilder().Resources(ResourceBuilder().Iptc(data).Raw(more)).Build()),
+      std::pair("TIFF tag", TiffBuilder(kBig).Ifd0({Undef(0x83BB, data)}).Build() + more),
   };
   for (const auto& [name, file] : files) {
     SCOPED_TRACE(name);
