@@ -62,7 +62,13 @@ Bytes Jpeg(const Picture& picture) {
   if (!picture.packet.empty()) {
     file.App1Xmp(std::string(picture.packet.begin(), picture.packet.end()));
   }
-  return file.Dqt().Sof0().Segment(0xC4, lxtest::Filled(17)).Sos().Raw(lxtest::Filled(picture.imageLength)).Eoi().Bare();
+  return file.Dqt()
+      .Sof0()
+      .Segment(0xC4, lxtest::Filled(17))
+      .Sos()
+      .Raw(lxtest::Filled(picture.imageLength))
+      .Eoi()
+      .Bare();
 }
 
 Bytes Png(const Picture& picture) {
