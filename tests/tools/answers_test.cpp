@@ -73,6 +73,7 @@ TEST(Flat, HasAMemberForEachPropertyAndNumbersWhenAsked) {
   EXPECT_EQ(flat({"--fields", "exif:Flash/exif:Fired,tiff:*,dc:title,tiff:Make,image:width,dc:date", "--decimal"}),
             R"({"exif:Flash/exif:Fired":true,"tiff:Orientation":6,"dc:title":{"x-default":"Pier","de":"Steg"},)"
             R"("tiff:Make":"Canon","image:width":64})");
+  EXPECT_EQ(flat({"--fields", "all,tiff:*,all"}), flat({"--fields", "all"}));
   EXPECT_EQ(flat({"--fields", "f:size,tiff:Make", "--namespace", "f=http://x.example/f/"}),
             R"({"f:size":"s","tiff:Make":"Canon"})");
   const OrderedJson facts = OrderedJson::parse(flat({"--facts"}));
@@ -81,6 +82,9 @@ TEST(Flat, HasAMemberForEachPropertyAndNumbersWhenAsked) {
   EXPECT_EQ(facts["file:kind"].get<std::string>() + facts["image:orientation"].get<std::string>(), "jpegrot90cw");
   EXPECT_EQ(facts["image:height"], 48);
   EXPECT_EQ(facts["tiff:Make"], "Canon");
+  folder.Add("low.tif", TiffBuilder(kBig).Ifd0({Long(0x0100, 5), Long(0x0101, 0)}));  // No size without a height.
+  EXPECT_EQ(Lxbridge({"--format=csv", "--fields=image:width", "low.tif"}, {.folder = folder.path()}).out,
+            "low.tif,\r\n");
   const Outcome pretty = Lxbridge({"--format=flat", "--fields=dc:title", "--pretty", path});
   EXPECT_EQ(pretty.out, "{\n  \"file\": \"" + path +
                             "\",\n  \"dc:title\": {\n    \"x-default\": \"Pier\",\n    \"de\": \"Steg\"\n  }\n}\n");
@@ -185,7 +189,10 @@ TEST(Fields, AreCountedOverTheFilesOfAllWorkers) {
   const Outcome json = Lxbridge({"fields", "--format=json", folder.path() + "/1.jpg"});
   EXPECT_EQ(json.out, R"({"name": "tiff:Make", "files": 1, "type": "text", "example": "\n"})"
                       "\n");
-  // Every name of the built-in list is one that a table takes.
+  const std::string list = Lxbridge({"fields"}).out;
+  EXPECT_NE(list.find(" EXIF 0x829A ExposureTime "), std::string::npos) << list;
+  EXPECT_NE(list.find(" IPTC 2:80 ByLine "), std::string::npos) << list;
+  // A table takes every name of the built-in list.
   std::string names;
   for (const std::string& line : Lines(Lxbridge({"fields", "--format", "json"}).out))
     names += "," + OrderedJson::parse(line)["name"].get<std::string>();

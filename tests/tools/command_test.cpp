@@ -283,6 +283,7 @@ TEST(CommandOutput, AClosedPipeAndAFullDiskEndTheCommandAndItsWorkers) {
     EXPECT_EQ(told.status, 3);
     EXPECT_EQ(told.err, "");
   }
+  EXPECT_NE(Lxbridge({"--version"}).out.find("zlib"), std::string::npos);
   calls.push_back({"--help"});
   calls.push_back({"--version"});
   for (const auto& arguments : calls) {

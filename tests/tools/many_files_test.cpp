@@ -192,7 +192,8 @@ TEST(ManyFiles, AListHoldsNamesOfAnyBytesAndEntriesThatAreNoNamesHaveALine) {
   const TempFolder folder;
   folder.Add("a.jpg", Photo("A"));
   folder.Add("two\nlines \xE9.jpg", Photo("B"));
-  folder.Add("lines", Text("a.jpg\n\nmissing.jpg\n" + std::string(40000, 'x') + "\n-\na.jpg"));
+  const std::string longest(32768, 'y');
+  folder.Add("lines", Text("a.jpg\n\nmissing.jpg\n" + std::string(32769, 'x') + "\n" + longest + "\n-\na.jpg"));
   folder.Add("zeros", Bytes(Text(std::string_view("two\nlines \xE9.jpg\0\0a.jpg", 22))));
   const Outcome lines = Lxbridge(With(kMakes, {"--files-from", "-"}),
                                  {.input = folder.path() + "/lines", .inputIsPipe = true, .folder = folder.path()});
@@ -202,7 +203,10 @@ TEST(ManyFiles, AListHoldsNamesOfAnyBytesAndEntriesThatAreNoNamesHaveALine) {
             "lxbridge: standard input: line 2 is empty\n"
             "lxbridge: missing.jpg: NotFound\n"
             "lxbridge: standard input: line 4 is too long for a name\n"
-            "lxbridge: -: standard input is the list\n");
+            "lxbridge: " +
+                longest +
+                ": File name too long\n"
+                "lxbridge: -: standard input is the list\n");
   const Outcome zeros = Lxbridge(With(kMakes, {"-0", "--files-from", "zeros"}), {.folder = folder.path()});
   EXPECT_EQ(zeros.out, "\"two\nlines \xE9.jpg\",B\r\na.jpg,A\r\n");
   EXPECT_EQ(zeros.err, "lxbridge: zeros: entry 2 is empty\n");

@@ -107,6 +107,7 @@ TEST(Options, EveryMistakeIsNamed) {
       {{"--format=csv", "--fields", "exif:Flash/", "a.jpg"}, "not a field 'exif:Flash/'"},
       {{"--format=flat", "--namespace", "image=u", "a.jpg"}, "a prefix of file facts: 'image'"},
       {{"--format=flat", "--namespace", "a:b=u", "a.jpg"}, "not PREFIX=URI: 'a:b=u'"},
+      {{"--format=flat", "--namespace", ",b=u", "a.jpg"}, "not PREFIX=URI: ',b=u'"},
       {{"--format=flat", "--separator=;", "a.jpg"}, "'--separator' and '--header' need '--format csv' or 'tsv'"},
       {{"--errors", "a.jpg"}, "'--errors' and '--pretty' need a JSON format"},
       {{"--overwrite", "a.jpg"}, "'--overwrite' needs '--sidecar' or '--output'"},
