@@ -123,6 +123,9 @@ TEST_F(XmpTest, ValuesAreFoundByPathAndMissingOnesAreNoErrorsAndLeaveTheOutValue
   EXPECT_EQ(Get(xmp, kDc, "title[?xml:lang=\"de\"]"), "Steg");
   EXPECT_EQ(Get(xmp, kDc, "title[1]/?xml:lang"), "x-default");
   EXPECT_EQ(xmp.Get("http://example.com/v/", "Places[1]/v:City"), "Oslo");
+  EXPECT_EQ(xmp.Get("http://example.com/v/", "Places[v:City='Rome']/v:City"), "Rome");
+  EXPECT_EQ(xmp.Get("http://example.com/v/", "Places[v:City='Cid']/v:City"), std::nullopt);
+  EXPECT_EQ(xmp.Get("http://example.com/v/", "Places/v:City"), std::nullopt);
   EXPECT_EQ(xmp.Get("http://example.com/v/", "Places"), "");
   EXPECT_EQ(xmp.OptionsOf(kDc, "title").value_or(0) & (LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE),
             std::uint32_t{LX_XMP_ARRAY | LX_XMP_ORDERED | LX_XMP_ALTERNATIVE});
