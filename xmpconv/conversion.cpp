@@ -1,7 +1,11 @@
 #include "xmpconv/conversion.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
+#include <type_traits>
+
+#include "clients/xmp/xmp_utils.h"
 
 namespace {
 
@@ -32,6 +36,17 @@ const LxMetadataItem* LxConversion::Find(LxPartner partner) noexcept {
     searched_ = true;
   }
   return partners_[static_cast<std::size_t>(partner) - 1].found;
+}
+
+void LxConversion::SetTimeZone(XMPDateTime* date) {
+  static_assert(std::has_unique_object_representations_v<XMPDateTime>);
+  if (std::memcmp(date, &unzoned_, sizeof unzoned_) != 0 || zoned_.month == 0) {
+    XMPDateTime fresh = *date;
+    XMPUtils::SetTimeZone(&fresh);
+    unzoned_ = *date;
+    zoned_ = fresh;
+  }
+  *date = zoned_;
 }
 
 bool LxConversion::TakeArrayItems(std::uint64_t count) noexcept {

@@ -40,6 +40,11 @@ class LxConversion {
   // the walk neither deletes nor adds items, so the results hold until its end. Must not be called before the walk.
   [[nodiscard]] const LxMetadataItem* Find(LxPartner partner) noexcept;
 
+  // Gives the date the machine's zone, as XMPUtils does. The dates of a photograph are mostly the same, and the C
+  // library determines the zone under a lock, so a date equal to the previous one gets that one's zone. Raises what
+  // XMPUtils raises. REQUIRES: the date has no zone and no fraction of a second yet.
+  void SetTimeZone(XMPDateTime* date);
+
   // Whether an array of this many items may still be created for the file; if so, deducts them from its allowance.
   //
   // An item in an array costs more than a hundred times its bytes in the file, and a file may refer to the same bytes
@@ -57,6 +62,8 @@ class LxConversion {
   XMPMetaHolder& xmp_;
   bool searched_ = false;
   LxWantedItem partners_[static_cast<std::size_t>(LxPartner::kCount) - 1] = {};
+  XMPDateTime unzoned_{};  // The date that SetTimeZone was last called with, and its result.
+  XMPDateTime zoned_{};
   std::uint64_t arrayItemsLeft_ = kArrayItemsOfAFile;
   std::optional<LxKeywordSet> keywords_;
 };

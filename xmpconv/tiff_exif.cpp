@@ -5,7 +5,6 @@
 #include <iterator>
 #include <string>
 
-#include "clients/xmp/xmp_utils.h"
 #include "kit/model/value.h"
 #include "xmpconv/dates.h"
 #include "xmpconv/exif_structs.h"
@@ -106,7 +105,7 @@ bool MapDateTime(LxConversion& conversion, const LxMetadataItem* item, const cha
   XMPDateTime date{};
   LxParseExifDate(item->value, &date);
   LxParseExifTime(item->value + 11, &date);
-  if (!LxTryXMP([&] { XMPUtils::SetTimeZone(&date); })) return false;
+  if (!LxTryXMP([&] { conversion.SetTimeZone(&date); })) return false;
   const LxMetadataItem* const offset = conversion.Find(OffsetOf(partner));
   if (offset && offset->value && offset->typeCode == kLxTypeAscii) {
     (void)LxParseExifOffset(offset->value, static_cast<std::size_t>(offset->valueLength), &date);

@@ -11,9 +11,28 @@ namespace {
 
 constexpr std::size_t kPageSize = 4096;
 constexpr std::size_t kKeptPerThread = std::size_t{2} << 20;
-constexpr int kSmallestShift = 12;  // Kept sizes are powers of 2, from a page to 512 KiB.
-constexpr int kClasses = 8;
-constexpr std::size_t kLargestKept = std::size_t{1} << (kSmallestShift + kClasses - 1);
+
+// Kept sizes are a page to 512 KiB, in four steps from each power of 2 to the next: a request that is rounded up
+// further could leave half of a large file's memory unused.
+constexpr int kSmallestShift = 12;
+constexpr int kDoublings = 7;
+constexpr std::uint32_t kClasses = 4 * kDoublings + 1;
+constexpr std::size_t kLargestKept = std::size_t{1} << (kSmallestShift + kDoublings);
+
+struct SizeClass {
+  std::uint32_t number;  // Below kClasses.
+  std::size_t size;
+};
+
+// REQUIRES: at most kLargestKept.
+SizeClass ClassOf(std::size_t size) noexcept {
+  if (size <= kPageSize) return {0, kPageSize};
+  const int shift = static_cast<int>(std::bit_width(size - 1)) - 1;  // 2^shift < size.
+  const std::size_t step = std::size_t{1} << (shift - 2);
+  const std::size_t steps = (size + step - 1) / step;  // 5 to 8.
+  return {static_cast<std::uint32_t>(4 * (shift - kSmallestShift)) + static_cast<std::uint32_t>(steps - 4),
+          steps * step};
+}
 
 // AddressSanitizer must see the end of each block.
 #if defined(__SANITIZE_ADDRESS__)
@@ -132,10 +151,10 @@ void* LxAllocKept(LxMemProcs* procs, std::size_t size, LxAlignment alignment) no
   std::size_t asked = size + extra;
   std::uint32_t capacity = 0, shape = 0;
   if (LxKeepsMemoryOf(procs) && size <= kLargestKept) {
-    const int shift = size <= kPageSize ? kSmallestShift : static_cast<int>(std::bit_width(size - 1));
-    asked = (std::size_t{1} << shift) + extra;
+    const SizeClass sizeClass = ClassOf(size);
+    asked = sizeClass.size + extra;
     capacity = static_cast<std::uint32_t>(asked);
-    shape = static_cast<std::uint32_t>(2 * (shift - kSmallestShift) + (aligned ? 1 : 0));
+    shape = 2 * sizeClass.number + (aligned ? 1 : 0);
     Shelf* shelf = ShelfOfThread();
     if (shelf != nullptr && shelf->lists[shape] != nullptr) {
       Header* header = shelf->lists[shape];
