@@ -105,6 +105,8 @@ bool MapDateTime(LxConversion& conversion, const LxMetadataItem* item, const cha
   XMPDateTime date{};
   LxParseExifDate(item->value, &date);
   LxParseExifTime(item->value + 11, &date);
+  // The usual date of an unset clock, for which raising and catching the refusal would cost more than a whole file.
+  if (date.month == 0 || date.day == 0) return false;
   if (!LxTryXMP([&] { conversion.SetTimeZone(&date); })) return false;
   const LxMetadataItem* const offset = conversion.Find(OffsetOf(partner));
   if (offset && offset->value && offset->typeCode == kLxTypeAscii) {

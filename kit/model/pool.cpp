@@ -5,7 +5,7 @@
 
 #include "kit/base/kept_memory.h"
 #include "kit/base/memory.h"
-#include "kit/model/value.h"
+#include "kit/model/new_item.h"
 
 namespace {
 
@@ -32,26 +32,6 @@ void FreeOne(LxMetadataItem* item) noexcept {
   } else if (--slab->live == 0) {
     LxFreeKept(slab);
   }
-}
-
-void Fill(LxMetadataItem* item, LxItemSlab* slab, const char* nameSpace, const char* name, std::uint32_t flags,
-          std::uint16_t tagId, std::uint16_t typeCode, std::int32_t valueLength, const std::uint8_t* value) noexcept {
-  *item = LxMetadataItem{
-      .nameSpace = nameSpace,
-      .name = name,
-      .label = nullptr,
-      .typeName = LxTypeName(typeCode),
-      .displayText = "",
-      .valueLabel = nullptr,
-      .next = nullptr,
-      .firstChild = nullptr,
-      .flags = flags,
-      .tagId = tagId,
-      .typeCode = typeCode,
-      .valueLength = valueLength,
-      .value = value,
-      .slab = slab,
-  };
 }
 
 bool Empty(const char* text) noexcept {
@@ -81,25 +61,18 @@ LxMetadataItem* LxNewMetadataItem(const char* nameSpace, const char* name, std::
                                   std::uint16_t typeCode, std::int32_t valueLength,
                                   const std::uint8_t* value) noexcept {
   auto* item = static_cast<LxMetadataItem*>(LxAlloc(sizeof(LxMetadataItem)));
-  if (item != nullptr) Fill(item, nullptr, nameSpace, name, flags, tagId, typeCode, valueLength, value);
+  if (item != nullptr) LxFillItem(item, nullptr, nameSpace, name, flags, tagId, typeCode, valueLength, value);
   return item;
 }
 
-LxMetadataItem* LxNewSlabItem(LxItemSlab** slab, const char* nameSpace, const char* name, std::uint32_t flags,
-                              std::uint16_t tagId, std::uint16_t typeCode, std::int32_t valueLength,
-                              const std::uint8_t* value) noexcept {
-  if (*slab == nullptr || (*slab)->used == kLxItemsPerSlab) {
-    auto* fresh = static_cast<LxItemSlab*>(LxAllocKept(LxInstalledMemProcs(), sizeof(LxItemSlab), kLxUnaligned));
-    if (fresh == nullptr) return nullptr;
-    fresh->used = fresh->live = 0;
-    fresh->textsUsed = 0;
-    fresh->textsOffered = LxKeepsMemoryOf(LxInstalledMemProcs()) ? kLxSlabTextBytes : 0;
-    *slab = fresh;
-  }
-  LxMetadataItem* item = &(*slab)->items[(*slab)->used++];
-  ++(*slab)->live;
-  Fill(item, *slab, nameSpace, name, flags, tagId, typeCode, valueLength, value);
-  return item;
+bool LxBeginSlab(LxItemSlab** slab) noexcept {
+  auto* fresh = static_cast<LxItemSlab*>(LxAllocKept(LxInstalledMemProcs(), sizeof(LxItemSlab), kLxUnaligned));
+  if (fresh == nullptr) return false;
+  fresh->used = fresh->live = 0;
+  fresh->textsUsed = 0;
+  fresh->textsOffered = LxKeepsMemoryOf(LxInstalledMemProcs()) ? kLxSlabTextBytes : 0;
+  *slab = fresh;
+  return true;
 }
 
 char* LxNewItemText(LxMetadataItem* item, std::size_t size) noexcept {

@@ -163,11 +163,8 @@ struct LxItemSlab {
 };
 static_assert(sizeof(LxItemSlab) <= 8192);
 
-// As LxNewMetadataItem, but takes the record from *slab, which may be null and is replaced by a new slab when full.
-// REQUIRES: *slab is null or has a live item.
-[[nodiscard]] LxMetadataItem* LxNewSlabItem(LxItemSlab** slab, const char* nameSpace, const char* name,
-                                            std::uint32_t flags, std::uint16_t tagId, std::uint16_t typeCode,
-                                            std::int32_t valueLength, const std::uint8_t* value) noexcept;
+// Replaces *slab by a new one. False: no memory.
+[[nodiscard]] bool LxBeginSlab(LxItemSlab** slab) noexcept;
 
 // Memory for a name or display text that the item will own: from its slab if there is space, else from LxAlloc. Null:
 // no memory.

@@ -8,6 +8,7 @@
 
 #include "kit/base/memory.h"
 #include "kit/model/display.h"
+#include "kit/model/new_item.h"
 #include "kit/model/value.h"
 #include "kit/readers/readers.h"
 
