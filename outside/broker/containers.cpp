@@ -14,7 +14,6 @@
 struct TALKindRecord {
   TALDestroyInstanceProc destroy;
   HashTable methods;
-  std::atomic<std::uint32_t> liveContainers;
 
   const char* Name() const noexcept { return reinterpret_cast<const char*>(this + 1); }
 };
@@ -34,10 +33,13 @@ struct Method : HashNode {
   TALProc address;
 };
 
-// The live containers by address. A pointer that is not in the table is not a container.
-std::mutex mutex;  // Guards both tables.
-constinit HashTable livingContainers;
-constinit std::uint32_t liveCount = 0;
+// The live containers by address. A pointer that is not in the table is not a container. All that threads change for a
+// container is on one line of the processor's cache, and the kinds that they read are not changed.
+struct alignas(64) Living {
+  std::mutex mutex;  // Guards the others.
+  HashTable containers;
+};
+Living living;
 
 std::uint64_t HashAddress(std::uint64_t hash, const void* address) noexcept {
   return HashWord(hash, reinterpret_cast<std::uintptr_t>(address));
@@ -65,14 +67,20 @@ void Destroy(TALContainerRef container) noexcept {
   const TALKindRef kind = container->kind;
   void* instance = container->instance;
   {
-    const std::lock_guard lock(mutex);
-    livingContainers.Remove(&container->living);
-    --liveCount;
+    const std::lock_guard lock(living.mutex);
+    living.containers.Remove(&container->living);
   }
-  kind->liveContainers.fetch_sub(1, std::memory_order_release);
   BrokerFree(container);
   // Last, because the instance may own references to other containers.
   if (kind->destroy && instance) kind->destroy(instance);
+}
+
+bool HasContainers(TALKindRef kind) noexcept {
+  const std::lock_guard lock(living.mutex);
+  return living.containers.Any([=](const HashNode& node) {
+    const char* start = reinterpret_cast<const char*>(&node) - offsetof(TALContainerRecord, living);
+    return reinterpret_cast<const TALContainerRecord*>(start)->kind == kind;
+  });
 }
 
 TALErrorRef NullArgument() noexcept {
@@ -90,7 +98,7 @@ TALErrorRef NewKind(TALKindRef* result, const char* name, TALDestroyInstanceProc
   const std::size_t size = std::strlen(name) + 1;
   void* block = BrokerAlloc(sizeof(TALKindRecord) + size);
   if (!block) return OutOfMemoryError();
-  auto* kind = ::new (block) TALKindRecord{destroy, {}, 0};
+  auto* kind = ::new (block) TALKindRecord{destroy, {}};
   std::memcpy(static_cast<char*>(block) + sizeof *kind, name, size);
   *result = kind;
   return nullptr;
@@ -98,7 +106,7 @@ TALErrorRef NewKind(TALKindRef* result, const char* name, TALDestroyInstanceProc
 
 TALErrorRef DeleteKind(TALKindRef kind) noexcept {
   if (!kind) return NullArgument();
-  if (kind->liveContainers.load(std::memory_order_acquire) != 0) return NewBrokerError(BrokerErrorId::kStillInUse);
+  if (HasContainers(kind)) return NewBrokerError(BrokerErrorId::kStillInUse);
   while (HashNode* method = kind->methods.TakeAny()) FreeMethod(static_cast<Method*>(method));
   kind->methods.Free();
   BrokerFree(kind);
@@ -140,14 +148,12 @@ TALErrorRef NewContainer(TALContainerRef* result, TALKindRef kind, void* instanc
   if (!block) return OutOfMemoryError();
   auto* container = ::new (block) TALContainerRecord{instance, kind, 0, {}};
   {
-    const std::lock_guard lock(mutex);
-    if (!livingContainers.Insert(&container->living, HashAddress(0, container))) {
+    const std::lock_guard lock(living.mutex);
+    if (!living.containers.Insert(&container->living, HashAddress(0, container))) {
       BrokerFree(block);
       return OutOfMemoryError();
     }
-    ++liveCount;
   }
-  kind->liveContainers.fetch_add(1, std::memory_order_relaxed);
   *result = container;
   return nullptr;
 }
@@ -210,16 +216,16 @@ TALErrorRef SetPrimaryInstance(TALContainerRef container, void* instance) noexce
 std::uint8_t IsValid(TALContainerRef container) noexcept {
   // Compared as numbers, since the pointer may be anything.
   const auto address = reinterpret_cast<std::uintptr_t>(container);
-  const std::lock_guard lock(mutex);
-  const HashNode* found = livingContainers.Find(HashAddress(0, container), [=](const HashNode& node) {
+  const std::lock_guard lock(living.mutex);
+  const HashNode* found = living.containers.Find(HashAddress(0, container), [=](const HashNode& node) {
     return reinterpret_cast<std::uintptr_t>(&node) - offsetof(TALContainerRecord, living) == address;
   });
   return found ? 1 : 0;
 }
 
 std::uint32_t GetLiveCount() noexcept {
-  const std::lock_guard lock(mutex);
-  return liveCount;
+  const std::lock_guard lock(living.mutex);
+  return static_cast<std::uint32_t>(living.containers.Count());
 }
 
 }  // namespace

@@ -45,6 +45,18 @@ class HashTable {
     return nullptr;
   }
 
+  // Whether `matches` is true for any node.
+  template <typename Matches>
+  bool Any(Matches matches) const noexcept {
+    for (std::size_t i = 0; buckets_ && i <= mask_; ++i) {
+      for (const HashNode* node = buckets_[i]; node; node = node->next) {
+        if (matches(*node)) return true;
+      }
+    }
+    return false;
+  }
+  std::size_t Count() const noexcept { return count_; }
+
   // False: no memory, and nothing has changed. A table that cannot grow still takes the node, but gets slower.
   bool Insert(HashNode* node, std::uint64_t hash) noexcept {
     if (count_ > mask_ || !buckets_) Grow();
