@@ -1,5 +1,5 @@
-// A file's bytes to its pool: well-formed, within the file's budget; searches find what the walks give out, and a
-// container has one block of each kind.
+// A file's bytes to its pool: well-formed, within the file's budget; searches find the items that the walks give out,
+// and a container has one block of each kind.
 #include <string_view>
 
 #include "fuzz/fuzz_target.h"

@@ -1,4 +1,4 @@
-// Imports one hostile file and says what it cost: lx_cost_probe NAME SIZE prints "seconds peak-bytes file-bytes items",
+// Imports one hostile file and prints its cost: lx_cost_probe NAME SIZE prints "seconds peak-bytes file-bytes items",
 // the seconds being the processor's. Without arguments it lists the names. A process of its own, so that no file pays
 // for the memory of another, and so that a profiler can count the instructions of LxProbedImport alone.
 #include <malloc.h>
@@ -38,7 +38,7 @@ void ResetPeak() {
 
 }  // namespace
 
-// The name and the linkage are what the profiler is told.
+// The profiler finds it by this name and linkage.
 extern "C" [[gnu::noinline]] void LxProbedImport(const char* path) {
   LxInterchange interchange(path);
 }

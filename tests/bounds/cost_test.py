@@ -26,7 +26,7 @@ BOMB_SECONDS = 2.0
 BOMB_BYTES_BESIDE = 64 * MEGABYTE
 TRIES = 3
 
-# Large enough that what is the same for every file does not hide what grows with it.
+# Large enough that fixed costs do not hide those that grow with the file.
 SMALL = 512 * 1024
 # Hash tables grow by steps, so a doubling may cost a little more once and less the next time.
 TOLERANCE = 1.15
@@ -38,7 +38,7 @@ def run(command):
 
 
 def probe(program, name, size):
-    """(seconds, peak bytes, file bytes, items), or None behind a message."""
+    """(seconds, peak bytes, file bytes, items), or None after a message."""
     status, out, err = run([program, name, str(size)])
     if status != 0:
         print(f"{name}: the probe ended with {status}: {err.strip()[-2000:]}")

@@ -281,8 +281,7 @@ Bytes NestedBoxes(std::size_t size) {
   for (std::size_t left = size; left > 12; left -= 12) file += Put32(left) + Text("meta") + Filled(4);
   return file;
 }
-// Items of that type. `location`, with these sizes of numbers (ISO/IEC 14496-12, 8.11.3), is what is said of each's
-// place.
+// Items of that type. `location`, with these sizes of numbers (ISO/IEC 14496-12, 8.11.3), is the place of each.
 Maker Items(const std::string& type, std::string_view sizes, const Bytes& location) {
   return [=](std::size_t size) {
     Bytes infos, locations, references;

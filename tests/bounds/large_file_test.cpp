@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tests/faults/whole_road.h"
+#include "tests/faults/whole_pipeline.h"
 #include "tests/support/pool_support.h"
 
 namespace lxtest {

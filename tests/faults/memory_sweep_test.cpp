@@ -1,10 +1,10 @@
-// The nth allocation fails, for every n that there is, through the whole road: once through the kit's memory
+// The nth allocation fails, for every n that there is, through the whole pipeline: once through the kit's memory
 // procedures, once through operator new. Nothing crashes or is left behind; an import is whole, shorter, or raises; the
 // next one is whole again.
 #include <gtest/gtest.h>
 
 #include "api/include/lxbridge/lxbridge.h"
-#include "tests/faults/whole_road.h"
+#include "tests/faults/whole_pipeline.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/failing_new.h"
 #include "tests/support/pool_support.h"
@@ -12,63 +12,48 @@
 namespace lxtest {
 namespace {
 
-constexpr int kFarBeyondAnySweep = 1'000'000;
-
-TEST(MemorySweep, TheKitsAllocationsFailOneByOne) {
+// Each rich file, with its packet as it is when nothing fails.
+template <typename Memory, typename Sweep>
+void SweepRichFiles(Sweep sweep) {
   for (const NamedFile& file : RichFiles()) {
+    SCOPED_TRACE(file.name);
     const TempFile saved(file.bytes);
     const Clients clients;
     const std::string whole = PacketOf(saved.path());
     const Living before;
-    for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
-      for (int nth = 1;; ++nth) {
-        SCOPED_TRACE(testing::Message() << file.name << ", allocation " << nth);
-        ASSERT_LT(nth, kFarBeyondAnySweep);
-        FailingMemory memory(nth, failing);
-        try {
-          LxInterchange interchange(saved.path().c_str());
-          const LxReadFailure told = memory.hasFailed() ? kLxReadNoMemory : kLxReadWhole;
-          ASSERT_EQ(interchange.Outcome().read.failure, told);
-          ASSERT_TRUE(IsWellFormed(*interchange.Pool()));
-        } catch (const std::bad_alloc&) {
-          ASSERT_EQ(nth, 1) << "only the pool's own record is worth an exception";
-        }
-        ASSERT_EQ(memory.liveBlocks(), 0);
-        ASSERT_EQ(Living(), before);
-        if (!memory.hasFailed()) break;
-      }
-    }
-    EXPECT_EQ(PacketOf(saved.path()), whole) << file.name;
+    FailEveryAllocation<Memory>([&](Memory& memory, int nth) {
+      sweep(memory, nth, saved.path(), whole);
+      ASSERT_EQ(memory.liveBlocks(), 0);
+      ASSERT_EQ(Living(), before);
+    });
+    EXPECT_EQ(PacketOf(saved.path()), whole);
   }
 }
 
-TEST(MemorySweep, OperatorNewFailsOneByOne) {
-  for (const NamedFile& file : RichFiles()) {
-    const TempFile saved(file.bytes);
-    const Clients clients;
-    const std::string whole = PacketOf(saved.path());
-    const Living before;
-    for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
-      bool isThrough = false;
-      for (int nth = 1; !isThrough; ++nth) {
-        FailingNew failingNew(nth, failing);
-        const Outcome outcome = Import(saved.path(), [&](LxInterchange& interchange) {
-          failingNew.stopFailing();
-          const bool isTold = interchange.Outcome().read.failure != kLxReadWhole;
-          EXPECT_TRUE(isTold || PacketOf(interchange) == whole) << file.name << ", allocation " << nth;
-          EXPECT_TRUE(!isTold || failingNew.hasFailed()) << file.name << ", allocation " << nth;
-        });
-        failingNew.Stop();
-        isThrough = !failingNew.hasFailed();
-        ASSERT_LT(nth, kFarBeyondAnySweep);
-        ASSERT_NE(outcome, Outcome::kNotStarted) << file.name << ", allocation " << nth;
-        ASSERT_EQ(failingNew.liveBlocks(), 0) << file.name << ", allocation " << nth;
-        ASSERT_EQ(Living(), before) << file.name << ", allocation " << nth;
-        ASSERT_TRUE(!isThrough || outcome == Outcome::kImported) << file.name;
-      }
+TEST(MemorySweep, TheKitsAllocationsFailOneByOne) {
+  SweepRichFiles<FailingMemory>([](FailingMemory& memory, int nth, const std::string& path, const std::string&) {
+    try {
+      LxInterchange interchange(path.c_str());
+      EXPECT_EQ(interchange.Outcome().read.failure, memory.hasFailed() ? kLxReadNoMemory : kLxReadWhole);
+      EXPECT_TRUE(IsWellFormed(*interchange.Pool()));
+    } catch (const std::bad_alloc&) {
+      EXPECT_EQ(nth, 1) << "only the pool's own record is worth an exception";
     }
-    EXPECT_EQ(PacketOf(saved.path()), whole) << file.name;
-  }
+  });
+}
+
+TEST(MemorySweep, OperatorNewFailsOneByOne) {
+  SweepRichFiles<FailingNew>([](FailingNew& memory, int, const std::string& path, const std::string& whole) {
+    const Outcome outcome = Import(path, [&](LxInterchange& interchange) {
+      memory.stopFailing();
+      const bool isTold = interchange.Outcome().read.failure != kLxReadWhole;
+      EXPECT_TRUE(isTold || PacketOf(interchange) == whole);
+      EXPECT_TRUE(!isTold || memory.hasFailed());
+    });
+    memory.Stop();
+    EXPECT_NE(outcome, Outcome::kNotStarted);
+    EXPECT_TRUE(memory.hasFailed() || outcome == Outcome::kImported);
+  });
 }
 
 TEST(MemoryProcedures, AreInstalledByTheFirstInitAlone) {
@@ -85,20 +70,14 @@ TEST(MemoryProcedures, AreInstalledByTheFirstInitAlone) {
 TEST(MemorySweep, AStartWithoutMemoryCanBeTriedAgain) {
   const TempFile saved(RichJpeg(kBig));
   const Living before;
-  for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
-    bool isThrough = false;
-    for (int nth = 1; !isThrough; ++nth) {
-      SCOPED_TRACE(testing::Message() << "allocation " << nth);
-      FailingNew failingNew(nth, failing);
-      {
-        const Clients clients;
-        failingNew.Stop();
-        isThrough = !failingNew.hasFailed();
-        ASSERT_TRUE(!isThrough || Import(saved.path()) == Outcome::kImported);
-      }
-      ASSERT_EQ(Living(), before);
+  FailEveryAllocation<FailingNew>([&](FailingNew& memory, int) {
+    {
+      const Clients clients;
+      memory.Stop();
+      EXPECT_TRUE(memory.hasFailed() || Import(saved.path()) == Outcome::kImported);
     }
-  }
+    ASSERT_EQ(Living(), before);
+  });
   const Clients clients;
   EXPECT_EQ(Import(saved.path()), Outcome::kImported);
 }

@@ -1,6 +1,6 @@
-// The nth read, seek or tell of a file fails or comes short, or the file shrinks behind its nth read, through the whole
-// road: a sound pool and packet, which hold nothing that the whole file's do not; nothing is left behind, and the next
-// import is whole again.
+// The nth read, seek or tell of a file fails or comes short, or the file shrinks after its nth read, through the whole
+// pipeline: a sound pool and packet, which hold nothing that the whole file's do not; nothing is left behind, and the
+// next import is whole again.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -8,7 +8,7 @@
 #include <string>
 
 #include "kit/base/stream.h"
-#include "tests/faults/whole_road.h"
+#include "tests/faults/whole_pipeline.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/failing_stream.h"
 #include "tests/support/pool_support.h"
@@ -152,12 +152,12 @@ TEST_P(StreamSweep, EveryCallFailsInTurn) {
   }
 }
 
-TEST_P(StreamSweep, TheFileShrinksToEveryLengthBehindEveryRead) {
+TEST_P(StreamSweep, TheFileShrinksToEveryLengthAfterEveryRead) {
   for (std::int64_t length = 0; length <= static_cast<std::int64_t>(file_.bytes.size()); length += 1 + length / 6) {
     StreamFaults faults;
     faults.shrinksTo = length;
-    for (bool goesOn = true; goesOn; ++faults.shrinksBehind) {
-      SCOPED_TRACE(testing::Message() << file_.name << ", " << length << " behind read " << faults.shrinksBehind);
+    for (bool goesOn = true; goesOn; ++faults.shrinksAfter) {
+      SCOPED_TRACE(testing::Message() << file_.name << ", " << length << " after read " << faults.shrinksAfter);
       goesOn = ImportsSoundly(faults);
       ASSERT_FALSE(HasFailure());
     }

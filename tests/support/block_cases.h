@@ -15,9 +15,11 @@ namespace lxtest {
 // structure the camera's make, of a packet its text, else the first item's name.
 inline std::string ShownBlocks(const LxMetadataPool& pool) {
   if (pool.root == nullptr) return pool.blocks == nullptr ? "nothing" : "a cache without items";
+  EXPECT_EQ(pool.root->tagId, 0);
   std::string text = std::string(pool.root->nameSpace) + " " + pool.root->name + ":";
   for (const LxMetadataItem* block = pool.root->firstChild; block != nullptr; block = block->next) {
     const LxMetadataItem* item = std::strcmp(block->nameSpace, "xmp") == 0 ? block : block->firstChild;
+    if (item != block && block->valueLength != 0) text += " a length without bytes:";
     text += std::string(" ") + block->name + (block->displayText[0] != 0 ? " " : "") + block->displayText + "=";
     if (item == nullptr) continue;
     const LxMetadataItem* make = Find(pool, "tiff", "Make");

@@ -25,7 +25,7 @@ inline Bytes operator+(Bytes left, const Bytes& right) {
   return left;
 }
 
-// What builders share: bytes that grow by calls in a row. A builder stands for its bytes.
+// The base of builders: bytes that grow by calls in a row. A builder stands for its bytes.
 template <typename Builder>
 class ByteBuilder {
  public:

@@ -2,6 +2,8 @@
 #ifndef LXBRIDGE_TESTS_SUPPORT_FAILING_MEMORY_H_
 #define LXBRIDGE_TESTS_SUPPORT_FAILING_MEMORY_H_
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 
 #include "kit/base/memory.h"
@@ -27,15 +29,6 @@ struct AllocationCount {
 
 // Installed for the length of its life; then the procedures from before are. All blocks made under it have to be freed
 // under it.
-//
-//   for (Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
-//     for (int nth = 1;; ++nth) {
-//       FailingMemory memory(nth, failing);
-//       ...
-//       EXPECT_EQ(memory.liveBlocks(), 0) << "allocation " << nth;
-//       if (!memory.hasFailed()) break;
-//     }
-//   }
 class FailingMemory : private LxMemProcs {
  public:
   // Counts only, when nth is 0.
@@ -83,6 +76,24 @@ class FailingMemory : private LxMemProcs {
   LxMemProcs* former_;
   int liveBlocks_ = 0;
 };
+
+// Calls `work` with a memory whose nth allocation fails, for every n from `first` on that there is: each alone, and all
+// from it on. Memory: FailingMemory or FailingNew.
+template <typename Memory, typename Work>
+void FailEveryAllocation(Work work, int first = 1) {
+  constexpr int kFarBeyondAnySweep = 1'000'000;
+  for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
+    bool hasFailed = true;
+    for (int nth = first; hasFailed; ++nth) {
+      SCOPED_TRACE(testing::Message() << "allocation " << nth);
+      ASSERT_LT(nth, kFarBeyondAnySweep);
+      Memory memory(nth, failing);
+      work(memory, nth);
+      hasFailed = memory.hasFailed();
+      ASSERT_FALSE(testing::Test::HasFatalFailure());
+    }
+  }
+}
 
 }  // namespace lxtest
 

@@ -1,5 +1,5 @@
 // Which calls of a stream fail, and a stream over bytes with a method table of its own, whose nth read, seek or tell
-// fails or comes short, and that keeps what was read where.
+// fails or comes short, and that records its reads.
 #ifndef LXBRIDGE_TESTS_SUPPORT_FAILING_STREAM_H_
 #define LXBRIDGE_TESTS_SUPPORT_FAILING_STREAM_H_
 
@@ -19,9 +19,9 @@ struct StreamFaults {
   int seek = 0;
   int tell = 0;
   bool fromThenOn = false;      // Else that one call only.
-  bool shortRead = false;       // A failing read gives the first half of what was asked for.
+  bool shortRead = false;       // A failing read gives the first half of the bytes.
   std::int64_t shrinksTo = -1;  // The file has only so many bytes any more; -1: it keeps them.
-  int shrinksBehind = 1;        // Behind that read.
+  int shrinksAfter = 1;         // After that read.
 };
 
 // Counts calls, and says of each whether it fails.
@@ -31,10 +31,10 @@ class StreamFaultCounter {
   bool ReadFails() { return Fails(&reads_, faults_.read); }
   bool SeekFails() { return Fails(&seeks_, faults_.seek); }
   bool TellFails() { return Fails(&tells_, faults_.tell); }
-  // What a failing read gives of so many bytes.
+  // How many of so many bytes a failing read gives.
   [[nodiscard]] std::int64_t ShortOf(std::int64_t bytes) const { return faults_.shortRead ? bytes / 2 : 0; }
   // Asked before a read.
-  [[nodiscard]] bool isShrunk() const { return faults_.shrinksTo >= 0 && reads_ >= faults_.shrinksBehind; }
+  [[nodiscard]] bool isShrunk() const { return faults_.shrinksTo >= 0 && reads_ >= faults_.shrinksAfter; }
   [[nodiscard]] std::int64_t shrunkLength() const { return faults_.shrinksTo; }
   [[nodiscard]] bool hasFailed() const { return hasFailed_; }
 

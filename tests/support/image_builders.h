@@ -92,7 +92,7 @@ struct PsdBuilder {
   operator Bytes() const { return Build(); }  // NOLINT: a builder stands for its bytes.
 };
 
-// What holds image resources, with these blocks; a TIFF file in both byte orders, which the blocks' own does not
+// The containers of image resource blocks; a TIFF file in both byte orders, which the blocks' own does not
 // follow.
 struct Container {
   const char* name;

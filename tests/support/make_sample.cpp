@@ -1,4 +1,4 @@
-// Writes the sample photograph of `scripts/run`: a JPEG file with what a camera and an editor leave in one (TIFF, EXIF
+// Writes the sample photograph of `scripts/run`: a JPEG file with the metadata of a camera and an editor (TIFF, EXIF
 // and GPS tags, IPTC datasets, an XMP packet with the caption digest that says that the datasets are newer).
 #include <cstdio>
 #include <fstream>

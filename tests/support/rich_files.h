@@ -1,4 +1,4 @@
-// Files that hold everything at once: what a camera, an editor and a picture desk leave in one. For sweeps over faults
+// Files that hold everything at once: the metadata of a camera, an editor and a picture desk. For sweeps over faults
 // and as seeds of fuzzing.
 #ifndef LXBRIDGE_TESTS_SUPPORT_RICH_FILES_H_
 #define LXBRIDGE_TESTS_SUPPORT_RICH_FILES_H_
@@ -12,7 +12,7 @@
 
 namespace lxtest {
 
-// What takes a `gap` has so many bytes of no meaning between its parts: with 5000 hardly two are on the same page.
+// A builder with a `gap` puts so many bytes of no meaning between its parts: with 5000 hardly two are on the same page.
 
 // An XMP packet with simple values, a struct, all three kinds of array, a language alternative and a qualifier.
 [[nodiscard]] std::string_view RichPacket();

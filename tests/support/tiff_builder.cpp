@@ -103,7 +103,7 @@ Bytes EncodeIfd(Order order, const TiffEntries& entries, std::uint32_t at, std::
     const std::uint64_t length = unit * entry.count;
     ifd += Put16(entry.tag, order) + Put16(entry.type, order) + Put32(entry.count, order);
     if (length <= 4 || value.size() == 4) {
-      // Within the entry; what a pointer points to follows out of line. Bare fields (Raw) are always of 4 bytes.
+      // Within the entry; the target of a pointer follows out of line. Bare fields (Raw) are always of 4 bytes.
       Bytes field = Truncated(value, 4);
       field.resize(4);
       ifd += field;

@@ -57,8 +57,7 @@ void OnThreads(Work work) {
 class ThreadsTest : public testing::Test {
  protected:
   ThreadsTest() {
-    for (const Bytes& file :
-         {RichJpeg(kBig), RichTiff(kLittle), RichPsd(), RichPng(), RichWebp(), RichHeif(), ExtendedJpeg()}) {
+    for (const auto& [name, file] : RichFiles()) {
       built_.emplace_back(file);
       for (const std::size_t part : {3u, 7u}) built_.emplace_back(Truncated(file, file.size() * part / 8));
       built_.emplace_back(WithByte(file, file.size() / 2, static_cast<std::uint8_t>(file[file.size() / 2] ^ 0x55)));

@@ -1,4 +1,4 @@
-// Which blocks the cache loads, what it gives out, and what happens when it cannot.
+// The blocks that the cache loads, the ranges that it gives out, and its failures.
 #include "kit/base/block_cache.h"
 
 #include <gtest/gtest.h>
@@ -92,24 +92,23 @@ TEST_F(BlockCache, AFailedLoadLeavesNothingBehind) {
 }
 
 TEST(BlockCacheMemory, EveryAllocationMayFail) {
-  for (int nth = 1;; ++nth) {
-    FailingMemory memory(nth);
+  lxtest::FailEveryAllocation<FailingMemory>([](FailingMemory& memory, int) {
     FailingStream stream(Pattern(64 * 4096));
     LxBlockCache* cache = LxNewBlockCache(&stream, 64 * 4096);
-    int failures = cache == nullptr ? 1 : 0;
     for (std::int32_t page = 0; cache != nullptr && page < 64; ++page) {
+      const bool hadFailed = memory.hasFailed();
       const LxResult result = LxLoadRange(cache, page * 4096, 1);
+      EXPECT_EQ(result != kLxOk, memory.hasFailed() && !hadFailed);
       if (result == kLxOk) continue;
       EXPECT_EQ(result, kLxOutOfMemory);
-      ++failures;
-      EXPECT_NE(LxMapRange(cache, page * 4096, 1), nullptr) << "allocation " << nth;
+      memory.stopFailing();
+      EXPECT_NE(LxMapRange(cache, page * 4096, 1), nullptr);
     }
-    EXPECT_EQ(failures, memory.hasFailed() ? 1 : 0) << "allocation " << nth;
+    EXPECT_TRUE(cache != nullptr || memory.hasFailed());
     LxFreeBlockCache(cache);
     LxFree(cache);
-    EXPECT_EQ(memory.liveBlocks(), 0) << "allocation " << nth;
-    if (!memory.hasFailed()) break;
-  }
+    EXPECT_EQ(memory.liveBlocks(), 0);
+  });
 }
 
 // The cache as a plain list of ranges: says whether a request has to be read.
@@ -154,7 +153,7 @@ TEST_F(BlockCache, ReadsJustWhatNoSingleBlockCoversHoweverManyThereAre) {
       // Where a page and the request begin and nothing is asked for, a read of no bytes fails.
       ASSERT_EQ(mapped, !reads || stream_->reads().back().bytes > 0) << "request " << i;
     }
-    EXPECT_EQ(std::memcmp(early, bytes_.data() + 10, 10), 0);  // What was given out stays.
+    EXPECT_EQ(std::memcmp(early, bytes_.data() + 10, 10), 0);  // A range that was given out stays.
     if (seed == 3u) break;
     LxFreeBlockCache(cache_);
     LxFree(cache_);

@@ -117,7 +117,7 @@ TEST_P(StreamOver, SeeksWhereTheFileHasAPosition) {
   EXPECT_EQ(stream_->unbuffered, 0);
   EXPECT_EQ(methods->tell(stream_), 0);
   EXPECT_EQ(methods->fill(stream_), bytes_[0]);
-  EXPECT_EQ(methods->tell(stream_), 1);  // Not where the FILE stands, behind what is buffered.
+  EXPECT_EQ(methods->tell(stream_), 1);  // Not where the FILE stands, after the buffered bytes.
   EXPECT_EQ(LxStreamLength(stream_), 10000);
   EXPECT_EQ(methods->tell(stream_), 1);
   EXPECT_EQ(Read(1, 2), Part(1, 3));

@@ -18,7 +18,7 @@ TEST(Utf8ToUtf16, DecodesByTheLeadByteAlone) {
       {"three bytes", "\xE2\x82\xAC", u"\u20AC"},
       {"four bytes make a pair", "\xF0\x9F\x93\xB7!", u"\U0001F4F7!"},
       {"the last code point", "\xF4\x8F\xBF\xBF", u"\U0010FFFF"},
-      {"behind the last code point", "\xF4\x90\x80\x80", u"\uFFFD"},
+      {"after the last code point", "\xF4\x90\x80\x80", u"\uFFFD"},
       {"a trailing byte alone stands for itself", "\x80\xBF", u"\u0080\u00BF"},
       {"an overlong zero",
        "\xC0\x80"

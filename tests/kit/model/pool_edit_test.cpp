@@ -1,5 +1,5 @@
-// The editing operations: values from text, places for new items, containers, deletion, and what is left when memory
-// fails.
+// The editing operations: values from text, places for new items, containers, deletion, and the tree that is left when
+// memory fails.
 #include "kit/model/pool_edit.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,6 @@
 namespace {
 
 using lxtest::Bytes;
-using lxtest::Failing;
 using lxtest::FailingMemory;
 using lxtest::Hex;
 using lxtest::Item;
@@ -46,7 +45,7 @@ TEST(SetFromText, GivesTheItemIdentityValueAndDisplayText) {
     EXPECT_EQ(item->valueLabel, nullptr);
     EXPECT_EQ(item->flags, kLxBigEndianValue | kLxHidden | kLxOwnsDisplayText | kLxOwnsValue | kLxChanged);
 
-    // Its own texts may be given again; what it owned goes.
+    // Its own texts may be given again; the texts that it owned go.
     ASSERT_EQ(LxSetMetadataFromText(item, "iptc", "City", "ascii", item->displayText), kLxOk);
     EXPECT_EQ(ValueOf(item), lxtest::Text("6"));  // Datasets have no terminator.
     ASSERT_EQ(LxSetMetadataFromText(item, "tiff", "Artist", "ascii", "Ann"), kLxOk);
@@ -90,6 +89,7 @@ TEST(NewItem, StandsWhereTheNamespacesFirstItemStood) {
   EXPECT_EQ(pool.shape(), "tiffh.IFDHeader{tiffh.IFD{-tiff.Make . tiff.ExifOffset{exif.Flash} tiff.Model}}");
   EXPECT_EQ(item->flags, kLxBigEndianValue);
   EXPECT_EQ(item->firstChild, nullptr);
+  EXPECT_EQ(item->valueLength, 0);
   EXPECT_EQ(item->next->flags, kLxBigEndianValue | kLxHidden);
 
   ASSERT_EQ(LxPutMetadata(pool.get(), "tiffh", nullptr, nullptr, nullptr, kLxPutAlways), kLxOk);
@@ -249,7 +249,7 @@ TEST(PutMetadata, AnItemThatCannotBeFilledIsNotSeen) {
   EXPECT_STREQ(pool.find("tiff", "Artist")->displayText, "Ann");
 }
 
-// Whether the item or something below it or behind it is live and has no name.
+// Whether the item, a sibling after it or something below them is live and has no name.
 bool HasBlankItem(const LxMetadataItem* first) {
   for (const LxMetadataItem* item = first; item != nullptr; item = item->next) {
     if (((item->flags & kLxDeleted) == 0 && item->name[0] == 0) || HasBlankItem(item->firstChild)) return true;
@@ -259,26 +259,24 @@ bool HasBlankItem(const LxMetadataItem* first) {
 
 TEST(PutMetadata, WhereverMemoryFailsTheTreeStaysWholeAndThePutCanBeRepeated) {
   for (const Put& put : kPuts) {
-    for (const Failing failing : {Failing::kOnce, Failing::kFromThenOn}) {
-      // The first allocations are the root's.
-      const int own = put.layout[0] == 0 ? 0 : std::string(put.layout) == "tiffh" ? 2 : 1;
-      for (int nth = own + 1;; ++nth) {
-        SCOPED_TRACE(std::string(put.layout) + " " + put.nameSpace + ", allocation " + std::to_string(nth));
-        FailingMemory memory(nth, failing);
-        {
-          TreePool pool(RootOf(put.layout));
-          const LxResult result = LxPutMetadata(pool.get(), put.nameSpace, put.name, "undef", "1", kLxPutAlways);
-          EXPECT_EQ(pool.find(put.nameSpace, put.name) != nullptr, result == kLxOk);
-          EXPECT_EQ(result == kLxOk, !memory.hasFailed());
-          EXPECT_FALSE(HasBlankItem(pool->root)) << pool.shape();
-          memory.stopFailing();
-          EXPECT_EQ(LxPutMetadata(pool.get(), put.nameSpace, put.name, "undef", "1", kLxPutAlways), kLxOk);
-          EXPECT_NE(pool.find(put.nameSpace, put.name), nullptr) << pool.shape();
-        }
-        EXPECT_EQ(memory.liveBlocks(), 0);
-        if (!memory.hasFailed()) break;
-      }
-    }
+    SCOPED_TRACE(std::string(put.layout) + " " + put.nameSpace);
+    // The first allocations are the root's.
+    const int own = put.layout[0] == 0 ? 0 : std::string(put.layout) == "tiffh" ? 2 : 1;
+    lxtest::FailEveryAllocation<FailingMemory>(
+        [&](FailingMemory& memory, int) {
+          {
+            TreePool pool(RootOf(put.layout));
+            const LxResult result = LxPutMetadata(pool.get(), put.nameSpace, put.name, "undef", "1", kLxPutAlways);
+            EXPECT_EQ(pool.find(put.nameSpace, put.name) != nullptr, result == kLxOk);
+            EXPECT_EQ(result == kLxOk, !memory.hasFailed());
+            EXPECT_FALSE(HasBlankItem(pool->root)) << pool.shape();
+            memory.stopFailing();
+            EXPECT_EQ(LxPutMetadata(pool.get(), put.nameSpace, put.name, "undef", "1", kLxPutAlways), kLxOk);
+            EXPECT_NE(pool.find(put.nameSpace, put.name), nullptr) << pool.shape();
+          }
+          EXPECT_EQ(memory.liveBlocks(), 0);
+        },
+        own + 1);
   }
 }
 

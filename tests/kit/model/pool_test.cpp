@@ -69,21 +69,21 @@ TEST(PoolItems, ATreeOfAnyDepthIsSearchedAndFreedOnALittleStack) {
   EXPECT_EQ(memory.liveBlocks(), 0);
 }
 
-TEST(PoolSearch, GoesParentsFirstInFileOrderPastWhatIsDeletedClosedOrBehindARunsEnd) {
+TEST(PoolSearch, FindsParentsFirstInFileOrderButNothingDeletedClosedOrAfterARunsEnd) {
   FailingMemory memory;
   TreePool pool(lxtest::List({
       Item("h", "Deleted", {Item("x", "InDeleted")}, kLxDeleted | kLxEndOfRun),
       Item("h", "Closed", {Item("x", "InClosed")}, kLxClosed),
       Item("h", "First", {Item("x", "Twice", {Item("x", "Same", {Item("x", "Same")})})}),
       Item("h", "Second",
-           {Item("y", "Twice"), Item("h", "Run", {Item("x", "InRun")}, kLxEndOfRun), Item("x", "BehindRun")}),
+           {Item("y", "Twice"), Item("h", "Run", {Item("x", "InRun")}, kLxEndOfRun), Item("x", "AfterRun")}),
       Item("h", "Last", {}, kLxEndOfRun),
-      Item("h", "BehindLast"),
+      Item("h", "AfterLast"),
   }));
   for (const char* found : {"Closed", "First", "Twice", "InRun", "Last"}) {
     EXPECT_NE(pool.find("", found), nullptr) << found;
   }
-  for (const char* missed : {"Deleted", "InDeleted", "InClosed", "BehindRun", "BehindLast", "closed", "Clos"}) {
+  for (const char* missed : {"Deleted", "InDeleted", "InClosed", "AfterRun", "AfterLast", "closed", "Clos"}) {
     EXPECT_EQ(pool.find("", missed), nullptr) << missed;
   }
   EXPECT_STREQ(pool.find("", "Twice")->nameSpace, "x");

@@ -1,4 +1,4 @@
-// The two walks: what they give out in which order, and where they end.
+// The two walks: the items that they give out, their order and their ends.
 #include "kit/model/pool_walk.h"
 
 #include <gtest/gtest.h>
@@ -16,17 +16,17 @@ using lxtest::List;
 using lxtest::Shown;
 using lxtest::TreePool;
 
-// The names that a walk gives out, and the result that ends it. An item named `skipBehind` is followed by a skip.
-std::string Walk(LxMetadataPool* pool, const std::string& skipBehind = "") {
+// The names that a walk gives out, and the result that ends it. An item named `skipAfter` is followed by a skip.
+std::string Walk(LxMetadataPool* pool, const std::string& skipAfter = "") {
   LxPoolIterator* iterator = LxNewPoolIterator(pool);
   std::string names;
   LxMetadataItem* item = nullptr;
   LxResult result = kLxOk;
-  for (bool skip = false; (result = LxNextPoolItem(iterator, &item, skip)) == kLxOk; skip = item->name == skipBehind) {
+  for (bool skip = false; (result = LxNextPoolItem(iterator, &item, skip)) == kLxOk; skip = item->name == skipAfter) {
     names += item->name;
   }
   EXPECT_EQ(item == nullptr, result == kLxEnd);
-  EXPECT_EQ(LxNextPoolItem(iterator, &item, false), kLxEnd);  // What is finished stays so.
+  EXPECT_EQ(LxNextPoolItem(iterator, &item, false), kLxEnd);  // A finished walk stays so.
   EXPECT_EQ(item, nullptr);
   LxFreePoolIterator(iterator);
   return names + ":" + std::to_string(result);
@@ -54,7 +54,7 @@ TEST(PoolWalk, GivesAllLiveItemsParentsFirstAndSkipsTheChildrenOfTheOneGivenOutL
   EXPECT_EQ(Walk(pool.get()), "abcdefgh:1");
   EXPECT_EQ(Walk(pool.get(), "a"), "afgh:1");
   EXPECT_EQ(Walk(pool.get(), "b"), "abefgh:1");
-  EXPECT_EQ(Walk(pool.get(), "c"), "abcefgh:1");   // No sibling behind: up to the one of the level above.
+  EXPECT_EQ(Walk(pool.get(), "c"), "abcefgh:1");   // Without a sibling, on at the level above.
   EXPECT_EQ(Walk(pool.get(), "d"), "abcdefgh:1");  // Nothing to pass over.
   EXPECT_EQ(Walk(pool.get(), "f"), "abcdefgh:1");
   EXPECT_EQ(Walk(pool.get(), "g"), "abcdefg:1");
@@ -63,7 +63,7 @@ TEST(PoolWalk, GivesAllLiveItemsParentsFirstAndSkipsTheChildrenOfTheOneGivenOutL
   EXPECT_EQ(Walk(deleted.get()), ":1");
 }
 
-TEST(PoolWalk, BreaksBehindThirtyLevels) {
+TEST(PoolWalk, BreaksAfterThirtyLevels) {
   FailingMemory memory;
   for (const int levels : {30, 31}) {
     LxMetadataItem* top = nullptr;

@@ -62,7 +62,8 @@ std::string Line(const LxNamespaceDescriptor& space) {
          TitleOf(space.dictionary) + " " + std::to_string(space.variant);
 }
 
-// What a display key says beyond the name: of "$$$/Group/Name=Name", the group, where `key` is the name; of
+// The part of a display key that the name does not tell: of "$$$/Group/Name=Name", the group, where `key` is the name;
+// of
 // "$$$/Group/Other=Name", "Group/Other".
 std::string Label(const char* label, std::string_view name, std::string_view key) {
   if (label == nullptr) return "";

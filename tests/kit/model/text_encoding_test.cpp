@@ -9,37 +9,26 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "kit/base/memory.h"
 
 namespace {
 
-// Bytes in a heap block of exactly their length, so that the sanitizer sees a read behind them.
-std::vector<std::uint8_t> Exactly(std::string_view text) {
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(text.size());
-  bytes.assign(text.begin(), text.end());
-  return bytes;
-}
-
 using Converter = char* (*)(const std::uint8_t*, std::int32_t) noexcept;
 
-std::string Take(char* text) {
-  if (text == nullptr) return "(null)";
-  std::string copy = text;
-  LxFree(text);
-  return copy;
-}
-
-std::string Converted(Converter convert, std::string_view text) {
-  const std::vector<std::uint8_t> bytes = Exactly(text);
-  return Take(convert(bytes.data(), static_cast<std::int32_t>(bytes.size())));
-}
-
-LxTextEncoding Guess(std::string_view text) {
-  const std::vector<std::uint8_t> bytes = Exactly(text);
-  return LxGuessEncoding(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+// The result of a function for a heap block of exactly these bytes, so that AddressSanitizer sees a read past them.
+template <typename Function, typename... More>
+auto Of(Function function, std::string_view text, More... more) {
+  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
+  auto result = function(bytes.data(), static_cast<std::int32_t>(bytes.size()), more...);
+  if constexpr (std::is_same_v<decltype(result), char*>) {
+    const std::unique_ptr<char, void (*)(void*)> owned(result, [](void* block) { LxFree(block); });
+    return std::string(result != nullptr ? result : "(null)");
+  } else {
+    return result;
+  }
 }
 
 std::string Utf16(std::u16string_view text, int order) {
@@ -50,16 +39,6 @@ std::string Utf16(std::u16string_view text, int order) {
     bytes += order == 1 ? low : high;
   }
   return bytes;
-}
-
-std::string FromUtf16(std::string_view text, int order) {
-  const std::vector<std::uint8_t> bytes = Exactly(text);
-  return Take(LxUtf16ToUtf8(bytes.data(), static_cast<std::int32_t>(bytes.size()), order));
-}
-
-int GuessOrder(std::string_view text) {
-  const std::vector<std::uint8_t> bytes = Exactly(text);
-  return LxGuessUtf16Order(bytes.data(), static_cast<std::int32_t>(bytes.size()));
 }
 
 class TextEncoding : public testing::Test {
@@ -95,8 +74,7 @@ TEST_F(TextEncoding, AUtf8ValueEndsWithItsZeroByteAndHoldsWholeSequences) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.bytes));
-    const std::vector<std::uint8_t> bytes = Exactly(c.bytes);
-    EXPECT_EQ(LxIsUtf8Value(bytes.data(), static_cast<std::int32_t>(bytes.size())), c.isUtf8);
+    EXPECT_EQ(Of(LxIsUtf8Value, c.bytes), c.isUtf8);
   }
 }
 
@@ -109,9 +87,9 @@ TEST_F(TextEncoding, TheFewestErrorsNameTheEncodingAndTheEarlierWinsATie) {
       {"UTF-8 without terminator", "na\xC3\xAFve"sv, kLxTextUtf8},
       {"UTF-8 cut within its last character: one error, as in Latin-1", "photo \xF0\x9F\x93"sv, kLxTextUtf8},
       {"UTF-8 cut where Shift_JIS has nothing but pairs", "\xE5\x86\x99\xE7\x9C"sv, kLxTextShiftJis},
-      {"text behind the zero byte counts alike for all", "abc\0defgh"sv, kLxTextUtf8},
+      {"text after the zero byte counts alike for all", "abc\0defgh"sv, kLxTextUtf8},
       {"Latin-1", "Zo\xEB M\xFCller, Caf\xE9"sv, kLxTextLatin1},
-      {"Latin-1 before a terminator and what an earlier text left behind it", "Caf\xE9\0junk"sv, kLxTextLatin1},
+      {"Latin-1 before a terminator and the rest of an earlier text", "Caf\xE9\0junk"sv, kLxTextLatin1},
       {"Latin-1 whose only letter is the value's last byte: left out of the first score", "Caf\xE9"sv, kLxTextUtf8},
       {"ISO-2022-JP, the older set and the Roman one", "\x1B$@<L??\x1B(J"sv, kLxTextIso2022Jp},
       {"ISO-2022-JP that goes into no set: three errors as in others", "\x1B$X\x1B$X\x1B$X"sv, kLxTextUtf8},
@@ -124,16 +102,14 @@ TEST_F(TextEncoding, TheFewestErrorsNameTheEncodingAndTheEarlierWinsATie) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    EXPECT_EQ(Guess(c.bytes), c.encoding);
-    if (c.encoding == kLxTextLatin1) {
-      EXPECT_EQ(Converted(LxTextToUtf8, c.bytes), Converted(LxLatin1ToUtf8, c.bytes));
-    } else if (c.encoding == kLxTextShiftJis) {
-      EXPECT_EQ(Converted(LxTextToUtf8, c.bytes), Converted(LxShiftJisToUtf8, c.bytes));
-    } else {
-      EXPECT_EQ(Converted(LxTextToUtf8, c.bytes), std::string(c.bytes.data(), strnlen(c.bytes.data(), c.bytes.size())));
-    }
+    EXPECT_EQ(Of(LxGuessEncoding, c.bytes), c.encoding);
+    const Converter convert = c.encoding == kLxTextLatin1     ? LxLatin1ToUtf8
+                              : c.encoding == kLxTextShiftJis ? LxShiftJisToUtf8
+                                                              : nullptr;
+    const std::string asItIs(c.bytes.data(), strnlen(c.bytes.data(), c.bytes.size()));
+    EXPECT_EQ(Of(LxTextToUtf8, c.bytes), convert != nullptr ? Of(convert, c.bytes) : asItIs);
   }
-  EXPECT_EQ(Converted(LxLatin1ToUtf8, "\x80\x9F\xA0\xFF \0z"sv), "\xC2\x80\xC2\x9F\xC2\xA0\xC3\xBF ");
+  EXPECT_EQ(Of(LxLatin1ToUtf8, "\x80\x9F\xA0\xFF \0z"sv), "\xC2\x80\xC2\x9F\xC2\xA0\xC3\xBF ");
 }
 
 TEST_F(TextEncoding, ShiftJisDamageGivesReplacementsAndEatsNothing) {
@@ -152,7 +128,7 @@ TEST_F(TextEncoding, ShiftJisDamageGivesReplacementsAndEatsNothing) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    EXPECT_EQ(Converted(LxShiftJisToUtf8, c.bytes), c.expected);
+    EXPECT_EQ(Of(LxShiftJisToUtf8, c.bytes), c.expected);
   }
 }
 
@@ -195,14 +171,14 @@ TEST_F(TextEncoding, Utf16BecomesUtf8InEitherOrder) {
       {"ends at the zero unit", u"ab\0cd"sv, "ab"sv},
       {"surrogate pair", u"\U0001F4F7!"sv, "\xF0\x9F\x93\xB7!"sv},
       {"pair the wrong way round", u"\xDCF7\xD83D!"sv, "\xF0\x9F\x93\xB7!"sv},
-      {"the last character of all", u"\U0010FFFF"sv, "\xF4\x8F\xBF\xBF"sv},
+      {"the first and the last pair", u"\U00010000\U0010FFFF"sv, "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"sv},
       {"lone surrogates give nothing", u"\xD83D!\xDCF7\xDCF7?\xD83D"sv, "!?"sv},
   };
   for (const auto& c : cases) {
     for (const int order : {0, 1}) {
       SCOPED_TRACE(testing::Message() << c.name << ", order " << order);
-      EXPECT_EQ(FromUtf16(Utf16(c.units, order), order), c.expected);
-      EXPECT_EQ(FromUtf16(Utf16(c.units, order) + "x", order), c.expected);  // An odd byte more.
+      EXPECT_EQ(Of(LxUtf16ToUtf8, Utf16(c.units, order), order), c.expected);
+      EXPECT_EQ(Of(LxUtf16ToUtf8, Utf16(c.units, order) + "x", order), c.expected);  // An odd byte more.
     }
   }
 }
@@ -217,20 +193,23 @@ TEST_F(TextEncoding, TheByteOrderOfRealSentencesIsFound) {
       {"Hindi", u"नमस्ते दुनिया"sv},
       {"Japanese", u"東京タワーの写真を撮りました。"sv},
       {"emoji", u"\U0001F4F7 caf\u00E9 \U0001F600"sv},
+      {"emoji alone", u"\U0001F600\U0001F4F7"sv},
+      {"surrogates when read wrongly", u"\u4ED8\u4E2D"sv},
   };
   for (const auto& c : cases) {
     for (const int order : {0, 1}) {
       SCOPED_TRACE(testing::Message() << c.name << ", order " << order);
-      EXPECT_EQ(GuessOrder(Utf16(c.text, order)), order);
-      EXPECT_EQ(GuessOrder(Utf16(c.text, order) + "\0\0\0\0"s), order);
-      EXPECT_EQ(GuessOrder(Utf16(u"\uFEFF", order) + Utf16(c.text, order)), order);
+      EXPECT_EQ(Of(LxGuessUtf16Order, Utf16(c.text, order)), order);
+      EXPECT_EQ(Of(LxGuessUtf16Order, Utf16(c.text, order) + "\0\0\0\0"s), order);
+      EXPECT_EQ(Of(LxGuessUtf16Order, Utf16(u"\uFEFF", order) + Utf16(c.text, order)), order);
     }
   }
   // A mark decides where the characters do not; nothing at all is little-endian.
-  EXPECT_EQ(GuessOrder("\xFE\xFF\x4E\x6D"sv), 1);
-  EXPECT_EQ(GuessOrder("\xFF\xFE\x4E\x6D"sv), 0);
-  EXPECT_EQ(GuessOrder("\0"sv), 0);
-  EXPECT_EQ(GuessOrder("\0\0\0\0"sv), 0);
+  EXPECT_EQ(Of(LxGuessUtf16Order, "\xFE\xFF\x4E\x6D"sv), 1);
+  EXPECT_EQ(Of(LxGuessUtf16Order, "\xFF\xFE\x4E\x6D"sv), 0);
+  EXPECT_EQ(Of(LxGuessUtf16Order, "\x4E\x4E"sv), 0);  // The same in either order.
+  EXPECT_EQ(Of(LxGuessUtf16Order, "\0"sv), 0);
+  EXPECT_EQ(Of(LxGuessUtf16Order, "\0\0\0\0"sv), 0);
 }
 
 }  // namespace

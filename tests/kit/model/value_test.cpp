@@ -111,7 +111,7 @@ TEST_F(ParseValueText, TakesTokensUntilOneDoesNotScan) {
       {"-1/3 5", "sratl", "FF FF FF FF 00 00 00 03", "FF FF FF FF 03 00 00 00"},
       {"1 /3", "ratl", "", ""},
       {"1/ 3", "ratl", "00 00 00 01 00 00 00 03", "01 00 00 00 03 00 00 00"},
-      // A token is looked for behind white space, the next one behind the next space: so the later ones come twice.
+      // A token begins after white space, the next one after the next space; so later ones come twice.
       {"1  2", "byte", "01 02 02", "01 02 02"},
       {" \t5", "byte", "05 05", "05 05"},
       {"5 ", "byte", "05", "05"},

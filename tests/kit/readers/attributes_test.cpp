@@ -47,7 +47,7 @@ TEST(JpegAttributes, ComeFromTheFrameHeader) {
       {"4:2:0", JpegBuilder().Sof(0xC0, 640, 480, {0x22, 0x11, 0x11}), 16, 16, "640x480 3x8 RGB jpeg9"},
       {"4:2:2", JpegBuilder().Sof(0xC1, 640, 480, {0x21, 0x11, 0x11}), 16, 8, "640x480 3x8 RGB jpeg9"},
       {"4:1:1", JpegBuilder().Sof(0xC2, 640, 480, {0x41, 0x22, 0x11}), 32, 16, "640x480 3x8 RGB jpeg9"},
-      {"4 behind 2", JpegBuilder().Sof(0xC2, 640, 480, {0x22, 0x14, 0x11}), 16, 32, "640x480 3x8 RGB jpeg9"},
+      {"4 after 2", JpegBuilder().Sof(0xC2, 640, 480, {0x22, 0x14, 0x11}), 16, 32, "640x480 3x8 RGB jpeg9"},
       {"four", JpegBuilder().Sof(0xC0, 640, 480, {0x11, 0x11, 0x11, 0x11}), 8, 8, "640x480 4x8 CMYK jpeg9"},
       {"more than bytes", JpegBuilder().Segment(0xC0, Hex("08 01E0 0280 FF 012200")), 16, 16,
        "640x480 255x8 unk jpeg9"},
@@ -67,7 +67,7 @@ TEST(JpegAttributes, WithoutAFrameOrATableTheFileIsBad) {
   (void)Read(JpegBuilder().Comment("the control"));
   ExpectBadFormat(JpegBuilder().Sof(0xC3, 8, 8, {0x11}), "a lossless frame");
   ExpectBadFormat(JpegBuilder().Sof0().Sos().Bare(), "no table");
-  ExpectBadFormat(JpegBuilder().Dqt().Sos().Sof0().Bare(), "a frame behind the scan");
+  ExpectBadFormat(JpegBuilder().Dqt().Sos().Sof0().Bare(), "a frame after the scan");
   ExpectBadFormat(JpegBuilder().Segment(0xC0, Hex("08 01E0 0280")), "a cut frame");
   ExpectBadFormat(JpegBuilder().Raw(Hex("FFDB0000")), "a table without length");
   // A frame in a thumbnail is not the file's.
@@ -145,7 +145,7 @@ TEST(TiffAttributes, JpegInTiffTellsItsQuality) {
       {"a table", {{0x0207, 4, 1, [table](Order o, std::uint32_t at) { return Put32(at, o) + table; }}}, "jpeg9"},
       {"none", {}, "jpeg0"},
       {"an offset of two bytes", {Short(0x0207, 8)}, "jpeg0"},
-      {"a table behind the file", {Long(0x0207, 100000)}, "jpeg0"},
+      {"a table beyond the file", {Long(0x0207, 100000)}, "jpeg0"},
       {"a table that the file cuts", {Long(0x0207, 30)}, "jpeg0"},
   };
   for (const auto& c : cases) {

@@ -57,6 +57,7 @@ TEST(BoxFiles, HeifBlocksAreItems) {
   HeifBuilder oldInfo = one;
   oldInfo.itemVersion = 1;
   const Bytes file = one;
+  const Bytes two = HeifBuilder().Add({.id = 2, .data = Filled(4) + a, .describes = {9, 1}});
   HeifBuilder toTheEnd = Sizes(1, 4, 0, 0, 0);
   toTheEnd.items[0].pieces = 40;
   CheckBlocks(
@@ -64,7 +65,7 @@ TEST(BoxFiles, HeifBlocksAreItems) {
        {"in the order of blocks", HeifBuilder().Packet(2, "<P>").Exif(3, a), std::string(kExif) + kPacket},
        {"the first recognised", HeifBuilder().Exif(2, Text("II*")).Exif(3, a).Exif(4, Tiff("B")), kExif},
        {"an offset over a prefix", One(Put32(6) + prefixed), kExif},
-       {"a prefix behind the offset", One(Put32(0) + prefixed), kExif},
+       {"a prefix after the offset", One(Put32(0) + prefixed), kExif},
        {"an offset over anything", One(Put32(3) + Text("???") + a), kExif},
        {"no offset", One(a), kExif},
        {"no offset, a prefix", One(prefixed), kExif},
@@ -90,11 +91,13 @@ TEST(BoxFiles, HeifBlocksAreItems) {
        {"information of version 1", oldInfo, "nothing"},
        {"of another image", HeifBuilder().Add({.id = 2, .data = a, .describes = {9}}).Add(PacketItem(3, Text("<P>"))),
         kPacket},
+       {"more images than their number", WithBytes(two, OffsetOf(two, Text("cdsc")) + 6, Put16(1)), "nothing"},
        {"damage within meta", With(one, {}, Put32(100) + Text("free")), kExif},
        {"extents beyond the file", Truncated(file, file.size() - 1), "nothing"},
        {"a box of 64 bits, one of size 0 in meta", With(one, LongBox("free", Filled(3)), OpenBox("free", {})), kExif}},
       "heifh HEIF:", "64x48");
   CheckBlocks({{"without a main image", noPrimary, kExif},
+               {"a main image without properties", WithBytes(file, OffsetOf(file, Text("pitm")) + 8, Put16(7)), kExif},
                {"only the first meta", With(one, Box("meta", Filled(4))), "nothing"},
                {"damage before meta", With(one, Put32(4) + Text("free")), "nothing"},
                {"meta cut", Truncated(file, OffsetOf(file, Text("ipma"))), "nothing"}},
@@ -129,7 +132,11 @@ TEST(BoxFiles, JpegXlBlocksAreBoxes) {
   const struct {
     const char* start;
     std::int32_t samples, bits;
-  } samples[] = {{"FF0A CB 02", 3, 8}, {"FF0A CB D0 22", 2, 10}, {"FF0A CB 00", 0, 0}};
+  } samples[] = {{"FF0A CB 02", 3, 8},
+                 {"FF0A 78B1", 3, 8},  // Ends with its last bit.
+                 {"FF0A CB D0 22", 2, 10},
+                 {"FF0A CB 04 A1 D2 22", 2, 10},  // The same of an animation.
+                 {"FF0A CB 00", 0, 0}};
   for (const auto& c : samples) {
     const PoolPtr pool = ReadPool(Jxl(Box("jxlc", Hex(c.start))));
     EXPECT_EQ(pool->samples, c.samples) << c.start;

@@ -54,6 +54,8 @@ TEST(ChunkedFiles, PngBlocksStandInChunksAndTexts) {
        {"unless it is empty", PngBuilder().International(kXmp, {}).Latin(kXmp, packet), " tEXt XML:com.adobe.xmp=P"},
        {"another keyword", PngBuilder().International("XML:com.adobe.xmp2", packet).Latin("XML:com.adobe.xm", packet),
         "nothing"},
+       {"no end of its language", PngBuilder().Chunk("iTXt", Text(kXmp) + Filled(3) + Text("de")), "nothing"},
+       {"no end of its keyword", PngBuilder().Chunk("iTXt", Text(kXmp) + Filled(4) + packet), "nothing"},
        {"an unknown flag", PngBuilder().International(kXmp, packet, 2), "nothing"},
        {"segment, TIFF", raw("APP1", exifSegment), " tEXt Raw profile type APP1=A"},
        {"segment, packet", raw("APP1", xmpSegment), " tEXt Raw profile type APP1=P"},

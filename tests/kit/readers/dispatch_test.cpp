@@ -1,4 +1,4 @@
-// What the readers share: valid ranges, the routines that only remember something, thumbnails that two tags describe.
+// The dispatch of readers: valid ranges, the routines that only remember something, thumbnails that two tags describe.
 #include "kit/readers/dispatch.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ TEST(Dispatch, AnInvalidRangeGivesNothingForAnyReader) {
   }
 }
 
-// IFD1 with the thumbnail's start and length in either order, the bytes behind it.
+// IFD1 with the thumbnail's start and length in either order, then its bytes.
 Bytes WithThumbnail(Order order, bool lengthFirst, const Bytes& thumbnail, std::uint32_t length) {
   const TiffEntry start = {kThumbnailStart, 4, 1,
                            [thumbnail](Order o, std::uint32_t at) { return Put32(at, o) + thumbnail; }};
@@ -66,7 +66,7 @@ TEST(Dispatch, AThumbnailsItemCarriesItsBytesWhicheverTagComesFirst) {
       EXPECT_EQ(ValueOf(*thumbnail), jpeg);
       EXPECT_STREQ(thumbnail->firstChild->nameSpace, "jpegt");
       EXPECT_STREQ(thumbnail->firstChild->displayText, "small");
-      // The main image's header stays what it is.
+      // The main image's header stays as it is.
       EXPECT_EQ(ValueOf(*pool->root), Hex("FFD8"));
       EXPECT_TRUE(IsWellFormed(*pool));
     }

@@ -62,6 +62,7 @@ TEST(FileKind, IsThatOfTheListedBeginning) {
     ++count;
   }
   EXPECT_GE(count, 38);
+  EXPECT_FALSE(LxHasFileReader(kLxFilePdf));
 }
 
 TEST(FileKind, IsThatOfABoxOrADocument) {
@@ -76,6 +77,7 @@ TEST(FileKind, IsThatOfABoxOrADocument) {
       {"heif", Put32(1) + Text("ftyp") + Put32(0) + Put32(28) + Text("abcd????avif")},
       {"heif", Ftyp("abcd????" + std::string(4000, 'x') + "heic", 4020)},
       {"unknown", Ftyp("abcd????" + std::string(4000, 'x') + "heic", 4016)},  // Follows the box.
+      {"unknown", Ftyp("abcdheic" + std::string(1020, 'x'), 1036)},           // Read in two parts.
       {"unknown", Ftyp("abcdheicabcd", 20)},                                  // A minor version.
       {"unknown", Ftyp("abcd????heic", 24)},                                  // A box that the file cuts.
       {"xmp", Hex("EFBBBF") + Text(" \n<?xpacket begin=''?>")},

@@ -83,7 +83,7 @@ TEST(ImageResources, TheWalkEndsAtWhatIsNoBlock) {
 }
 
 TEST(ImageResources, DataBeyondTheSegmentIsReadWhenTheFileHasIt) {
-  // The size reaches over the segment's end into the ones behind it.
+  // The size reaches over the segment's end into the following ones.
   const auto bent = [](const Bytes& block) { return WithBytes(block, 8, Put32(block.size() - 12 + 40)); };
   const Bytes caption = ResourceBuilder().Block(0x03F0, Text("plain")).Raw({});
   const PoolPtr whole = ParsePool(JpegBuilder().App13(caption));
@@ -91,7 +91,7 @@ TEST(ImageResources, DataBeyondTheSegmentIsReadWhenTheFileHasIt) {
   const PoolPtr over = ParsePool(JpegBuilder().App13(bent(caption)));
   EXPECT_TRUE(IsWellFormed(*over));
   EXPECT_EQ(Find(*over, "ir", "Caption")->valueLength, 6 + 40);
-  // What would have to be read from beyond the limit is not.
+  // Datasets are not read beyond the limit.
   const Bytes iptc = ResourceBuilder().Iptc(IptcBuilder().Add(25, "harbours"));
   EXPECT_EQ(Shape(AllItems(*ParsePool(JpegBuilder().App13(bent(iptc))), "ir")[0]), "-ir.IptcNaa");
 }
@@ -170,7 +170,7 @@ TEST(ImageResources, AThumbnailOfExifInAResourceHasItsBytesAndTheResourcesOwnNon
 }
 
 TEST(ImageResources, NestingEndsAtTheLastLevelThatWalksReach) {
-  // Exif in a resource in a TIFF tag in Exif ...: four levels a turn. Behind the bound the walk goes on where it can.
+  // Exif in a resource in a TIFF tag in Exif ...: four levels a turn. Beyond the bound the walk goes on where it can.
   for (const int turns : {6, 7, 8, 40}) {
     Bytes tiff = TiffBuilder(kBig).Ifd0({Short(0x0112, 1)});
     for (int i = 0; i < turns; ++i) {

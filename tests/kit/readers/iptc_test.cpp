@@ -101,7 +101,7 @@ TEST(Iptc, ADatasetBeyondItsRangeIsReadWhenTheFileHasIt) {
 }
 
 TEST(Iptc, ATiffTagOfLongsIsReadAsItsBytes) {
-  // What TIFF writers store: the type LONG, padded to whole elements, the bytes not swapped.
+  // TIFF writers store the type LONG, padded to whole elements, with bytes that are not swapped.
   Bytes data = IptcBuilder().Add(25, "harbour").Add(90, "Bern");
   while (data.size() % 4 != 0) data.push_back(0);
   for (const Order order : {kLittle, kBig}) {

@@ -66,7 +66,7 @@ TEST(Jpeg, ARecognisedSegmentShrinksToItsHeader) {
       {1, "Exif", Filled(1) + SmallExif(), 4 + 4, kRead},
       {3, "Meta", Filled(1) + SmallExif(), 4 + 4, kRead},
       {1, "Exif", Filled(1) + Text("MM??"), 4 + 4, kDeleted},
-      {1, "Exif", Bytes(), 7, kDeleted},  // No room for the padding: all 7 bytes are the header.
+      {1, "Exif", Bytes(), 7, kDeleted},  // No space for the padding: all 7 bytes are the header.
       {0, "JFIF", Filled(9), 4 + 3, kRead},
       {0, "JFIF", Filled(8), 4 + 3, kDeleted},
       {1, kLxXmpSegmentId, Text("<x/>"), 28 + 3, kRead},
@@ -134,12 +134,12 @@ TEST(Jpeg, TheWalkGoesToTheScanAndKeepsWhatCameBeforeBadData) {
     Bytes file;
     const char* segments;
   } cases[] = {
-      {"the scan ends it", JpegBuilder().Sos().Comment("behind").Bare(), "SOS"},
-      {"an end of image does not", JpegBuilder().Eoi().Comment("behind").Sos().Bare(), "EOI COM SOS"},
+      {"the scan ends it", JpegBuilder().Sos().Comment("after").Bare(), "SOS"},
+      {"an end of image does not", JpegBuilder().Eoi().Comment("after").Sos().Bare(), "EOI COM SOS"},
       {"restart markers have no length", JpegBuilder().Raw(Hex("FFD0FFD7")).Dqt().Bare(), "RST0 RST7 DQT"},
       {"no marker", JpegBuilder().Dqt().Raw(Hex("00FFDB0002")).Sos().Bare(), "DQT"},
       {"a marker that is none", JpegBuilder().Dqt().Raw(Hex("FFBF0002")).Sos().Bare(), "DQT"},
-      {"a segment behind the file's end", JpegBuilder().Dqt().Raw(Hex("FFE10003")).Bare(), "DQT"},
+      {"a segment beyond the file's end", JpegBuilder().Dqt().Raw(Hex("FFE10003")).Bare(), "DQT"},
       {"one that ends with the file", JpegBuilder().Dqt().Raw(Hex("FFE1000341")).Bare(), "DQT APP1"},
       {"a length that counts less than itself", JpegBuilder().Raw(Hex("FFE10000")).Sos().Bare(), "APP1"},
       {"no start", Hex("FFD9FFDB0002"), ""},
@@ -159,11 +159,11 @@ TEST(Jpeg, SegmentsAreNamedAndCoverTheirBytesFromTheLengthFieldOn) {
 }
 
 TEST(Jpeg, AStreamBeyondItsRangeIsWalkedToTheScan) {
-  // The thumbnail of IFD1 stands at the block's end and goes on behind its segment.
+  // The thumbnail of IFD1 stands at the block's end and goes on after its segment.
   const Bytes tiff = TiffBuilder(kLittle).Ifd0({Short(0x0112, 1)}).Thumbnail(Hex("FFD8"));
-  const PoolPtr pool = ReadPool(JpegBuilder().App1Exif(tiff).Comment("behind"));
+  const PoolPtr pool = ReadPool(JpegBuilder().App1Exif(tiff).Comment("after"));
   EXPECT_EQ(DumpPool(*pool, "jpegt"),
-            "jpegt COM undef behind\njpegt DQT undef\njpegt SOF0 undef\njpegt DHT undef\n"
+            "jpegt COM undef after\njpegt DQT undef\njpegt SOF0 undef\njpegt DHT undef\n"
             "jpegt SOS undef\n");
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint16_t kMakerNote = 0x927C;
 
-// A photograph with that maker note; what stands behind the note in the Exif IFD shows whether it was left as it should
+// A photograph with that maker note; the entry after the note shows whether the Exif IFD is read on as it should
 // be. In a JPEG file, so that the origin of its offsets is not the file's start.
 Bytes Photo(Order order, std::string_view make, std::string_view model, const TiffEntry& note) {
   return JpegBuilder().App1Exif(
@@ -28,7 +28,7 @@ TiffEntry Note(Order noteOrder, const Bytes& prefix, const TiffEntries& entries,
   return {kMakerNote, 7, static_cast<std::uint32_t>(make(kBig, 0).size()), make};
 }
 
-// With offsets that count from `origin` bytes behind the note's first byte.
+// With offsets that count from `origin` bytes after the note's first byte.
 TiffEntry NoteOfOwnOrigin(Order noteOrder, const Bytes& prefix, const TiffEntries& entries, std::uint32_t origin = 0) {
   const std::uint32_t at = static_cast<std::uint32_t>(prefix.size()) - origin;
   return Undef(kMakerNote, prefix + EncodeIfd(noteOrder, entries, at));
@@ -64,12 +64,12 @@ Bytes HeaderOf(const LxMetadataPool& pool) {
   return header != nullptr ? ValueOf(*header) : Bytes();
 }
 
-TEST(MakerNote, AnIfdBehindASignatureOfUpTo23BytesIsReadInTheFilesOrderOrItsOwn) {
+TEST(MakerNote, AnIfdAfterASignatureOfUpTo23BytesIsReadInTheFilesOrderOrItsOwn) {
   const Bytes signatures[] = {Bytes(), Text("OLYMP") + Hex("00 01 00"), Text("twenty-two characters!") + Filled(1)};
   for (const Order order : {kLittle, kBig}) {
     for (const Order noteOrder : {kLittle, kBig}) {
       for (const Bytes& signature : signatures) {
-        SCOPED_TRACE(testing::Message() << order << noteOrder << " behind " << signature.size());
+        SCOPED_TRACE(testing::Message() << order << noteOrder << " after " << signature.size());
         const PoolPtr pool = ParsePool(Photo(order, "SONY", "DSC-F1", Note(noteOrder, signature, SomeEntries())));
         EXPECT_EQ(Entries(*pool), kSomeEntries);
         EXPECT_EQ(HeaderOf(*pool), signature);
@@ -110,7 +110,7 @@ TEST(MakerNote, ATiffHeaderOfItsOwnGivesOrderAndOrigin) {
       EXPECT_STREQ(header->name, "IFDHeader");
       EXPECT_EQ(ValueOf(*header), TiffHeader(noteOrder));
       EXPECT_STREQ(header->firstChild->name, "IFD");
-      // A header's order stays in force behind it, where the Exif IFD's own entries are not readable in another one.
+      // A header's order stays in force after it, where the Exif IFD's own entries are not readable in another one.
       EXPECT_EQ(Find(*pool, "exif", "ColorSpace") != nullptr, order == noteOrder);
     }
   }
@@ -125,7 +125,7 @@ TEST(MakerNote, ATiffHeaderOfItsOwnGivesOrderAndOrigin) {
 }
 
 TEST(MakerNote, OffsetsCountFromWhereTheirValuesMakeSense) {
-  // The note was moved within the file, or its maker counts from elsewhere: values stand right behind the IFD, their
+  // The note was moved within the file, or its maker counts from elsewhere: values stand right after the IFD, their
   // offsets do not say so.
   const Bytes signature = Text("FUJIFILM") + Hex("0C 00 00 00");
   const auto read = [](const TiffEntry& note, Order order) {
@@ -150,14 +150,14 @@ TEST(MakerNote, OffsetsCountFromWhereTheirValuesMakeSense) {
   }
 }
 
-// The value read of a note with two values for its one long entry: `behind` stands right behind the IFD, as under the
+// The value read of a note with two values for its one long entry: `next` stands right after the IFD, as under the
 // shift that the search tries; `named` where the entry's offset says.
-Bytes ValueOfTwo(Order order, const TiffEntry& behind, const TiffEntry& named) {
-  const Bytes first = behind.value(order, 0), second = named.value(order, 0);
+Bytes ValueOfTwo(Order order, const TiffEntry& next, const TiffEntry& named) {
+  const Bytes first = next.value(order, 0), second = named.value(order, 0);
   EXPECT_EQ(first.size(), second.size());
   const auto size = static_cast<std::uint32_t>(first.size());
   const auto make = [&](Order o, std::uint32_t at) {
-    const TiffEntry entry = {2, behind.type, behind.count, [&](Order, std::uint32_t) { return first; }};
+    const TiffEntry entry = {2, next.type, next.count, [&](Order, std::uint32_t) { return first; }};
     return Truncated(EncodeIfd(o, {Short(1, 1), entry}, at + size), 30) + first + second;
   };
   const PoolPtr pool = ParsePool(Photo(order, "Some maker", "model", {kMakerNote, 7, 30 + 2 * size, make}));
@@ -168,7 +168,7 @@ Bytes ValueOfTwo(Order order, const TiffEntry& behind, const TiffEntry& named) {
 TEST(MakerNote, OffsetsStayAsTheyAreUnlessAShiftMakesMoreSense) {
   // Of opaque values, any bytes below 127 make equal sense. What counts is how many do: all, all but one, half, fewer.
   const struct {
-    const char *behind, *named;
+    const char *next, *named;
     bool shifted;
   } cases[] = {
       {"01 01 01 01 01 01 01 01", "02 02 02 02 02 02 02 02", false},  // Equal.
@@ -181,8 +181,8 @@ TEST(MakerNote, OffsetsStayAsTheyAreUnlessAShiftMakesMoreSense) {
   };
   for (const Order order : {kLittle, kBig}) {
     for (const auto& c : cases) {
-      EXPECT_EQ(ValueOfTwo(order, Undef(2, Hex(c.behind)), Undef(2, Hex(c.named))), Hex(c.shifted ? c.behind : c.named))
-          << c.behind << ", " << c.named;
+      EXPECT_EQ(ValueOfTwo(order, Undef(2, Hex(c.next)), Undef(2, Hex(c.named))), Hex(c.shifted ? c.next : c.named))
+          << c.next << ", " << c.named;
     }
     // Without any value out of line there is nothing to shift.
     EXPECT_EQ(Entries(*ParsePool(Photo(order, "Some maker", "model", Note(order, {}, {Short(1, 2), Long(2, 70000)})))),
@@ -231,7 +231,7 @@ TEST(MakerNote, WhatIsNoPlausibleIfdIsLeftAlone) {
     const struct {
       const char* what;
       Bytes note;
-      std::size_t declared;  // What the entry says of its length; the bytes behind are there.
+      std::size_t declared;  // The length that the entry states; more bytes are there.
       const char* found;     // The item below the note's header item.
     } cases[] = {
         {"two entries", ifd, 26, "IFD"},  // The next IFD's offset is not looked for.
@@ -242,7 +242,7 @@ TEST(MakerNote, WhatIsNoPlausibleIfdIsLeftAlone) {
         {"256 entries", EncodeIfd(order, entries(256), 0), 256 * 12 + 2, ""},
         {"a header", own, 48 + 26, "IFDHeader"},
         {"a header, a byte less", own, 48 + 25, ""},
-        {"a header, its IFD behind the note", own + Filled(4000), 46, ""},
+        {"a header, its IFD after the note", own + Filled(4000), 46, ""},
         {"a header of no order", with(own, 0, Text(order == kBig ? "IM" : "MI")), 78, ""},
         {"a header of another number", with(own, 2, Put16(43, order)), 78, ""},
         {"an odd offset", TiffHeader(order, 49) + Filled(41) + ifd, 79, ""},
@@ -289,7 +289,7 @@ TEST(MakerNote, TheDictionaryIsChosenByMakeAndModelAsTheyAreWritten) {
       EXPECT_EQ(AllItems(*pool, c.nameSpace).size(), 2u);
     }
   }
-  // A text without its zero byte is as long as its value, one with more behind it as long as the text.
+  // A text without its zero byte is as long as its value, one with more after it as long as the text.
   for (const std::string_view model : {std::string_view("NIKON D1X"), std::string_view("NIKON D1X\0 II", 13)}) {
     const Bytes tiff = TiffBuilder(kBig)
                            .Ifd0({AsciiBytes(0x010F, "NIKON CORPORATION"), AsciiBytes(0x0110, model)})
@@ -309,7 +309,7 @@ TEST(MakerNote, WithoutMakeAndModelBeforeItANoteIsNotRead) {
   } cases[] = {{"both", {make, model, pointer}, true},
                {"no make", {model, artist, pointer}, false},
                {"no model", {make, artist, pointer}, false},
-               {"model behind", {make, pointer, model}, false},
+               {"model after", {make, pointer, model}, false},
                {"neither", {artist, pointer}, false}};
   for (const auto& c : cases) {
     const PoolPtr pool = ParsePool(TiffBuilder(kBig).Ifd0(c.ifd0));
@@ -367,7 +367,7 @@ TEST(MakerNote, AThumbnailIfdIsClosedUnlessItIsNone) {
       EXPECT_STREQ(thumbnail->firstChild->name, "Compression");
       EXPECT_EQ(Find(*pool, "tiff", "Compression"), nullptr);  // Searches do not enter it.
       for (const std::uint32_t offset : {0xFFFFFF00u, 0x7FFFFFFFu, 8u}) {
-        if (offset == 8 && bare) continue;  // Behind a header, the note's own IFD.
+        if (offset == 8 && bare) continue;  // After a header, the note's own IFD.
         EXPECT_EQ(Find(*read(Raw(0x0011, 4, 1, offset)), "nikon", "ThumbSubIFD"), nullptr) << offset;
       }
     }

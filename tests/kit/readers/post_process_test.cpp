@@ -1,4 +1,4 @@
-// What is settled over a pool after reading.
+// Layers, orientation and colour model, and the items that are removed, after reading.
 #include "kit/readers/post_process.h"
 
 #include <gtest/gtest.h>
@@ -38,6 +38,7 @@ TEST_F(PostProcess, LayersAreToldByResourcesOrATiffTag) {
       {"state 0", WithValue(Item("ir", "LayerState"), Hex("0000FF")), false},
       {"second byte", WithValue(Item("ir", "LayerState"), Hex("0001")), true},
       {"one byte", WithValue(Item("ir", "LayerState"), Hex("01")), true},
+      {"a group of two", WithValue(Item("ir", "LayersGroup"), Hex("0000")), false},
       {"a group of three", WithValue(Item("ir", "LayersGroup"), Hex("000000")), true},
       {"the tag", Item("tiff", "PicturistLayers"), true},
   };

@@ -1,4 +1,4 @@
-// PSD files: the header's attributes and limits, and the sections behind it.
+// PSD files: the header's attributes and limits, and the sections after it.
 #include <gtest/gtest.h>
 
 #include "kit/base/memory.h"
@@ -78,7 +78,7 @@ TEST(Psd, EverySectionHasToBeThereUpToTheLayersLength) {
     // Below 16 bytes it is not known for a PSD file.
     EXPECT_EQ(status, length < 16 || length >= needed ? kLxOk : kLxBadReadFormat) << length;
     EXPECT_EQ(Find(*pool, "iptc", "Keywords") != nullptr, length >= needed) << length;
-    // Without the layers' length the items go, and what the attributes say of them stays.
+    // Without the layers' length the items go; the attributes still say that there is metadata.
     EXPECT_EQ(pool->hasMetadata, length >= needed - 4 ? 1 : 0) << length;
   }
   for (const std::size_t lengthField : {kHeaderSize, kHeaderSize + 4 + 6}) {

@@ -1,4 +1,4 @@
-// From an open stream to a pool: positions, what is left after a failure.
+// From an open stream to a pool: positions, and the pool after a failure.
 #include "kit/readers/read_file.h"
 
 #include <gtest/gtest.h>

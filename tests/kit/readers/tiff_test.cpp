@@ -99,8 +99,8 @@ TEST_P(Tiff, BadEntriesEndTheirIfdAndLeaveWhatCameBefore) {
       {"type 0", Raw(0x010E, 0, 1, 0), "Orientation"},
       {"type 13 is the last", Raw(0x010E, 13, 1, 0), "Orientation|ImageDescription|ResolutionUnit"},
       {"type 14", Raw(0x010E, 14, 1, 0), "Orientation"},
-      {"a value behind the end", Raw(0x010E, 2, 100, 20000), "Orientation| 010e"},
-      {"a value that ends behind the end", Raw(0x010E, 2, 20000, 8), "Orientation| 010e"},
+      {"a value beyond the end", Raw(0x010E, 2, 100, 20000), "Orientation| 010e"},
+      {"a value that ends beyond the end", Raw(0x010E, 2, 20000, 8), "Orientation| 010e"},
       {"an offset near 2^32", Raw(0x010E, 2, 5, 0xFFFFFFF8), "Orientation| 010e"},
       {"a count whose bytes wrap to 8", Raw(0x010E, 4, 0x40000002, 8), "Orientation| 010e"},
       {"a count whose bytes wrap to 0", Raw(0x010E, 5, 0x20000000, 8), "Orientation| 010e"},
@@ -132,7 +132,7 @@ TEST_P(Tiff, AChainEndsAtItsEndMarkOrAfterEightIfds) {
     const char* what;
     std::uint32_t next;
     std::size_t ifds;
-  } cases[] = {{"none", 0, 1}, {"all bits", 0xFFFFFFFF, 1}, {"just behind the file", 26, 1}, {"back to itself", 8, 8}};
+  } cases[] = {{"none", 0, 1}, {"all bits", 0xFFFFFFFF, 1}, {"just after the file", 26, 1}, {"back to itself", 8, 8}};
   for (const auto& c : cases) {
     OpenedFile opened(Builder().Ifd0({Short(0x0112, 1)}).LastNext(c.next).Build());
     (void)opened.Parse(kLxTiffSpace);
@@ -173,9 +173,9 @@ TEST_P(Tiff, ASegmentsBlockIsReadWithinItsLimits) {
   // IFDs lie within the block; values anywhere in the file, counted from the block's header.
   const Bytes tiff = Builder().Ifd0({Raw(0x010E, 2, 10, 38 + 4), Raw(0x8769, 4, 1, 38 + 4)});
   ASSERT_EQ(tiff.size(), 38u);
-  const PoolPtr pool = ParsePool(JpegBuilder().App1Exif(tiff).Comment("far behind"));
+  const PoolPtr pool = ParsePool(JpegBuilder().App1Exif(tiff).Comment("far beyond"));
   ASSERT_NE(Find(*pool, "tiff", "ImageDescription"), nullptr);
-  EXPECT_STREQ(Find(*pool, "tiff", "ImageDescription")->displayText, "far behind");
+  EXPECT_STREQ(Find(*pool, "tiff", "ImageDescription")->displayText, "far beyond");
   EXPECT_EQ(Find(*pool, "tiff", "ExifOffset"), nullptr);
 }
 
@@ -197,7 +197,7 @@ TEST_P(Tiff, SubIfdsAreReadOneByOneAndSearchesDoNotEnterThem) {
   EXPECT_EQ(AllItems(*nowhere, "tiff", "SubIFDs")[0]->flags & kLxDeleted, kLxDeleted);
 }
 
-TEST_P(Tiff, AHeadersByteOrderStaysInForceBehindIt) {
+TEST_P(Tiff, AHeadersByteOrderStaysInForceAfterIt) {
   const TiffBuilder other = TiffBuilder(GetParam() == kBig ? kLittle : kBig).Ifd0({Ascii(0x010F, "inner")});
   const auto read = [](const Bytes& inner) {
     return ReadPool(Builder().Ifd0({Undef(0x8649, ResourceBuilder().Exif(inner)), Raw(0x0112, 0x0300, 1, 0)}));
@@ -213,7 +213,7 @@ TEST_P(Tiff, EntriesOutOfOrderFindTheirRecords) {
   EXPECT_EQ(EntriesOf(*pool), "ResolutionUnit|Orientation|PrintIM|Orientation|NewSubfileType| 0000|Model");
 }
 
-// In these the reader goes on searching behind the record found last, which finds the first record of an id only if
+// In these the reader goes on searching after the record found last, which finds the first record of an id only if
 // there is just one.
 TEST(TiffDictionaries, HoldEachIdOnce) {
   for (const LxTagRecord* dictionary : {kLxTiffTags, kLxExifTags, kLxGpsTags}) {

@@ -1,5 +1,6 @@
-// Each procedure of the broker and the toolkit in turn is missing, or refuses at its nth call, through the whole road.
-// What comes out is an import, or one of the exceptions that the library names; nothing leaks; a later import works.
+// Each procedure of the broker and the toolkit in turn is missing, or refuses at its nth call, through the whole
+// pipeline. The result is an import, or one of the exceptions that the library names; nothing leaks; a later import
+// works.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -7,7 +8,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "tests/faults/whole_road.h"
+#include "tests/faults/whole_pipeline.h"
 #include "xmpconv/conversion.h"
 #include "xmpconv/iptc.h"
 
@@ -75,7 +76,7 @@ constexpr Procedure kBrokerProcedures[] = {
     {kTALStringInterface, "NewStringAtom", Wrap<&TALStringProcs::newStringAtom>},
     {kTALMemoryInterface, "Alloc", Wrap<&TALMemoryProcs::alloc>},
 };
-// What an import calls of the toolkit, see Import below.
+// The procedures of the toolkit that an import calls.
 constexpr Procedure kToolkitProcedures[] = {
     {kXMPMetaStaticInterface, "NewWithBuffer", Wrap<&XMPMetaStatics::newWithBuffer>},
     {kXMPUtilsStaticInterface, "ComposeStructFieldPath", Wrap<&XMPUtilsStatics::composeStructFieldPath>},
@@ -155,7 +156,7 @@ void Bend(const Procedure& procedure, int nth) {
   fault = {procedure.shortName, nth, 0};
 }
 
-class NeighbourSweep : public testing::Test {
+class RefusalSweep : public testing::Test {
  protected:
   // One start, import and stop with every fault point of the procedure, until none is left.
   static void Sweep(const Procedure& procedure, const NamedFile& file) {
@@ -189,7 +190,7 @@ class NeighbourSweep : public testing::Test {
   }
 };
 
-TEST_F(NeighbourSweep, TheBrokerRefusesOneCall) {
+TEST_F(RefusalSweep, TheBrokerRefusesOneCall) {
   for (const Procedure& procedure : kBrokerProcedures) {
     pointsTaken = 0;
     Sweep(procedure, RichFiles().front());
@@ -197,7 +198,7 @@ TEST_F(NeighbourSweep, TheBrokerRefusesOneCall) {
   }
 }
 
-TEST_F(NeighbourSweep, TheToolkitRefusesOneCall) {
+TEST_F(RefusalSweep, TheToolkitRefusesOneCall) {
   for (const Procedure& procedure : kToolkitProcedures) {
     pointsTaken = 0;
     for (const NamedFile& file : RichFiles()) Sweep(procedure, file);
@@ -208,7 +209,7 @@ TEST_F(NeighbourSweep, TheToolkitRefusesOneCall) {
   }
 }
 
-TEST_F(NeighbourSweep, AProcedureIsMissing) {
+TEST_F(RefusalSweep, AProcedureIsMissing) {
   const TempFile saved(RichJpeg(kBig));
   const auto check = [&saved](const char* interfaceName, const TALProcName& name, Outcome outcome) {
     SCOPED_TRACE(name.qualifiedName);

@@ -16,7 +16,7 @@
 namespace lxtest {
 namespace {
 
-class RoadTest : public testing::Test {
+class PipelineTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(LxInterchangeInit()); }
   void TearDown() override { LxInterchangeTerm(); }
@@ -56,7 +56,7 @@ std::string Packet(const std::string& attributes) {
          attributes + "/></rdf:RDF></x:xmpmeta><?xpacket end='w'?>";
 }
 
-// A camera's picture, with what a photographer looks for.
+// A camera's picture, with the properties that photographers look for.
 TiffBuilder Camera(Order order) {
   const Bytes settings = Put16(1, order) + Put16(1, order) + Hex("4100 0000");
   const Bytes curve = Put16(1, order) + Put16(2, order) + Text("Y") + Filled(1) + Put32(1, order) + Put32(2, order) +
@@ -77,7 +77,7 @@ TiffBuilder Camera(Order order) {
       .Ifd1({Ascii(0x010F, "thumbnail"), Ascii(0x0131, "thumbnail")});
 }
 
-TEST_F(RoadTest, ACamerasPictureGivesTheSameXmpInEitherByteOrderAndFileKind) {
+TEST_F(PipelineTest, ACamerasPictureGivesTheSameXmpInEitherByteOrderAndFileKind) {
   for (const Order order : {kBig, kLittle}) {
     SCOPED_TRACE(order == kBig ? "MM" : "II");
     const Bytes listed = ReadWholeFile(LX_GOLDEN_DIR "/camera.properties.txt");
@@ -91,7 +91,7 @@ TEST_F(RoadTest, ACamerasPictureGivesTheSameXmpInEitherByteOrderAndFileKind) {
   }
 }
 
-TEST_F(RoadTest, ContainersGiveTheXmpOfAJpegFileOfTheSameBlocks) {
+TEST_F(PipelineTest, ContainersGiveTheXmpOfAJpegFileOfTheSameBlocks) {
   const Bytes exif = RichExif(kLittle);
   const Bytes packet = Text(RichPacket());
   const Bytes resources = RichResources(kBig);
@@ -120,7 +120,7 @@ TEST_F(RoadTest, ContainersGiveTheXmpOfAJpegFileOfTheSameBlocks) {
   EXPECT_EQ(Import(RichJp2()), Import(JpegBuilder(camera).App13(resources).App13(ResourceBuilder().Iptc(RichIptc()))));
 }
 
-TEST_F(RoadTest, APacketKeepsWhatTheFileDoesNotSayBetter) {
+TEST_F(PipelineTest, APacketKeepsWhatTheFileDoesNotSayBetter) {
   const std::string packet = Packet("xmp:Rating='3' exif:ExposureTime='1/8' exif:Gamma='22/10' tiff:Make='packet'");
   const TiffEntries entries = {Ascii(0x010F, "Canon")};
   const auto check = [&](const Bytes& file) {
@@ -139,12 +139,12 @@ TEST_F(RoadTest, APacketKeepsWhatTheFileDoesNotSayBetter) {
   check(PsdBuilder().Resources(ResourceBuilder().Exif(tiff).Xmp(packet)));
 }
 
-TEST_F(RoadTest, OfTwoPacketsTheFirstIsTaken) {
+TEST_F(PipelineTest, OfTwoPacketsTheFirstIsTaken) {
   EXPECT_EQ(Import(JpegBuilder().App1Xmp(Packet("xmp:Rating='1'")).App1Xmp(Packet("xmp:Rating='2' xmp:Label='x'"))),
             "xmp:Rating=1\n");
 }
 
-TEST_F(RoadTest, ADamagedPacketCostsTheFileNothingElse) {
+TEST_F(PipelineTest, ADamagedPacketCostsTheFileNothingElse) {
   const std::string whole = Packet("xmp:Rating='3'");
   const TiffBuilder tiff = TiffBuilder(kBig).Ifd0({Ascii(0x010E, "a caption"), Ascii(0x010F, "Canon")});
   const Bytes iptc = IptcBuilder().Add(80, "me");
@@ -162,7 +162,7 @@ TEST_F(RoadTest, ADamagedPacketCostsTheFileNothingElse) {
   }
 }
 
-TEST_F(RoadTest, AnEmptyPathReadsStandardInputAndLeavesItOpen) {
+TEST_F(PipelineTest, AnEmptyPathReadsStandardInputAndLeavesItOpen) {
   const int saved = dup(STDIN_FILENO);
   const TempFile file(JpegBuilder().App1Exif(TiffBuilder(kBig).Ifd0({Ascii(0x010F, "Canon")})));
   const int opened = open(file.path().c_str(), O_RDONLY);
@@ -182,7 +182,7 @@ TEST_F(RoadTest, AnEmptyPathReadsStandardInputAndLeavesItOpen) {
   close(saved);
 }
 
-TEST_F(RoadTest, WhatIsNoPictureGivesAnEmptyObject) {
+TEST_F(PipelineTest, WhatIsNoPictureGivesAnEmptyObject) {
   for (const char* const path : {"/nowhere/at/all.jpg", "/", "/dev/null"}) EXPECT_EQ(ImportPath(path), "") << path;
   EXPECT_EQ(Import({}), "");
   EXPECT_EQ(Import(Text("a plain text, longer than any signature")), "");

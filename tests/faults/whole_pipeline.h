@@ -1,7 +1,6 @@
-// What all fault sweeps share: one file through the whole road, from its path to its packet, and the rich files that
-// they go over.
-#ifndef LXBRIDGE_TESTS_FAULTS_WHOLE_ROAD_H_
-#define LXBRIDGE_TESTS_FAULTS_WHOLE_ROAD_H_
+// Shared by the fault sweeps: one file through the whole pipeline, from its path to its packet.
+#ifndef LXBRIDGE_TESTS_FAULTS_WHOLE_PIPELINE_H_
+#define LXBRIDGE_TESTS_FAULTS_WHOLE_PIPELINE_H_
 
 #include <new>
 #include <stdexcept>
@@ -21,7 +20,7 @@ inline const BrokerProcs& RealBroker() {
   return broker;
 }
 
-// What lives in the broker; compared before and after.
+// The objects that live in the broker; compared before and after.
 struct Living {
   std::uint32_t containers = RealBroker().containers.getLiveCount();
   std::uint32_t errors = RealBroker().errors.getLiveCount();
@@ -54,7 +53,7 @@ class Clients {
 
 enum class Outcome { kImported, kNoMemory, kRefused, kNotStarted };
 
-// How what it does with the clients ends. Anything else that is raised leaves it.
+// How the action ends. Other exceptions leave it.
 template <typename Action>
 Outcome OutcomeOf(Action action) {
   try {
@@ -68,7 +67,7 @@ Outcome OutcomeOf(Action action) {
     return Outcome::kNotStarted;
   }
 }
-// Imports the file and drops what came out.
+// Imports the file and drops the result.
 template <typename Look>
 Outcome Import(const std::string& path, Look look) {
   return OutcomeOf([&] {
@@ -80,7 +79,7 @@ inline Outcome Import(const std::string& path) {
   return Import(path, [](LxInterchange&) {});
 }
 
-// What a file became, or becomes, as a packet. The clients must be started.
+// The packet of an imported file. The clients must be started.
 inline std::string PacketOf(LxInterchange& interchange) {
   const CXMPMeta& meta = *interchange.Xmp().Meta();
   XMPTextOut packet = {};
@@ -95,4 +94,4 @@ inline std::string PacketOf(const std::string& path) {
 
 }  // namespace lxtest
 
-#endif  // LXBRIDGE_TESTS_FAULTS_WHOLE_ROAD_H_
+#endif  // LXBRIDGE_TESTS_FAULTS_WHOLE_PIPELINE_H_
