@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "kit/model/tables/tables.h"
 #include "tests/support/box_builders.h"
 #include "tests/support/chunk_builders.h"
 #include "tests/support/image_builders.h"
@@ -52,21 +53,21 @@ void Files(const char* target) {
   }
 }
 
+// A note for each row of the selectors, by which every dictionary is reached.
 void MakerNotes() {
   const TiffEntries entries = {Short(1, {92, 2, 0}), Ascii(7, "Firmware 1.00"), Long(8, 100), Ratl(0x0E, 1, 3),
                                Undef(0x10, Filled(20, 3))};
-  // The note follows IFD0 and the Exif IFD; editors move it, so that any origin is a seed.
-  for (std::uint8_t camera = 0; camera < 20; ++camera) {
-    for (const Order order : {kLittle, kBig}) {
-      const Bytes first = {static_cast<std::uint8_t>(camera | (order == kBig ? 0x80 : 0))};
-      const std::string name = std::to_string(camera) + (order == kBig ? "-big" : "-little");
-      Seed("maker_note", ("bare-" + name).c_str(), first + EncodeIfd(order, entries, 86));
-      Seed("maker_note", ("tiff-" + name).c_str(),
-           first + Text("Nikon") + Hex("00 02 10 00 00") + TiffBuilder(order).Ifd0(entries).Build());
+  int count = 0;
+  for (const LxTagRecord* make = kLxMakerSelector; make->name != nullptr; ++make) {
+    for (const LxTagRecord* model = make->subNamespace->dictionary; model->name != nullptr; ++model) {
+      const Order order = ++count % 2 == 0 ? kBig : kLittle;
+      const TiffBuilder camera = TiffBuilder(order).Ifd0({Ascii(0x010F, make->name), Ascii(0x0110, model->name)});
+      const Bytes ownHeader = Text("Nikon") + Hex("00 02 10 00 00") + TiffBuilder(order).Ifd0(entries).Build();
+      const std::string name = "note-" + std::to_string(count);
+      Seed("file_to_pool", (name + "-bare").c_str(), TiffBuilder(camera).Exif({UndefIfd(0x927C, {}, entries)}));
+      Seed("file_to_pool", (name + "-header").c_str(), TiffBuilder(camera).Exif({Undef(0x927C, ownHeader)}));
     }
   }
-  Seed("maker_note", "texts",
-       Bytes({0x7F, 5}) + Text("Canon") + Bytes({3}) + Text("EOS") + EncodeIfd(kLittle, entries, 0));
 }
 
 void DisplayTexts() {
@@ -116,9 +117,6 @@ int main(int argc, char** argv) {
   Files("file_to_pool");
   Files("file_to_xmp");
   Packets();
-  Seed("resource_blocks", "datasets", Bytes({1}) + Bytes(RichIptc()));
-  Seed("resource_blocks", "big", Bytes({0}) + Bytes(RichResources(kBig)));
-  Seed("resource_blocks", "little", Bytes({0}) + Bytes(RichResources(kLittle)));
   MakerNotes();
   DisplayTexts();
   return 0;

@@ -108,12 +108,6 @@ Bytes PointersToEveryIfd(std::size_t size) {
   });
 }
 
-Bytes WideIfdsThatPointOn(std::size_t size) {
-  return Ifds(size, kEntriesOfIfd, [](std::size_t n, std::size_t i, std::size_t ifds) {
-    return BareEntry{0x014A, 4, 1, At(8 + LengthOfIfd(kEntriesOfIfd) * ((n + 1 + i % 3) % ifds))};
-  });
-}
-
 Bytes ListsOfOneSubIfd(std::size_t size) {
   const Bytes offsets = Repeated(size, Put32(8 + LengthOfIfd(1)));
   Bytes file = TiffHeader();
@@ -216,20 +210,11 @@ Maker Datasets(const Bytes& dataset) {
   return
       [=](std::size_t size) { return PsdBuilder().Resources(ResourceBuilder().Iptc(Repeated(size, dataset))).Build(); };
 }
-Bytes EmptyResources(std::size_t size) {
-  return PsdBuilder().Resources(Repeated(size, ResourceBuilder().Block(0x0404, {})));
-}
 Bytes DistinctKeywords(std::size_t size) {
   Bytes datasets;
   for (std::size_t i = 0; datasets.size() < size; ++i) datasets += IptcBuilder().Add(25, std::to_string(i)).Build();
   return PsdBuilder().Resources(ResourceBuilder().Iptc(datasets));
 }
-// In TIFF, where the two blocks compete, and each is long.
-Bytes LongDatasets(std::size_t size) {
-  const Bytes datasets = Repeated(size / 2, Hex("1C 02 78 7FFF") + Filled(0x7FFF, 0xE9));
-  return TiffBuilder(kBig).Ifd0({Undef(0x83BB, datasets), Undef(0x8649, ResourceBuilder().Iptc(datasets))});
-}
-
 // --- packets of one description, in a tag
 
 // A number stands in each part where it has a '#'.
@@ -266,11 +251,11 @@ Bytes PacketInABomb(std::size_t size) {
   return PngBuilder().Bare() + Bomb("iTXt", std::min(size, kMost)) + Filled(size > kMost ? size - kMost : 0);
 }
 // A compressed box of 64 MB of spaces; the bytes after the stream's end make it long enough to be read.
-Bytes BrotliBomb(std::size_t size) {
+Bytes BrotliBomb() {
   return Box("brob", Text("xml ") +
                          Hex("CFFFFF7F002440E2B14072EFFFF9FFFF0F8004401C1680EEFD3FFFFFFF01900088C302D0BDFFCFFFFF7F0012"
                              "00715800BAF7FF") +
-                         Filled(size > 80 ? size - 80 : 0));
+                         Filled(4016));
 }
 
 Bytes HeifOf(const Bytes& metaBoxes) {
@@ -307,10 +292,8 @@ const std::vector<HostileFile>& HostileFiles() {
   const Bytes profileOfNothing = PngChunk("tEXt", Text("Raw profile type iptc") + Filled(1) + Text("\nx\n9\n0"));
   static const std::vector<HostileFile> kFiles = {
       {"pointers-to-every-ifd", PointersToEveryIfd},
-      {"wide-ifds-that-point-on", WideIfdsThatPointOn},
       {"lists-of-one-sub-ifd", ListsOfOneSubIfd},
       {"one-text-in-every-entry", InEveryEntry(0x010E, 2, 1, "\xE9")},
-      {"one-array-in-every-entry", InEveryEntry(0xC123, 3, 2, "\xE9")},
       {"one-packet-in-every-entry", InEveryEntry(0x02BC, 1, 1, "\xE9")},
       {"one-iptc-block-in-every-entry", InEveryEntry(0x83BB, 7, 1, "\xE9")},
       {"many-texts-converted-again", InEveryEntry(0x8298, 2, 1, "caf\xC3\xA9 ", 20000)},
@@ -324,46 +307,34 @@ const std::vector<HostileFile>& HostileFiles() {
       {"smallest-portions-in-reverse", PortionsInReverse},
       {"empty-datasets", Datasets(Hex("1C 02 19 0000"))},
       {"distinct-keywords", DistinctKeywords},
-      {"long-datasets", LongDatasets},
-      {"empty-resources", EmptyResources},
       {"unicode-comment", Comment("UNICODE", Hex("30A2 D83D DE00 0041"))},
       {"jis-comment", Comment("JIS", Hex("1B2442 252B 1B2842"))},
-      {"comment-without-code", Comment("", Hex("E9 41"))},
-      {"latin1-text", TextOf(0x010E, "caf\xE9 ")},
       {"shift-jis-text", TextOf(0x8298, "\x83\x4A\x83\x81")},
-      {"iso-2022-text", TextOf(0x010E, "\x1B$B%+\x1B(B")},
       {"list-of-names", TextOf(0x013B, "a;")},
       {"wide-text", Value(kInIfd0, 0x9C9B, 1, 1, {}, Hex("A230 3DD8 00DE"))},
       {"largest-oecf", Table(0x8828, 0xFFFF, 0xFFFF, {}, Hex("41 00 42 00"))},
       {"wide-frequency-response", Table(0xA20C, 1, 0xFFFF, Hex("0041 0000"), nothing)},
-      {"largest-cfa-pattern", Table(0xA302, 0xFFFF, 0xFFFF, {}, Hex("41 00 42 00"))},
-      {"largest-device-settings", Table(0xA40B, 0xFFFF, 0xFFFF, {}, Hex("41 00 42 00"))},
       {"zero-denominators", Value(kInExif, 0x829A, 5, 8, {}, nothing)},
-      {"long-speed-ratings", Value(kInExif, 0x8827, 3, 2, {}, Hex("0001 0002"))},
       {"long-reference-black-white", Value(kInIfd0, 0x0214, 5, 8, {}, nothing)},
       {"packet-of-properties", Packet(">", "<a:p#/>", "")},
       {"packet-of-attributes", Packet("", " a:p#=''", ">")},
       {"packet-of-namespaces", Packet(">", "<b:p xmlns:b='http://#/'/>", "")},
-      {"packet-of-items", Packet("><a:p><rdf:Bag>", "<rdf:li/>", "</rdf:Bag></a:p>")},
       {"packet-of-languages", Packet("><a:p><rdf:Alt>", "<rdf:li xml:lang='x-#'>t</rdf:li>", "</rdf:Alt></a:p>")},
       {"packet-of-nesting", Packet(">", "<a:p rdf:parseType='Resource'>", "")},
       {"packet-of-bad-bytes", Packet("><a:p>", "\x80\xFF", "</a:p>")},
       {"png-smallest-chunks", Again(PngBuilder().Bare(), PngChunk("abcd", {}))},
       {"png-profiles-of-nothing", Again(PngBuilder().Bare(), profileOfNothing)},
-      {"png-one-bomb", [](std::size_t size) { return PngBuilder().Bare() + Bomb("zTXt", size); }},
       {"png-many-bombs", Again(PngBuilder().Bare(), Bomb("zTXt", 4096))},
       {"png-packet-in-a-bomb", PacketInABomb},
       {"webp-smallest-chunks", Again(WebpBuilder(), Text("abcd") + Filled(4))},
       {"gif-smallest-blocks", Again(GifBuilder().Bare(), Hex("21FE00"))},
-      {"gif-smallest-sub-blocks", Again(GifBuilder().Bare() + Hex("21FE"), Hex("0101"))},
       {"gif-empty-packets", Again(GifBuilder().Bare(), GifBuilder().Packet("").Blocks())},
       {"heif-nested-boxes", NestedBoxes},
       {"heif-items-that-hold-no-tiff", Items("Exif", "4400", wholeFile)},
       {"heif-items-that-do-not-inflate", Items(PacketItem(1, {}, "deflate").type, "4400", wholeFile)},
       {"heif-items-of-empty-extents", Items("Exif", "0000", Hex("FFFF"))},
       {"heif-items-that-describe-others", Items("Exif", "0000", {})},
-      {"jxl-one-bomb", [](std::size_t size) { return Jxl(BrotliBomb(size)); }},
-      {"jxl-many-bombs", Again(Jxl({}), BrotliBomb(4096))},
+      {"jxl-many-bombs", Again(Jxl({}), BrotliBomb())},
       {"jp2-smallest-boxes", SmallestBoxes},
   };
   return kFiles;

@@ -112,7 +112,6 @@ struct Put {
 };
 const Put kPuts[] = {
     {"", "tiff", "Make", "tiffh.IFDHeader{tiffh.IFD{tiff.Make}}"},
-    {"", "exif", "Flash", "tiffh.IFDHeader{tiffh.IFD{tiff.ExifOffset{exif.Flash}}}"},
     {"", "interop", "Version",
      "tiffh.IFDHeader{tiffh.IFD{tiff.ExifOffset{exif.InteroperabilityIFDPointer{interop.Version}}}}"},
     {"", "iptc", "City", "tiffh.IFDHeader{tiffh.IFD{tiff.PicturistMetadata{ir.IptcNaa{iptc.City}}}}"},
@@ -121,14 +120,7 @@ const Put kPuts[] = {
     {"jpegh", "jpeg", "COM", "jpegh.SOI{jpeg.COM}"},
     {"jpegh", "gps", "GPSStatus", "jpegh.SOI{jpeg.APP1{tiffh.IFDHeader{tiffh.IFD{tiff.GPSInfoIFD{gps.GPSStatus}}}}}"},
     {"jpegh", "iptc", "City", "jpegh.SOI{jpeg.APP13{ir.IptcNaa{iptc.City}}}"},
-    {"jpegh", "jfif", "Data", "jpegh.SOI{jpeg.APP0{jfif.Data}}"},
     {"jpegh", "xmp", "XmpData", "jpegh.SOI{jpeg.APP1{xmp.XmpData}}"},
-    {"jpegh", "icc", "Data", "jpegh.SOI{jpeg.APP2{tiffh.IFDHeader{tiffh.IFD{icc.Data}}}}"},
-    {"jpegh", "interop", "Version",
-     "jpegh.SOI{jpeg.APP1{tiffh.IFDHeader{tiffh.IFD{tiff.ExifOffset{"
-     "exif.InteroperabilityIFDPointer{interop.Version}}}}}}"},
-    {"psdh", "gps", "GPSStatus",
-     "psdh.PSDHeader{ir.ExifData1{tiffh.IFDHeader{tiffh.IFD{tiff.GPSInfoIFD{gps.GPSStatus}}}}}"},
     {"psdh", "ir", "URL", "psdh.PSDHeader{ir.URL}"},
     {"psdh", "exif", "Flash", "psdh.PSDHeader{ir.ExifData1{tiffh.IFDHeader{tiffh.IFD{tiff.ExifOffset{exif.Flash}}}}}"},
 };

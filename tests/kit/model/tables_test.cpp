@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "kit/model/tables/tables.h"
 #include "kit/model/value.h"
@@ -129,6 +129,15 @@ std::string Rows() {
   out << "namespaces\n";
   for (const LxNamespaceLabel* entry = kLxNamespaceLabels; entry->nameSpace != nullptr; ++entry) {
     out << entry->nameSpace << " " << std::string(entry->label).substr(sizeof "$$$/Metadata/NameSpace/" - 1) << "\n";
+  }
+  for (const auto& [title, entry] :
+       {std::pair("TIFF", kLxTiffStructure), std::pair("JPEG", kLxJpegStructure), std::pair("PSD", kLxPsdStructure)}) {
+    out << "structure " << title << "\n";
+    for (const LxStructureEntry* row = entry; row->nameSpace != nullptr; ++row) {
+      out << row->nameSpace << " " << row->kind;
+      if (row->parent != nullptr) out << " " << row->parent << " " << row->key;
+      out << "\n";
+    }
   }
   return out.str();
 }

@@ -194,7 +194,7 @@ TEST_F(TextEncoding, TheByteOrderOfRealSentencesIsFound) {
       {"Japanese", u"東京タワーの写真を撮りました。"sv},
       {"emoji", u"\U0001F4F7 caf\u00E9 \U0001F600"sv},
       {"emoji alone", u"\U0001F600\U0001F4F7"sv},
-      {"surrogates when read wrongly", u"\u4ED8\u4E2D"sv},
+      {"surrogates when read wrongly", u"\u4ED8"sv},
   };
   for (const auto& c : cases) {
     for (const int order : {0, 1}) {

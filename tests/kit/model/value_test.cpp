@@ -53,17 +53,15 @@ TEST(ValueElements, AreReadInTheItemsOrderByTheirTypesSize) {
 
 TEST(ValueElements, TheFirstNeedsAWholeElement) {
   for (const char* type : {"byte", "short", "long", "ratl", "double"}) {
-    const std::uint16_t code = LxTypeCode(type);
-    const Bytes whole(LxElementSize(code), 1);
-    LxMetadataItem item = ItemOf(code, whole, true);
-    EXPECT_NE(LxGetFirstValue(&item), 0u) << type;
-    for (const std::int32_t length : {item.valueLength - 1, -1}) {
-      item.valueLength = length;
-      EXPECT_EQ(LxGetFirstValue(&item), 0u) << type;
-    }
-    item.valueLength = static_cast<std::int32_t>(whole.size());
-    item.value = nullptr;
-    EXPECT_EQ(LxGetFirstValue(&item), 0u) << type;
+    const Bytes whole(LxElementSize(LxTypeCode(type)), 1);
+    const Bytes cut = lxtest::Truncated(whole, whole.size() - 1);
+    LxMetadataItem good = ItemOf(LxTypeCode(type), whole, true), bad = ItemOf(LxTypeCode(type), cut, true);
+    EXPECT_NE(LxGetFirstValue(&good), 0u) << type;
+    EXPECT_EQ(LxGetFirstValue(&bad), 0u) << type;
+    good.value = nullptr;
+    EXPECT_EQ(LxGetFirstValue(&good), 0u) << type;
+    bad.valueLength = -1;
+    EXPECT_EQ(LxGetFirstValue(&bad), 0u) << type;
   }
 }
 

@@ -39,20 +39,9 @@ TEST(Dispatch, AnInvalidRangeGivesNothingForAnyReader) {
   }
 }
 
-// IFD1 with the thumbnail's start and length in either order, then its bytes.
-Bytes WithThumbnail(Order order, bool lengthFirst, const Bytes& thumbnail, std::uint32_t length) {
-  const TiffEntry start = {kThumbnailStart, 4, 1,
-                           [thumbnail](Order o, std::uint32_t at) { return Put32(at, o) + thumbnail; }};
-  const TiffEntry size = Long(kThumbnailLength, length);
-  const TiffBuilder tiff = TiffBuilder(order)
-                               .Ifd0({Short(0x0112, 1)})
-                               .Ifd1(lengthFirst ? TiffEntries{size, start} : TiffEntries{start, size});
-  return JpegBuilder().App1Exif(tiff);
-}
-
-const LxMetadataItem* ThumbnailOf(const LxMetadataPool& pool) {
-  const auto streams = AllItems(pool, "jpegh", "SOI");
-  return streams.size() == 2 ? streams[1] : nullptr;
+// The start of a thumbnail, with its bytes.
+TiffEntry Start(const Bytes& thumbnail = SmallJpeg()) {
+  return {kThumbnailStart, 4, 1, [thumbnail](Order o, std::uint32_t at) { return Put32(at, o) + thumbnail; }};
 }
 
 TEST(Dispatch, AThumbnailsItemCarriesItsBytesWhicheverTagComesFirst) {
@@ -60,9 +49,14 @@ TEST(Dispatch, AThumbnailsItemCarriesItsBytesWhicheverTagComesFirst) {
   for (const Order order : {kLittle, kBig}) {
     for (const bool lengthFirst : {false, true}) {
       SCOPED_TRACE(testing::Message() << order << lengthFirst);
-      const PoolPtr pool = ReadPool(WithThumbnail(order, lengthFirst, jpeg, static_cast<std::uint32_t>(jpeg.size())));
-      const LxMetadataItem* thumbnail = ThumbnailOf(*pool);
-      ASSERT_NE(thumbnail, nullptr) << DumpPool(*pool);
+      const TiffEntry length = Long(kThumbnailLength, static_cast<std::int64_t>(jpeg.size()));
+      const PoolPtr pool = ReadPool(
+          JpegBuilder().App1Exif(TiffBuilder(order)
+                                     .Ifd0({Short(0x0112, 1)})
+                                     .Ifd1(lengthFirst ? TiffEntries{length, Start()} : TiffEntries{Start(), length})));
+      const auto streams = AllItems(*pool, "jpegh", "SOI");
+      ASSERT_EQ(streams.size(), 2u) << DumpPool(*pool);
+      const LxMetadataItem* thumbnail = streams[1];
       EXPECT_EQ(ValueOf(*thumbnail), jpeg);
       EXPECT_STREQ(thumbnail->firstChild->nameSpace, "jpegt");
       EXPECT_STREQ(thumbnail->firstChild->displayText, "small");
@@ -75,8 +69,7 @@ TEST(Dispatch, AThumbnailsItemCarriesItsBytesWhicheverTagComesFirst) {
 
 // The second one has no length of its own, and the first one's is not its.
 TEST(Dispatch, AThumbnailsLengthIsNotTheNextOnes) {
-  const TiffEntry where = {kThumbnailStart, 4, 1, [](Order o, std::uint32_t at) { return Put32(at, o) + SmallJpeg(); }};
-  const PoolPtr pool = ReadPool(TiffBuilder(kBig).Ifd0({where, Long(kThumbnailLength, 20)}).Ifd1({where}));
+  const PoolPtr pool = ReadPool(TiffBuilder(kBig).Ifd0({Start(), Long(kThumbnailLength, 20)}).Ifd1({Start()}));
   const auto streams = AllItems(*pool, "jpegh", "SOI");
   ASSERT_EQ(streams.size(), 2u);
   EXPECT_EQ(streams[0]->valueLength, 20);
@@ -84,15 +77,15 @@ TEST(Dispatch, AThumbnailsLengthIsNotTheNextOnes) {
 }
 
 TEST(Dispatch, AThumbnailBeyondTheFileHasALengthAndNoBytes) {
-  const TiffEntry start = {kThumbnailStart, 4, 1, [](Order o, std::uint32_t at) { return Put32(at, o) + SmallJpeg(); }};
   const auto file = [&](std::size_t length) {
-    return TiffBuilder(kBig).Ifd0({start, Long(kThumbnailLength, static_cast<std::int64_t>(length))}).Build();
+    return TiffBuilder(kBig).Ifd0({Start(), Long(kThumbnailLength, static_cast<std::int64_t>(length))}).Build();
   };
   const std::size_t length = file(0).size() - 4;  // Below the file's size: a pointer that leads nowhere is not heeded.
   const PoolPtr pool = ReadPool(file(length));
-  ASSERT_EQ(AllItems(*pool, "jpegh", "SOI").size(), 1u);
-  EXPECT_EQ(AllItems(*pool, "jpegh", "SOI")[0]->value, nullptr);
-  EXPECT_GT(AllItems(*pool, "jpegh", "SOI")[0]->valueLength, 0);
+  const auto streams = AllItems(*pool, "jpegh", "SOI");
+  ASSERT_EQ(streams.size(), 1u);
+  EXPECT_EQ(streams[0]->value, nullptr);
+  EXPECT_GT(streams[0]->valueLength, 0);
 }
 
 TEST(Dispatch, WhatLeadsNowhereIsDeletedOnlyWhereItIsAnIfdPointer) {

@@ -37,27 +37,6 @@ TEST(ReadFile, ALostPositionIsStatusOneAndAFailureLeavesAnEmptyPool) {
   EXPECT_EQ(last, 1);
 }
 
-TEST(ReadFile, AFileThatShrinksKeepsWhatCanStillBeRead) {
-  const Bytes file = JpegBuilder()
-                         .App1Exif(TiffBuilder(kLittle).Ifd0({Ascii(0x010F, "Example")}))
-                         .Dqt()
-                         .Sof0()
-                         .Segment(0xEF, Filled(20000))
-                         .App1Xmp("<x:xmpmeta/>");
-  for (const std::int64_t size : {100, 4096, 20100}) {
-    LxResult status = -1;
-    StreamFaults faults;
-    faults.shrinksTo = size;
-    const PoolPtr pool = ParsePool(file, &status, faults);
-    EXPECT_TRUE(IsWellFormed(*pool)) << size;
-    EXPECT_EQ(Find(*pool, "xmp", "XmpData"), nullptr) << size;
-    if (size >= 4096) {
-      EXPECT_NE(Find(*pool, "tiff", "Make"), nullptr) << size;
-      EXPECT_EQ(status, kLxOk) << size;
-    }
-  }
-}
-
 // The same pool without a copy: values lie in the caller's bytes.
 TEST(ReadFile, BytesInMemoryGiveThePoolOfAFile) {
   for (const Bytes& file : {Photo(), RichTiff(kBig), RichPsd(), Bytes(), Text("GIF89a0123456789")}) {
