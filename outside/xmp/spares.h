@@ -5,9 +5,16 @@
 
 #include <atomic>
 #include <cstddef>
-#include <cstdint>
 
 namespace velto {
+
+// Threads are numbered in the order of their first call.
+inline std::size_t threadNumber() noexcept {
+  static constinit std::atomic<std::size_t> numbered{0};
+  static constinit thread_local std::size_t number = 0;  // From 1. 0: none yet.
+  if (number == 0) number = numbered.fetch_add(1, std::memory_order_relaxed) + 1;
+  return number;
+}
 
 template <typename T>
 class Spares {
@@ -40,12 +47,8 @@ class Spares {
  private:
   static constexpr std::size_t kSlots = 8;
 
-  // Each thread has its own stack, so threads mostly start at different slots and take back what they kept.
-  static std::size_t startSlot() noexcept {
-    const char onStack = 0;
-    const auto address = reinterpret_cast<std::uintptr_t>(&onStack);
-    return static_cast<std::size_t>(((std::uint64_t{address} >> 16) * 0x9E3779B97F4A7C15u) >> 32) % kSlots;
-  }
+  // A few threads start at different slots and take back what they kept, which is still in their processor's cache.
+  static std::size_t startSlot() noexcept { return threadNumber() % kSlots; }
 
   struct alignas(64) Slot {
     std::atomic<T*> kept{nullptr};
