@@ -275,7 +275,7 @@ static_assert(std::size(kRawRows) == 16 && IsSortedByTag(kRawRows));
 static_assert(kExifRows[std::size(kExifRows) - 1].tag <
               kRawRows[0].tag);  // So only one of the tables has to be searched.
 
-// The rows of a table by tag, made by the compiler: a slot is a row's number from 1, or 0.
+// The rows of a table by tag, built at compile time: a slot is a row's index plus 1, or 0.
 class RowFinder {
  public:
   template <typename Row, std::size_t kCount>
@@ -298,7 +298,7 @@ class RowFinder {
 
  private:
   static constexpr std::size_t kSlots = 256;
-  // The multiplier gives each tag of the two large tables a slot of its own.
+  // The multiplier gives each tag of the two large tables a different slot.
   static constexpr std::size_t SlotOf(std::uint16_t tag) noexcept { return (tag * 315u >> 8) % kSlots; }
 
   std::uint8_t slots_[kSlots] = {};

@@ -23,7 +23,7 @@ bool Matches(const LxWantedItem& wanted, const LxMetadataItem* item) noexcept {
          (wanted.displayText == nullptr || std::strcmp(wanted.displayText, item->displayText) == 0);
 }
 
-// Gives the item to those that look for it and have found none yet; how many these are.
+// Assigns the item to the searches that want it and have found nothing yet. Returns their number.
 std::size_t FindAmong(LxMetadataItem* item, std::uint16_t letters, LxWantedItem* wanted, std::size_t count) noexcept {
   std::size_t found = 0;
   for (std::size_t i = 0; i < count; ++i) {

@@ -300,7 +300,7 @@ void LxDeleteLargeUnnamed(LxMetadataItem* first, std::int32_t limit) noexcept {
 }
 
 void LxDeleteBlankText(LxMetadataPool* pool) noexcept {
-  // The display walk, which is asked last what it would give out: most items are numbers.
+  // Checked last whether the display walk returns the item: most items are numbers.
   LxMetadataItem* parents[kLxMaxWalkDepth];
   int depth = 0;
   for (LxMetadataItem* item = pool->root;;) {

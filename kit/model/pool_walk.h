@@ -31,13 +31,13 @@ void LxStartPoolWalk(LxPoolIterator* iterator, const LxMetadataPool* pool) noexc
 // kLxInternalError.
 [[nodiscard]] LxResult LxNextDisplayItem(LxPoolIterator* iterator, LxMetadataItem** out) noexcept;
 
-// Whether the display walk gives out the item, when it comes by it.
+// Whether the display walk returns the item when it visits it.
 [[nodiscard]] inline bool LxIsDisplayItem(const LxMetadataItem* item) noexcept {
   return item->firstChild == nullptr && (item->flags & kLxHidden) == 0 && item->name != nullptr &&
          item->name[0] != ' ' && item->displayText != nullptr && item->displayText[0] != 0;
 }
 
-// The following sibling, deleted or not; null at an end of run.
+// The next sibling, deleted or not; null after an end of run.
 [[nodiscard]] inline LxMetadataItem* LxNextInRun(const LxMetadataItem* item) noexcept {
   return (item->flags & kLxEndOfRun) != 0 ? nullptr : item->next;
 }

@@ -33,8 +33,8 @@ constexpr std::array<std::uint8_t, 256> makeNameBytes() {
 }
 constexpr std::array<std::uint8_t, 256> kNameBytes = makeNameBytes();
 
-// Whether each of the eight bytes is a letter or a digit of ASCII. Adding to a byte below 0x80 sets its top bit where
-// the byte is at least so large, and carries into no other.
+// Whether each of the eight bytes is an ASCII letter or digit. For a byte below 0x80, adding 0x80 - n sets its top bit
+// if the byte is at least n, without a carry into the next byte.
 bool areLettersOrDigits(const char* bytes) noexcept {
   constexpr std::uint64_t kEach = 0x0101010101010101u;
   constexpr std::uint64_t kTop = 0x80 * kEach;

@@ -38,7 +38,7 @@ struct PathProblem {
   const char* reason;
 };
 
-// parsePath for all names but the one remembered last.
+// parsePath for all names except the one remembered last.
 const PathProblem* parseOtherPath(Namespaces& namespaces, const char* schema, const char* text, Path& path);
 [[noreturn]] void raisePathProblem(const PathProblem& problem, const char* schema, const char* text);
 
