@@ -72,8 +72,8 @@ bool LxParseExifOffset(const std::uint8_t* text, std::size_t length, XMPDateTime
 
 std::int32_t LxParseSubSeconds(const std::uint8_t* text, std::size_t length) noexcept {
   // Both numbers stay finite over this many bytes; later digits are far below a nanosecond.
-  constexpr std::size_t kTellingBytes = 300;
-  if (length > kTellingBytes) length = kTellingBytes;
+  constexpr std::size_t kSignificantDigits = 300;
+  if (length > kSignificantDigits) length = kSignificantDigits;
 
   double digits = 0;
   double scale = 1;

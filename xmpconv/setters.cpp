@@ -163,24 +163,24 @@ bool LxSetXMPRationalSeq(XMPMetaHolder& xmp, const char* schema, const char* nam
 
 bool LxSetXMPTextSeq(XMPMetaHolder& xmp, const char* schema, const char* name, const std::uint8_t** cursor,
                      const std::uint8_t* end, std::size_t count) {
-  const std::uint8_t* behind = *cursor;
+  const std::uint8_t* after = *cursor;
   for (std::size_t i = 0; i < count; ++i) {
-    if (behind == end) return false;
-    const std::uint8_t* const zero = std::find(behind, end, std::uint8_t{0});
-    behind = zero == end ? end : zero + 1;
+    if (after == end) return false;
+    const std::uint8_t* const zero = std::find(after, end, std::uint8_t{0});
+    after = zero == end ? end : zero + 1;
   }
 
   const bool done = LxTryXMP([&] {
     xmp.DeleteProperty(schema, name);
     std::string text;
-    for (const std::uint8_t* at = *cursor; at != behind;) {
+    for (const std::uint8_t* at = *cursor; at != after;) {
       const std::uint8_t* const zero = std::find(at, end, std::uint8_t{0});
       text.assign(at, zero);
       AppendOrdered(xmp, schema, name, text.c_str());
       at = zero == end ? end : zero + 1;
     }
   });
-  if (done) *cursor = behind;
+  if (done) *cursor = after;
   return done;
 }
 

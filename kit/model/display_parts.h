@@ -55,15 +55,15 @@ inline constexpr std::array<LxDigits, 1000> kLxDigits = [] {
 // "%d".
 inline void LxAppendInteger(LxDisplayBuffer* out, std::int32_t value) noexcept {
   char* at = out->bytes + out->length;
-  const std::size_t room = kLxDisplayBufferSize - out->length;
-  if (value >= 0 && value < 1000 && room >= sizeof(LxDigits)) {
+  const std::size_t left = kLxDisplayBufferSize - out->length;
+  if (value >= 0 && value < 1000 && left >= sizeof(LxDigits)) {
     const LxDigits& digits = kLxDigits[static_cast<std::size_t>(value)];
     std::memcpy(at, &digits,
                 sizeof digits);  // A single store; the byte of the length is overwritten by the next append.
     out->length += digits.length;
     return;
   }
-  const std::to_chars_result result = std::to_chars(at, at + room, value);
+  const std::to_chars_result result = std::to_chars(at, at + left, value);
   if (result.ec == std::errc()) out->length += static_cast<std::size_t>(result.ptr - at);
 }
 

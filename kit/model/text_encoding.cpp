@@ -38,7 +38,7 @@ struct Scan {
   std::size_t length;
 };
 
-std::int32_t ErrorsBehind(const Scan& scan, std::size_t zero) noexcept {
+std::int32_t ErrorsAfter(const Scan& scan, std::size_t zero) noexcept {
   std::int32_t errors = 0;
   for (std::size_t at = zero + 1; at < scan.length; ++at) errors += scan.bytes[at] != 0 ? 1 : 0;
   return errors;
@@ -51,7 +51,7 @@ std::int32_t ScoreUtf8(const Scan& scan) noexcept {
     at += LxPrintableRun(scan.bytes + at, scan.end - at);
     if (at == scan.end) break;
     const std::uint8_t byte = scan.bytes[at];
-    if (byte == 0) return errors + ErrorsBehind(scan, at);
+    if (byte == 0) return errors + ErrorsAfter(scan, at);
     const std::size_t following = FollowingBytes(byte);
     if (following == 0) {
       if (!LxIsTextByte(byte)) ++errors;
@@ -64,7 +64,7 @@ std::int32_t ScoreUtf8(const Scan& scan) noexcept {
         errors += IsFollowingByte(scan.bytes[at + i]) ? 0 : 1;
         if (scan.bytes[at + i] == 0) zero = at + i;
       }
-      if (zero != 0) return errors + ErrorsBehind(scan, zero);
+      if (zero != 0) return errors + ErrorsAfter(scan, zero);
       at += following + 1;
     }
   }
@@ -77,7 +77,7 @@ std::int32_t ScoreLatin1(const Scan& scan) noexcept {
     at += LxPrintableRun(scan.bytes + at, scan.end - at);
     if (at == scan.end) break;
     const std::uint8_t byte = scan.bytes[at];
-    if (byte == 0) return errors + ErrorsBehind(scan, at);
+    if (byte == 0) return errors + ErrorsAfter(scan, at);
     if (!LxIsTextByte(byte) && byte < 0xA0) ++errors;
   }
   return errors;
@@ -100,7 +100,7 @@ std::int32_t ScoreIso2022Jp(const Scan& scan) noexcept {
       at += LxPrintableRun(scan.bytes + at, scan.end - at);
       if (at == scan.end) break;
     }
-    if (scan.bytes[at] == 0) return errors + ErrorsBehind(scan, at);
+    if (scan.bytes[at] == 0) return errors + ErrorsAfter(scan, at);
     if (inPairs ? IsEscape(scan, at, '(', 'B', 'J') : IsEscape(scan, at, '$', '@', 'B')) {
       inPairs = !inPairs;
       at += 3;
@@ -112,7 +112,7 @@ std::int32_t ScoreIso2022Jp(const Scan& scan) noexcept {
     } else {
       const bool valid = IsBetween(scan.bytes[at], 0x21, 0x7E) && IsBetween(scan.bytes[at + 1], 0x21, 0x7E);
       if (!valid) errors += 2;
-      if (scan.bytes[at + 1] == 0) return errors + ErrorsBehind(scan, at + 1);
+      if (scan.bytes[at + 1] == 0) return errors + ErrorsAfter(scan, at + 1);
       at += 2;
     }
   }
@@ -128,7 +128,7 @@ std::int32_t ScorePairs(const Scan& scan, IsSingle isSingle, IsLead isLead, IsTr
     at += LxPrintableRun(scan.bytes + at, scan.end - at);
     if (at == scan.end) break;
     const std::uint8_t byte = scan.bytes[at];
-    if (byte == 0) return errors + ErrorsBehind(scan, at);
+    if (byte == 0) return errors + ErrorsAfter(scan, at);
     if (!isLead(byte)) {
       if (!LxIsTextByte(byte) && !isSingle(byte)) ++errors;
       ++at;
@@ -136,7 +136,7 @@ std::int32_t ScorePairs(const Scan& scan, IsSingle isSingle, IsLead isLead, IsTr
       return errors + 1;
     } else {
       if (!isTrail(byte, scan.bytes[at + 1])) errors += 2;
-      if (scan.bytes[at + 1] == 0) return errors + ErrorsBehind(scan, at + 1);
+      if (scan.bytes[at + 1] == 0) return errors + ErrorsAfter(scan, at + 1);
       at += 2;
     }
   }

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint32_t kHeaderLength = 8;
 constexpr std::uint32_t kChecksumLength = 4;
-constexpr std::uint32_t kTellingLength = 14;  // Enough to recognise a block.
+constexpr std::uint32_t kBlockStart = 14;  // Enough to recognise a block.
 
 }  // namespace
 
@@ -28,9 +28,9 @@ bool LxNextChunk(LxChunkWalk* walk, LxChunk* chunk) noexcept {
 void LxOfferChunk(LxChunkWalk* walk, const LxChunk& chunk, LxContainerBlockKind kind, const char* name) noexcept {
   if (!LxWantsBlock(*walk->container, kind, 0)) return;
   const auto length = static_cast<std::int32_t>(chunk.length);
-  const std::uint32_t telling = std::min(chunk.length, kTellingLength);
-  const std::uint8_t* first = LxPeekRange(walk->window, chunk.data, telling);
-  if (first == nullptr || !LxIsBlock(kind, first, static_cast<std::int32_t>(telling), length)) return;
+  const std::uint32_t startLength = std::min(chunk.length, kBlockStart);
+  const std::uint8_t* first = LxPeekRange(walk->window, chunk.data, startLength);
+  if (first == nullptr || !LxIsBlock(kind, first, static_cast<std::int32_t>(startLength), length)) return;
   const std::uint8_t* bytes = LxMapFileRange(walk->container->pool->blocks, chunk.data, chunk.length);
   LxOfferBlock(walk->container, kind, {name, "", bytes, length, nullptr, 0});
 }

@@ -95,7 +95,7 @@ bool ListsImageBrand(LxStream* stream, std::int32_t start, const std::uint8_t* h
   return false;
 }
 
-LxFileKind DetectFurther(LxStream* stream, std::int32_t start, const std::uint8_t* header) noexcept {
+LxFileKind DetectByBrandsOrText(LxStream* stream, std::int32_t start, const std::uint8_t* header) noexcept {
   if (Holds(header, 4, "ftyp", 4)) return ListsImageBrand(stream, start, header) ? kLxFileHeif : kLxFileUnknown;
   if (!LxMayStartXml(header)) return kLxFileUnknown;
   const std::int32_t left = LxStreamLength(stream) - start;
@@ -132,7 +132,7 @@ LxFileKind LxDetectStreamKind(LxStream* stream) noexcept {
   }
   LxFileKind kind = LxDetectFileKind(header);
   // A RIFF file is determined by its form.
-  if (kind == kLxFileUnknown && !Holds(header, 0, "RIFF", 4)) kind = DetectFurther(stream, start, header);
+  if (kind == kLxFileUnknown && !Holds(header, 0, "RIFF", 4)) kind = DetectByBrandsOrText(stream, start, header);
   return LxSeekTo(stream, start) ? kind : kLxFileUnknown;
 }
 

@@ -486,36 +486,36 @@ void PacketParser::State::startElement(std::string_view qualified, Attributes at
   frame.place = frames.empty() ? Place::kOutside : frames.back().place;
   frame.prefixMark = prefixes.mark();
   const std::size_t prefixMark = frame.prefixMark;
-  bool stands = frames.size() < kElementLimit ||
-                warn("elements are nested deeper than " + std::to_string(kElementLimit) + " levels");
-  if (stands) {
+  bool isAllowed = frames.size() < kElementLimit ||
+                   warn("elements are nested deeper than " + std::to_string(kElementLimit) + " levels");
+  if (isAllowed) {
     declarePrefixes(attributes);
     Name name{};
-    stands = resolve(qualified, false, name);
+    isAllowed = resolve(qualified, false, name);
     switch (frame.place) {
       case Place::kOutside:
-        if (stands && name.ns == known.rdf && name.local == "RDF") {
+        if (isAllowed && name.ns == known.rdf && name.local == "RDF") {
           frame.place = Place::kRDF;
           hasRDF = true;
         }
         // An unknown element may still contain an rdf:RDF.
-        stands = true;
+        isAllowed = true;
         frames.push_back(std::move(frame));
         break;
       case Place::kRDF:
       case Place::kProperty:
-        stands = stands && startNodeElement(qualified, name, attributes, std::move(frame));
+        isAllowed = isAllowed && startNodeElement(qualified, name, attributes, std::move(frame));
         break;
       case Place::kTop:
       case Place::kFields:
-        stands = stands && startProperty(qualified, name, attributes, std::move(frame));
+        isAllowed = isAllowed && startProperty(qualified, name, attributes, std::move(frame));
         break;
       case Place::kArray:
-        stands = stands && startItem(qualified, name, attributes, std::move(frame));
+        isAllowed = isAllowed && startItem(qualified, name, attributes, std::move(frame));
         break;
     }
   }
-  if (stands) return;
+  if (isAllowed) return;
   prefixes.restore(prefixMark);
   if (isInProperty()) {
     dropProperty(1);
