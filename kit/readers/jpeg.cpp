@@ -125,7 +125,7 @@ bool LxReadJpegSegment(LxBlockCache* cache, std::uint32_t position, LxJpegSegmen
 
 std::int32_t LxFindAppIdentifier(const LxJpegSegment& segment) noexcept {
   if (segment.marker < kFirstApp || segment.marker > kLastApp || segment.length < kLengthField) return 0;
-  // A text of the maximum length or more is not an identifier.
+  // A text that is longer than the maximum is not an identifier, so its zero byte is not searched for.
   const std::int32_t payload = segment.length - kLengthField;
   const std::int32_t searched = payload <= kLongestIdentifier ? payload : kLongestIdentifier + 1;
   const std::uint8_t* text = segment.bytes + kLengthField;
