@@ -40,7 +40,7 @@ class LxConversion {
   // the walk neither deletes nor adds items, so the results hold until its end. Must not be called before the walk.
   [[nodiscard]] const LxMetadataItem* Find(LxPartner partner) noexcept;
 
-  // Gives the date the machine's zone, as XMPUtils does. The dates of a photograph are mostly the same, and the C
+  // Sets the machine's zone in the date, like XMPUtils. The dates of a photograph are mostly the same, and the C
   // library determines the zone under a lock, so a date equal to the previous one gets that one's zone. Raises what
   // XMPUtils raises. REQUIRES: the date has no zone and no fraction of a second yet.
   void SetTimeZone(XMPDateTime* date);

@@ -1,4 +1,4 @@
-// Making items. Inline, because a reader makes each of its items through these functions.
+// Creating items. Inline, because readers create every item through these functions.
 #ifndef LXBRIDGE_KIT_MODEL_NEW_ITEM_H_
 #define LXBRIDGE_KIT_MODEL_NEW_ITEM_H_
 

@@ -163,7 +163,7 @@ struct LxItemSlab {
 };
 static_assert(sizeof(LxItemSlab) <= 8192);
 
-// Replaces *slab by a new one. False: no memory.
+// Replaces *slab by a new slab. False: no memory.
 [[nodiscard]] bool LxBeginSlab(LxItemSlab** slab) noexcept;
 
 // Memory for a name or display text that the item will own: from its slab if there is space, else from LxAlloc. Null:
