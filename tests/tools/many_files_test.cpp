@@ -239,18 +239,20 @@ TEST(ManyFiles, AnEndInTheMiddleOfAWriteLeavesWholeLines) {
   EXPECT_EQ(outcome.out, "  \\n\n0\n");
 }
 
-// A terminal shows progress while results go elsewhere, and its Control-C ends the command and its workers.
+// A terminal shows packets with the names of their files, and progress while results go elsewhere, and its Control-C
+// ends the command and its workers.
 TEST(ManyFiles, ATerminalHasProgressAndItsInterruptEndsAll) {
   if (RunProgram("/bin/sh", {"-c", "command -v script"}).status != 0) GTEST_SKIP() << "no script(1) here";
   const Many many(10);
   const Outcome outcome = Script(many.folder, R"sh(
+    script -qefc "'$0' p1.jpg p2.jpg" shown >/dev/null </dev/null; grep -c 'xpacket begin' shown; grep -c '<!-- p[12].jpg' shown
     mkfifo names; exec 3<>names; (for i in $(seq 300); do echo p1.jpg >&3; sleep 0.01; done) &
     (sleep 3.2; printf '\003'; sleep 1) |
       script -qefc "'$0' -j1 --format json --files-from names >out" seen >/dev/null
     s=$?; tail -c 1 out | od -An -c
     for p in $(pgrep -x lxbridge); do ! [ "$(readlink /proc/$p/cwd)" = "$PWD" ] || echo "left: $p"; done; exit $s)sh");
   EXPECT_EQ(outcome.status, 128 + SIGINT);
-  EXPECT_EQ(outcome.out, "  \\n\n");
+  EXPECT_EQ(outcome.out, "2\n2\n  \\n\n");
   const std::string seen = AsText(ReadWholeFile(many.folder.path() + "/seen"));
   const auto count = [&seen](std::string_view text) {
     int times = 0;
