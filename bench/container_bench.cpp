@@ -163,7 +163,7 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
   lxbench::MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  std::printf("\n%zu pictures; a file:\n", files[0].size());
+  std::printf("\n%zu pictures; per file:\n", files[0].size());
   for (const auto& kind : std::span(kKinds).subspan(1)) {
     reporter.PrintRatio(kind.name, kKinds[0].name, "us", static_cast<double>(files[0].size()));
   }

@@ -1,12 +1,12 @@
 // Compares importing files with opening and reading them. For the camera JPEGs of a folder, in one run:
-//   Road      LxInterchangeNew to LxInterchangeDelete, one file after the other
+//   Pipeline  LxInterchangeNew to LxInterchangeDelete, one file after the other
 //   OpenRead  open, fstat, one pread of the first 64 KiB, close, of the same files
 // With --threads=N also
 //   Threads   N threads at once, each of which reads all the files
 // Warm cache, repetitions interleaved; prints the medians and their ratios, and with threads, their files per second
 // against those of one thread.
 //
-//   road_bench [--files=FOLDER-OR-FILE] [--threads=N] [Google Benchmark's options]
+//   pipeline_bench [--files=FOLDER-OR-FILE] [--threads=N] [Google Benchmark's options]
 //
 // FOLDER defaults to ../shared/corpus next to the tree. A camera JPEG is a JPEG file with an EXIF segment in its first
 // 64 KiB.
@@ -66,7 +66,7 @@ void ReadAll(const std::vector<std::string>& files, std::size_t first = 0) {
   }
 }
 
-void Road(benchmark::State& state, const std::vector<std::string>& files) {
+void Pipeline(benchmark::State& state, const std::vector<std::string>& files) {
   for (auto _ : state) ReadAll(files);
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(files.size()));
 }
@@ -125,11 +125,11 @@ int main(int argc, char** argv) {
 
   const std::vector<std::string> files = CameraJpegs(place);
   if (files.empty()) {
-    std::fprintf(stderr, "road_bench: no camera JPEGs in %s\n", place.c_str());
+    std::fprintf(stderr, "pipeline_bench: no camera JPEGs in %s\n", place.c_str());
     return 1;
   }
   LxInterchangeInit();
-  benchmark::RegisterBenchmark("Road", Road, files)->Unit(benchmark::kMicrosecond);
+  benchmark::RegisterBenchmark("Pipeline", Pipeline, files)->Unit(benchmark::kMicrosecond);
   benchmark::RegisterBenchmark("OpenRead", OpenRead, files)->Unit(benchmark::kMicrosecond);
   for (const int number : {1, threads}) {
     if (threads < 1) break;
@@ -141,11 +141,11 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
   lxbench::MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  std::printf("\n%zu files; a file:\n", files.size());
-  reporter.PrintRatio("Road", "OpenRead", "us", static_cast<double>(files.size()));
+  std::printf("\n%zu files; per file:\n", files.size());
+  reporter.PrintRatio("Pipeline", "OpenRead", "us", static_cast<double>(files.size()));
   const double several = reporter.Median("Threads" + std::to_string(threads));
   if (several > 0)
-    std::printf("%d threads: %.2f times the files a second of one\n", threads,
+    std::printf("%d threads: %.2f times the files per second of one\n", threads,
                 threads * reporter.Median("Threads1") / several);
   LxInterchangeTerm();
   return 0;
