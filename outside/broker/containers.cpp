@@ -33,8 +33,8 @@ struct Method : HashNode {
   TALProc address;
 };
 
-// The live containers by address. A pointer that is not in the table is not a container. All that threads change for a
-// container is on one line of the processor's cache, and the kinds that they read are not changed.
+// The live containers by address. A pointer that is not in the table is not a container. Everything that threads change
+// for a container is on one cache line, and the kinds that they read do not change.
 struct alignas(64) Living {
   std::mutex mutex;  // Guards the others.
   HashTable containers;
