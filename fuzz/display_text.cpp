@@ -98,13 +98,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   LxMetadataItem* item = LxNewMetadataItem("", tag->name, (how & 1) != 0 ? kLxBigEndianValue : 0, tag->id,
                                            (how & 2) != 0 ? tag->typeCode : type, length, value.get());
-  LxSetDisplayText(item, "before", false);
+  static constexpr char kBefore[] = "before";
+  LxSetDisplayText(item, kBefore, false);
   {
     const lxtest::FailingMemory none(1, lxtest::Failing::kFromThenOn);
     LxFormatTaggedValue(how & 1, item, tag->display);
     const auto* text = reinterpret_cast<const std::uint8_t*>(item->displayText);
-    lxfuzz::Require((text >= value.get() && text < value.get() + rest.size()) || *text == 0 ||
-                        std::strcmp(item->displayText, "before") == 0,
+    lxfuzz::Require((text >= value.get() && text < value.get() + rest.size()) || item->displayText == kBefore,
                     "without memory, the text from before or one in the value");
   }
   LxFormatValue(how & 1, item);

@@ -69,7 +69,7 @@ TEST(Iptc, TheWalkEndsAtWhatIsNoDataset) {
       {good + Filled(7), all},  // Padding.
       {WithByte(good, first.size(), 0x1D), one},
       // With the top bit set, the length field tells how many bytes of length follow.
-      {WithBytes(good, first.size() + 3, Hex("8004 00000003")), one},
+      {WithBytes(good, first.size() + 3, Hex("8004 00000003")) + Filled(0x8010), one},
       {WithBytes(good, first.size() + 3, Hex("7FFF")), one},  // Beyond the file.
       // An empty dataset needs a byte after it.
       {first + IptcBuilder().Add(25, "").Build() + Filled(1), one + "iptc Keywords ascii\n"},

@@ -1,9 +1,27 @@
-// The refusals of the cursor over bytes.
+// Numbers in both byte orders, and the refusals of the cursor over bytes.
 #include "kit/base/byte_cursor.h"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
+#include "kit/base/byte_order.h"
+
 namespace {
+
+TEST(ByteOrder, OneIsBigEndianAndEverythingElseLittle) {
+  const std::uint8_t bytes[] = {0x12, 0x34, 0x56, 0x78};
+  std::uint16_t half = 0;
+  std::uint32_t word = 0;
+  std::memcpy(&half, bytes, sizeof half);
+  std::memcpy(&word, bytes, sizeof word);
+  for (const int order : {1, 0, 2, -1}) {
+    EXPECT_EQ(LxGet16(bytes, order), order == 1 ? 0x1234 : 0x3412) << order;
+    EXPECT_EQ(LxGet32(bytes, order), order == 1 ? 0x12345678u : 0x78563412u) << order;
+    EXPECT_EQ(LxSwap16(half, order), LxGet16(bytes, order)) << order;
+    EXPECT_EQ(LxSwap32(word, order), LxGet32(bytes, order)) << order;
+  }
+}
 
 TEST(ByteCursor, ATakeThatDoesNotFitMovesNothing) {
   const std::uint8_t bytes[] = {1, 2, 3, 4, 5};
