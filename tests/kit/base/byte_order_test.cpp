@@ -10,14 +10,14 @@
 namespace {
 
 TEST(ByteOrder, OneIsBigEndianAndEverythingElseLittle) {
-  const std::uint8_t bytes[] = {0x12, 0x34, 0x56, 0x78};
+  const std::uint8_t bytes[] = {0x81, 0x35, 0x57, 0x79};
   std::uint16_t half = 0;
   std::uint32_t word = 0;
   std::memcpy(&half, bytes, sizeof half);
   std::memcpy(&word, bytes, sizeof word);
   for (const int order : {1, 0, 2, -1}) {
-    EXPECT_EQ(LxGet16(bytes, order), order == 1 ? 0x1234 : 0x3412) << order;
-    EXPECT_EQ(LxGet32(bytes, order), order == 1 ? 0x12345678u : 0x78563412u) << order;
+    EXPECT_EQ(LxGet16(bytes, order), order == 1 ? 0x8135 : 0x3581) << order;
+    EXPECT_EQ(LxGet32(bytes, order), order == 1 ? 0x81355779u : 0x79573581u) << order;
     EXPECT_EQ(LxSwap16(half, order), LxGet16(bytes, order)) << order;
     EXPECT_EQ(LxSwap32(word, order), LxGet32(bytes, order)) << order;
   }
