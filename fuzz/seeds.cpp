@@ -65,8 +65,38 @@ void MakerNotes() {
       const Bytes ownHeader = Text("Nikon") + Hex("00 02 10 00 00") + TiffBuilder(order).Ifd0(entries).Build();
       const std::string name = "note-" + std::to_string(count);
       Seed("file_to_pool", (name + "-bare").c_str(), TiffBuilder(camera).Exif({UndefIfd(0x927C, {}, entries)}));
+      Seed("maker_note", name.c_str(), Bytes({static_cast<std::uint8_t>(count - 1)}) + EncodeIfd(order, entries, 0));
       Seed("file_to_pool", (name + "-header").c_str(), TiffBuilder(camera).Exif({Undef(0x927C, ownHeader)}));
     }
+  }
+}
+
+// Files without the beginning that the target puts before them, each with the byte that chooses the kind in front.
+void AfterHeads() {
+  const auto seed = [](const char* target, std::uint8_t kind, const char* name, const Bytes& file, const Bytes& head) {
+    Seed(target, name, Bytes({kind}) + Bytes(file.begin() + static_cast<std::ptrdiff_t>(head.size()), file.end()));
+  };
+  seed("box_file", 0, "rich.heic", RichHeif(), Box("ftyp", Text("mif1") + Filled(4) + Text("miaf")));
+  seed("box_file", 1, "rich.jxl", RichJxl(), Jxl({}));
+  seed("box_file", 2, "rich.jp2", RichJp2(), Jp2({}));
+  seed("box_file", 4, "bare.jp2", Jp2Codestream(), Filled(4));
+  seed("chunked_file", 0, "rich.png", PngBuilder().Chunk("eXIf", RichExif(kBig)), PngBuilder().Bare());
+  seed("chunked_file", 1, "rich.webp", WebpBuilder().Chunk("EXIF", RichExif(kLittle)), WebpBuilder());
+  seed("chunked_file", 2, "rich.gif", GifBuilder().Image().Packet(RichPacket()), GifBuilder().Bare());
+  seed("chunked_file", 3, "rich.xmp", Text(RichPacket()), {});
+}
+
+// Commands that put items of every namespace and type, and delete; values of every form.
+void Commands() {
+  const auto argument = [](std::string_view text) {  // Preceded by its length.
+    return Bytes({static_cast<std::uint8_t>(text.size())}) + Text(text);
+  };
+  for (std::uint8_t file = 0; file < 4; ++file) {
+    Bytes commands = {file};
+    for (std::uint8_t space = 0; space < 14; ++space) commands += Bytes({1, space, 7, 5, 3}) + argument("12/5 7");
+    commands += Bytes({3, 0, 3}) + argument("") + Bytes({4, 1, 5, 2, 6, 10, 7});
+    for (const char* text : {"-1/3", "1.5", "0x1F", "4294967296"}) commands += Bytes({0, 5}) + argument(text);
+    Seed("pool_editing", std::to_string(file).c_str(), commands);
   }
 }
 
@@ -117,6 +147,10 @@ int main(int argc, char** argv) {
   Files("file_to_pool");
   Files("file_to_xmp");
   Packets();
+  Seed("iptc_block", "rich", RichIptc());
+  Seed("image_resources", "rich", RichResources(kBig));
+  AfterHeads();
+  Commands();
   MakerNotes();
   DisplayTexts();
   return 0;
