@@ -26,9 +26,7 @@ enum class ErrorId : std::int32_t {
   kTooDeep = 13,      // Nested deeper than the limit.
   kBadXML = 14,       // The packet is not well-formed, or has a document type.
   kBadRDF = 15,       // The packet is well-formed, but not the RDF that XMP allows.
-  kBadEncoding = 16,  // The bytes are in no encoding of packets.
   kTooLong = 17,      // A packet that exceeds its exact length, or a text longer than 32 bits can count.
-  kStandardNamespace = 18,
   kBadLanguage = 19,  // Not a language tag.
   kNotThere = 20,     // The operation needs a property that does not exist.
   kNotSupported = 21,

@@ -379,17 +379,4 @@ std::string registerNamespace(std::string_view uri, std::string_view suggestedPr
   return result;
 }
 
-void deleteNamespace(std::string_view uri) {
-  if (findStandard(uri) != nullptr) {
-    throw ToolkitError(ErrorId::kStandardNamespace, "the namespace '" + std::string(uri) + "' cannot be deleted");
-  }
-  Registered& table = registered();
-  const std::unique_lock lock(table.mutex);
-  const auto place = table.prefixes.find(uri);
-  if (place == table.prefixes.end()) return;
-  table.uris.erase(place->second);
-  table.prefixes.erase(place);
-  table.count.store(table.uris.size(), std::memory_order_release);
-}
-
 }  // namespace velto

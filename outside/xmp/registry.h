@@ -47,8 +47,6 @@ bool isRegisteredPrefix(std::string_view prefix) noexcept;
 // Gives the URI a prefix and returns it: its existing prefix, else the suggested one, with a number if that is taken.
 // An invalid prefix is replaced by a generated one. Raises kBadSchema for an invalid URI.
 std::string registerNamespace(std::string_view uri, std::string_view suggestedPrefix);
-// Removes the registration. Objects that use the namespace keep it. Raises kStandardNamespace if the toolkit knows it.
-void deleteNamespace(std::string_view uri);
 
 // Raises kBadSchema if the URI cannot be a namespace.
 void requireNamespaceURI(std::string_view uri);
