@@ -7,6 +7,7 @@
 #include <pybind11/stl.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -37,24 +38,33 @@ using lxbridge::XmpView;
 
 // Both live until the process ends: threads may still be running when the interpreter stops.
 lxpython::Gate& gate = *new lxpython::Gate;
-const lxbridge::Library* library = nullptr;
+lxpython::Turn& turn = *new lxpython::Turn;
+std::atomic<const lxbridge::Library*> library = nullptr;
 
 // Starts the libraries once.
 void Start() {
+  if (library.load(std::memory_order_acquire) != nullptr) return;
   static std::mutex& starting = *new std::mutex;
   const std::lock_guard<std::mutex> lock(starting);
-  if (library != nullptr) return;
+  if (library.load(std::memory_order_relaxed) != nullptr) return;
   LxInstallMemProcs(LxRuntimeMemProcs());
-  library = new lxbridge::Library();
+  library.store(new lxbridge::Library(), std::memory_order_release);
 }
 
 // Runs the work with the libraries started and without the interpreter's lock.
 template <typename Work>
 auto Unlocked(Work work) {
+  struct Turned {
+    Turned() { turn.End(); }
+    ~Turned() { turn.Begin(); }
+  } const turned;
   const py::gil_scoped_release released;
   struct Inside {
     Inside() { gate.Enter(); }
-    ~Inside() { gate.Leave(); }
+    ~Inside() {
+      gate.Leave();
+      turn.Await();
+    }
   } const inside;
   Start();
   return work();
