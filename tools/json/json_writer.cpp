@@ -1,8 +1,11 @@
 // JSON texts and escapes.
 #include "tools/json/json_writer.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
+#include <utility>
 
 #include "kit/base/utf8.h"
 
@@ -20,6 +23,34 @@ constexpr std::array<bool, 256> kMayNeedEscape = [] {
   return bytes;
 }();
 
+// Whether the text is ASCII without characters that are escaped, as most texts are.
+bool IsPlain(std::string_view text) {
+  constexpr std::uint64_t kOnes = ~std::uint64_t{0} / 0xFF;
+  constexpr std::uint64_t kHighs = kOnes * 0x80;
+  // Of eight bytes below 0x80 at once: subtracting a larger byte from one sets its high bit. A borrow from a lower byte
+  // may set one too, but only above a byte that is not plain.
+  const auto holdsOther = [](std::uint64_t bytes) {
+    const auto zeros = [](std::uint64_t x) { return (x - kOnes) & ~x; };
+    return ((bytes | ((bytes - kOnes * 0x20) & ~bytes) | zeros(bytes ^ (kOnes * '"')) | zeros(bytes ^ (kOnes * '\\')) |
+             zeros(bytes ^ (kOnes * 0x7F))) &
+            kHighs) != 0;
+  };
+  std::uint64_t bytes = 0;
+  if (text.size() < sizeof bytes) {
+    return std::none_of(text.begin(), text.end(), [](char c) {
+      const auto byte = static_cast<unsigned char>(c);
+      return byte >= 0x80 || kMayNeedEscape[byte];
+    });
+  }
+  const std::size_t last = text.size() - sizeof bytes;
+  for (std::size_t at = 0; at < last; at += sizeof bytes) {
+    std::memcpy(&bytes, text.data() + at, sizeof bytes);
+    if (holdsOther(bytes)) return false;
+  }
+  std::memcpy(&bytes, text.data() + last, sizeof bytes);
+  return !holdsOther(bytes);
+}
+
 }  // namespace
 
 void JsonWriter::NewLine() {
@@ -28,17 +59,14 @@ void JsonWriter::NewLine() {
 }
 
 void JsonWriter::Separate() {
-  if (keyed_) {
-    keyed_ = false;
+  if (std::exchange(keyed_, false)) return;
+  const bool follows = !std::exchange(first_, false);
+  if (layout_ == Layout::kLine) {
+    if (follows) out_->append(", ");
     return;
   }
-  if (layout_ == Layout::kLine) {
-    if (!first_) out_->append(", ");
-  } else {
-    if (!first_) out_->push_back(',');
-    if (depth_ > 0) NewLine();
-  }
-  first_ = false;
+  if (follows) out_->push_back(',');
+  if (depth_ > 0) NewLine();
 }
 
 void JsonWriter::Open(char bracket) {
@@ -56,6 +84,12 @@ void JsonWriter::Close(char bracket) {
 }
 
 void JsonWriter::Key(std::string_view key) {
+  if (IsPlain(key)) {
+    Separate();
+    out_->append(1, '"').append(key).append("\": ");
+    keyed_ = true;
+    return;
+  }
   Separate();
   // A name that is not UTF-8 must still be a string, since JSON allows no other keys.
   if (LxIsUtf8(key)) {
@@ -70,6 +104,11 @@ void JsonWriter::Key(std::string_view key) {
 }
 
 void JsonWriter::String(std::string_view text) {
+  if (IsPlain(text)) {
+    Separate();
+    out_->append(1, '"').append(text).push_back('"');
+    return;
+  }
   if (!LxIsUtf8(text)) {
     BeginObject();
     Key("hex");

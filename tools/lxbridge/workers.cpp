@@ -30,14 +30,14 @@ namespace {
 // time; at most kJobsAtOnce. So fast files need few system calls, and slow ones do not wait in one worker's queue while
 // another worker is idle.
 constexpr std::int64_t kJobsAtOnceNs = 5'000'000;
-constexpr std::size_t kJobsAtOnce = 64;
+constexpr std::size_t kJobsAtOnce = 128;
 // The limits on results that wait for an earlier file, in files and in bytes. Beyond them, only the worker with the
 // earliest file is read from.
 constexpr std::uint64_t kMostAhead = 8192;
 constexpr std::size_t kMostHeldBytes = std::size_t{8} << 20;
 constexpr std::size_t kReceivedKept = 512 * 1024;  // Buffer memory kept for a worker when little is received.
 constexpr std::size_t kJobBlock = 16 * 1024;
-constexpr std::size_t kResultBlock = 64 * 1024;
+constexpr std::size_t kResultBlock = 128 * 1024;
 // Results are gathered for this long, checked after each file; the first few are sent immediately.
 constexpr std::int64_t kResultDelayNs = 10'000'000;
 constexpr int kResultsAtOnce = 16;
@@ -392,8 +392,8 @@ class Pool {
   bool Receive(Worker* worker) {
     if (!processes_.Receive(worker->slot, &worker->received)) return false;
     std::size_t at = 0;
+    FileResult& result = received_;
     for (;;) {
-      FileResult result;
       const Taken taken = TakeResult(worker->received, &at, &result);
       if (taken == Taken::kNothing) break;
       if (taken == Taken::kFault) {
@@ -476,6 +476,7 @@ class Pool {
   bool failed_ = false;  // The run must end.
   bool stopped_ = false;
   int deathsAtStart_ = 0;
+  FileResult received_;  // Its memory is used again for the next result.
 };
 
 }  // namespace
