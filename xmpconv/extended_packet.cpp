@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "kit/base/byte_cursor.h"
+#include "kit/model/tables/tables.h"
 #include "xmpconv/md5.h"
 #include "xmpconv/schemas.h"
 #include "xmpconv/setters.h"
@@ -16,7 +17,6 @@
 namespace {
 
 constexpr std::uint16_t kApp1 = 0xFFE1;
-constexpr char kIdentifier[] = "http://ns.adobe.com/xmp/extension/";
 constexpr std::size_t kLengthField = 2;
 constexpr std::size_t kGuidDigits = 32;
 constexpr char kHasExtendedXmp[] = "HasExtendedXMP";
@@ -47,7 +47,8 @@ bool ParseGuid(const char* digits, LxMd5Digest* guid) noexcept {
 }
 
 bool IsPortion(const LxMetadataItem* item) noexcept {
-  return item->tagId == kApp1 && (item->flags & kLxDeleted) == 0 && std::strcmp(item->displayText, kIdentifier) == 0;
+  return item->tagId == kApp1 && (item->flags & kLxDeleted) == 0 &&
+         std::strcmp(item->displayText, kLxExtendedXmpSegmentId) == 0;
 }
 
 // The first portion of the main image, or null. A thumbnail's segments are deeper in the tree.
@@ -65,7 +66,7 @@ bool CollectPortions(const LxMetadataItem* item, const LxMd5Digest& guid, std::v
     if (!IsPortion(item) || item->value == nullptr) continue;
     LxByteCursor in = {item->value, static_cast<std::size_t>(item->valueLength)};
     LxMd5Digest own;
-    if (!LxSkip(&in, kLengthField + std::size(kIdentifier))) continue;
+    if (!LxSkip(&in, kLengthField + std::size(kLxExtendedXmpSegmentId))) continue;
     const std::uint8_t* const digits = LxTakeBytes(&in, kGuidDigits);
     std::uint32_t length = 0;
     std::uint32_t offset = 0;

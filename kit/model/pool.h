@@ -111,6 +111,14 @@ enum LxFileKind : std::int32_t {
   kLxFileXmp,  // Side-cars.
 };
 
+// How much of a file is read.
+enum LxReaderOption : std::int32_t {
+  kLxReadAllSegments = 0,
+  // Of a JPEG segment that no table names, only the first bytes, with which its item's value ends. Conversion needs no
+  // more, and such segments may be megabytes of thermal or depth images.
+  kLxReadKnownSegments,
+};
+
 struct LxMetadataPool {
   std::int32_t width;  // Pixels.
   std::int32_t height;
@@ -124,11 +132,11 @@ struct LxMetadataPool {
   std::int32_t orientation;           // LxOrientation
   std::int32_t fileKind;              // LxFileKind
   std::int32_t compression;           // LxCompression
-  std::int32_t furtherAttributes[3];  // Reserved, like the next one: they keep the layout.
-  std::int32_t readerOption;
-  LxBlockCache* blocks;   // Owned; null when nothing of the file is mapped.
-  LxMetadataItem* root;   // First of the top-level list.
-  LxReadOutcome outcome;  // Whether all of the file could be read.
+  std::int32_t furtherAttributes[3];  // Reserved: they keep the layout.
+  std::int32_t readerOption;          // LxReaderOption, set before reading.
+  LxBlockCache* blocks;               // Owned; null when nothing of the file is mapped.
+  LxMetadataItem* root;               // First of the top-level list.
+  LxReadOutcome outcome;              // Whether all of the file could be read.
 };
 
 // Whether the file's blocks are converted by the rules of JPEG files: JPEG, and every format that carries the same

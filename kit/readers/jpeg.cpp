@@ -24,6 +24,9 @@ constexpr std::uint16_t kComment = 0xFFFE;
 constexpr std::uint32_t kMarkerLength = 2;
 constexpr std::int32_t kLengthField = 2;
 constexpr std::int32_t kLongestIdentifier = 256;
+constexpr std::int32_t kSignatureLength = 4;  // "8BIM"
+// The first bytes of an APPn segment, which tell how it is read.
+constexpr std::int32_t kHeadLength = kLengthField + kLongestIdentifier + 1 + kSignatureLength;
 
 const char* MarkerName(std::uint16_t marker) noexcept {
   const LxTagRecord* record = LxFindTagById(marker, kLxJpegMarkers);
@@ -55,8 +58,35 @@ void ReadPayload(LxBlockCache* cache, const LxParseRange& range, LxParseContext*
 // with the signature of a resource block is read as such, so that a file's IPTC is not lost because of the identifier.
 bool HoldsResources(const LxJpegSegment& segment, std::int32_t identifierLength) noexcept {
   const std::int32_t header = kLengthField + identifierLength + 1;
-  return segment.marker == kApp13 && segment.length >= header + 4 &&
-         std::memcmp(segment.bytes + header, "8BIM", 4) == 0;
+  return segment.marker == kApp13 && segment.length >= header + kSignatureLength &&
+         std::memcmp(segment.bytes + header, "8BIM", kSignatureLength) == 0;
+}
+
+// Whether the bytes after the head of an APPn segment have a reader, or the conversion's.
+bool IsKnown(const LxJpegSegment& head, const LxNamespaceDescriptor& descriptor) noexcept {
+  const std::int32_t length = LxFindAppIdentifier(head);
+  if (length == 0) return false;
+  const auto* identifier = reinterpret_cast<const char*>(head.bytes + kLengthField);
+  return LxFindTag(head.marker, identifier, descriptor.dictionary) != nullptr ||
+         std::strcmp(identifier, kLxExtendedXmpSegmentId) == 0 || HoldsResources(head, length);
+}
+
+// Reads only the head of a segment that lies in the file and is not known. False: it must be read completely.
+bool ReadHeadOfUnknown(LxBlockCache* cache, std::uint32_t position, const LxNamespaceDescriptor& descriptor,
+                       LxJpegSegment* segment, std::int32_t* stored) noexcept {
+  const std::uint8_t* bytes = LxMapFileRange(cache, position, kMarkerLength + kLengthField);
+  if (bytes == nullptr) return false;
+  const std::uint16_t marker = LxGet16(bytes, kLxBigEndian);
+  const std::uint16_t length = LxGet16(bytes + kMarkerLength, kLxBigEndian);
+  if (marker < kFirstApp || marker > kLastApp || length <= kHeadLength) return false;
+  if (std::uint64_t{position} + kMarkerLength + length > static_cast<std::uint64_t>(cache->fileSize)) return false;
+  bytes = LxMapFileRange(cache, position, std::uint64_t{kMarkerLength} + kHeadLength);
+  if (bytes == nullptr) return false;
+  const LxJpegSegment head = {marker, kHeadLength, bytes + kMarkerLength};
+  if (IsKnown(head, descriptor)) return false;
+  *segment = head;
+  *stored = length;
+  return true;
 }
 
 // Reads an APPn segment with an identifier. False: no memory.
@@ -137,7 +167,13 @@ LxMetadataItem* LxReadJpegSegments(LxBlockCache* cache, const LxParseRange& rang
                                    LxParseContext* context, const LxNamespaceDescriptor& descriptor) noexcept {
   LxItemList list;
   LxJpegSegment segment;
-  while (LxReadJpegSegment(cache, position, &segment) && LxChargeValueBytes(context, segment.length)) {
+  std::int32_t stored = 0;
+  for (;; position += kMarkerLength + static_cast<std::uint32_t>(stored)) {
+    if (!context->readsKnownSegmentsOnly || !ReadHeadOfUnknown(cache, position, descriptor, &segment, &stored)) {
+      if (!LxReadJpegSegment(cache, position, &segment)) break;
+      stored = segment.length;
+    }
+    if (!LxChargeValueBytes(context, stored)) break;
     LxMetadataItem* item =
         LxAppendNewItem(context, &list, descriptor.nameSpace, MarkerName(segment.marker), kLxBigEndianValue,
                         segment.marker, kLxTypeUndefined, segment.length, segment.bytes);
@@ -151,7 +187,6 @@ LxMetadataItem* LxReadJpegSegments(LxBlockCache* cache, const LxParseRange& rang
         !ReadAppSegment(cache, range, position, context, descriptor, segment, identifierLength, item)) {
       break;
     }
-    position += kMarkerLength + segment.length;
   }
   return list.first;
 }

@@ -65,5 +65,7 @@ extern const LxNamespaceDescriptor kLxThumbnailLengthSpace;    // {"jinterl", 20
 
 // The identifier of an APP1 segment that holds an XMP packet (ISO 16684-1 part 3, JPEG), without its zero byte.
 inline constexpr char kLxXmpSegmentId[] = "http://ns.adobe.com/xap/1.0/";
+// The same for a portion of an extended packet, which no reader looks into: the conversion joins them.
+inline constexpr char kLxExtendedXmpSegmentId[] = "http://ns.adobe.com/xmp/extension/";
 
 #endif  // LXBRIDGE_KIT_MODEL_TABLES_TABLES_H_
