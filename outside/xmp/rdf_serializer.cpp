@@ -5,9 +5,9 @@
 // normalise some of them. The forms are those of ISO 16684-1, 7.4 to 7.9; the compact forms write simple properties,
 // fields and qualifiers as attributes if nothing is lost.
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <unordered_set>
 #include <vector>
 
 #include "outside/xmp/rdf.h"
@@ -95,20 +95,16 @@ class UsedNamespaces {
     if (ns == nullptr || ns == last_) return;
     last_ = ns;
     // The prefix xml needs no declaration, and rdf is declared by an outer element.
-    if (ns == wellKnown().xml || ns == wellKnown().rdf || isThere(ns)) return;
+    if (ns == wellKnown().xml || ns == wellKnown().rdf) return;
+    if (ns->id >= seen_.size()) seen_.resize(std::max<std::size_t>(ns->id + 1, 2 * seen_.size()));
+    if (seen_[ns->id]) return;
+    seen_[ns->id] = true;
     inOrder_.push_back(ns);
-    if (inOrder_.size() == kFewNamespaces) seen_.insert(inOrder_.begin(), inOrder_.end());
-  }
-  // The set is for packets with many namespaces; a few are searched faster without it.
-  bool isThere(const Namespace* ns) {
-    if (inOrder_.size() >= kFewNamespaces) return !seen_.insert(ns).second;
-    return std::find(inOrder_.begin(), inOrder_.end(), ns) != inOrder_.end();
   }
 
-  static constexpr std::size_t kFewNamespaces = 16;
   const Namespace* last_ = nullptr;
   std::vector<const Namespace*> inOrder_;
-  std::unordered_set<const Namespace*> seen_;  // The same, once there are many.
+  std::vector<bool> seen_;  // By id; an object numbers its namespaces from 0.
 };
 
 class Writer {
@@ -224,35 +220,40 @@ class Writer {
       put("\"");
     }
     bool hasElements = false;
-    forEachProperty(object, [&](const Node* property) {
+    for (const Node* property = firstProperty(object); property != nullptr; property = nextProperty(property)) {
+      // Without attributes, one property answers the question.
       if (!isCompact_ || !fitsAttribute(property)) {
         hasElements = true;
-        return;
+        if (!isCompact_) break;
+        continue;
       }
       startAttributeLine(level + 2);
       put(nameOf(property));
       put("=\"");
       putEscaped(property->value());
       put("\"");
-    });
+    }
     if (!hasElements) {
       put("/>");
       return;
     }
     put(">");
-    forEachProperty(object, [&](const Node* property) {
+    for (const Node* property = firstProperty(object); property != nullptr; property = nextProperty(property)) {
       if (!isCompact_ || !fitsAttribute(property)) writeElement(nameOf(property), property, level + 1);
-    });
+    }
     startLine(level);
     put("</rdf:Description>");
   }
 
-  template <typename Action>
-  static void forEachProperty(const Object& object, Action action) {
-    for (const Node* schema = object.root()->children.first(); schema != nullptr; schema = schema->next) {
-      for (const Node* node = schema->children.first(); node != nullptr; node = node->next) action(node);
-    }
+  static const Node* firstFrom(const Node* schema) noexcept {
+    while (schema != nullptr && schema->children.empty()) schema = schema->next;
+    return schema != nullptr ? schema->children.first() : nullptr;
   }
+  static const Node* firstProperty(const Object& object) noexcept { return firstFrom(object.root()->children.first()); }
+  static const Node* nextProperty(const Node* property) noexcept {
+    return property->next != nullptr ? property->next : firstFrom(property->parent->next);
+  }
+
   // Writes the node as an element with its qualifiers. Recursive: trees are no deeper than kDepthLimit.
   void writeElement(Name name, const Node* node, std::size_t level) {
     startLine(level);
