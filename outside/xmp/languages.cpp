@@ -19,36 +19,26 @@ struct Languages {
         specific(checkedLanguage(specificLanguage)) {}
 };
 
-bool isOfLanguage(std::string_view language, std::string_view generic) noexcept {
-  if (generic.empty() || language.substr(0, generic.size()) != generic) return false;
-  return language.size() == generic.size() || language[generic.size()] == '-';
-}
-
 struct Choice {
   Node* specific = nullptr;
-  Node* generic = nullptr;       // The first of the generic language,
-  std::size_t genericCount = 0;  // and their number; 2 means two or more.
-  Node* standard = nullptr;      // x-default.
+  Node* standard = nullptr;  // x-default.
+  GenericItems generic;
 
   // The item to be changed when a language's text is set.
   Node* toChange() const noexcept {
     if (specific != nullptr) return specific;
-    return genericCount == 1 ? generic : nullptr;
+    return generic.isMany ? nullptr : generic.first;
   }
 };
 
-// Finds the items for setting and choosing: by the index of languages if a language has a single item, else by a search
-// that stops at two items of the generic language. So setting texts in many languages takes the same time for each.
+// Finds the items for setting and choosing. All lookups are indexed, so setting texts in many languages takes the same
+// time for each.
 Choice lookUp(const Node* array, const Languages& languages) noexcept {
   Choice choice;
   choice.specific = array->children.findLanguage(languages.specific);
   choice.standard = array->children.findLanguage(kDefaultLanguage);
-  if (choice.specific != nullptr || languages.generic.empty()) return choice;
-  for (Node* item = array->children.first(); item != nullptr && choice.genericCount < 2; item = item->next) {
-    const Node* language = languageOf(item);
-    if (language == nullptr || !item->isSimple() || !isOfLanguage(language->value(), languages.generic)) continue;
-    if (choice.generic == nullptr) choice.generic = item;
-    ++choice.genericCount;
+  if (choice.specific == nullptr && !languages.generic.empty()) {
+    choice.generic = array->children.findGeneric(languages.generic);
   }
   return choice;
 }
@@ -83,7 +73,7 @@ Node* chooseLocalized(const Path& path, const Node* array, std::string_view gene
   if ((array->options & kXMPPropIsAlternate) == 0) raiseAt(ErrorId::kBadForm, path, "is not a language alternative");
   const Choice choice = lookUp(array, languages);
   if (choice.specific != nullptr) return choice.specific;
-  if (choice.generic != nullptr) return choice.generic;
+  if (choice.generic.first != nullptr) return choice.generic.first;
   return choice.standard != nullptr ? choice.standard : array->children.first();
 }
 

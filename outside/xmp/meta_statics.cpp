@@ -44,7 +44,8 @@ TALErrorRef registerNamespaceProc(const char* uri, const char* suggestedPrefix, 
 
 TALErrorRef getNamespacePrefix(const char* uri, XMPTextOut* prefix, std::uint8_t* found) {
   return guarded([&] {
-    Namespaces shared;
+    Storage storage;
+    Namespaces shared(storage);
     const Namespace* known = shared.find(required(uri, "the namespace is null"));
     giveText(texts, prefix, known != nullptr ? known->prefix : std::string_view());
     giveAnswer(found, known != nullptr);
@@ -53,7 +54,8 @@ TALErrorRef getNamespacePrefix(const char* uri, XMPTextOut* prefix, std::uint8_t
 
 TALErrorRef getNamespaceURI(const char* prefix, XMPTextOut* uri, std::uint8_t* found) {
   return guarded([&] {
-    Namespaces shared;
+    Storage storage;
+    Namespaces shared(storage);
     const Namespace* known = shared.findPrefix(required(prefix, "the prefix is null"));
     giveText(texts, uri, known != nullptr ? known->uri : std::string_view());
     giveAnswer(found, known != nullptr);

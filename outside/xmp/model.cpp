@@ -6,6 +6,7 @@
 #include <new>
 #include <vector>
 
+#include "outside/xmp/node_tables.h"
 #include "outside/xmp/text.h"
 
 namespace velto {
@@ -31,88 +32,56 @@ bool isLocalized(const Node* item) noexcept {
 }  // namespace
 
 struct NodeList::Index {
-  explicit Index(Storage& objectStorage) noexcept : storage(objectStorage) {}
+  explicit Index(Storage& objectStorage) noexcept
+      : storage(objectStorage), names(objectStorage), languages(objectStorage), generics(objectStorage) {}
 
   Storage& storage;
-  Node** names = nullptr;  // Open addressing, linear probing, at most half full.
-  std::size_t nameMask = 0;
+  NodeTable names;
   Node** positions = nullptr;
   std::size_t positionCapacity = 0;
-  // The first item of each language, in the same form as the names.
-  Node** languages = nullptr;
-  std::size_t languageMask = 0;
+  NodeTable languages;  // The first item of each language.
+  GenericTable generics;
 
   void dropLanguages() noexcept {
-    if (languages != nullptr) storage.give(languages, (languageMask + 1) * sizeof(Node*));
-    languages = nullptr;
+    languages.drop();
+    generics.drop();
   }
 
-  // The slot of the language: its item, or null.
-  Node** languageSlot(std::string_view language) noexcept {
-    std::size_t slot = hashText(language) & languageMask;
-    while (languages[slot] != nullptr && languageOf(languages[slot])->value() != language) {
-      slot = (slot + 1) & languageMask;
-    }
-    return &languages[slot];
+  Node* findLanguage(std::string_view language) const noexcept {
+    return languages.find(hashText(language), [&](const Node* item) { return languageOf(item)->value() == language; });
   }
 
-  void enterLanguage(Node* item) noexcept {
-    Node** slot = languageSlot(languageOf(item)->value());
-    if (*slot == nullptr) *slot = item;
+  bool addLanguage(Node* item, std::size_t count) noexcept {
+    if (!languages.reserve(count)) return false;
+    const std::string_view language = languageOf(item)->value();
+    if (findLanguage(language) == nullptr) languages.enter(item, hashText(language));
+    return true;
   }
 
   bool fillLanguages(Node* first, std::size_t count) noexcept {
-    std::size_t slots = 32;
-    while (slots < count * 4) slots *= 2;
-    dropLanguages();
-    languages = static_cast<Node**>(storage.tryTake(slots * sizeof(Node*)));
-    if (languages == nullptr) return false;
-    std::memset(languages, 0, slots * sizeof(Node*));
-    languageMask = slots - 1;
+    if (!languages.reserve(count)) return false;
     for (Node* item = first; item != nullptr; item = item->next) {
-      if (isLocalized(item)) enterLanguage(item);
+      if (isLocalized(item)) addLanguage(item, count);
     }
     return true;
   }
 
-  void dropNames() noexcept {
-    if (names != nullptr) storage.give(names, (nameMask + 1) * sizeof(Node*));
-    names = nullptr;
-  }
-  void dropPositions() noexcept {
-    storage.give(positions, positionCapacity * sizeof(Node*));
-    positions = nullptr;
-  }
-
-  void enter(Node* node) noexcept {
-    std::size_t slot = node->hash & nameMask;
-    while (names[slot] != nullptr) slot = (slot + 1) & nameMask;
-    names[slot] = node;
-  }
-
-  void leave(const Node* node) noexcept {
-    std::size_t gap = node->hash & nameMask;
-    while (names[gap] != node) gap = (gap + 1) & nameMask;
-    // Nodes that were displaced past the gap move back into it, so that no search ends early.
-    for (std::size_t slot = (gap + 1) & nameMask; names[slot] != nullptr; slot = (slot + 1) & nameMask) {
-      const std::size_t home = names[slot]->hash & nameMask;
-      if (((slot - home) & nameMask) < ((slot - gap) & nameMask)) continue;
-      names[gap] = names[slot];
-      gap = slot;
+  bool fillGenerics(Node* first) noexcept {
+    for (Node* item = first; item != nullptr; item = item->next) {
+      if (isLocalized(item) && !generics.enter(item, languageOf(item)->value())) return false;
     }
-    names[gap] = nullptr;
+    return true;
   }
 
   bool fillNames(Node* first, std::size_t count) noexcept {
-    std::size_t slots = 32;
-    while (slots < count * 4) slots *= 2;
-    dropNames();
-    names = static_cast<Node**>(storage.tryTake(slots * sizeof(Node*)));
-    if (names == nullptr) return false;
-    std::memset(names, 0, slots * sizeof(Node*));
-    nameMask = slots - 1;
-    for (Node* node = first; node != nullptr; node = node->next) enter(node);
+    if (!names.reserve(count)) return false;
+    for (Node* node = first; node != nullptr; node = node->next) names.enter(node, node->hash);
     return true;
+  }
+
+  void dropPositions() noexcept {
+    storage.give(positions, positionCapacity * sizeof(Node*));
+    positions = nullptr;
   }
 
   bool reservePositions(std::size_t count) noexcept {
@@ -150,7 +119,7 @@ NodeList::Index* NodeList::index() const noexcept {
 
 bool NodeList::ensureNames() const noexcept {
   if (index() == nullptr) return false;
-  return index_->names != nullptr || index_->fillNames(first_, size_);
+  return index_->names.isBuilt() || index_->fillNames(first_, size_);
 }
 
 bool NodeList::ensurePositions() const noexcept {
@@ -164,16 +133,32 @@ bool NodeList::ensurePositions() const noexcept {
 
 bool NodeList::ensureLanguages() const noexcept {
   if (index() == nullptr) return false;
-  return index_->languages != nullptr || index_->fillLanguages(first_, size_);
+  return index_->languages.isBuilt() || index_->fillLanguages(first_, languages_);
+}
+
+bool NodeList::ensureGenerics() const noexcept {
+  if (index() == nullptr) return false;
+  return index_->generics.isBuilt() || index_->fillGenerics(first_);
 }
 
 Node* NodeList::findLanguage(std::string_view language) const noexcept {
   if (languages_ == 0) return nullptr;
-  if (size_ > kWalkedSize && ensureLanguages()) return *index_->languageSlot(language);
+  if (size_ > kWalkedSize && ensureLanguages()) return index_->findLanguage(language);
   for (Node* item = first_; item != nullptr; item = item->next) {
     if (isLocalized(item) && languageOf(item)->value() == language) return item;
   }
   return nullptr;
+}
+
+GenericItems NodeList::findGeneric(std::string_view language) const noexcept {
+  if (languages_ > kWalkedSize && ensureGenerics()) return index_->generics.find(language);
+  GenericItems found;
+  for (Node* item = first_; item != nullptr && !found.isMany; item = item->next) {
+    if (!isLocalized(item) || !isOfLanguage(languageOf(item)->value(), language)) continue;
+    found.isMany = found.first != nullptr;
+    if (!found.isMany) found.first = item;
+  }
+  return found;
 }
 
 void NodeList::beforeLanguageChange(const Node* item) noexcept {
@@ -189,7 +174,7 @@ void NodeList::dropIndex() const noexcept {
   if (index_ == nullptr) return;
   Storage& storage = index_->storage;
   index_->dropLanguages();
-  index_->dropNames();
+  index_->names.drop();
   index_->dropPositions();
   storage.give(index_, sizeof(Index));
   index_ = nullptr;
@@ -204,16 +189,13 @@ Node* NodeList::find(const NameKey& key) const noexcept {
 }
 
 Node* NodeList::findInIndex(const NameKey& key) const noexcept {
-  if ((index_ == nullptr || index_->names == nullptr) && !ensureNames()) {
+  if ((index_ == nullptr || !index_->names.isBuilt()) && !ensureNames()) {
     for (Node* node = first_; node != nullptr; node = node->next) {
       if (node->hash == key.hash && hasName(node, key.ns, key.name)) return node;
     }
     return nullptr;
   }
-  for (std::size_t slot = key.hash & index_->nameMask;; slot = (slot + 1) & index_->nameMask) {
-    Node* node = index_->names[slot];
-    if (node == nullptr || (node->hash == key.hash && hasName(node, key.ns, key.name))) return node;
-  }
+  return index_->names.find(key.hash, [&](const Node* node) { return hasName(node, key.ns, key.name); });
 }
 
 Node* NodeList::find(const Namespace* ns, std::string_view name) const noexcept {
@@ -260,23 +242,14 @@ void NodeList::noteInserted(Node* node, Node* before) noexcept {
   const bool hasLanguage = isLocalized(node);
   if (hasLanguage) ++languages_;
   if (index_ == nullptr) return;
-  if (hasLanguage && index_->languages != nullptr) {
-    // An item inserted before others may become the first of its language.
-    if (before != nullptr) {
-      index_->dropLanguages();
-    } else if (languages_ * 2 <= index_->languageMask) {
-      index_->enterLanguage(node);
-    } else {
-      index_->fillLanguages(first_, size_);
-    }
+  if (hasLanguage && before != nullptr) {
+    // It may become the first of its language.
+    index_->dropLanguages();
+  } else if (hasLanguage) {
+    if (index_->languages.isBuilt()) index_->addLanguage(node, languages_);
+    if (index_->generics.isBuilt()) index_->generics.enter(node, languageOf(node)->value());
   }
-  if (index_->names != nullptr) {
-    if (size_ * 2 <= index_->nameMask) {
-      index_->enter(node);
-    } else {
-      index_->fillNames(first_, size_);
-    }
-  }
+  if (index_->names.isBuilt() && index_->names.reserve(size_)) index_->names.enter(node, node->hash);
   if (index_->positions != nullptr && index_->reservePositions(size_)) {
     std::size_t position = size_ - 1;
     if (before != nullptr) {
@@ -291,7 +264,7 @@ void NodeList::noteInserted(Node* node, Node* before) noexcept {
 NodePtr NodeList::remove(Node* node) noexcept {
   if (isLocalized(node)) beforeLanguageChange(node);
   if (index_ != nullptr) {
-    if (index_->names != nullptr) index_->leave(node);
+    if (index_->names.isBuilt()) index_->names.leave(node);
     if (index_->positions != nullptr) {
       const std::size_t position = index_->positionOf(node, size_);
       std::memmove(index_->positions + position, index_->positions + position + 1,
@@ -422,6 +395,11 @@ void setLanguage(Node* node, std::string_view language) {
   addQualifier(node, makeNode(node->storage, {wellKnown().xml, "lang"}, 0, tag));
 }
 
+bool isOfLanguage(std::string_view language, std::string_view generic) noexcept {
+  return language.substr(0, generic.size()) == generic &&
+         (language.size() == generic.size() || language[generic.size()] == '-');
+}
+
 bool isAltText(const Node* node) noexcept {
   return (node->options & kXMPPropIsAlternate) != 0 && !node->children.empty() &&
          node->children.languageCount() == node->children.size();
@@ -527,7 +505,7 @@ void Warnings::addLast(Warning warning) {
   add(std::move(warning));
 }
 
-Object::Object() : root_(makeRoot()) {}
+Object::Object() : namespaces(storage), root_(makeRoot()) {}
 
 Object::~Object() {
   // The storage frees all nodes.
@@ -557,7 +535,13 @@ void Object::dropAll() noexcept {
   root_->children.clear();
 }
 
-void Object::merge(Node* incoming) noexcept {
+void Object::merge(NodePtr incoming) noexcept {
+  if (root_->children.empty()) {
+    root_ = std::move(incoming);
+    recent_ = nullptr;
+    return;
+  }
+  incoming->children.dropIndex();
   while (Node* schema = incoming->children.first()) {
     NodePtr moved = incoming->children.remove(schema);
     Node* target = findSchema(schema->ns);
@@ -565,6 +549,7 @@ void Object::merge(Node* incoming) noexcept {
       if (!schema->children.empty()) appendChild(root_.get(), std::move(moved));
       continue;
     }
+    schema->children.dropIndex();
     while (Node* property = schema->children.first()) {
       NodePtr fresh = schema->children.remove(property);
       if (Node* old = target->children.find(property->ns, property->name())) {

@@ -29,6 +29,12 @@ using NodePtr = std::unique_ptr<Node, NodeDeleter>;
 // No tree is deeper, so recursion is safe.
 inline constexpr std::uint32_t kDepthLimit = 64;
 
+// The simple items whose language is, or begins with, a generic language.
+struct GenericItems {
+  Node* first = nullptr;
+  bool isMany = false;  // Two or more.
+};
+
 // The children or the qualifiers of a node, in order. Longer lists get an index on their first lookup by name or by
 // position; if there is no memory for it, they are searched linearly. So no function here raises. Iterate by first()
 // and Node::next.
@@ -48,6 +54,8 @@ class NodeList {
   Node* at(std::size_t position) const noexcept;  // From 0; null outside.
   // Among array items: the first that is simple and has the language.
   Node* findLanguage(std::string_view language) const noexcept;
+  // The same of all items whose language is of the generic language, which is not empty: "de-AT" is of "de".
+  GenericItems findGeneric(std::string_view language) const noexcept;
   // The number of items that findLanguage considers.
   std::size_t languageCount() const noexcept { return languages_; }
 
@@ -59,6 +67,8 @@ class NodeList {
   // Puts `fresh` in the place of `old` and returns `old`.
   NodePtr replace(Node* old, NodePtr fresh) noexcept;
   void clear() noexcept;
+  // To be called before many nodes are removed one by one.
+  void dropIndex() const noexcept;
   // To be called before and after an item of the list gets, changes or loses its xml:lang, or changes its form.
   void beforeLanguageChange(const Node* item) noexcept;
   void afterLanguageChange(const Node* item) noexcept;
@@ -72,7 +82,7 @@ class NodeList {
   bool ensureNames() const noexcept;
   bool ensurePositions() const noexcept;
   bool ensureLanguages() const noexcept;
-  void dropIndex() const noexcept;
+  bool ensureGenerics() const noexcept;
 
   Node* first_ = nullptr;
   Node* last_ = nullptr;
@@ -140,6 +150,8 @@ Node* addQualifier(Node* owner, NodePtr qualifier) noexcept;
 // Removes the node from its list and returns it.
 NodePtr detach(Node* node) noexcept;
 
+// Whether the language is the generic one or a variety of it.
+bool isOfLanguage(std::string_view language, std::string_view generic) noexcept;
 // The node's xml:lang, or null; its value is the language.
 const Node* languageOf(const Node* node) noexcept;
 // Sets or changes xml:lang, with the tag in its usual case.
@@ -218,7 +230,7 @@ class Object {
   NodePtr makeRoot() { return makeNode(storage, {}, 0); }
   // Moves all descendants of another root of this object here. Properties of the same name are replaced in place;
   // others are appended.
-  void merge(Node* incoming) noexcept;
+  void merge(NodePtr incoming) noexcept;
   void copyFrom(const Object& other);
 
   std::string name;  // rdf:about

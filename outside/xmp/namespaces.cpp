@@ -11,29 +11,6 @@ namespace {
 // Up to this many records a linear search is as fast as a table; most packets have fewer.
 constexpr std::size_t kWalkedRecords = 8;
 
-void enter(std::vector<std::uint32_t>& table, std::uint32_t hash, std::size_t place) noexcept {
-  std::size_t slot = hash & (table.size() - 1);
-  while (table[slot] != 0) slot = (slot + 1) & (table.size() - 1);
-  table[slot] = static_cast<std::uint32_t>(place + 1);
-}
-
-// The record of that hash for which `matches` is true, or null.
-template <typename Records, typename Hash, typename Matches>
-auto findRecord(const Records& records, const std::vector<std::uint32_t>& table, std::uint32_t hash, Hash hashOf,
-                Matches matches) noexcept -> decltype(records.front().get()) {
-  if (table.empty()) {
-    for (const auto& record : records) {
-      if (record.get()->*hashOf == hash && matches(*record)) return record.get();
-    }
-    return nullptr;
-  }
-  for (std::size_t slot = hash & (table.size() - 1); table[slot] != 0; slot = (slot + 1) & (table.size() - 1)) {
-    const auto& record = records[table[slot] - 1];
-    if (record.get()->*hashOf == hash && matches(*record)) return record.get();
-  }
-  return nullptr;
-}
-
 }  // namespace
 
 NameKey::NameKey(const Namespace* nameSpace, std::string_view localName) noexcept
@@ -41,20 +18,53 @@ NameKey::NameKey(const Namespace* nameSpace, std::string_view localName) noexcep
       name(localName),
       hash(hashText(localName) ^ (nameSpace != nullptr ? (nameSpace->id + 1) * 0x9E3779B1u : 0)) {}
 
-void Namespaces::OwnDeleter::operator()(Own* own) const noexcept {
-  own->~Own();
-  ::operator delete(own);
+void Namespaces::Table::reserve(std::size_t count) {
+  if (count * 4 <= slots_.size() * 3) return;
+  Table grown;
+  grown.slots_.resize(slots_.empty() ? 32 : slots_.size() * 2);
+  for (const Slot& slot : slots_) {
+    if (slot.place != 0) grown.enter(slot.hash, slot.place - 1);
+  }
+  slots_.swap(grown.slots_);
+}
+
+void Namespaces::Table::enter(std::uint32_t hash, std::size_t place) noexcept {
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t slot = hash & mask;
+  while (slots_[slot].place != 0) slot = (slot + 1) & mask;
+  slots_[slot] = {hash, static_cast<std::uint32_t>(place + 1)};
+}
+
+template <typename Matches>
+std::size_t Namespaces::Table::find(std::uint32_t hash, Matches matches) const noexcept {
+  const std::size_t mask = slots_.size() - 1;
+  for (std::size_t slot = hash & mask; slots_[slot].place != 0; slot = (slot + 1) & mask) {
+    const std::size_t place = slots_[slot].place - 1;
+    if (slots_[slot].hash == hash && matches(place)) return place;
+  }
+  return kNone;
 }
 
 const Namespaces::Own* Namespaces::findOwn(std::string_view uri) const noexcept {
-  if (own_.empty()) return nullptr;
-  return findRecord(own_, byURI_, hashText(uri), &Own::uriHash, [&](const Own& own) { return own.uri == uri; });
+  return findIn(byURI_, &Own::uri, &Own::uriHash, uri);
 }
 
 const Namespaces::Own* Namespaces::findOwnPrefix(std::string_view prefix) const noexcept {
+  return findIn(byPrefix_, &Own::prefix, &Own::prefixHash, prefix);
+}
+
+const Namespaces::Own* Namespaces::findIn(const Table& table, std::string_view Namespace::*text,
+                                          std::uint32_t Own::*hashOf, std::string_view wanted) const noexcept {
   if (own_.empty()) return nullptr;
-  return findRecord(own_, byPrefix_, hashText(prefix), &Own::prefixHash,
-                    [&](const Own& own) { return own.prefix == prefix; });
+  const std::uint32_t hash = hashText(wanted);
+  if (!table.empty()) {
+    const std::size_t place = table.find(hash, [&](std::size_t at) { return own_[at]->*text == wanted; });
+    return place != kNone ? own_[place] : nullptr;
+  }
+  for (const Own* own : own_) {
+    if (own->*hashOf == hash && own->*text == wanted) return own;
+  }
+  return nullptr;
 }
 
 const Namespace* Namespaces::find(std::string_view uri) {
@@ -102,8 +112,8 @@ const Namespaces::Own* Namespaces::add(std::string_view uri, std::string_view su
                              [this](std::string_view prefix) { return isTaken(prefix); });
     suggestedPrefix = numbered;
   }
-  own_.reserve(own_.size() + 1 <= own_.capacity() ? 0 : own_.size() * 2 + 4);
-  void* block = ::operator new(sizeof(Own) + uri.size() + suggestedPrefix.size() + 2);
+  reserveOne();
+  void* block = storage_.take(sizeof(Own) + uri.size() + suggestedPrefix.size() + 2);
   char* text = static_cast<char*>(block) + sizeof(Own);
   const auto copy = [&text](std::string_view from) {
     char* const start = text;
@@ -114,36 +124,35 @@ const Namespaces::Own* Namespaces::add(std::string_view uri, std::string_view su
   };
   const std::string_view ownURI = copy(uri);
   const std::string_view ownPrefix = copy(suggestedPrefix);
-  const auto id = static_cast<std::uint32_t>(countStandards() + own_.size());
-  own_.emplace_back(new (block) Own{{ownURI, ownPrefix, id, false}, hashText(ownURI), hashText(ownPrefix)});
-  try {
-    growTables();
-  } catch (...) {
-    own_.pop_back();
-    throw;
+  const std::size_t place = own_.size();
+  const auto id = static_cast<std::uint32_t>(countStandards() + place);
+  const Own* own = new (block) Own{{ownURI, ownPrefix, id, false}, hashText(ownURI), hashText(ownPrefix)};
+  own_.push_back(own);
+  if (!byURI_.empty()) {
+    byURI_.enter(own->uriHash, place);
+    byPrefix_.enter(own->prefixHash, place);
   }
-  return own_.back().get();
+  return own;
 }
 
-// Enters the last record into the tables. They are rebuilt when more than half full.
-void Namespaces::growTables() {
-  const std::size_t count = own_.size();
+// Makes room for one more record, so that adding it only needs the memory of the record. A table that has more room
+// than the other does no harm.
+void Namespaces::reserveOne() {
+  const std::size_t count = own_.size() + 1;
+  if (count > own_.capacity()) own_.reserve(own_.size() * 2 + 4);
   if (count <= kWalkedRecords) return;
-  if (count * 2 <= byURI_.size()) {
-    enter(byURI_, own_.back()->uriHash, count - 1);
-    enter(byPrefix_, own_.back()->prefixHash, count - 1);
-    return;
+  const bool isFirst = byURI_.empty() || byPrefix_.empty();
+  Table byURI;
+  Table byPrefix;
+  (isFirst ? byURI : byURI_).reserve(count);
+  (isFirst ? byPrefix : byPrefix_).reserve(count);
+  if (!isFirst) return;
+  for (std::size_t place = 0; place < own_.size(); ++place) {
+    byURI.enter(own_[place]->uriHash, place);
+    byPrefix.enter(own_[place]->prefixHash, place);
   }
-  std::size_t slots = 32;
-  while (slots < count * 4) slots *= 2;
-  std::vector<std::uint32_t> byURI(slots, 0);
-  std::vector<std::uint32_t> byPrefix(slots, 0);
-  for (std::size_t place = 0; place < count; ++place) {
-    enter(byURI, own_[place]->uriHash, place);
-    enter(byPrefix, own_[place]->prefixHash, place);
-  }
-  byURI_.swap(byURI);
-  byPrefix_.swap(byPrefix);
+  std::swap(byURI_, byURI);
+  std::swap(byPrefix_, byPrefix);
 }
 
 }  // namespace velto

@@ -10,11 +10,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <vector>
 
 #include "outside/xmp/registry.h"
+#include "outside/xmp/storage.h"
 
 namespace velto {
 
@@ -30,7 +30,7 @@ struct NameKey {
 
 class Namespaces {
  public:
-  Namespaces() = default;
+  explicit Namespaces(Storage& storage) noexcept : storage_(storage) {}
   Namespaces(const Namespaces&) = delete;
   Namespaces& operator=(const Namespaces&) = delete;
 
@@ -74,27 +74,47 @@ class Namespaces {
   }
 
  private:
-  // A record, followed by its texts.
+  // A record in the object's storage, followed by its texts.
   struct Own : Namespace {
     std::uint32_t uriHash;
     std::uint32_t prefixHash;
   };
-  struct OwnDeleter {
-    void operator()(Own* own) const noexcept;
+
+  // The places of records in `own_` by the hash of a text. A slot contains the hash too, so that a search for a text
+  // that is not there reads no records. Open addressing, at most three quarters full.
+  class Table {
+   public:
+    bool empty() const noexcept { return slots_.empty(); }
+    void reserve(std::size_t count);  // To be called before the table gets its `count`th record.
+    void enter(std::uint32_t hash, std::size_t place) noexcept;
+    // The place of that hash for which `matches` is true, or kNone.
+    template <typename Matches>
+    std::size_t find(std::uint32_t hash, Matches matches) const noexcept;
+
+   private:
+    struct Slot {
+      std::uint32_t hash = 0;
+      std::uint32_t place = 0;  // From 1; 0: free.
+    };
+    std::vector<Slot> slots_;
   };
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
   static bool isEverywhere(const Namespace* ns) noexcept { return ns == nullptr || (ns->standard && !ns->isVariant); }
 
   const Own* findOwn(std::string_view uri) const noexcept;
   const Own* findOwnPrefix(std::string_view prefix) const noexcept;
+  const Own* findIn(const Table& table, std::string_view Namespace::*text, std::uint32_t Own::*hashOf,
+                    std::string_view wanted) const noexcept;
   bool isTaken(std::string_view prefix) const noexcept;
   const Own* add(std::string_view uri, std::string_view suggestedPrefix);
-  void growTables();
+  void reserveOne();
 
-  std::vector<std::unique_ptr<Own, OwnDeleter>> own_;
-  // Open addressing, at most half full: 0, or the index of the record plus 1. Empty while there are few records.
-  std::vector<std::uint32_t> byURI_;
-  std::vector<std::uint32_t> byPrefix_;
+  Storage& storage_;
+  std::vector<const Own*> own_;
+  // Empty while there are few records.
+  Table byURI_;
+  Table byPrefix_;
   PrefixNumbers numbers_;
   const Namespace* variant_ = nullptr;  // The one of the two variants that has the prefix: the first one seen.
   const Namespace* recent_ = nullptr;   // The record found last: clients mostly use the same one again.

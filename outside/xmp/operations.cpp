@@ -177,7 +177,7 @@ void deleteNode(Object& object, Node* node) noexcept {
 }
 
 void appendProperties(const Object& source, Object& target, bool replace) {
-  const NodePtr added = target.makeRoot();
+  NodePtr added = target.makeRoot();
   for (const Node* schema = source.root()->children.first(); schema != nullptr; schema = schema->next) {
     const Namespace* ns = target.namespaces.translate(schema->ns);
     const Node* known = target.findSchema(ns);
@@ -186,7 +186,7 @@ void appendProperties(const Object& source, Object& target, bool replace) {
       appendChild(target.ensureSchema(added.get(), ns), cloneTree(property, target.storage, target.namespaces));
     }
   }
-  target.merge(added.get());
+  target.merge(std::move(added));
 }
 
 }  // namespace velto

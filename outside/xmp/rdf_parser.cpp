@@ -281,7 +281,7 @@ bool PacketParser::State::end() noexcept {
 }
 
 void PacketParser::State::finish() noexcept {
-  object->merge(root.get());
+  if (root != nullptr) object->merge(std::move(root));
   schema = nullptr;
   if (!about.empty()) object->name.swap(about);
 }

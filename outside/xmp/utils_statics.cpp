@@ -20,7 +20,8 @@ constexpr std::uint32_t kReplaceToo = 1;  // An option of appendProperties.
 TALErrorRef composeStructFieldPath(const char* schema, const char* structName, const char* fieldSchema,
                                    const char* field, XMPTextOut* path) {
   return guarded([&] {
-    Namespaces shared;
+    Storage storage;
+    Namespaces shared(storage);
     Path composed = requirePath(shared, schema, structName);
     if (const PathProblem* problem = addFieldStep(shared, fieldSchema, field, composed)) raiseProblem(*problem, field);
     giveText(texts, path, pathText(composed));

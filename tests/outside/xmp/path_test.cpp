@@ -30,11 +30,11 @@ TEST(Path, NormalFormNamesEachStepOnce) {
       {"a[xmp:f=\"\"]", "a[xmp:f=\"\"]"},
       {"a[xmp:f='\xE9']", "a[xmp:f=\"\xC3\xA9\"]"},
   };
-  Namespaces namespaces;
+  Object object;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
-    EXPECT_EQ(pathText(requirePath(namespaces, kDC, c.text)), c.normal);
-    EXPECT_EQ(pathText(requirePath(namespaces, kDC, c.normal)), c.normal);
+    EXPECT_EQ(pathText(requirePath(object.namespaces, kDC, c.text)), c.normal);
+    EXPECT_EQ(pathText(requirePath(object.namespaces, kDC, c.normal)), c.normal);
   }
 }
 
@@ -78,18 +78,18 @@ TEST(Path, EveryFaultHasItsError) {
       {"a[f='x']", ErrorId::kBadPath},
       {"a[?xml:lang='d!']", ErrorId::kBadLanguage},
   };
-  Namespaces namespaces;
+  Object object;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     Path path;
-    const PathProblem* problem = parsePath(namespaces, kDC, c.text, path);
+    const PathProblem* problem = parsePath(object.namespaces, kDC, c.text, path);
     ASSERT_NE(problem, nullptr);
     EXPECT_EQ(problem->id, c.id) << problem->reason;
-    EXPECT_THROW(requirePath(namespaces, kDC, c.text), ToolkitError);
+    EXPECT_THROW(requirePath(object.namespaces, kDC, c.text), ToolkitError);
   }
-  EXPECT_THROW(requirePath(namespaces, "http://unknown.example/", "a"), ToolkitError);
-  EXPECT_THROW(requirePath(namespaces, nullptr, "a"), ToolkitError);
-  EXPECT_THROW(requirePath(namespaces, kDC, nullptr), ToolkitError);
+  EXPECT_THROW(requirePath(object.namespaces, "http://unknown.example/", "a"), ToolkitError);
+  EXPECT_THROW(requirePath(object.namespaces, nullptr, "a"), ToolkitError);
+  EXPECT_THROW(requirePath(object.namespaces, kDC, nullptr), ToolkitError);
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ TEST(Namespaces, AnObjectsPrefixesAreThoseOfItsPacketAlone) {
   EXPECT_EQ(prefixOf(second.object, "http://one.example/"), "a1");
   EXPECT_EQ(second.text(), "a:y = \na1:x = \na1:w = \ndc1:z = \nns1:v = \n");
   EXPECT_TRUE(equalTrees(first.object.root(), second.object.root(), second.object.namespaces));
-  EXPECT_FALSE(equalTrees(first.object.root(), Object().root(), Namespaces()));
+  EXPECT_FALSE(equalTrees(first.object.root(), Object().root(), Object().namespaces));
   EXPECT_EQ(findNode(second.object, requirePath(second.object.namespaces, "http://one.example/", "a1:x"))->parent,
             second.object.findSchema(second.object.namespaces.find("http://one.example/")));
 }
