@@ -53,6 +53,18 @@ bool IsPlain(std::string_view text) {
 
 }  // namespace
 
+void AppendHex(const std::uint8_t* bytes, std::size_t length, std::string* out) {
+  // Without a table, so that the compiler uses vector instructions.
+  const auto digit = [](int number) { return static_cast<char>(number + (number > 9 ? 'a' - 10 : '0')); };
+  const std::size_t at = out->size();
+  out->resize(at + 2 * length);
+  char* const to = out->data() + at;
+  for (std::size_t i = 0; i < length; ++i) {
+    to[2 * i] = digit(bytes[i] >> 4);
+    to[2 * i + 1] = digit(bytes[i] & 15);
+  }
+}
+
 void JsonWriter::NewLine() {
   out_->push_back('\n');
   out_->append(2 * depth_, ' ');
@@ -96,7 +108,7 @@ void JsonWriter::Key(std::string_view key) {
     Quoted(key);
   } else {
     out_->append("\"hex:");
-    Hex(reinterpret_cast<const std::uint8_t*>(key.data()), key.size());
+    AppendHex(reinterpret_cast<const std::uint8_t*>(key.data()), key.size(), out_);
     out_->push_back('"');
   }
   out_->append(": ");
@@ -147,7 +159,7 @@ void JsonWriter::HexOrNull(const std::uint8_t* bytes, std::size_t length) {
   }
   Separate();
   out_->push_back('"');
-  Hex(bytes, length);
+  AppendHex(bytes, length, out_);
   out_->push_back('"');
 }
 
@@ -202,16 +214,6 @@ void JsonWriter::Quoted(std::string_view text) {
 void JsonWriter::AppendEscape(std::uint32_t character) {
   out_->append("\\u");
   for (int shift = 12; shift >= 0; shift -= 4) out_->push_back(kHexDigits[character >> shift & 15]);
-}
-
-void JsonWriter::Hex(const std::uint8_t* bytes, std::size_t length) {
-  const std::size_t at = out_->size();
-  out_->resize(at + 2 * length);
-  char* to = out_->data() + at;
-  for (std::size_t i = 0; i < length; ++i) {
-    *to++ = kHexDigits[bytes[i] >> 4];
-    *to++ = kHexDigits[bytes[i] & 15];
-  }
 }
 
 }  // namespace lxbridge::json

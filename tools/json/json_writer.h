@@ -11,6 +11,9 @@ namespace lxbridge::json {
 
 enum class Layout { kLine, kIndented };  // On one line, or one line for each value.
 
+// Appends the bytes as lower-case hexadecimal digits.
+void AppendHex(const std::uint8_t* bytes, std::size_t length, std::string* out);
+
 // Appends to a borrowed string and places the commas. REQUIRES: every object and array is closed, and every key gets a
 // value.
 class JsonWriter {
@@ -31,14 +34,17 @@ class JsonWriter {
   void HexOrNull(const std::uint8_t* bytes, std::size_t length);  // A string of lower-case digits.
   void Null();
 
+  // The same for a text from a table, or a key from the file: such texts recur, and other sinks keep each only once.
+  void Name(std::string_view text) { String(text); }
+  void NameOrNull(const char* text) { StringOrNull(text); }
+  void NameKey(std::string_view key) { Key(key); }
+
  private:
   void Separate();
   void Open(char bracket);
   void Close(char bracket);
   void Quoted(std::string_view text);  // REQUIRES: valid UTF-8.
   void AppendEscape(std::uint32_t character);
-  void Hex(const std::uint8_t* bytes, std::size_t length);
-
   void NewLine();
 
   std::string* out_;
