@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -25,8 +26,10 @@
 #include "kit/model/pool_owner.h"
 #include "kit/readers/read_file.h"
 #include "python/gate.h"
-#include "tools/json/pool_json.h"
-#include "tools/json/xmp_json.h"
+#include "python/object_builder.h"
+#include "python/object_plan.h"
+#include "tools/json/pool_writer.h"
+#include "tools/json/xmp_writer.h"
 
 namespace py = pybind11;
 
@@ -35,6 +38,7 @@ namespace {
 using lxbridge::Interchange;
 using lxbridge::XmpObject;
 using lxbridge::XmpView;
+using lxpython::ObjectPlan;
 
 // Both live until the process ends: threads may still be running when the interpreter stops.
 lxpython::Gate& gate = *new lxpython::Gate;
@@ -70,9 +74,9 @@ auto Unlocked(Work work) {
   return work();
 }
 
-py::str Decoded(const std::string& text) {
-  return py::reinterpret_steal<py::str>(
-      PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()), nullptr));
+py::str Made(PyObject* text) {
+  if (text == nullptr) throw py::error_already_set();
+  return py::reinterpret_steal<py::str>(text);
 }
 
 // A text as a C string.
@@ -101,37 +105,54 @@ class Bytes {
   Py_buffer view_{};
 };
 
+// Why a file could not be read: a LxXmpReading below 0; then the system's error, or 0.
+struct ReadFailure {
+  int reading;
+  int systemError;
+};
+
 // A file, by its path or in memory; its bytes do not change while this object lives.
 class Source {
  public:
-  Source(const py::object& file, bool isInMemory) {
-    if (isInMemory) {
+  // `name` is that of a file in memory; None: `file` is a path.
+  Source(const py::object& file, py::object name) : name_(std::move(name)) {
+    if (!name_.is_none()) {
       bytes_.emplace(file);
-    } else {
-      path_ = file.cast<std::string>();
+      return;
     }
+    PyObject* path = nullptr;
+    if (PyUnicode_FSConverter(file.ptr(), &path) == 0) throw py::error_already_set();
+    path_ = py::reinterpret_steal<py::bytes>(path);
+    if (path_.empty()) throw ReadFailure{LX_XMP_READ_NOT_FOUND, ENOENT};
   }
 
-  Interchange Open() const { return bytes_ ? Interchange(bytes_->data(), bytes_->size()) : Interchange(path_); }
+  Interchange Open() const {
+    Interchange file = bytes_ ? Interchange(bytes_->data(), bytes_->size()) : Interchange(path_);
+    std::int32_t error = 0;
+    const LxXmpReading reading = file.Reading(&error);
+    if (reading < 0) throw ReadFailure{reading, error};
+    return file;
+  }
   LxResult ReadInto(LxMetadataPool* pool) const {
-    if (!bytes_) return LxReadFileIntoPool(pool, path_.c_str());
-    const auto length = static_cast<std::int32_t>(std::min<std::size_t>(bytes_->size(), INT32_MAX));
-    return LxParseImageBytes(static_cast<const std::uint8_t*>(bytes_->data()), length, pool);
+    const LxResult status =
+        bytes_ ? LxParseImageBytes(static_cast<const std::uint8_t*>(bytes_->data()),
+                                   static_cast<std::int32_t>(std::min<std::size_t>(bytes_->size(), INT32_MAX)), pool)
+               : LxReadFileIntoPool(pool, path_.c_str());
+    if (pool->outcome.failure != 0) throw ReadFailure{-pool->outcome.failure, pool->outcome.systemError};
+    return status;
+  }
+
+  // The path as os.fsdecode decodes it, or the name of a file in memory.
+  py::object Name() const {
+    if (!name_.is_none()) return name_;
+    return Made(PyUnicode_DecodeFSDefaultAndSize(path_.data(), static_cast<py::ssize_t>(path_.size())));
   }
 
  private:
+  py::object name_;
   std::string path_;
   std::optional<Bytes> bytes_;
 };
-
-// Below 0: the reason why a file could not be read (LxXmpReading). Then the system's error, or 0.
-using Reading = std::tuple<int, int>;
-
-Reading ReadingOf(const Interchange& file) {
-  std::int32_t error = 0;
-  const LxXmpReading reading = file.Reading(&error);
-  return {reading, error};
-}
 
 // An XMP object, of a file or standalone. Calls of Python threads that share one are serialised.
 class Object {
@@ -155,23 +176,19 @@ class Object {
 
  public:
   Object() : xmp_(Unlocked([] { return XmpObject(); })) {}
-  Object(const py::object& file, bool isInMemory)
-      : source_(std::in_place, file, isInMemory), xmp_(Unlocked([&] { return source_->Open(); })) {}
+  Object(const py::object& file, const py::object& name)
+      : source_(std::in_place, file, name), xmp_(Unlocked([&] { return source_->Open(); })) {}
   ~Object() {
     Unlocked([&] { const auto ended = std::move(xmp_); });
   }
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
+  // Of the file; "" if it has none.
+  py::object Name() const { return source_ ? source_->Name() : py::str(); }
+
   std::unique_ptr<Object> Copy() const {
     return On([](const XmpView& xmp) { return std::unique_ptr<Object>(new Object(XmpObject(xmp))); });
-  }
-
-  Reading ReadingOfFile() const {
-    return On([&](const XmpView&) {
-      const auto* const file = std::get_if<Interchange>(&xmp_);
-      return file != nullptr ? ReadingOf(*file) : Reading{0, 0};
-    });
   }
 
   std::optional<std::tuple<std::string, std::uint32_t>> Get(const std::string& ns, const std::string& path) const {
@@ -276,13 +293,6 @@ class Object {
   std::string Packet(std::uint32_t options, std::int32_t padding) const {
     return On([&](const XmpView& xmp) { return xmp.Serialize(options, padding); });
   }
-  std::string Json() const {
-    return On([](const XmpView& xmp) {
-      std::string line;
-      lxbridge::json::WriteXmpJson(&line, "", xmp);
-      return line;
-    });
-  }
 
  private:
   mutable std::mutex mutex_;
@@ -290,50 +300,48 @@ class Object {
   std::variant<XmpObject, Interchange> xmp_;
 };
 
-// The line of JSON or the packet, and the outcome of reading.
-using Answer = std::tuple<Reading, py::str>;
-
-template <typename Write>
-Answer Read(const py::object& file, bool isInMemory, Write write) {
-  const Source source(file, isInMemory);
-  Reading reading;
-  const std::string text = Unlocked([&] { return write(source, &reading); });
-  return {reading, Decoded(text)};
+// The members of a file, with its name.
+py::object Read(const Source& source, void (*write)(const Source&, ObjectPlan*)) {
+  // The memory of a plan serves the thread's next file. It is nobody's while the objects are made, since the garbage
+  // collector may run code that calls again.
+  thread_local std::unique_ptr<ObjectPlan> spare;
+  std::unique_ptr<ObjectPlan> plan = spare != nullptr ? std::move(spare) : std::make_unique<ObjectPlan>();
+  Unlocked([&] { write(source, plan.get()); });
+  py::object answer = lxpython::BuildObject(*plan);
+  answer["file"] = source.Name();
+  if (plan->Clear()) spare = std::move(plan);
+  return answer;
 }
 
-Answer XmpJson(const py::object& file, bool isInMemory) {
-  return Read(file, isInMemory, [](const Source& source, Reading* reading) {
-    const Interchange interchange = source.Open();
-    *reading = ReadingOf(interchange);
-    std::string line;
-    lxbridge::json::WriteXmpJson(&line, "", interchange.Xmp());
-    return line;
+py::object Xmp(const py::object& file, const py::object& name) {
+  return Read(Source(file, name), [](const Source& source, ObjectPlan* plan) {
+    lxbridge::json::XmpWriter(plan).Write("", source.Open().Xmp().Properties());
   });
 }
 
-Answer Packet(const py::object& file, bool isInMemory) {
-  return Read(file, isInMemory, [](const Source& source, Reading* reading) {
-    const Interchange interchange = source.Open();
-    *reading = ReadingOf(interchange);
-    return interchange.Xmp().Serialize();
-  });
-}
-
-Answer PoolJson(const py::object& file, bool isInMemory) {
-  return Read(file, isInMemory, [](const Source& source, Reading* reading) {
+py::object Pool(const py::object& file, const py::object& name) {
+  return Read(Source(file, name), [](const Source& source, ObjectPlan* plan) {
     const LxPoolPtr pool(LxNewPool());
     if (pool == nullptr) throw std::bad_alloc();
     const LxResult status = source.ReadInto(pool.get());
-    *reading = {-pool->outcome.failure, pool->outcome.systemError};
-    std::string line;
-    lxbridge::json::WritePoolJson(&line, "", status, *pool);
-    return line;
+    lxbridge::json::WritePool(plan, "", status, *pool);
   });
 }
 
-void RaiseToolkitError(std::exception_ptr failure) {
+py::str Packet(const py::object& file, const py::object& name) {
+  const Source source(file, name);
+  const std::string packet = Unlocked([&] { return source.Open().Xmp().Serialize(); });
+  return Made(PyUnicode_DecodeUTF8(packet.data(), static_cast<py::ssize_t>(packet.size()), nullptr));
+}
+
+// The exception of ReadFailure.
+PyObject* readFailure = nullptr;
+
+void RaiseError(std::exception_ptr failure) {
   try {
     std::rethrow_exception(std::move(failure));
+  } catch (const ReadFailure& error) {
+    PyErr_SetObject(readFailure, py::make_tuple(error.reading, error.systemError).ptr());
   } catch (const lxbridge::XmpError& error) {
     PyErr_SetString(py::module_::import("lxbridge").attr("ToolkitError").ptr(), error.what());
   }
@@ -342,13 +350,15 @@ void RaiseToolkitError(std::exception_ptr failure) {
 }  // namespace
 
 PYBIND11_MODULE(_lxbridge, module) {
-  py::register_local_exception_translator(RaiseToolkitError);
+  py::register_local_exception_translator(RaiseError);
   module.attr("version") = LX_VERSION;
+  readFailure = PyErr_NewException("lxbridge._lxbridge.ReadFailure", nullptr, nullptr);
+  module.attr("ReadFailure") = py::handle(readFailure);
   module.def("reading_text",
              [](int reading) { return std::string(LxXmpReadingText(static_cast<LxXmpReading>(reading))); });
-  module.def("xmp_json", XmpJson);
+  module.def("xmp", Xmp);
   module.def("packet", Packet);
-  module.def("pool_json", PoolJson);
+  module.def("pool", Pool);
   module.def("register_namespace", [](const std::string& uri, const std::string& prefix) {
     return Unlocked([&, ns = Text(uri)] { return lxbridge::RegisterNamespace(ns, Text(prefix)); });
   });
@@ -358,8 +368,8 @@ PYBIND11_MODULE(_lxbridge, module) {
 
   py::class_<Object>(module, "Object")
       .def(py::init<>())
-      .def(py::init<const py::object&, bool>())
-      .def("reading", &Object::ReadingOfFile)
+      .def(py::init<const py::object&, const py::object&>())
+      .def("name", &Object::Name)
       .def("copy", &Object::Copy)
       .def("get", &Object::Get)
       .def("set", &Object::Set)
@@ -377,8 +387,7 @@ PYBIND11_MODULE(_lxbridge, module) {
       .def("namespace", &Object::Namespace)
       .def("warnings", &Object::Warnings)
       .def("namespaces", &Object::Namespaces)
-      .def("packet", &Object::Packet)
-      .def("json", &Object::Json);
+      .def("packet", &Object::Packet);
 
   module.def(
       "before_fork", [] { gate.BeforeFork(); }, py::call_guard<py::gil_scoped_release>());

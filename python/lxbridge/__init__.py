@@ -37,12 +37,7 @@ used, so threads use several cores (packet() gains most, since the dicts of xmp(
 may share a Photo, whose calls are then serialised. Forking is safe at any time, even while another thread is in a call: the fork
 waits for running calls, and the child can continue. The libraries start with the first call and stay until the process ends.
 """
-import json as _json
 import os as _os
-from typing import Any as _Any
-from typing import Callable as _Callable
-from typing import Tuple as _Tuple
-from typing import cast as _cast
 
 from . import _lxbridge, types
 from . import _source
@@ -54,26 +49,10 @@ __all__ = ["Array", "DeniedError", "DirectoryError", "Error", "Languages", "NotF
 __version__: str = _lxbridge.version
 
 
-def _read(call: _Callable[[object, bool], _Tuple[_Tuple[int, int], str]], file: _source.Source) -> _Tuple[str, str]:
-    contents, in_memory, name = _source.resolve(file)
-    reading, text = call(contents, in_memory)
-    _source.check(reading, file)
-    return text, name
-
-
-def _told(call: _Callable[[object, bool], _Tuple[_Tuple[int, int], str]], file: _source.Source) -> _Any:
-    text, name = _read(call, file)
-    answer = _json.loads(text)
-    answer["file"] = name
-    return answer
-
-
 def open(file: _source.Source) -> Photo:
     """The XMP object of the file, for reading and changing."""
-    contents, in_memory, name = _source.resolve(file)
-    xmp = _lxbridge.Object(contents, in_memory)
-    _source.check(xmp.reading(), file)
-    return Photo._of(xmp, name or None)
+    xmp = _source.read(_lxbridge.Object, file)
+    return Photo._of(xmp, xmp.name() or None)
 
 
 def xmp(file: _source.Source) -> types.Xmp:
@@ -90,12 +69,12 @@ def xmp(file: _source.Source) -> types.Xmp:
         {"struct": {"exif:Fired": NODE}}    a structure
         {"value": NODE, "qualifiers": {"xml:lang": NODE}}    any of these with qualifiers
     """
-    return _cast(types.Xmp, _told(_lxbridge.xmp_json, file))
+    return _source.read(_lxbridge.xmp, file)
 
 
 def packet(file: _source.Source) -> str:
     """The file's XMP object as a serialised packet, as printed by lxbridge xmp, without the final line end."""
-    return _read(_lxbridge.packet, file)[0]
+    return _source.read(_lxbridge.packet, file)
 
 
 def pool(file: _source.Source) -> types.Pool:
@@ -113,7 +92,7 @@ def pool(file: _source.Source) -> types.Pool:
     where "value" has the value's bytes in hexadecimal (for bytes.fromhex), "offset" is their place in the file, and "children" is
     missing if there are none. A text of the file that is not UTF-8 is {"hex": "..."} instead of a str.
     """
-    return _cast(types.Pool, _told(_lxbridge.pool_json, file))
+    return _source.read(_lxbridge.pool, file)
 
 
 if hasattr(_os, "register_at_fork"):

@@ -3,7 +3,7 @@ import errno
 import io
 import mmap
 import os
-from typing import BinaryIO, Dict, Tuple, Type, Union, cast
+from typing import BinaryIO, Callable, Dict, Optional, Tuple, Type, TypeVar, Union, cast
 
 from . import _lxbridge
 from ._errors import DeniedError, DirectoryError, NotFoundError, ReadError
@@ -18,18 +18,15 @@ _KINDS: Dict[int, Type[ReadError]] = {errno.ENOENT: NotFoundError, errno.EACCES:
 _ERRORS = {-1: errno.ENOENT, -2: errno.EACCES, -3: errno.EISDIR, -4: errno.EINVAL, -5: errno.EMFILE, -7: errno.EIO}
 _NO_MEMORY = -8
 
+_Answer = TypeVar("_Answer")
 
-def resolve(source: Source) -> Tuple[object, bool, str]:
-    """The arguments for the extension: the path's bytes or the contents, and whether it is contents; and the name of the file."""
+
+def resolve(source: Source) -> Tuple[object, Optional[str]]:
+    """The arguments for the extension: a path and None, or contents and the name of their file or ""."""
     if isinstance(source, (str, os.PathLike)):
-        path = os.fsencode(source)
-        if b"\0" in path:
-            raise ValueError("embedded null byte")
-        if not path:
-            raise NotFoundError(errno.ENOENT, os.strerror(errno.ENOENT), source)
-        return path, False, os.fsdecode(path)
+        return source, None
     if not hasattr(source, "read") or isinstance(source, mmap.mmap):
-        return memoryview(cast(bytes, source)), True, ""  # TypeError for other objects.
+        return memoryview(cast(bytes, source)), ""  # TypeError for other objects.
     file = cast(BinaryIO, source)
     name = getattr(file, "name", None)
     if isinstance(file, io.BytesIO):  # Its buffer is used without copying.
@@ -39,17 +36,22 @@ def resolve(source: Source) -> Tuple[object, bool, str]:
         contents = file.read()
         if not isinstance(contents, (bytes, bytearray, memoryview)):
             raise TypeError("the file object is not open for reading bytes")
-    return contents, True, name if isinstance(name, str) else ""
+    return contents, name if isinstance(name, str) else ""
 
 
-def check(reading: Tuple[int, int], source: Source) -> None:
-    """Raises the error that prevented the file from being read."""
-    kind, number = reading
-    if kind >= 0:
-        return
+def read(call: Callable[[object, Optional[str]], _Answer], source: Source) -> _Answer:
+    """The answer of a function of the extension; raises the error that prevented the file from being read."""
+    try:
+        return call(*resolve(source))
+    except _lxbridge.ReadFailure as failure:
+        kind, number = failure.args
+        raise _error(kind, number, source) from None
+
+
+def _error(kind: int, number: int, source: Source) -> Exception:
     if kind == _NO_MEMORY:
-        raise MemoryError
+        return MemoryError()
     number = number or _ERRORS.get(kind, errno.EIO)
     text = os.strerror(number) if number != errno.EINVAL else _lxbridge.reading_text(kind)
     file = source if isinstance(source, (str, os.PathLike)) else getattr(source, "name", None)
-    raise _KINDS.get(number, ReadError)(number, text, file)
+    return _KINDS.get(number, ReadError)(number, text, file)
