@@ -30,7 +30,7 @@ template <typename Read>
 void LxInterchange::Import(Read read) try {
   pool_.reset(LxNewPool());
   if (!pool_) throw std::bad_alloc();
-  pool_->readerOption = kLxReadKnownSegments;
+  pool_->readerOption = kLxReadForConversion;
   const std::uint32_t refused = LxRefusedAllocations();
   // Whatever the status, the pool holds everything that could be read and is converted.
   status_ = read();

@@ -113,10 +113,11 @@ enum LxFileKind : std::int32_t {
 
 // How much of a file is read.
 enum LxReaderOption : std::int32_t {
-  kLxReadAllSegments = 0,
-  // Of a JPEG segment that no table names, only the first bytes, with which its item's value ends. Conversion needs no
-  // more, and such segments may be megabytes of thermal or depth images.
-  kLxReadKnownSegments,
+  kLxReadEverything = 0,
+  // Of large values that the conversion never uses, only the first bytes, with which the item's value ends: JPEG
+  // segments and entries that no table names, and hidden entries that lead nowhere. These may be megabytes of thermal
+  // images, previews or layers.
+  kLxReadForConversion,
 };
 
 struct LxMetadataPool {

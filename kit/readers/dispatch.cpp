@@ -111,7 +111,7 @@ LxResult LxReadWholeFile(LxStream* stream, std::int32_t fileSize, LxMetadataPool
   const auto size = static_cast<std::uint32_t>(fileSize);
   LxParseContext context;
   LxInitParseContext(&context, fileSize);
-  context.readsKnownSegmentsOnly = pool->readerOption == kLxReadKnownSegments;
+  context.readsForConversion = pool->readerOption == kLxReadForConversion;
   pool->root = LxParseWithDescriptor(pool->blocks, {0, 0, 0, size, size}, &context, descriptor);
   return kLxOk;
 }

@@ -59,8 +59,8 @@ struct LxParseContext {
   const LxMetadataItem* make;            // The most recent Make entry read, or null: its value is the text.
   const LxMetadataItem* model;
   LxMetadataItem* pendingThumbnailItem;
-  bool readsKnownSegmentsOnly;  // LxReaderOption
-  LxItemSlab* slab;             // The slab for the next item. Readers never free an item.
+  bool readsForConversion;  // LxReaderOption
+  LxItemSlab* slab;         // The slab for the next item. Readers never free an item.
   LxParseBudget budget;
   std::uint32_t ifdsOnPath[kLxMaxIfdsOnPath];  // Offsets of the IFDs being read, outermost first.
   std::int32_t ifdCount;

@@ -169,7 +169,7 @@ LxMetadataItem* LxReadJpegSegments(LxBlockCache* cache, const LxParseRange& rang
   LxJpegSegment segment;
   std::int32_t stored = 0;
   for (;; position += kMarkerLength + static_cast<std::uint32_t>(stored)) {
-    if (!context->readsKnownSegmentsOnly || !ReadHeadOfUnknown(cache, position, descriptor, &segment, &stored)) {
+    if (!context->readsForConversion || !ReadHeadOfUnknown(cache, position, descriptor, &segment, &stored)) {
       if (!LxReadJpegSegment(cache, position, &segment)) break;
       stored = segment.length;
     }

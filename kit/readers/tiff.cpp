@@ -16,6 +16,10 @@ constexpr std::uint16_t kTiffMagic = 42;
 constexpr std::uint16_t kMaxEntries = 1000;
 constexpr int kMaxIfdsOfChain = 8;
 constexpr std::uint16_t kSubIfdsTag = 0x014A;
+// Of a longer value that the conversion does not use, the head is read: more than the longest unnamed value that is
+// kept (post_process.cpp).
+constexpr std::uint64_t kLongestUnused = 4096;
+constexpr std::uint64_t kUnusedHead = 512;
 
 constexpr std::uint32_t IfdLength(std::uint16_t entries) noexcept {
   return 12u * entries + 6u;
@@ -73,15 +77,21 @@ class RecordFinder {
   bool goesOn_;
 };
 
-// The bytes of the value: in the entry if they fit, else at the offset in it, anywhere in the file. Null: not in the
-// file.
+// Whether the conversion uses the value of an entry with this record: a name that is shown, or metadata below it.
+bool IsUsed(const LxTagRecord* record) noexcept {
+  return record != nullptr && ((record->flags & kLxHidden) == 0 || record->subNamespace != nullptr);
+}
+
+// The first `read` bytes of the value: in the entry if they fit, else at the offset in it, anywhere in the file. Null:
+// the value is not in the file.
 const std::uint8_t* MapValue(LxBlockCache* cache, const LxParseRange& range, LxParseContext* context,
-                             const Entry& entry) noexcept {
+                             const Entry& entry, std::uint64_t read) noexcept {
   if (entry.length <= 4) return entry.fieldBytes;
   if (entry.length > std::numeric_limits<std::int32_t>::max()) return nullptr;
   const std::int64_t address = LxAddressInFile(range, entry.field);
   if (address < 0 || !LxChargeValueBytes(context, static_cast<std::int64_t>(entry.length))) return nullptr;
-  return LxMapFileRange(cache, static_cast<std::uint64_t>(address), entry.length);
+  if (address + static_cast<std::int64_t>(entry.length) > cache->fileSize) return nullptr;
+  return LxMapFileRange(cache, static_cast<std::uint64_t>(address), read);
 }
 
 // A range from an offset, counted from the base, up to the high limit. The range is invalid if no file reaches that
@@ -132,13 +142,15 @@ bool ReadEntry(LxBlockCache* cache, const LxParseRange& range, LxParseContext* c
   LxMetadataItem* item = LxAppendNewItem(context, list, descriptor.nameSpace, "", OrderFlag(context), entry.tag,
                                          entry.type, length, nullptr);
   if (item == nullptr) return false;
-  item->value = MapValue(cache, range, context, entry);
+  const LxTagRecord* record = finder->Find(entry.tag);
+  const bool isCut = context->readsForConversion && entry.length > kLongestUnused && !IsUsed(record);
+  if (isCut) item->valueLength = kUnusedHead;
+  item->value = MapValue(cache, range, context, entry, isCut ? kUnusedHead : entry.length);
   if (item->value == nullptr) {
     // Becomes an unnamed entry: without a value, the tag's name means nothing.
     LxApplyTagRecord(context, item, nullptr, false);
     return false;
   }
-  const LxTagRecord* record = finder->Find(entry.tag);
   LxApplyTagRecord(context, item, record, false);
   if (record == nullptr || record->subNamespace == nullptr) return true;
   if (!ReadEntryTarget(cache, range, context, item, entry, *record->subNamespace) &&

@@ -105,6 +105,16 @@ PoolPtr ReadPool(const Bytes& file, LxResult* status) {
   return ReadPoolFromPath(TempFile(file).path(), status);
 }
 
+PoolPtr ReadPoolForConversion(const Bytes& file, std::int64_t* kept) {
+  const TempFile saved(file);
+  PoolPtr pool = NewPool();
+  pool->readerOption = kLxReadForConversion;
+  EXPECT_EQ(LxReadFileIntoPool(pool.get(), saved.path().c_str()), kLxOk);
+  *kept = 0;
+  for (const LxBlock* block = pool->blocks->blocks; block != nullptr; block = block->next) *kept += block->length;
+  return pool;
+}
+
 PoolPtr ParsePool(const Bytes& file, LxResult* status, const StreamFaults& faults) {
   PoolPtr pool = NewPool();
   FailingStream stream(file, faults);

@@ -28,6 +28,9 @@ using PoolPtr = LxPoolPtr;
 [[nodiscard]] PoolPtr ReadPool(const Bytes& file, LxResult* status = nullptr);
 [[nodiscard]] PoolPtr ReadPoolFromPath(const std::string& path, LxResult* status = nullptr);
 
+// The same with kLxReadForConversion; expects kLxOk. Through `kept`, the bytes of the pool's blocks.
+[[nodiscard]] PoolPtr ReadPoolForConversion(const Bytes& file, std::int64_t* kept);
+
 // The same from memory, for sweeps over many files; the stream can fail.
 [[nodiscard]] PoolPtr ParsePool(const Bytes& file, LxResult* status = nullptr, const StreamFaults& faults = {});
 

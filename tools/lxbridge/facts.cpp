@@ -57,6 +57,7 @@ json::FileFacts FactsOf(const char* path, bool image) {
   }
   const std::unique_ptr<LxMetadataPool, decltype(&LxDeletePool)> pool(LxNewPool(), LxDeletePool);
   if (pool == nullptr) throw std::bad_alloc();
+  pool->readerOption = kLxReadForConversion;
   const LxResult status = LxReadFileIntoPool(pool.get(), path);
   RaiseIfNotRead(pool->outcome);
   if (status < 0) return facts;

@@ -5,7 +5,6 @@
 
 #include "kit/model/tables/tables.h"
 #include "kit/model/value.h"
-#include "kit/readers/read_file.h"
 #include "kit/readers/readers.h"
 #include "tests/support/image_builders.h"
 #include "tests/support/item_tree.h"
@@ -111,21 +110,16 @@ TEST(Jpeg, ImageResourcesAreReadUnderAnyUnnamedIdentifier) {
 
 TEST(Jpeg, OfASegmentThatNoTableNamesTheConversionGetsTheHead) {
   const Bytes rest = Filled(60000, 'r');
-  const auto read = [](const Bytes& file) {
-    const TempFile saved(file);
-    PoolPtr pool = NewPool();
-    pool->readerOption = kLxReadKnownSegments;
-    EXPECT_EQ(LxReadFileIntoPool(pool.get(), saved.path().c_str()), kLxOk);
-    return pool;
-  };
-  const PoolPtr pool = read(JpegBuilder()
-                                .App(4, "TEST", rest)
-                                .Segment(0xE5, rest)
-                                .App(1, kLxExtendedXmpSegmentId, rest)
-                                .App(13, "x", SmallResources() + rest)
-                                .App(15, std::string(256, 'i'), Filled(3))
-                                .Comment("after")
-                                .Build());
+  std::int64_t kept = 0;
+  const PoolPtr pool = ReadPoolForConversion(JpegBuilder()
+                                                 .App(4, "TEST", rest)
+                                                 .Segment(0xE5, rest)
+                                                 .App(1, kLxExtendedXmpSegmentId, rest)
+                                                 .App(13, "x", SmallResources() + rest)
+                                                 .App(15, std::string(256, 'i'), Filled(3))
+                                                 .Comment("after")
+                                                 .Build(),
+                                             &kept);
   std::vector<std::int32_t> lengths;
   for (const LxMetadataItem* item = pool->root->firstChild; item != nullptr; item = item->next) {
     lengths.push_back(item->valueLength);
@@ -133,12 +127,11 @@ TEST(Jpeg, OfASegmentThatNoTableNamesTheConversionGetsTheHead) {
   lengths.resize(6);
   EXPECT_EQ(lengths, (std::vector<std::int32_t>{263, 263, 2 + 35 + 60000, 2 + 2, 2 + 257 + 3, 2 + 5}));
   EXPECT_EQ(DumpPool(*pool, "iptc"), "iptc Keywords ascii harbour\n");
-  std::int64_t kept = 0;
-  for (const LxBlock* block = pool->blocks->blocks; block != nullptr; block = block->next) kept += block->length;
   EXPECT_LT(kept, 3 * 60000);
   // One that the file does not hold completely ends the walk, as in every pool.
   const Bytes whole = JpegBuilder().Dqt().Sof0().App(4, "TEST", rest).Bare();
-  EXPECT_EQ(read(Truncated(whole, whole.size() - 1))->root->firstChild->next->next, nullptr);
+  const PoolPtr cut = ReadPoolForConversion(Truncated(whole, whole.size() - 1), &kept);
+  EXPECT_EQ(cut->root->firstChild->next->next, nullptr);
 }
 
 TEST(Jpeg, AnIdentifierIsOneTo256BytesBeforeAZeroByte) {

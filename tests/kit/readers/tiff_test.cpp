@@ -88,6 +88,25 @@ TEST_P(Tiff, ValuesOfEveryTypeAreTheFilesBytes) {
   }
 }
 
+TEST_P(Tiff, OfALargeValueThatTheConversionDoesNotUseItGetsTheHead) {
+  const Bytes large = Filled(100000, 'v');
+  std::int64_t kept = 0;
+  const PoolPtr pool = ReadPoolForConversion(
+      Builder().Ifd0({Byte(0x010E, large), Undef(0x935C, large), Byte(0xFDE8, large), Byte(0xFDE9, Filled(4096))}),
+      &kept);
+  const LxMetadataItem* item = pool->root->firstChild->firstChild;
+  for (const std::int32_t length : {100000, 512, 512, 4096}) {
+    ASSERT_NE(item, nullptr);
+    EXPECT_EQ(item->valueLength, length);
+    item = item->next;
+  }
+  EXPECT_EQ(pool->hasLayers, 1);
+  EXPECT_LT(kept, 150000);
+  // One that the file does not hold completely ends the IFD, as in every pool.
+  const TiffBuilder beyond = Builder().Ifd0({Raw(0xFDE8, 7, 100000, 8), Short(0x0112, 6)});
+  EXPECT_EQ(EntriesOf(*ReadPoolForConversion(beyond, &kept)), EntriesOf(*Read(beyond)));
+}
+
 TEST_P(Tiff, BadEntriesEndTheirIfdAndLeaveWhatCameBefore) {
   const TiffEntry first = Short(0x0112, 6), last = Short(0x0128, 2);
   const struct {
