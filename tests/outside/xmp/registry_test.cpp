@@ -99,15 +99,10 @@ TEST(Namespaces, PrefixesThatPhonesDronesAndPhotoManagersWriteAreKnown) {
     const char* uri;
   } known[] = {
       {"GPano", "http://ns.google.com/photos/1.0/panorama/"},
-      {"GCamera", "http://ns.google.com/photos/1.0/camera/"},
-      {"GDepth", "http://ns.google.com/photos/1.0/depthmap/"},
-      {"GImage", "http://ns.google.com/photos/1.0/image/"},
       {"Container", "http://ns.google.com/photos/1.0/container/"},
-      {"Item", "http://ns.google.com/photos/1.0/container/item/"},
       {"MicrosoftPhoto", "http://ns.microsoft.com/photo/1.0/"},
       {"digiKam", "http://www.digikam.org/ns/1.0/"},
       {"mwg-rs", "http://www.metadataworkinggroup.com/schemas/regions/"},
-      {"drone-dji", "http://www.dji.com/drone-dji/1.0/"},
       {"picturist", "http://ns.adobe.com/picturist/1.0/"},
   };
   for (const auto& row : known) {
