@@ -16,7 +16,7 @@ ALLOWED = {
     "xmpconv/": ["kit/model/", "kit/base/", "clients/xmp/", "clients/broker/"],
     "api/": ["xmpconv/", "kit/readers/", "kit/model/", "kit/base/", "clients/xmp/", "clients/broker/"],
     "outside/broker/": ["clients/broker/broker_abi.h"],
-    "outside/xmp/": ["clients/broker/broker_abi.h", "clients/xmp/xmp_abi.h", "kit/base/utf8.h"],
+    "outside/xmp/": ["clients/broker/broker_abi.h", "clients/xmp/xmp_abi.h", "kit/base/keyed_hash.h", "kit/base/utf8.h"],
     "host/": ["api/include/", "api/interchange_abi.h", "clients/xmp/", "clients/broker/", "kit/base/utf8.h"],
     "tools/json/": ["host/include/", "kit/model/", "kit/base/"],
     "tools/lxbridge/": ["tools/json/", "api/include/", "host/", "kit/readers/", "kit/model/", "kit/base/"],

@@ -5,7 +5,6 @@
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <cstring>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -13,6 +12,7 @@
 #include <shared_mutex>
 #include <unordered_map>
 
+#include "kit/base/keyed_hash.h"
 #include "outside/xmp/errors.h"
 #include "outside/xmp/machine.h"
 #include "outside/xmp/text.h"
@@ -20,63 +20,12 @@
 namespace velto {
 namespace {
 
-struct HashKeys {
-  std::uint64_t first;
-  std::uint64_t second;
-};
-
-HashKeys makeHashKeys() noexcept {
-  std::uint64_t seed = 0;
+std::uint64_t makeSeed() noexcept {
   try {
-    seed = machineRandom();
+    return machineRandom();
   } catch (...) {
-    seed = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+    return static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
   }
-  return {seed ^ 0x9E3779B97F4A7C15u, ((seed * 0xD6E8FEB86659FD93u) ^ 0xA0761D6478BD642Fu) | 1};
-}
-
-const HashKeys& hashKeys() noexcept {
-  static const HashKeys keys = makeHashKeys();
-  return keys;
-}
-
-// Combines the two halves of the 128-bit product.
-#ifdef __SIZEOF_INT128__
-__extension__ using Wide = unsigned __int128;
-
-std::uint64_t fold(std::uint64_t left, std::uint64_t right) noexcept {
-  const Wide product = static_cast<Wide>(left) * right;
-  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
-}
-#else  // 32-bit processors lack the type.
-std::uint64_t fold(std::uint64_t left, std::uint64_t right) noexcept {
-  constexpr std::uint64_t kLow = 0xFFFFFFFF;
-  const std::uint64_t low = (left & kLow) * (right & kLow);
-  const std::uint64_t cross = (left >> 32) * (right & kLow) + (low >> 32);
-  const std::uint64_t otherCross = (left & kLow) * (right >> 32) + (cross & kLow);
-  const std::uint64_t high = (left >> 32) * (right >> 32) + (cross >> 32) + (otherCross >> 32);
-  return (otherCross << 32 | (low & kLow)) ^ high;
-}
-#endif
-
-// Loads all bytes of a text of up to eight, some of them twice.
-std::uint64_t loadShort(const char* bytes, std::size_t length) noexcept {
-  if (length >= 4) {
-    std::uint32_t first = 0;
-    std::uint32_t last = 0;
-    std::memcpy(&first, bytes, 4);
-    std::memcpy(&last, bytes + length - 4, 4);
-    return (std::uint64_t{first} << 32) | last;
-  }
-  if (length == 0) return 0;
-  const auto at = [bytes](std::size_t place) { return std::uint64_t{static_cast<std::uint8_t>(bytes[place])}; };
-  return at(0) | (at(length / 2) << 8) | (at(length - 1) << 16);
-}
-
-std::uint64_t load8(const char* bytes) noexcept {
-  std::uint64_t word = 0;
-  std::memcpy(&word, bytes, 8);
-  return word;
 }
 
 struct TextHash {
@@ -290,17 +239,8 @@ bool findIn(const TextMap<std::string>& map, Registered& table, std::string_view
 constinit const WellKnown kWellKnown = {&kStandards[0], &kStandards[1], &kStandards[2], &kStandards[3], &kStandards[4]};
 
 std::uint32_t hashText(std::string_view text) noexcept {
-  const HashKeys& keys = hashKeys();
-  std::uint64_t hash = keys.first ^ text.size();
-  const char* bytes = text.data();
-  std::size_t left = text.size();
-  if (left <= 8) {
-    hash = fold(hash ^ loadShort(bytes, left), keys.second);
-  } else {
-    for (; left > 8; bytes += 8, left -= 8) hash = fold(hash ^ load8(bytes), keys.second);
-    hash = fold(hash ^ load8(bytes + left - 8), keys.first);
-  }
-  return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+  static const LxKeyedHash hash(makeSeed());
+  return hash(text);
 }
 
 struct PrefixNumbers::Table {

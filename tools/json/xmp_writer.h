@@ -3,10 +3,10 @@
 #define LXBRIDGE_TOOLS_JSON_XMP_WRITER_H_
 
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "host/include/lxbridge/xmp.hpp"
+#include "tools/json/used_prefixes.h"
 
 namespace lxbridge::json {
 
@@ -39,7 +39,7 @@ class XmpWriter {
     sink_.EndArray();
     sink_.Key("namespaces");
     sink_.BeginObject();
-    for (const XmpNode* node : namespaces_) {
+    for (const XmpNode* node : used_.InOrder()) {
       sink_.NameKey(node->prefix);
       sink_.Name(node->namespaceUri);
     }
@@ -50,9 +50,9 @@ class XmpWriter {
  private:
   // Most nodes have the same prefix as the previous one.
   void NoteNamespace(const XmpNode& node) {
-    if (!namespaces_.empty() && last_->prefix == node.prefix) return;
+    if (last_ != nullptr && last_->prefix == node.prefix) return;
     last_ = &node;
-    if (known_.insert(node.prefix).second) namespaces_.push_back(&node);
+    used_.Add(node);
   }
 
   void WriteArray(const char* form, const XmpNode& node) {
@@ -105,8 +105,7 @@ class XmpWriter {
   }
 
   Sink& sink_;
-  std::vector<const XmpNode*> namespaces_;  // A node of each prefix, in the order of first use.
-  std::unordered_set<std::string_view> known_;
+  UsedPrefixes used_;
   const XmpNode* last_ = nullptr;
 };
 
