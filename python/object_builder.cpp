@@ -66,7 +66,7 @@ class ObjectBuilder {
   }
 
   py::object Build() {
-    const char* text = plan_.texts_.data();
+    const char* text = plan_.chunks_[0].get();
     for (std::size_t i = 0; i < plan_.steps_.size(); ++i) {
       const std::uint64_t number = plan_.steps_[i] >> ObjectPlan::kKindBits;
       switch (static_cast<ObjectPlan::Kind>(plan_.steps_[i])) {
@@ -84,6 +84,9 @@ class ObjectBuilder {
           break;
         case ObjectPlan::kName:
           Put(names_[number].inc_ref().ptr());
+          break;
+        case ObjectPlan::kChunk:
+          text = plan_.chunks_[number].get();
           break;
         case ObjectPlan::kAscii:
           Put(AsciiText(text, number));

@@ -45,6 +45,30 @@ std::uint64_t HashOf(std::string_view text) {
 
 }  // namespace
 
+ObjectPlan::ObjectPlan() {
+  AddChunk(kChunkBytes);
+}
+
+void ObjectPlan::AddChunk(std::size_t size) {
+  chunks_.push_back(std::make_unique_for_overwrite<char[]>(size));
+  end_ = chunks_.back().get();
+  left_ = size;
+}
+
+// A value of that many bytes, which the caller writes.
+char* ObjectPlan::Text(Kind kind, std::size_t length) {
+  if (left_ < length) {
+    // Texts never move: large values would be copied several times.
+    AddChunk(std::max(length, kChunkBytes));
+    Add(kChunk, chunks_.size() - 1);
+  }
+  Value(kind, length);
+  char* const text = end_;
+  end_ += length;
+  left_ -= length;
+  return text;
+}
+
 void ObjectPlan::Begin(Kind kind) {
   Value(kind, 0);
   open_.push_back({steps_.size() - 1, 0, keys_.size()});
@@ -130,7 +154,8 @@ void ObjectPlan::NameKey(std::string_view key) {
   const std::uint32_t name = IndexOf(key, nullptr);
   if (names_[name].kind != kNull) return AddKey(name);
   std::string hex = "hex:";
-  lxbridge::json::AppendHex(reinterpret_cast<const std::uint8_t*>(key.data()), key.size(), &hex);
+  hex.resize(hex.size() + 2 * key.size());
+  lxbridge::json::WriteHex(reinterpret_cast<const std::uint8_t*>(key.data()), key.size(), &hex[4]);
   AddKey(IndexOf(hex, nullptr));
 }
 
@@ -158,8 +183,7 @@ void ObjectPlan::String(std::string_view text) {
     EndObject();
     return;
   }
-  Value(isAscii ? kAscii : kUtf8, text.size());
-  texts_.append(text);
+  std::memcpy(Text(isAscii ? kAscii : kUtf8, text.size()), text.data(), text.size());
 }
 
 void ObjectPlan::Integer(std::int64_t value) {
@@ -172,8 +196,7 @@ void ObjectPlan::HexOrNull(const std::uint8_t* bytes, std::size_t length) {
     Null();
     return;
   }
-  Value(kAscii, 2 * length);
-  lxbridge::json::AppendHex(bytes, length, &texts_);
+  lxbridge::json::WriteHex(bytes, length, Text(kAscii, 2 * length));
 }
 
 void ObjectPlan::Null() {
@@ -182,10 +205,12 @@ void ObjectPlan::Null() {
 
 bool ObjectPlan::Clear() {
   constexpr std::size_t kMostKept = 256 * 1024;
-  const std::size_t kept = steps_.capacity() * sizeof(std::uint64_t) + texts_.capacity() +
-                           names_.capacity() * sizeof(KnownName) + nameTexts_.capacity();
+  const std::size_t kept = steps_.capacity() * sizeof(std::uint64_t) + names_.capacity() * sizeof(KnownName) +
+                           nameTexts_.capacity() + keys_.capacity() * sizeof(std::uint32_t);
   steps_.clear();
-  texts_.clear();
+  chunks_.resize(1);
+  end_ = chunks_[0].get();
+  left_ = kChunkBytes;
   names_.clear();
   nameTexts_.clear();
   open_.clear();

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +18,8 @@ namespace lxpython {
 // and such a key "hex:...". All texts are copied.
 class ObjectPlan {
  public:
+  ObjectPlan();
+
   void BeginObject();
   void EndObject();
   void BeginArray();
@@ -32,7 +35,7 @@ class ObjectPlan {
   void HexOrNull(const std::uint8_t* bytes, std::size_t length);
   void Null();
 
-  // Removes everything. True: the memory kept for the next plan is small.
+  // Removes everything. True: the memory that it keeps is small.
   bool Clear();
 
  private:
@@ -45,12 +48,14 @@ class ObjectPlan {
     kEnd,      // Of the innermost dict or list.
     kKey,      // The index of the name.
     kName,     // The index of the name.
-    kAscii,    // The length in bytes; the bytes are the next ones of texts_.
+    kChunk,    // The index of the chunk that the next texts are in.
+    kAscii,    // The length in bytes; the bytes are the next ones of the chunk.
     kUtf8,     // The same.
     kInteger,  // The next step is the value.
     kNull,
   };
   static constexpr int kKindBits = 8;
+  static constexpr std::size_t kChunkBytes = 64 * 1024;
   static constexpr std::size_t kMostNameBytes = 128;  // Longer texts are unlikely to recur.
   static constexpr std::uint64_t kUnshaped = ~std::uint64_t{0} >> kKindBits;
 
@@ -80,13 +85,16 @@ class ObjectPlan {
     Add(kind, number);
   }
   void Begin(Kind kind);
-  void Text(Kind kind, std::string_view text);
+  void AddChunk(std::size_t size);
+  char* Text(Kind kind, std::size_t length);
   std::uint32_t IndexOf(std::string_view name, const char* constant);
   void AddKey(std::uint32_t name);
   std::uint64_t ShapeOf(std::span<const std::uint32_t> keys);
 
   std::vector<std::uint64_t> steps_;
-  std::string texts_;
+  std::vector<std::unique_ptr<char[]>> chunks_;  // Of texts. The first has kChunkBytes.
+  char* end_ = nullptr;                          // Of the texts in the latest chunk.
+  std::size_t left_ = 0;                         // Bytes of that chunk.
   std::vector<KnownName> names_;
   std::string nameTexts_;
   std::vector<Open> open_;

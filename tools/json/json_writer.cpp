@@ -53,12 +53,9 @@ bool IsPlain(std::string_view text) {
 
 }  // namespace
 
-void AppendHex(const std::uint8_t* bytes, std::size_t length, std::string* out) {
+void WriteHex(const std::uint8_t* bytes, std::size_t length, char* to) {
   // Without a table, so that the compiler uses vector instructions.
   const auto digit = [](int number) { return static_cast<char>(number + (number > 9 ? 'a' - 10 : '0')); };
-  const std::size_t at = out->size();
-  out->resize(at + 2 * length);
-  char* const to = out->data() + at;
   for (std::size_t i = 0; i < length; ++i) {
     to[2 * i] = digit(bytes[i] >> 4);
     to[2 * i + 1] = digit(bytes[i] & 15);
@@ -108,7 +105,7 @@ void JsonWriter::Key(std::string_view key) {
     Quoted(key);
   } else {
     out_->append("\"hex:");
-    AppendHex(reinterpret_cast<const std::uint8_t*>(key.data()), key.size(), out_);
+    Hex(reinterpret_cast<const std::uint8_t*>(key.data()), key.size());
     out_->push_back('"');
   }
   out_->append(": ");
@@ -159,7 +156,7 @@ void JsonWriter::HexOrNull(const std::uint8_t* bytes, std::size_t length) {
   }
   Separate();
   out_->push_back('"');
-  AppendHex(bytes, length, out_);
+  Hex(bytes, length);
   out_->push_back('"');
 }
 
@@ -214,6 +211,12 @@ void JsonWriter::Quoted(std::string_view text) {
 void JsonWriter::AppendEscape(std::uint32_t character) {
   out_->append("\\u");
   for (int shift = 12; shift >= 0; shift -= 4) out_->push_back(kHexDigits[character >> shift & 15]);
+}
+
+void JsonWriter::Hex(const std::uint8_t* bytes, std::size_t length) {
+  const std::size_t at = out_->size();
+  out_->resize(at + 2 * length);
+  WriteHex(bytes, length, out_->data() + at);
 }
 
 }  // namespace lxbridge::json

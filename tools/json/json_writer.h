@@ -11,8 +11,8 @@ namespace lxbridge::json {
 
 enum class Layout { kLine, kIndented };  // On one line, or one line for each value.
 
-// Appends the bytes as lower-case hexadecimal digits.
-void AppendHex(const std::uint8_t* bytes, std::size_t length, std::string* out);
+// Writes the bytes as lower-case hexadecimal digits, two for each.
+void WriteHex(const std::uint8_t* bytes, std::size_t length, char* to);
 
 // Appends to a borrowed string and places the commas. REQUIRES: every object and array is closed, and every key gets a
 // value.
@@ -45,6 +45,7 @@ class JsonWriter {
   void Close(char bracket);
   void Quoted(std::string_view text);  // REQUIRES: valid UTF-8.
   void AppendEscape(std::uint32_t character);
+  void Hex(const std::uint8_t* bytes, std::size_t length);
   void NewLine();
 
   std::string* out_;
