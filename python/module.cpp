@@ -28,6 +28,7 @@
 #include "python/gate.h"
 #include "python/object_builder.h"
 #include "python/object_plan.h"
+#include "python/packet_text.h"
 #include "tools/json/pool_writer.h"
 #include "tools/json/xmp_writer.h"
 
@@ -330,8 +331,7 @@ py::object Pool(const py::object& file, const py::object& name) {
 
 py::str Packet(const py::object& file, const py::object& name) {
   const Source source(file, name);
-  const std::string packet = Unlocked([&] { return source.Open().Xmp().Serialize(); });
-  return Made(PyUnicode_DecodeUTF8(packet.data(), static_cast<py::ssize_t>(packet.size()), nullptr));
+  return Made(Unlocked([&] { return lxpython::PacketText(source.Open().Xmp().Serialize()); }).Make());
 }
 
 // The exception of ReadFailure.
