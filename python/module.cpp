@@ -106,7 +106,7 @@ class Bytes {
   Py_buffer view_{};
 };
 
-// Why a file could not be read: a LxXmpReading below 0; then the system's error, or 0.
+// Why a file could not be read: an LxXmpReading below 0; then the system's error, or 0.
 struct ReadFailure {
   int reading;
   int systemError;

@@ -121,9 +121,9 @@ class ObjectBuilder {
     for (const ObjectPlan::KnownName& name : plan_.names_) {
       const char* const bytes = plan_.nameTexts_.data() + name.begin;
       PyObject* text = nullptr;  // Not UTF-8: never used.
-      if (name.kind == ObjectPlan::kAscii && name.length <= ObjectPlan::kMostNameBytes) {
+      if (name.encoding == ObjectPlan::Encoding::kAscii && name.length <= ObjectPlan::kMostNameBytes) {
         text = RecentText(name.hash, bytes, name.length, name.constant != nullptr);
-      } else if (name.kind != ObjectPlan::kNull) {
+      } else if (name.encoding != ObjectPlan::Encoding::kOther) {
         text = Utf8Text(bytes, name.length);
       }
       names_.push_back(py::reinterpret_steal<py::object>(text));

@@ -45,6 +45,10 @@ std::uint64_t HashOf(std::string_view text) {
 
 }  // namespace
 
+ObjectPlan::Encoding ObjectPlan::EncodingOf(std::string_view text) {
+  return IsAscii(text) ? Encoding::kAscii : LxIsUtf8(text) ? Encoding::kUtf8 : Encoding::kOther;
+}
+
 ObjectPlan::ObjectPlan() {
   AddChunk(kChunkBytes);
 }
@@ -124,8 +128,7 @@ std::uint32_t ObjectPlan::IndexOf(std::string_view name, const char* constant) {
       return slot - 1;
     }
   }
-  const Kind kind = IsAscii(name) ? kAscii : LxIsUtf8(name) ? kUtf8 : kNull;
-  names_.push_back({hash, nameTexts_.size(), name.size(), constant, 0, kind});
+  names_.push_back({hash, nameTexts_.size(), name.size(), constant, 0, EncodingOf(name)});
   nameTexts_.append(name);
   slot = static_cast<std::uint32_t>(names_.size());
   return slot - 1;
@@ -152,7 +155,7 @@ void ObjectPlan::Key(std::string_view key) {
 
 void ObjectPlan::NameKey(std::string_view key) {
   const std::uint32_t name = IndexOf(key, nullptr);
-  if (names_[name].kind != kNull) return AddKey(name);
+  if (names_[name].encoding != Encoding::kOther) return AddKey(name);
   std::string hex = "hex:";
   hex.resize(hex.size() + 2 * key.size());
   lxbridge::json::WriteHex(reinterpret_cast<const std::uint8_t*>(key.data()), key.size(), &hex[4]);
@@ -162,7 +165,7 @@ void ObjectPlan::NameKey(std::string_view key) {
 void ObjectPlan::Name(std::string_view text) {
   if (text.size() > kMostNameBytes) return String(text);
   const std::uint32_t name = IndexOf(text, nullptr);
-  if (names_[name].kind == kNull) return String(text);
+  if (names_[name].encoding == Encoding::kOther) return String(text);
   Value(kName, name);
 }
 
@@ -175,15 +178,15 @@ void ObjectPlan::NameOrNull(const char* text) {
 }
 
 void ObjectPlan::String(std::string_view text) {
-  const bool isAscii = IsAscii(text);
-  if (!isAscii && !LxIsUtf8(text)) {
+  const Encoding encoding = EncodingOf(text);
+  if (encoding == Encoding::kOther) {
     BeginObject();
     Key("hex");
     HexOrNull(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
     EndObject();
     return;
   }
-  std::memcpy(Text(isAscii ? kAscii : kUtf8, text.size()), text.data(), text.size());
+  std::memcpy(Text(encoding == Encoding::kAscii ? kAscii : kUtf8, text.size()), text.data(), text.size());
 }
 
 void ObjectPlan::Integer(std::int64_t value) {

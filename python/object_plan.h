@@ -54,6 +54,7 @@ class ObjectPlan {
     kInteger,  // The next step is the value.
     kNull,
   };
+  enum class Encoding : std::uint8_t { kAscii, kUtf8, kOther };
   static constexpr int kKindBits = 8;
   static constexpr std::size_t kChunkBytes = 64 * 1024;
   static constexpr std::size_t kMostNameBytes = 128;  // Longer texts are unlikely to recur.
@@ -65,7 +66,7 @@ class ObjectPlan {
     std::size_t length;
     const char* constant;  // Its address; null: a text from the file.
     std::uint32_t next;    // The index of the constant key that last followed this one, or 0.
-    Kind kind;             // kAscii, kUtf8, or kNull: not UTF-8.
+    Encoding encoding;
   };
   // The keys of dicts of four or more, in order: the second dict of a shape is made by copying.
   struct Shape {
@@ -84,6 +85,7 @@ class ObjectPlan {
     if (!open_.empty()) ++open_.back().values;
     Add(kind, number);
   }
+  static Encoding EncodingOf(std::string_view text);
   void Begin(Kind kind);
   void AddChunk(std::size_t size);
   char* Text(Kind kind, std::size_t length);
