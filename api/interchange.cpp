@@ -6,6 +6,7 @@
 #include <new>
 
 #include "kit/base/memory.h"
+#include "kit/readers/file_kind.h"
 #include "kit/readers/read_file.h"
 #include "xmpconv/driver.h"
 #include "xmpconv/extended_packet.h"
@@ -48,7 +49,8 @@ void LxInterchange::Import(Read read) try {
 }
 
 LxImportOutcome LxInterchange::Outcome() const noexcept {
-  return {pool_->outcome, status_, pool_->fileKind, pool_->hasMetadata, hasNativeXmp_ ? 1 : 0};
+  const std::int32_t kind = LxHasFileReader(pool_->fileKind) ? pool_->fileKind : kLxFileUnknown;
+  return {pool_->outcome, status_, kind, pool_->hasMetadata, hasNativeXmp_ ? 1 : 0};
 }
 
 // Parses the first packet of the file in two calls: all its bytes, with the option that more may follow; then the end

@@ -17,7 +17,7 @@ inline constexpr const char kLxInterchangeInterface[] = "LxInterchangeInterface"
 struct LxImportOutcome {
   LxReadOutcome read;        // Whether the file was opened and read to the end, and memory sufficed.
   std::int32_t status;       // The reader's result: 0; -6, an unreadable header; and so on.
-  std::int32_t fileKind;     // As detected; 0: unknown.
+  std::int32_t fileKind;     // As detected; 0: unknown, or a kind that is not read.
   std::int32_t hasMetadata;  // 1: there is at least one display item.
   std::int32_t packetKept;   // 1: an XMP packet was parsed completely. 0: there was none, or it was damaged.
 };

@@ -337,6 +337,7 @@ TEST_F(XmpTest, TheOutcomeOfReadingIsToldAndMemoryReadsAsAFileDoes) {
       {"a photograph", photo, LX_XMP_READ_WHOLE},
       {"an image without metadata", JpegBuilder().Eoi(), LX_XMP_READ_NO_METADATA},
       {"nothing", {}, LX_XMP_READ_NO_IMAGE},
+      {"a document of a known kind", lxtest::Text("%PDF-1.7\n%\xE2\xE3\xCF\xD3\n1 0 obj"), LX_XMP_READ_NO_IMAGE},
       {"a text", lxtest::Bytes(text.begin(), text.end()), LX_XMP_READ_NO_IMAGE},
       {"half a photograph", lxtest::Bytes(photo.begin(), photo.begin() + 20), LX_XMP_READ_DAMAGED},
   };

@@ -60,7 +60,7 @@ class XmpWork : public FileWork {
         const auto failure = static_cast<LxReadFailure>(-reading);
         result->Fail(input.name, MessageOf(failure, systemError));
         if (failure < kLxReadBroken || options_.sideCars) return;  // Not opened; else print what was read.
-      } else if (input.walked && !IsTaken(reading, path, result)) {
+      } else if (input.walked && reading == LX_XMP_READ_NO_IMAGE) {
         result->passedOver = true;
         return;
       }
@@ -89,12 +89,6 @@ class XmpWork : public FileWork {
                                                     std::to_string(warning.column) + ": " + warning.text));
     }
     if (total > kept) result->messages.append(FileMessage(file, std::to_string(total - kept) + " more warnings"));
-  }
-
-  // Whether the file has a reader. Only for files without metadata is the kind in question.
-  static bool IsTaken(LxXmpReading reading, const char* path, FileResult* result) {
-    if (reading == LX_XMP_READ_NO_METADATA) return HasReader(path, &result->kind);
-    return reading != LX_XMP_READ_NO_IMAGE;
   }
 
   // Whether the file gets a side-car. Side-cars found in a folder get none.
