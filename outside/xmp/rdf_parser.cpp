@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <memory>
 #include <new>
@@ -160,7 +161,7 @@ struct PacketParser::State {
   template <typename Action>
   static void guarded(void* user, Action action) noexcept {
     State& state = *static_cast<State*>(user);
-    if (state.isFinished || state.failure) return;
+    if (state.isFinished || state.mustRenew || state.failure) return;
     try {
       action(state);
     } catch (...) {
@@ -169,17 +170,24 @@ struct PacketParser::State {
     }
   }
   static void XMLCALL onStart(void* user, const XML_Char* name, const XML_Char** attributes) noexcept {
-    guarded(user, [&](State& state) { state.startElement(name, attributes); });
+    guarded(user, [&](State& state) {
+      if (!state.renewsBefore(name)) state.startElement(name, attributes);
+    });
   }
-  static void XMLCALL onEnd(void* user, const XML_Char*) noexcept {
-    guarded(user, [](State& state) { state.endElement(); });
+  static void XMLCALL onEnd(void* user, const XML_Char* name) noexcept {
+    guarded(user, [&](State& state) {
+      state.open.resize(state.open.size() - std::strlen(name) - 2);
+      state.endElement();
+    });
   }
   static void XMLCALL onText(void* user, const XML_Char* text, int length) noexcept {
     guarded(user, [&](State& state) { state.addText({text, static_cast<std::size_t>(length)}); });
   }
   static void XMLCALL onDoctype(void* user, const XML_Char*, const XML_Char*, const XML_Char*, int hasSubset) noexcept {
-    if (hasSubset == 0) return;
-    guarded(user, [](State& state) { state.fail(ErrorId::kBadXML, "the document type has declarations"); });
+    guarded(user, [&](State& state) {
+      state.hasDoctype = true;
+      if (hasSubset != 0) state.fail(ErrorId::kBadXML, "the document type has declarations");
+    });
   }
   static void XMLCALL onSkippedEntity(void* user, const XML_Char* name, int) noexcept {
     guarded(user, [&](State& state) { state.skipEntity(name); });
@@ -191,6 +199,11 @@ struct PacketParser::State {
   bool warn(std::string_view before, std::string_view name = {}, std::string_view after = {});
   void place(std::uint32_t& line, std::uint32_t& column) const noexcept;
   void parse(std::string_view text, bool last);
+  void setSalt() noexcept;
+  void setHandlers() noexcept;
+  // Whether the element that starts here is left to a renewed parser. If not, it is now one of the open elements.
+  bool renewsBefore(const XML_Char* name);
+  void renew();
 
   void startElement(std::string_view qualified, Attributes attributes);
   void endElement();
@@ -231,6 +244,17 @@ struct PacketParser::State {
   PacketDecoder decoder;
   std::string gathered;  // Clean text that is not yet parsed.
   std::size_t parsedBytes = 0;
+  // Expat keeps every name that it has seen. Its tables of a million names no longer fit into the processor's cache, so
+  // the parser is renewed when it has seen many names: it starts again with the tags of the elements that are open.
+  std::string open;             // The start tags of all open elements, without attributes.
+  std::size_t seenNames = 0;    // By the parser since it was renewed, counted as often as they occur.
+  std::size_t parserBytes = 0;  // Parsed by it before the current piece.
+  bool mustRenew = false;
+  std::size_t renewedAt = 0;  // The place in the current piece.
+  bool hasDoctype = false;
+  // Where the current parser's text begins in the packet, minus the length of the tags that were open.
+  std::size_t firstLine = 0;
+  std::size_t firstColumn = 0;
   bool isFinished = false;  // The outermost element has ended.
   bool hasRDF = false;
   bool hasWarnedOfText = false;  // Since the last start or end of an element.
@@ -252,13 +276,21 @@ constinit Spares<void> spareStates;  // Of PacketParser::State, which is private
 void PacketParser::State::begin(Object& target) {
   object = &target;
   root = target.makeRoot();
+  setSalt();
+  setHandlers();
+}
+
+void PacketParser::State::setSalt() noexcept {
+  // As unpredictable as the one that expat would request from the system.
+  XML_SetHashSalt(parser, hashText("expat") | 1u);
+}
+
+void PacketParser::State::setHandlers() noexcept {
   XML_SetUserData(parser, this);
   XML_SetElementHandler(parser, onStart, onEnd);
   XML_SetCharacterDataHandler(parser, onText);
   XML_SetStartDoctypeDeclHandler(parser, onDoctype);
   XML_SetSkippedEntityHandler(parser, onSkippedEntity);
-  // As unpredictable as the one that expat would request from the system.
-  XML_SetHashSalt(parser, hashText("expat") | 1u);
 }
 
 bool PacketParser::State::end() noexcept {
@@ -272,6 +304,10 @@ bool PacketParser::State::end() noexcept {
   decoder.reset();
   gathered.clear();
   parsedBytes = 0;
+  open.clear();
+  seenNames = parserBytes = 0;
+  firstLine = firstColumn = 0;
+  mustRenew = hasDoctype = false;
   isFinished = hasRDF = hasWarnedOfText = false;
   topSize = kNowhere;
   skipped = 0;
@@ -309,14 +345,26 @@ void PacketParser::State::feed(std::string_view bytes, bool last) {
 
 void PacketParser::State::parse(std::string_view clean, bool last) {
   if (last && !decoder.hasStarted()) fail(ErrorId::kBadXML, "not a packet: it has no element");
+  // Expat copies each piece, and rereads an incomplete token with the next one. So a piece is as long as the text that
+  // the parser has parsed: neither a renewal nor a long token makes it copy or read a byte more than a few times.
+  constexpr std::size_t kShortest = 256 * 1024;
   constexpr std::size_t kLongest = std::size_t{1} << 30;
   static_assert(kLongest <= INT_MAX);
   do {
-    const std::string_view piece = clean.substr(0, kLongest);
+    const std::string_view piece = clean.substr(0, std::clamp(parserBytes, kShortest, kLongest));
+    const bool isLastPiece = last && piece.size() == clean.size();
+    const bool isDone =
+        XML_Parse(parser, piece.data(), static_cast<int>(piece.size()), isLastPiece ? 1 : 0) == XML_STATUS_OK;
+    if (mustRenew) {
+      clean.remove_prefix(renewedAt);
+      parsedBytes += renewedAt;
+      renew();
+      continue;
+    }
     clean.remove_prefix(piece.size());
     parsedBytes += piece.size();
-    const bool isLastPiece = last && clean.empty();
-    if (XML_Parse(parser, piece.data(), static_cast<int>(piece.size()), isLastPiece ? 1 : 0) == XML_STATUS_OK) continue;
+    parserBytes += piece.size();
+    if (isDone) continue;
     if (failure) std::rethrow_exception(failure);
     if (isFinished) return;
     const XML_Error error = XML_GetErrorCode(parser);
@@ -325,11 +373,47 @@ void PacketParser::State::parse(std::string_view clean, bool last) {
   } while (!clean.empty());
 }
 
+bool PacketParser::State::renewsBefore(const XML_Char* name) {
+  constexpr std::size_t kManyNames = 16 * 1024;
+  constexpr std::size_t kMostOpen = 16 * 1024;  // Less than the text of so many names, so no byte is parsed often.
+  // An external document type is only known to the first parser.
+  if (seenNames > kManyNames && open.size() <= kMostOpen && !hasDoctype) {
+    const auto start = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser));
+    // It may be in an earlier piece.
+    if (start >= parserBytes) {
+      const std::size_t lines = XML_GetCurrentLineNumber(parser);
+      const std::size_t columns = XML_GetCurrentColumnNumber(parser);
+      firstColumn = lines == 1 ? firstColumn + columns : columns;
+      firstLine += lines - 1;
+      renewedAt = start - parserBytes;
+      mustRenew = true;
+      XML_StopParser(parser, XML_FALSE);
+      return true;
+    }
+  }
+  // Only now, so that a renewed parser takes the element however many attributes it has.
+  seenNames += 1 + static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser)) / 2;
+  open.append("<").append(name).append(">");
+  return false;
+}
+
+void PacketParser::State::renew() {
+  mustRenew = false;
+  seenNames = 0;
+  parserBytes = open.size();
+  XML_ParserReset(parser, "UTF-8");
+  setSalt();
+  if (XML_Parse(parser, open.data(), static_cast<int>(open.size()), 0) != XML_STATUS_OK) throw std::bad_alloc();
+  firstColumn -= XML_GetCurrentColumnNumber(parser);
+  setHandlers();
+}
+
 // Lines and columns count from 1, columns in characters.
 void PacketParser::State::place(std::uint32_t& line, std::uint32_t& column) const noexcept {
   const std::size_t lines = XML_GetCurrentLineNumber(parser);
-  const std::size_t columns = XML_GetCurrentColumnNumber(parser) + 1 + (lines == 1 ? decoder.droppedColumns() : 0);
-  line = static_cast<std::uint32_t>(lines + decoder.droppedLines());
+  const std::size_t columns = XML_GetCurrentColumnNumber(parser) + 1 + (lines == 1 ? firstColumn : 0) +
+                              (firstLine + lines == 1 ? decoder.droppedColumns() : 0);
+  line = static_cast<std::uint32_t>(firstLine + lines + decoder.droppedLines());
   column = static_cast<std::uint32_t>(columns);
 }
 
