@@ -72,8 +72,8 @@ class Turn {
   }
 
  private:
-  // Threads that build large results under the lock are not waited for.
-  static constexpr std::chrono::microseconds kLongest{20};
+  // Long enough for making the objects of a pool under the lock. Threads that hold it longer are not waited for.
+  static constexpr std::chrono::microseconds kLongest{60};
 
   std::atomic<bool> isTaken_ = false;
   const bool hasProcessors_ = std::thread::hardware_concurrency() > 1;
