@@ -73,7 +73,7 @@ void Pipeline(benchmark::State& state, const std::vector<std::string>& files) {
 
 // An iteration is long enough that starting threads does not matter.
 void Threads(benchmark::State& state, const std::vector<std::string>& files, int threads) {
-  constexpr int kPasses = 50;
+  constexpr int kPasses = 200;
   for (auto _ : state) {
     std::vector<std::thread> running;
     for (int i = 0; i < threads; ++i) {
