@@ -24,7 +24,7 @@ class NodeTable {
   // To be called before the table gets its `count`th node. False: there is no memory, and no table.
   bool reserve(std::size_t count) noexcept {
     if (isBuilt() && count * 4 <= slots() * 3) return true;
-    std::size_t slots = isBuilt() ? this->slots() * 2 : 32;
+    std::size_t slots = isBuilt() ? this->slots() * 2 : 64;
     while (slots * 3 < count * 4) slots *= 2;
     NodeTable grown(storage_);
     grown.nodes_ = static_cast<Node**>(storage_.tryTake(slots * kSlotSize));
