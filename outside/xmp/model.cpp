@@ -67,6 +67,7 @@ struct NodeList::Index {
   }
 
   bool fillGenerics(Node* first) noexcept {
+    if (!generics.reserve()) return false;  // All languages may be empty.
     for (Node* item = first; item != nullptr; item = item->next) {
       if (isLocalized(item) && !generics.enter(item, languageOf(item)->value())) return false;
     }

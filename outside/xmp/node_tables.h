@@ -98,66 +98,7 @@ class GenericTable {
 
   bool isBuilt() const noexcept { return slots_ != nullptr; }
 
-  // To be called in the order of the items. False: there is no memory, and no table.
-  bool enter(Node* item, std::string_view language) noexcept {
-    std::uint32_t hash = 0;
-    for (std::size_t end = 0, start = 0; end != language.size(); start = end + 1) {
-      end = std::min(language.find('-', start), language.size());
-      hash = extend(hash, language.substr(start, end - start));
-      if (!reserve()) return false;
-      Slot& slot = slotOf(hash, language.substr(0, end));
-      if (slot.items.first != nullptr) {
-        slot.items.isMany = true;
-        continue;
-      }
-      slot = {{item, false}, hash, end};
-      ++count_;
-    }
-    return true;
-  }
-
-  GenericItems find(std::string_view language) const noexcept {
-    std::uint32_t hash = 0;
-    for (std::size_t end = 0, start = 0; end != language.size(); start = end + 1) {
-      end = std::min(language.find('-', start), language.size());
-      hash = extend(hash, language.substr(start, end - start));
-    }
-    return slotOf(hash, language).items;
-  }
-
-  void drop() noexcept {
-    if (isBuilt()) storage_.give(slots_, (mask_ + 1) * sizeof(Slot));
-    slots_ = nullptr;
-    count_ = 0;
-  }
-
- private:
-  struct Slot {
-    GenericItems items;  // None: the slot is free.
-    std::uint32_t hash;
-    std::size_t length;  // Of the generic language, with which that of the first item begins.
-  };
-
-  // The hash of a language with one more subtag, so that hashing all its generic languages takes linear time.
-  static std::uint32_t extend(std::uint32_t hash, std::string_view subtag) noexcept {
-    const std::uint32_t both[] = {hash, hashText(subtag)};
-    char bytes[sizeof both];
-    std::memcpy(bytes, both, sizeof both);
-    return hashText({bytes, sizeof bytes});
-  }
-
-  Slot& slotOf(std::uint32_t hash, std::string_view language) const noexcept {
-    std::size_t at = hash & mask_;
-    for (; slots_[at].items.first != nullptr; at = (at + 1) & mask_) {
-      const Slot& slot = slots_[at];
-      if (slot.hash == hash && slot.length == language.size() &&
-          languageOf(slot.items.first)->value().substr(0, slot.length) == language) {
-        break;
-      }
-    }
-    return slots_[at];
-  }
-
+  // Makes room for one more generic language. False: there is no memory, and no table.
   bool reserve() noexcept {
     if (isBuilt() && (count_ + 1) * 4 <= (mask_ + 1) * 3) return true;
     const std::size_t slots = isBuilt() ? (mask_ + 1) * 2 : 32;
@@ -171,7 +112,7 @@ class GenericTable {
         grown[at] = slots_[old];
       }
     }
-    const std::size_t count = count_;
+    const std::uint32_t count = count_;
     drop();
     if (grown == nullptr) return false;
     slots_ = grown;
@@ -180,10 +121,82 @@ class GenericTable {
     return true;
   }
 
+  // To be called in the order of the items. False: there is no memory, and no table.
+  bool enter(Node* item, std::string_view language) noexcept {
+    std::uint32_t parent = 0;
+    for (std::size_t end = 0, start = 0; end != language.size(); start = end + 1) {
+      end = std::min(language.find('-', start), language.size());
+      if (!reserve()) return false;
+      const std::uint32_t hash = hashOf(parent, language.substr(start, end - start));
+      Slot& slot = slotOf(hash, parent, language, start, end);
+      if (slot.items.first != nullptr) {
+        slot.items.isMany = true;
+      } else {
+        slot = {{item, false}, hash, parent, ++count_, static_cast<std::uint32_t>(end)};
+      }
+      parent = slot.number;
+    }
+    return true;
+  }
+
+  // REQUIRES: the table is built.
+  GenericItems find(std::string_view language) const noexcept {
+    GenericItems found;
+    std::uint32_t parent = 0;
+    for (std::size_t end = 0, start = 0; end != language.size(); start = end + 1) {
+      end = std::min(language.find('-', start), language.size());
+      const std::uint32_t hash = hashOf(parent, language.substr(start, end - start));
+      const Slot& slot = slotOf(hash, parent, language, start, end);
+      if (slot.items.first == nullptr) return {};
+      found = slot.items;
+      parent = slot.number;
+    }
+    return found;
+  }
+
+  void drop() noexcept {
+    if (isBuilt()) storage_.give(slots_, (mask_ + 1) * sizeof(Slot));
+    slots_ = nullptr;
+    count_ = 0;
+  }
+
+ private:
+  // A generic language is the one without its last subtag, its parent, and that subtag. So entering a language reads
+  // each of its bytes only once or twice, however many subtags it has.
+  struct Slot {
+    GenericItems items;  // None: the slot is free.
+    std::uint32_t hash;
+    std::uint32_t parent;  // Its number; 0: there is none.
+    std::uint32_t number;  // From 1.
+    std::uint32_t end;     // In the language of the first item.
+  };
+
+  static std::uint32_t hashOf(std::uint32_t parent, std::string_view subtag) noexcept {
+    const std::uint32_t both[] = {parent, hashText(subtag)};
+    char bytes[sizeof both];
+    std::memcpy(bytes, both, sizeof both);
+    return hashText({bytes, sizeof bytes});
+  }
+
+  // Languages of the same parent begin with the same text, so only their subtags are compared.
+  Slot& slotOf(std::uint32_t hash, std::uint32_t parent, std::string_view language, std::size_t start,
+               std::size_t end) const noexcept {
+    const std::string_view subtag = language.substr(start, end - start);
+    std::size_t at = hash & mask_;
+    for (; slots_[at].items.first != nullptr; at = (at + 1) & mask_) {
+      const Slot& slot = slots_[at];
+      if (slot.hash == hash && slot.parent == parent && slot.end == end &&
+          languageOf(slot.items.first)->value().substr(start, subtag.size()) == subtag) {
+        break;
+      }
+    }
+    return slots_[at];
+  }
+
   Storage& storage_;
   Slot* slots_ = nullptr;
   std::size_t mask_ = 0;
-  std::size_t count_ = 0;
+  std::uint32_t count_ = 0;
 };
 
 }  // namespace velto

@@ -256,5 +256,15 @@ TEST_F(Operations, ManyLanguagesAreFoundAmongChanges) {
   EXPECT_EQ(chooseLocalized(title, array, "x-501", "x-501")->value(), "new");
 }
 
+TEST_F(Operations, EmptyLanguagesOfPacketsAreOfNoLanguage) {
+  std::string items;
+  for (int i = 0; i < 10; ++i)
+    items += "<rdf:li rdf:parseType='Resource'><rdf:value>old</rdf:value><xml:lang/></rdf:li>";
+  Parsed parsed("<rdf:RDF " + kDeclarations + "><rdf:Description><dc:title><rdf:Alt>" + items +
+                "</rdf:Alt></dc:title></rdf:Description></rdf:RDF>");
+  setLocalized(parsed.object, path("title"), "de", "de-AT", "new");
+  EXPECT_EQ(chooseLocalized(path("title"), findNode(parsed.object, path("title")), "de", "de-CH")->value(), "new");
+}
+
 }  // namespace
 }  // namespace velto::test
