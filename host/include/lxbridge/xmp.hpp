@@ -495,7 +495,7 @@ inline std::vector<std::pair<std::string, std::string>> XmpView::Namespaces() co
 
 inline std::vector<XmpNode> XmpView::Properties(const char* namespaceUri) const {
   std::vector<XmpNode> top;
-  top.reserve(32);  // Most objects have fewer properties, and growing moves all nodes.
+  top.reserve(32);             // Most objects have fewer properties, and growing moves all nodes.
   std::vector<XmpNode*> path;  // Down to the latest node: path[d] is the latest of depth d + 1.
   Visit(
       [&](const LxXmpNode& node) {
