@@ -14,7 +14,14 @@ class LxKeyedHash {
   explicit LxKeyedHash(std::uint64_t seed) noexcept
       : first_(seed ^ 0x9E3779B97F4A7C15u), second_(((seed * 0xD6E8FEB86659FD93u) ^ 0xA0761D6478BD642Fu) | 1) {}
 
-  [[nodiscard]] std::uint32_t operator()(std::string_view text) const noexcept {
+  [[nodiscard]] std::uint32_t operator()(std::string_view text) const noexcept { return Narrow(Mix(text)); }
+  // Of a text and a number. Even hashes of the same text with chosen numbers cannot be predicted.
+  [[nodiscard]] std::uint32_t operator()(std::string_view text, std::uint32_t number) const noexcept {
+    return Narrow(Fold(Mix(text) ^ number, second_));
+  }
+
+ private:
+  [[nodiscard]] std::uint64_t Mix(std::string_view text) const noexcept {
     std::uint64_t hash = first_ ^ text.size();
     const char* bytes = text.data();
     std::size_t left = text.size();
@@ -24,10 +31,11 @@ class LxKeyedHash {
       for (; left > 8; bytes += 8, left -= 8) hash = Fold(hash ^ Load8(bytes), second_);
       hash = Fold(hash ^ Load8(bytes + left - 8), first_);
     }
-    return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+    return hash;
   }
 
- private:
+  static std::uint32_t Narrow(std::uint64_t hash) noexcept { return static_cast<std::uint32_t>(hash ^ (hash >> 32)); }
+
   // Combines the two halves of the 128-bit product.
 #ifdef __SIZEOF_INT128__
   __extension__ using Wide = unsigned __int128;

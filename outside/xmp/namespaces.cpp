@@ -14,9 +14,7 @@ constexpr std::size_t kWalkedRecords = 8;
 }  // namespace
 
 NameKey::NameKey(const Namespace* nameSpace, std::string_view localName) noexcept
-    : ns(nameSpace),
-      name(localName),
-      hash(hashText(localName) ^ (nameSpace != nullptr ? (nameSpace->id + 1) * 0x9E3779B1u : 0)) {}
+    : ns(nameSpace), name(localName), hash(hashText(localName, nameSpace != nullptr ? nameSpace->id + 1 : 0)) {}
 
 void Namespaces::Table::reserve(std::size_t count) {
   if (count * 4 <= slots_.size() * 3) return;

@@ -127,7 +127,7 @@ class GenericTable {
     for (std::size_t end = 0, start = 0; end != language.size(); start = end + 1) {
       end = std::min(language.find('-', start), language.size());
       if (!reserve()) return false;
-      const std::uint32_t hash = hashOf(parent, language.substr(start, end - start));
+      const std::uint32_t hash = hashText(language.substr(start, end - start), parent);
       Slot& slot = slotOf(hash, parent, language, start, end);
       if (slot.items.first != nullptr) {
         slot.items.isMany = true;
@@ -145,7 +145,7 @@ class GenericTable {
     std::uint32_t parent = 0;
     for (std::size_t end = 0, start = 0; end != language.size(); start = end + 1) {
       end = std::min(language.find('-', start), language.size());
-      const std::uint32_t hash = hashOf(parent, language.substr(start, end - start));
+      const std::uint32_t hash = hashText(language.substr(start, end - start), parent);
       const Slot& slot = slotOf(hash, parent, language, start, end);
       if (slot.items.first == nullptr) return {};
       found = slot.items;
@@ -170,13 +170,6 @@ class GenericTable {
     std::uint32_t number;  // From 1.
     std::uint32_t end;     // In the language of the first item.
   };
-
-  static std::uint32_t hashOf(std::uint32_t parent, std::string_view subtag) noexcept {
-    const std::uint32_t both[] = {parent, hashText(subtag)};
-    char bytes[sizeof both];
-    std::memcpy(bytes, both, sizeof both);
-    return hashText({bytes, sizeof bytes});
-  }
 
   // Languages of the same parent begin with the same text, so only their subtags are compared.
   Slot& slotOf(std::uint32_t hash, std::uint32_t parent, std::string_view language, std::size_t start,

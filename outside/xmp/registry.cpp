@@ -28,6 +28,11 @@ std::uint64_t makeSeed() noexcept {
   }
 }
 
+const LxKeyedHash& keyedHash() noexcept {
+  static const LxKeyedHash hash(makeSeed());
+  return hash;
+}
+
 struct TextHash {
   using is_transparent = void;
   std::size_t operator()(std::string_view text) const noexcept { return hashText(text); }
@@ -239,8 +244,11 @@ bool findIn(const TextMap<std::string>& map, Registered& table, std::string_view
 constinit const WellKnown kWellKnown = {&kStandards[0], &kStandards[1], &kStandards[2], &kStandards[3], &kStandards[4]};
 
 std::uint32_t hashText(std::string_view text) noexcept {
-  static const LxKeyedHash hash(makeSeed());
-  return hash(text);
+  return keyedHash()(text);
+}
+
+std::uint32_t hashText(std::string_view text, std::uint32_t number) noexcept {
+  return keyedHash()(text, number);
 }
 
 struct PrefixNumbers::Table {

@@ -55,6 +55,7 @@ std::string_view usablePrefix(std::string_view suggested) noexcept;
 
 // A keyed hash, so that no packet can be written whose names all collide.
 std::uint32_t hashText(std::string_view text) noexcept;
+std::uint32_t hashText(std::string_view text, std::uint32_t number) noexcept;  // Of both.
 
 // Finds a free prefix by appending a number. Remembers the last number of each prefix, so that ten thousand namespaces
 // with the same prefix do not take quadratic time.
