@@ -2,15 +2,12 @@
 //
 // Decisions beyond ISO 16684-1, clause 7 and annex C:
 // - rdf:RDF may be nested in other elements at any depth; those and their other content are skipped. Everything after
-// the
-//   end of the outermost element is ignored: padding, zeros and whatever a file has there.
+//   the end of the outermost element is ignored: padding, zeros and whatever a file has there.
 // - rdf:ID, rdf:nodeID, rdf:datatype, xml:space and xml:base are skipped; so are, with a warning, elements and
-// attributes
-//   in no namespace.
+//   attributes in no namespace.
 // - A property, field or qualifier that occurs twice keeps its first value.
 // - An undeclared standard prefix means its usual namespace, since writers that assemble packets forget declarations.
-// Any
-//   other undeclared prefix is an error, even if an earlier packet declared it.
+//   Any other undeclared prefix is an error, even if an earlier packet declared it.
 // - rdf:type, written as an element or as a typed node, is a qualifier of its struct.
 #include <expat.h>
 
@@ -199,6 +196,8 @@ struct PacketParser::State {
   bool warn(std::string_view before, std::string_view name = {}, std::string_view after = {});
   void place(std::uint32_t& line, std::uint32_t& column) const noexcept;
   void parse(std::string_view text, bool last);
+  // False: there is no memory.
+  bool reset() noexcept;
   void setSalt() noexcept;
   void setHandlers() noexcept;
   // Whether the element that starts here is left to a renewed parser. If not, it is now one of the open elements.
@@ -280,8 +279,13 @@ void PacketParser::State::begin(Object& target) {
   setHandlers();
 }
 
+bool PacketParser::State::reset() noexcept {
+  // XML_ParserReset does not report that it had no memory for the name of an encoding.
+  return XML_ParserReset(parser, nullptr) == XML_TRUE && XML_SetEncoding(parser, "UTF-8") == XML_STATUS_OK;
+}
+
 void PacketParser::State::setSalt() noexcept {
-  // As unpredictable as the one that expat would request from the system.
+  // Expat would request one from the system for each packet. 0 would mean that there is none.
   XML_SetHashSalt(parser, hashText("expat") | 1u);
 }
 
@@ -299,7 +303,7 @@ bool PacketParser::State::end() noexcept {
   prefixes.restore(0);
   root.reset();
   failure = nullptr;
-  if (parsedBytes + gathered.size() > kSmall || XML_ParserReset(parser, "UTF-8") != XML_TRUE) return false;
+  if (parsedBytes + gathered.size() > kSmall || !reset()) return false;
   about.clear();
   decoder.reset();
   gathered.clear();
@@ -401,7 +405,7 @@ void PacketParser::State::renew() {
   mustRenew = false;
   seenNames = 0;
   parserBytes = open.size();
-  XML_ParserReset(parser, "UTF-8");
+  if (!reset()) throw std::bad_alloc();
   setSalt();
   if (XML_Parse(parser, open.data(), static_cast<int>(open.size()), 0) != XML_STATUS_OK) throw std::bad_alloc();
   firstColumn -= XML_GetCurrentColumnNumber(parser);
