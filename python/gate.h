@@ -1,5 +1,5 @@
-// How threads of one process enter and leave the libraries: apart from forks, and without losing the processor at each
-// return to the interpreter.
+// How threads of one process enter and leave the libraries: never during a fork, and without losing the processor at
+// each return to the interpreter.
 #ifndef LXBRIDGE_PYTHON_GATE_H_
 #define LXBRIDGE_PYTHON_GATE_H_
 
