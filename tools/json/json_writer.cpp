@@ -93,17 +93,12 @@ void JsonWriter::Close(char bracket) {
 }
 
 void JsonWriter::Key(std::string_view key) {
-  if (IsPlain(key)) {
-    Separate();
-    out_->append(1, '"').append(key).append("\": ");
-    keyed_ = true;
-    return;
-  }
   Separate();
-  // A name that is not UTF-8 must still be a string, since JSON allows no other keys.
-  if (LxIsUtf8(key)) {
+  if (IsPlain(key)) {
+    out_->append(1, '"').append(key).push_back('"');
+  } else if (LxIsUtf8(key)) {
     Quoted(key);
-  } else {
+  } else {  // Must still be a string, since JSON allows no other keys.
     out_->append("\"hex:");
     Hex(reinterpret_cast<const std::uint8_t*>(key.data()), key.size());
     out_->push_back('"');

@@ -412,6 +412,7 @@ class Pool {
       Done(number, std::move(result));
       if (failed_) return true;
     }
+    if (received_.out.capacity() > kReceivedKept) received_ = FileResult();
     worker->received.erase(0, at);
     std::string& received = worker->received;
     if (received.capacity() > kReceivedKept && received.size() < kReceivedKept / 4) received.shrink_to_fit();
