@@ -209,7 +209,8 @@ void ObjectPlan::Null() {
 bool ObjectPlan::Clear() {
   constexpr std::size_t kMostKept = 256 * 1024;
   const std::size_t kept = steps_.capacity() * sizeof(std::uint64_t) + names_.capacity() * sizeof(KnownName) +
-                           nameTexts_.capacity() + keys_.capacity() * sizeof(std::uint32_t);
+                           nameTexts_.capacity() + open_.capacity() * sizeof(Open) +
+                           (keys_.capacity() + shapeKeys_.capacity()) * sizeof(std::uint32_t);
   steps_.clear();
   chunks_.resize(1);
   end_ = chunks_[0].get();

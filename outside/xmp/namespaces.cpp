@@ -133,8 +133,8 @@ const Namespaces::Own* Namespaces::add(std::string_view uri, std::string_view su
   return own;
 }
 
-// Makes room for one more record, so that adding it only needs the memory of the record. A table that has more room
-// than the other does no harm.
+// Grows the tables for one more record, so that adding it only allocates the record. If there is memory for one of them
+// only, it may stay the larger one.
 void Namespaces::reserveOne() {
   const std::size_t count = own_.size() + 1;
   if (count > own_.capacity()) own_.reserve(own_.size() * 2 + 4);

@@ -98,7 +98,7 @@ class GenericTable {
 
   bool isBuilt() const noexcept { return slots_ != nullptr; }
 
-  // Makes room for one more generic language. False: there is no memory, and no table.
+  // To be called before the table gets another generic language. False: there is no memory, and no table.
   bool reserve() noexcept {
     if (isBuilt() && (count_ + 1) * 4 <= (mask_ + 1) * 3) return true;
     const std::size_t slots = isBuilt() ? (mask_ + 1) * 2 : 32;

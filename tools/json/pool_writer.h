@@ -14,7 +14,7 @@
 
 namespace lxbridge::json {
 
-// A Sink has the functions of JsonWriter.
+// A Sink has the functions of JsonWriter that are called here.
 
 // Begins the object with all members before "items".
 template <typename Sink>

@@ -10,7 +10,7 @@
 
 namespace lxbridge::json {
 
-// A Sink has the functions of JsonWriter.
+// A Sink has the functions of JsonWriter that are called here.
 template <typename Sink>
 class XmpWriter {
  public:
